@@ -1,0 +1,93 @@
+#include "VarnicCore/Models/Region.h"
+
+#include <glib.h>
+#include <unicode/locid.h>
+#include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
+
+#include <algorithm>
+#include <memory>
+#include <stdexcept>
+
+namespace varnic {
+
+namespace {
+
+using namespace std::chrono;
+
+using Zone = std::unique_ptr<GTimeZone, decltype(&g_time_zone_unref)>;
+
+Zone findZone(const std::string& name) {
+    GTimeZone* zone = name.empty() ? g_time_zone_new_local() : g_time_zone_new_identifier(name.c_str());
+    return {zone, g_time_zone_unref};
+}
+
+Zone zoneOrUtc(const std::string& name) {
+    Zone zone = findZone(name);
+    return zone ? std::move(zone) : Zone(g_time_zone_new_utc(), g_time_zone_unref);
+}
+
+seconds offsetAt(const Zone& zone, sys_seconds moment) {
+    const gint interval =
+        g_time_zone_find_interval(zone.get(), G_TIME_TYPE_UNIVERSAL, moment.time_since_epoch().count());
+    return seconds(g_time_zone_get_offset(zone.get(), interval));
+}
+
+} // namespace
+
+Region Region::user() {
+    return {icu::Locale::getDefault().getName(), ""};
+}
+
+bool Region::hasKnownZone() const {
+    return findZone(timeZone) != nullptr;
+}
+
+local_days Region::day(Date date) const {
+    const auto moment = floor<seconds>(date);
+    return floor<days>(local_seconds(moment.time_since_epoch() + offsetAt(zoneOrUtc(timeZone), moment)));
+}
+
+Date Region::startOfDay(local_days day) const {
+    const Zone zone = zoneOrUtc(timeZone);
+    const local_seconds midnight = day;
+    // No zone is further than a day from UTC, and no two changes of a zone's offset fall within two days of each other
+    // in a way that matters here: the offsets a day before and a day behind are those on the two sides of a change.
+    const sys_seconds utcMidnight(midnight.time_since_epoch());
+    const seconds before = offsetAt(zone, utcMidnight - days(1));
+    const seconds after = offsetAt(zone, utcMidnight + days(1));
+    for (const seconds offset : {std::max(before, after), std::min(before, after)}) {
+        const sys_seconds moment = utcMidnight - offset; // the larger offset first: the earlier of two midnights
+        if (offsetAt(zone, moment) == offset) {
+            return moment;
+        }
+    }
+    // Midnight is skipped: the day begins at the change, which lies where the old offset's midnight would have been
+    // or up to a day behind it.
+    sys_seconds low = utcMidnight - std::max(before, after);
+    sys_seconds high = utcMidnight + days(1);
+    while (high - low > seconds(1)) {
+        const sys_seconds middle = low + (high - low) / 2;
+        (offsetAt(zone, middle) == after ? high : low) = middle;
+    }
+    return high;
+}
+
+std::string Region::format(Date date, std::string_view pattern) const {
+    const auto moment = floor<seconds>(date);
+    const seconds offset = offsetAt(zoneOrUtc(timeZone), moment);
+    UErrorCode status = U_ZERO_ERROR;
+    icu::SimpleDateFormat formatter(icu::UnicodeString::fromUTF8(pattern), icu::Locale(locale.c_str()), status);
+    if (U_FAILURE(status) != 0) {
+        throw std::runtime_error("The dates of this language cannot be written: " + locale);
+    }
+    // The formatter is given the wall clock's reading as though it were UTC, so that the zone's rules come from one
+    // source only.
+    formatter.setTimeZone(*icu::TimeZone::getGMT());
+    icu::UnicodeString text;
+    formatter.format(static_cast<UDate>(duration_cast<milliseconds>(date.time_since_epoch() + offset).count()), text);
+    std::string utf8;
+    return text.toUTF8String(utf8);
+}
+
+} // namespace varnic

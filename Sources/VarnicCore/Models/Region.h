@@ -1,0 +1,38 @@
+#pragma once
+
+#include "VarnicCore/Models/Date.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace varnic {
+
+/// Where and in which language the user lives: what turns moments into days and days into words. The calendar is the
+/// Gregorian one. Zone rules are the system's (the tz database that the system keeps current), through GLib.
+struct Region {
+    /// ICU locale, such as "en_GB".
+    std::string locale = "en_US";
+    /// IANA zone name, such as "Europe/Berlin"; empty for the system's own zone.
+    std::string timeZone = "UTC";
+
+    /// The locale and zone of this user on this system.
+    static Region user();
+
+    /// Whether the system knows the zone. The functions below treat an unknown zone as UTC.
+    [[nodiscard]] bool hasKnownZone() const;
+
+    /// The calendar day that holds the moment.
+    [[nodiscard]] std::chrono::local_days day(Date date) const;
+
+    /// The first moment of a day: midnight, or what follows it where the clock skips midnight.
+    [[nodiscard]] Date startOfDay(std::chrono::local_days day) const;
+
+    /// The moment in the pattern (Unicode's date field symbols, such as "EEE d MMM") and this locale's words.
+    [[nodiscard]] std::string format(Date date, std::string_view pattern) const;
+
+    bool operator==(const Region&) const = default;
+};
+
+} // namespace varnic

@@ -1,0 +1,63 @@
+#include "VarnicCore/Pipeline/Transcriber.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+
+namespace varnic {
+
+TranscriberError::TranscriberError(Kind kind, std::string detail, const std::string& sentence)
+    : std::runtime_error(sentence), kind_(kind), detail_(std::move(detail)) {}
+
+TranscriberError TranscriberError::noOnDevice(const std::string& languageName) {
+    return {Kind::noOnDevice, languageName, languageName + " can’t be transcribed on this Mac yet."};
+}
+
+TranscriberError TranscriberError::failed(const std::string& message) {
+    return {Kind::failed, message, "Transcription failed: " + message};
+}
+
+TranscriberError TranscriberError::notAuthorized() {
+    return {Kind::notAuthorized, {}, "Speech Recognition is turned off for Varnic."};
+}
+
+TranscriberError TranscriberError::unavailable() {
+    return {Kind::unavailable, {}, "Speech recognition isn’t available right now."};
+}
+
+TranscriberError TranscriberError::missingFile() {
+    return {Kind::missingFile, {}, "The recording’s audio file is missing."};
+}
+
+std::vector<Segment> FakeTranscriber::transcribe(const std::filesystem::path& file, Speaker speaker,
+                                                 const ProgressCallback& progress, std::stop_token stop) const {
+    if (!std::filesystem::exists(file)) {
+        throw TranscriberError::missingFile();
+    }
+    if (delay > 0) {
+        std::mutex mutex;
+        std::condition_variable_any wake;
+        std::unique_lock lock(mutex);
+        for (const double fraction : {0.25, 0.5, 0.75, 1.0}) {
+            wake.wait_for(lock, stop, std::chrono::duration<double>(delay / 4), [] { return false; });
+            if (stop.stop_requested()) {
+                throw TranscriberError::failed("cancelled");
+            }
+            progress(fraction);
+        }
+    }
+    if (failure) {
+        throw TranscriberError(*failure);
+    }
+    progress(1.0);
+    std::vector<Segment> lines;
+    for (const Segment& line : segments) {
+        if (line.speaker == speaker) {
+            lines.emplace_back(line.speaker, line.start, line.end, line.text);
+        }
+    }
+    return lines;
+}
+
+} // namespace varnic

@@ -1,0 +1,199 @@
+#include "VarnicCore/Text/Unicode.h"
+
+#include <unicode/brkiter.h>
+#include <unicode/locid.h>
+#include <unicode/uchar.h>
+#include <unicode/utext.h>
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+
+namespace varnic::Unicode {
+
+namespace {
+
+const std::uint8_t* bytes(std::string_view text) {
+    return reinterpret_cast<const std::uint8_t*>(text.data());
+}
+
+/// Takes one code point from the front of the text from `position` on.
+char32_t next(std::string_view text, std::size_t& position) {
+    UChar32 c = 0;
+    const std::uint8_t* data = bytes(text);
+    U8_NEXT_OR_FFFD(data, position, text.size(), c);
+    return static_cast<char32_t>(c);
+}
+
+/// Takes one code point from the back of the text that ends at `position`.
+char32_t previous(std::string_view text, std::size_t& position) {
+    // The macro counts in 32 bits; a code point has four bytes at most.
+    const std::size_t window = position - std::min<std::size_t>(position, 4);
+    auto inWindow = static_cast<std::int32_t>(position - window);
+    UChar32 c = 0;
+    const std::uint8_t* data = bytes(text) + window;
+    U8_PREV_OR_FFFD(data, 0, inWindow, c);
+    position = window + static_cast<std::size_t>(inWindow);
+    return static_cast<char32_t>(c);
+}
+
+bool isAscii(std::string_view text) {
+    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+icu::BreakIterator& characterBreaks() {
+    thread_local const std::unique_ptr<icu::BreakIterator> iterator = [] {
+        UErrorCode status = U_ZERO_ERROR;
+        std::unique_ptr<icu::BreakIterator> made(
+            icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+        if (U_FAILURE(status) != 0) {
+            throw std::runtime_error("ICU has no character breaks");
+        }
+        return made;
+    }();
+    return *iterator;
+}
+
+/// The byte length of the first `count` characters; all of the text's when it has fewer. `passed` receives how many
+/// characters that were.
+std::size_t bytesOfCharacters(std::string_view text, std::size_t count, std::size_t& passed) {
+    passed = 0;
+    // Of plain ASCII only CR LF is a character of more than one byte.
+    if (isAscii(text) && text.find('\r') == std::string_view::npos) {
+        passed = std::min(count, text.size());
+        return passed;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    UText input = UTEXT_INITIALIZER;
+    utext_openUTF8(&input, text.data(), static_cast<std::int64_t>(text.size()), &status);
+    icu::BreakIterator& breaks = characterBreaks();
+    breaks.setText(&input, status);
+    std::int32_t position = breaks.first();
+    while (passed < count) {
+        const std::int32_t following = breaks.next();
+        if (following == icu::BreakIterator::DONE) {
+            break;
+        }
+        position = following;
+        ++passed;
+    }
+    utext_close(&input);
+    return static_cast<std::size_t>(position);
+}
+
+} // namespace
+
+bool isBlank(char32_t c) {
+    return c == U'\t' || u_charType(static_cast<UChar32>(c)) == U_SPACE_SEPARATOR;
+}
+
+bool isNewline(char32_t c) {
+    return (c >= 0x0A && c <= 0x0D) || c == 0x85 || c == 0x2028 || c == 0x2029;
+}
+
+bool isSpace(char32_t c) {
+    return isBlank(c) || isNewline(c);
+}
+
+bool isLetter(char32_t c) {
+    return (U_GET_GC_MASK(static_cast<UChar32>(c)) & U_GC_L_MASK) != 0;
+}
+
+bool isNumber(char32_t c) {
+    return (U_GET_GC_MASK(static_cast<UChar32>(c)) & U_GC_N_MASK) != 0;
+}
+
+bool any(std::string_view text, CharacterTest test) {
+    for (std::size_t position = 0; position < text.size();) {
+        if (test(next(text, position))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string_view trim(std::string_view text, CharacterTest test) {
+    std::size_t begin = 0;
+    for (std::size_t position = 0; position < text.size() && test(next(text, position));) {
+        begin = position;
+    }
+    std::size_t end = text.size();
+    for (std::size_t position = end; position > begin && test(previous(text, position));) {
+        end = position;
+    }
+    return text.substr(begin, end - begin);
+}
+
+std::string_view trim(std::string_view text) {
+    return trim(text, isSpace);
+}
+
+std::string_view trimBlanks(std::string_view text) {
+    return trim(text, isBlank);
+}
+
+std::vector<std::string_view> split(std::string_view text, CharacterTest separator) {
+    std::vector<std::string_view> pieces;
+    std::size_t begin = 0;
+    for (std::size_t position = 0; position < text.size();) {
+        const std::size_t here = position;
+        if (separator(next(text, position))) {
+            if (here > begin) {
+                pieces.push_back(text.substr(begin, here - begin));
+            }
+            begin = position;
+        }
+    }
+    if (begin < text.size()) {
+        pieces.push_back(text.substr(begin));
+    }
+    return pieces;
+}
+
+std::string lowerCased(std::string_view text) {
+    return utf8(utf16(text).toLower(icu::Locale::getRoot()));
+}
+
+std::string upperCased(std::string_view text) {
+    return utf8(utf16(text).toUpper(icu::Locale::getRoot()));
+}
+
+std::string plainApostrophes(std::string_view text) {
+    constexpr std::string_view typographic = "\u2019";
+    std::string plain;
+    plain.reserve(text.size());
+    for (std::size_t position = 0; position < text.size();) {
+        const std::size_t found = std::min(text.find(typographic, position), text.size());
+        plain += text.substr(position, found - position);
+        if (found == text.size()) {
+            break;
+        }
+        plain += '\'';
+        position = found + typographic.size();
+    }
+    return plain;
+}
+
+std::size_t characterCount(std::string_view text) {
+    std::size_t passed = 0;
+    bytesOfCharacters(text, text.size(), passed);
+    return passed;
+}
+
+std::string_view firstCharacters(std::string_view text, std::size_t count) {
+    std::size_t passed = 0;
+    return text.substr(0, bytesOfCharacters(text, count, passed));
+}
+
+icu::UnicodeString utf16(std::string_view text) {
+    return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
+}
+
+std::string utf8(const icu::UnicodeString& text) {
+    std::string result;
+    return text.toUTF8String(result);
+}
+
+} // namespace varnic::Unicode

@@ -1,0 +1,20 @@
+# Debian's libraries by their own packages, the unpacked wheels by path (see unpack_wheels.py). All are SYSTEM: their
+# headers are not ours to warn about.
+set(VARNIC_DEPS_DIR "${CMAKE_SOURCE_DIR}/.deps" CACHE PATH "Where setup unpacked the pinned wheels")
+
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+find_package(ICU 72 REQUIRED COMPONENTS uc i18n)
+find_package(fmt 9 REQUIRED)
+find_package(nlohmann_json 3.11 REQUIRED)
+find_package(simdjson 3 REQUIRED)
+pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavformat libavcodec libswresample libavutil)
+pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)
+
+add_library(SherpaOnnx SHARED IMPORTED)
+set_target_properties(SherpaOnnx PROPERTIES
+    IMPORTED_LOCATION "${VARNIC_DEPS_DIR}/sherpa-onnx/lib/libsherpa-onnx-c-api.so"
+    INTERFACE_INCLUDE_DIRECTORIES "${VARNIC_DEPS_DIR}/sherpa-onnx/include")
+if(NOT EXISTS "${VARNIC_DEPS_DIR}/sherpa-onnx/lib/libsherpa-onnx-c-api.so")
+    message(FATAL_ERROR "The speech engine is not in ${VARNIC_DEPS_DIR}: run ./dev setup")
+endif()

@@ -1,0 +1,8 @@
+# The one place of warnings: every target of ours links VarnicWarnings.
+option(VARNIC_WARNINGS_AS_ERRORS "Stop at a warning" OFF)
+
+add_library(VarnicWarnings INTERFACE)
+target_compile_options(VarnicWarnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wdouble-promotion -Wcast-align
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wimplicit-fallthrough -Wundef
+    $<$<BOOL:${VARNIC_WARNINGS_AS_ERRORS}>:-Werror>)
