@@ -116,10 +116,6 @@ bool isTypographic(std::string_view run) {
     return run.size() == 3 && run[0] == '\xE2' && run[1] == '\x80' && run[2] >= '\x90' && run[2] <= '\xA7';
 }
 
-bool isContent(const std::string& word) {
-    return !stopWords().contains(word) && Unicode::any(word, Unicode::isLetter) && Unicode::characterCount(word) >= 3;
-}
-
 bool keepsItsCapital(std::string_view firstWord) {
     if (firstWord == "I" || firstWord.starts_with("I'") || firstWord.starts_with("I\u2019")) {
         return true;
@@ -206,9 +202,13 @@ std::vector<std::string> words(std::string_view text) {
     return found;
 }
 
+bool isContentWord(std::string_view word) {
+    return !stopWords().contains(word) && Unicode::any(word, Unicode::isLetter) && Unicode::characterCount(word) >= 3;
+}
+
 std::vector<std::string> contentWords(std::string_view text) {
     std::vector<std::string> found = words(text);
-    std::erase_if(found, [](const std::string& word) { return !isContent(word); });
+    std::erase_if(found, [](const std::string& word) { return !isContentWord(word); });
     return found;
 }
 
