@@ -1,0 +1,213 @@
+#include "VarnicCore/Text/TextKit.h"
+
+#include "VarnicCore/Text/Breaks.h"
+#include "VarnicCore/Text/Pattern.h"
+#include "VarnicCore/Text/Unicode.h"
+#include "VarnicCore/Text/WordProfile.h"
+
+#include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <stdexcept>
+
+namespace varnic::TextKit {
+
+namespace {
+
+bool isAscii(char c) {
+    return static_cast<unsigned char>(c) < 0x80;
+}
+
+char lowerAscii(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+const icu::Normalizer2& normalizer(const icu::Normalizer2* (*instance)(UErrorCode&)) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* found = instance(status);
+    if (U_FAILURE(status) != 0) {
+        throw std::runtime_error("ICU has no normalisation data");
+    }
+    return *found;
+}
+
+icu::UnicodeString normalized(const icu::UnicodeString& text, const icu::Normalizer2* (*instance)(UErrorCode&)) {
+    UErrorCode status = U_ZERO_ERROR;
+    return normalizer(instance).normalize(text, status);
+}
+
+icu::UnicodeString withPlainWidth(const icu::UnicodeString& text) {
+    icu::UnicodeString plain;
+    for (std::int32_t i = 0; i < text.length(); ++i) {
+        const char16_t unit = text[i];
+        if (unit >= 0xFF00 && unit <= 0xFFEF) {
+            plain += normalized(icu::UnicodeString(unit), icu::Normalizer2::getNFKCInstance);
+        } else {
+            plain += unit;
+        }
+    }
+    return plain;
+}
+
+icu::UnicodeString withoutMarks(const icu::UnicodeString& text) {
+    icu::UnicodeString plain;
+    for (std::int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1)) {
+        const UChar32 c = text.char32At(i);
+        if (u_charType(c) != U_NON_SPACING_MARK) {
+            plain += c;
+        }
+    }
+    return plain;
+}
+
+std::string foldAny(std::string_view text) {
+    icu::UnicodeString folded = withPlainWidth(Unicode::utf16(text));
+    folded.foldCase(U_FOLD_CASE_DEFAULT);
+    folded = withoutMarks(normalized(folded, icu::Normalizer2::getNFDInstance));
+    return Unicode::utf8(normalized(folded, icu::Normalizer2::getNFCInstance));
+}
+
+/// Typographic dashes, quotation marks and dots, all of which fold to themselves but for the apostrophe.
+bool isTypographic(std::string_view run) {
+    return run.size() == 3 && run[0] == '\xE2' && run[1] == '\x80' && run[2] >= '\x90' && run[2] <= '\xA7';
+}
+
+bool isContent(const std::string& word) {
+    return !stopWords().contains(word) && Unicode::any(word, Unicode::isLetter) && Unicode::characterCount(word) >= 3;
+}
+
+bool keepsItsCapital(std::string_view firstWord) {
+    if (firstWord == "I" || firstWord.starts_with("I'") || firstWord.starts_with("I\u2019")) {
+        return true;
+    }
+    const auto isCapital = [](char32_t c) {
+        return u_hasBinaryProperty(static_cast<UChar32>(c), UCHAR_UPPERCASE) != 0;
+    };
+    return Unicode::any(firstWord.substr(Unicode::firstCharacters(firstWord, 1).size()), isCapital);
+}
+
+} // namespace
+
+const WordSet& stopWords() {
+    static const WordSet words{
+        "a",          "about",      "above",   "after",  "again",    "against",    "all",       "am",
+        "an",         "and",        "any",     "are",    "as",       "at",         "be",        "because",
+        "been",       "before",     "being",   "below",  "between",  "both",       "but",       "by",
+        "can",        "could",      "did",     "do",     "does",     "doing",      "down",      "during",
+        "each",       "few",        "for",     "from",   "further",  "had",        "has",       "have",
+        "having",     "he",         "her",     "here",   "hers",     "herself",    "him",       "himself",
+        "his",        "how",        "i",       "if",     "in",       "into",       "is",        "it",
+        "its",        "itself",     "just",    "me",     "more",     "most",       "my",        "myself",
+        "no",         "nor",        "not",     "now",    "of",       "off",        "on",        "once",
+        "only",       "or",         "other",   "our",    "ours",     "ourselves",  "out",       "over",
+        "own",        "same",       "she",     "should", "so",       "some",       "such",      "than",
+        "that",       "the",        "their",   "theirs", "them",     "themselves", "then",      "there",
+        "these",      "they",       "this",    "those",  "through",  "to",         "too",       "under",
+        "until",      "up",         "very",    "was",    "we",       "were",       "what",      "when",
+        "where",      "which",      "while",   "who",    "whom",     "why",        "will",      "with",
+        "would",      "you",        "your",    "yours",  "yourself", "yourselves", "i'll",      "i'm",
+        "i've",       "i'd",        "we'll",   "we're",  "we've",    "you'll",     "you're",    "you've",
+        "it's",       "that's",     "there's", "let's",  "don't",    "doesn't",    "didn't",    "can't",
+        "won't",      "isn't",      "aren't",  "yeah",   "yes",      "okay",       "ok",        "um",
+        "uh",         "erm",        "hmm",     "like",   "really",   "think",      "know",      "going",
+        "get",        "got",        "gonna",   "want",   "kind",     "sort",       "thing",     "things",
+        "stuff",      "maybe",      "well",    "right",  "sure",     "also",       "actually",  "basically",
+        "lot",        "bit",        "mean",    "say",    "said",     "see",        "look",      "make",
+        "one",        "two",        "good",    "great",  "cool",     "thanks",     "thank",     "hey",
+        "hello",      "bye",        "oh",      "need",   "let",      "might",      "must",      "shall",
+        "via",        "per",        "etc",     "yep",    "nope",     "today",      "tomorrow",  "week",
+        "time",       "come",       "back",    "first",  "next",     "last",       "something", "anything",
+        "everything", "still",      "even",    "much",   "many",     "way",        "around",    "pretty",
+        "probably",   "definitely", "sounds",  "sound",  "perfect",  "talk",       "talking",   "call",
+        "send",       "take",       "put",     "use",    "done",     "work",       "fine",      "nice",
+        "awesome",    "everyone",
+    };
+    return words;
+}
+
+std::string fold(std::string_view text) {
+    std::string folded;
+    folded.reserve(text.size());
+    for (std::size_t position = 0; position < text.size();) {
+        if (isAscii(text[position])) {
+            folded += lowerAscii(text[position++]);
+            continue;
+        }
+        // Once the marks are gone, no character of ASCII combines with another one: the runs between fold on their own.
+        const auto* const end = std::find_if(text.begin() + static_cast<std::ptrdiff_t>(position), text.end(), isAscii);
+        const auto run = text.substr(position, static_cast<std::size_t>(end - text.begin()) - position);
+        folded += isTypographic(run) ? Unicode::plainApostrophes(run) : foldAny(Unicode::plainApostrophes(run));
+        position += run.size();
+    }
+    return folded;
+}
+
+std::vector<std::string> sentences(std::string_view text) {
+    std::vector<std::string> found;
+    for (const auto piece : Breaks::sentences(text)) {
+        if (const auto sentence = Unicode::trim(piece); !sentence.empty()) {
+            found.emplace_back(sentence);
+        }
+    }
+    return found;
+}
+
+std::vector<std::string> words(std::string_view text) {
+    std::vector<std::string> found;
+    const std::string plain = Unicode::plainApostrophes(text);
+    std::ranges::transform(Breaks::words(plain), std::back_inserter(found), Unicode::lowerCased);
+    return found;
+}
+
+std::vector<std::string> contentWords(std::string_view text) {
+    std::vector<std::string> found = words(text);
+    std::erase_if(found, [](const std::string& word) { return !isContent(word); });
+    return found;
+}
+
+double similarity(std::string_view a, std::string_view b) {
+    return WordProfile(a).similarity(WordProfile(b));
+}
+
+std::size_t wordCount(std::string_view text) {
+    const auto counts = [](std::string_view piece) {
+        return Unicode::any(piece, [](char32_t c) { return Unicode::isLetter(c) || Unicode::isNumber(c); });
+    };
+    return static_cast<std::size_t>(std::ranges::count_if(Unicode::split(text, Unicode::isSpace), counts));
+}
+
+std::string stripLeadIns(std::string_view text) {
+    // No two of these can match at one place, so that it makes no difference in which order they are tried.
+    static const Pattern leadIn(
+        "(?:so|yeah|yes|okay|ok|well|um|uh|and|but|right|alright|also|oh|great|cool|sure|anyway|"
+        "basically|actually|like|hmm|erm)\\b[,.!]?\\s*",
+        Pattern::Case::insensitive);
+    const std::string_view trimmed = Unicode::trimBlanks(text);
+    const icu::UnicodeString units = Unicode::utf16(trimmed);
+    std::int32_t begin = 0;
+    for (auto match = leadIn.matchAt(begin, units); match && match->end < units.length();
+         match = leadIn.matchAt(begin, units)) {
+        begin = match->end;
+    }
+    return begin == 0 ? std::string(trimmed) : Unicode::utf8(units.tempSubString(begin));
+}
+
+std::string lowercasedFirst(std::string_view text) {
+    const auto pieces = Unicode::split(text, [](char32_t c) { return c == U' '; });
+    if (pieces.empty() || keepsItsCapital(pieces.front())) {
+        return std::string(text);
+    }
+    const auto first = Unicode::firstCharacters(text, 1);
+    return Unicode::lowerCased(first).append(text.substr(first.size()));
+}
+
+std::string capitalisedFirst(std::string_view text) {
+    const auto first = Unicode::firstCharacters(text, 1);
+    return Unicode::upperCased(first).append(text.substr(first.size()));
+}
+
+} // namespace varnic::TextKit

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "VarnicCore/Models/Segment.h"
+
+#include <vector>
+
+/// The two sides of a call as one transcript, and views of it. Times in seconds. Pure.
+namespace varnic::Diarisation {
+
+/// Joins the two sides in order of their starts, and drops from your side what the microphone merely overheard of the
+/// other party: a line that overlaps one of theirs for over 40 % of the shorter and whose text is at least
+/// `echoThreshold` (0 to 1) similar to it. Blank lines are dropped too.
+std::vector<Segment> merge(const std::vector<Segment>& you, const std::vector<Segment>& them, double echoThreshold);
+
+/// Neighbouring lines of one speaker, no more than `gap` seconds apart, as one. Keeps the order and the first id.
+std::vector<Segment> turns(const std::vector<Segment>& segments, double gap);
+
+/// How much each side speaks in one slice of a call, each 0 to 1.
+struct Activity {
+    double you = 0;
+    double them = 0;
+
+    bool operator==(const Activity&) const = default;
+};
+
+/// The activity in `buckets` equal slices of a call of `duration` seconds; empty when either is not above 0.
+std::vector<Activity> activity(const std::vector<Segment>& segments, double duration, int buckets);
+
+} // namespace varnic::Diarisation
