@@ -116,11 +116,15 @@ std::string_view trim(std::string_view text, CharacterTest test) {
     for (std::size_t position = 0; position < text.size() && test(next(text, position));) {
         begin = position;
     }
+    return trimEnd(text.substr(begin), test);
+}
+
+std::string_view trimEnd(std::string_view text, CharacterTest test) {
     std::size_t end = text.size();
-    for (std::size_t position = end; position > begin && test(previous(text, position));) {
+    for (std::size_t position = end; position > 0 && test(previous(text, position));) {
         end = position;
     }
-    return text.substr(begin, end - begin);
+    return text.substr(0, end);
 }
 
 std::string_view trim(std::string_view text) {

@@ -30,6 +30,8 @@ bool any(std::string_view text, CharacterTest test);
 
 /// The text without the code points at both ends for which the test holds.
 std::string_view trim(std::string_view text, CharacterTest test);
+/// The text without the code points at its end for which the test holds.
+std::string_view trimEnd(std::string_view text, CharacterTest test);
 /// The text without blanks and newlines at both ends.
 std::string_view trim(std::string_view text);
 /// The text without blanks at both ends; newlines stay.
