@@ -60,7 +60,7 @@ Field fieldOf(BlockKind kind) {
 struct Place {
     Field field;
     std::optional<double> time;
-    std::optional<Uuid> blockId;
+    std::optional<Uuid> blockID;
 };
 
 struct ScoredMatch {
@@ -149,7 +149,7 @@ private:
         const std::string text = fmt::format("{}", fmt::join(pieces, ""));
         Snippet snippet = snip(text, found, snippetRadius);
         match_.match.hits.push_back({match_.match.note->id, place.field, std::move(snippet.text),
-                                     std::move(snippet.highlights), place.time, place.blockId,
+                                     std::move(snippet.highlights), place.time, place.blockID,
                                      weight(place.field) * static_cast<double>(found.size())});
     }
 
@@ -196,8 +196,8 @@ bool isBetter(const ScoredMatch& a, const ScoredMatch& b) {
 } // namespace
 
 std::string SearchHit::id() const {
-    return fmt::format("{}/{}/{}", noteId.text(), rawValue(field),
-                       blockId ? blockId->text()
+    return fmt::format("{}/{}/{}", noteID.text(), rawValue(field),
+                       blockID ? blockID->text()
                        : time  ? fmt::format("{}", *time)
                                : std::string());
 }

@@ -16,7 +16,7 @@ struct SearchHit {
     /// Where in a note a text stands, in order of the fields' weights.
     enum class Field { title, heading, body, todo, flashcard, table, transcript, email };
 
-    Uuid noteId;
+    Uuid noteID;
     Field field = Field::title;
     /// The text shown, one line.
     std::string snippet;
@@ -25,7 +25,7 @@ struct SearchHit {
     /// Seconds into the call, for a hit in the transcript.
     std::optional<double> time;
     /// For a hit in a block.
-    std::optional<Uuid> blockId;
+    std::optional<Uuid> blockID;
     double score = 0;
 
     /// Tells the hit from the others of a list.

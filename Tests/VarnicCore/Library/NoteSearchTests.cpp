@@ -67,10 +67,10 @@ TEST(NoteSearch, search_coversEveryFieldWithItsWeight) {
                                                   "table 1.50 x · plan · y", "transcript 1.00 Maya: The plan stands.",
                                                   "transcript 1.00 You: Plan?", "email 0.50 Plan — Body"));
     const auto matches = NoteSearch::search("plan", std::span(&note, 1));
-    EXPECT_EQ(matches[0].hits[1].blockId, note.blocks[0].id);
+    EXPECT_EQ(matches[0].hits[1].blockID, note.blocks[0].id);
     EXPECT_EQ(matches[0].hits[1].time, std::nullopt);
     EXPECT_EQ(matches[0].hits[6].time, 65);
-    EXPECT_EQ(matches[0].hits[6].blockId, std::nullopt);
+    EXPECT_EQ(matches[0].hits[6].blockID, std::nullopt);
 }
 
 TEST(NoteSearch, search_combinesTermsByOrAndCountsDifferentOnes) {
