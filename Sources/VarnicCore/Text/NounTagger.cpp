@@ -16,8 +16,13 @@ namespace {
 /// model knows the two parts as words of their own.
 std::size_t hostLength(std::string_view word) {
     constexpr std::array<std::string_view, 7> endings{"n't", "'ll", "'re", "'ve", "'d", "'m", "'s"};
+    if (word.find('\'') == std::string_view::npos) {
+        return word.size();
+    }
+    const std::string lower = Unicode::lowerCased(word);
     for (const auto ending : endings) {
-        if (word.size() > ending.size() && Unicode::lowerCased(word.substr(word.size() - ending.size())) == ending) {
+        // Lower-casing may change the length of what stands before the ending.
+        if (lower.size() > ending.size() && lower.ends_with(ending) && word.size() > ending.size()) {
             return word.size() - ending.size();
         }
     }

@@ -106,7 +106,7 @@ SpeechTagger::SpeechTagger(std::string_view paddedJson) try {
         slot.end = static_cast<std::uint32_t>(weights_.size());
         features.push_back(slot);
     }
-    slots_.resize(std::bit_ceil(features.size() * 2 + 1));
+    slots_.resize(std::bit_ceil(features.size() * 3 / 2 + 1));
     std::ranges::for_each(features, [this](const Slot& slot) { insert(slot); });
 } catch (const simdjson::simdjson_error& error) {
 

@@ -7,20 +7,17 @@
 
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <stdexcept>
 
 namespace varnic::TextKit {
 
 namespace {
-
-bool isAscii(char c) {
-    return static_cast<unsigned char>(c) < 0x80;
-}
 
 char lowerAscii(char c) {
     constexpr char toLower = 'a' - 'A';
@@ -42,7 +39,7 @@ std::size_t asciiLength(std::string_view text) {
             break;
         }
     }
-    while (length < text.size() && isAscii(text[length])) {
+    while (length < text.size() && static_cast<unsigned char>(text[length]) < 0x80) {
         ++length;
     }
     return length;
@@ -111,9 +108,29 @@ std::string foldAny(std::string_view text) {
     return Unicode::utf8(normalized(folded, icu::Normalizer2::getNFCInstance));
 }
 
-/// Typographic dashes, quotation marks and dots, all of which fold to themselves but for the apostrophe.
-bool isTypographic(std::string_view run) {
-    return run.size() == 3 && run[0] == '\xE2' && run[1] == '\x80' && run[2] >= '\x90' && run[2] <= '\xA7';
+/// The folded characters from U+0080 to U+024F.
+constexpr char32_t firstOfLatin = 0x80;
+constexpr char32_t endOfLatin = 0x250;
+
+const std::string& foldedLatin(char32_t c) {
+    static const auto table = [] {
+        std::array<std::string, endOfLatin - firstOfLatin> folded;
+        for (std::size_t i = 0; i < folded.size(); ++i) {
+            folded[i] = foldAny(Unicode::utf8(icu::UnicodeString(static_cast<UChar32>(firstOfLatin + i))));
+        }
+        return folded;
+    }();
+    return table[c - firstOfLatin];
+}
+
+/// Dashes, quotation marks and dots, which fold to themselves.
+bool isTypographic(char32_t c) {
+    return c >= 0x2010 && c <= 0x2027 && c != 0x2019;
+}
+
+/// Whether a character folds in the same way whatever stands beside it, once the marks are gone.
+bool foldsAlone(char32_t c) {
+    return c < endOfLatin || isTypographic(c) || c == 0x2019;
 }
 
 bool keepsItsCapital(std::string_view firstWord) {
@@ -172,16 +189,28 @@ std::string fold(std::string_view text) {
 }
 
 void appendFolded(std::string_view text, std::string& folded) {
-    while (!text.empty()) {
-        const std::string_view plain = text.substr(0, asciiLength(text));
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::string_view plain = text.substr(begin, asciiLength(text.substr(begin)));
         appendLowered(plain, folded);
-        text.remove_prefix(plain.size());
-        // Once the marks are gone, no character of ASCII combines with another one: the runs between fold on their own.
-        const auto run = text.substr(0, static_cast<std::size_t>(std::ranges::find_if(text, isAscii) - text.begin()));
-        if (!run.empty()) {
-            folded += isTypographic(run) ? Unicode::plainApostrophes(run) : foldAny(Unicode::plainApostrophes(run));
+        begin += plain.size();
+        if (begin == text.size()) {
+            break;
         }
-        text.remove_prefix(run.size());
+        std::size_t end = begin;
+        const char32_t c = Unicode::next(text, end);
+        if (c < endOfLatin) {
+            folded += foldedLatin(c);
+        } else if (c == 0x2019) {
+            folded += '\'';
+        } else if (isTypographic(c)) {
+            folded += text.substr(begin, end - begin);
+        } else {
+            for (std::size_t behind = end; behind < text.size() && !foldsAlone(Unicode::next(text, behind));) {
+                end = behind;
+            }
+            folded += foldAny(text.substr(begin, end - begin));
+        }
+        begin = end;
     }
 }
 
