@@ -10,6 +10,7 @@ find_package(nlohmann_json 3.11 REQUIRED)
 find_package(simdjson 3 REQUIRED)
 pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavformat libavcodec libswresample libavutil)
 pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)
+pkg_check_modules(SODIUM REQUIRED IMPORTED_TARGET libsodium)
 
 add_library(SherpaOnnx SHARED IMPORTED)
 set_target_properties(SherpaOnnx PROPERTIES

@@ -23,7 +23,47 @@ bool isAscii(char c) {
 }
 
 char lowerAscii(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    constexpr char toLower = 'a' - 'A';
+    return static_cast<char>(c + (c >= 'A' && c <= 'Z' ? toLower : 0));
+}
+
+/// Bytes handled at a time: a fixed count lets the compiler use vector instructions.
+constexpr std::size_t blockSize = 32;
+
+/// How many bytes at the front are ASCII.
+std::size_t asciiLength(std::string_view text) {
+    std::size_t length = 0;
+    for (; length + blockSize <= text.size(); length += blockSize) {
+        unsigned char all = 0;
+        for (std::size_t i = 0; i < blockSize; ++i) {
+            all |= static_cast<unsigned char>(text[length + i]);
+        }
+        if (all >= 0x80) {
+            break;
+        }
+    }
+    while (length < text.size() && isAscii(text[length])) {
+        ++length;
+    }
+    return length;
+}
+
+void appendLowered(std::string_view ascii, std::string& folded) {
+    const std::size_t before = folded.size();
+    // g++ 12 passes the new capacity in place of the size that was asked for.
+    folded.resize_and_overwrite(before + ascii.size(), [&](char* data, std::size_t /*size*/) {
+        char* const lowered = data + before;
+        std::size_t at = 0;
+        for (; at + blockSize <= ascii.size(); at += blockSize) {
+            for (std::size_t i = 0; i < blockSize; ++i) {
+                lowered[at + i] = lowerAscii(ascii[at + i]);
+            }
+        }
+        for (; at < ascii.size(); ++at) {
+            lowered[at] = lowerAscii(ascii[at]);
+        }
+        return before + ascii.size();
+    });
 }
 
 const icu::Normalizer2& normalizer(const icu::Normalizer2* (*instance)(UErrorCode&)) {
@@ -74,10 +114,6 @@ std::string foldAny(std::string_view text) {
 /// Typographic dashes, quotation marks and dots, all of which fold to themselves but for the apostrophe.
 bool isTypographic(std::string_view run) {
     return run.size() == 3 && run[0] == '\xE2' && run[1] == '\x80' && run[2] >= '\x90' && run[2] <= '\xA7';
-}
-
-bool isContent(const std::string& word) {
-    return !stopWords().contains(word) && Unicode::any(word, Unicode::isLetter) && Unicode::characterCount(word) >= 3;
 }
 
 bool keepsItsCapital(std::string_view firstWord) {
@@ -131,19 +167,22 @@ const WordSet& stopWords() {
 
 std::string fold(std::string_view text) {
     std::string folded;
-    folded.reserve(text.size());
-    for (std::size_t position = 0; position < text.size();) {
-        if (isAscii(text[position])) {
-            folded += lowerAscii(text[position++]);
-            continue;
-        }
-        // Once the marks are gone, no character of ASCII combines with another one: the runs between fold on their own.
-        const auto* const end = std::find_if(text.begin() + static_cast<std::ptrdiff_t>(position), text.end(), isAscii);
-        const auto run = text.substr(position, static_cast<std::size_t>(end - text.begin()) - position);
-        folded += isTypographic(run) ? Unicode::plainApostrophes(run) : foldAny(Unicode::plainApostrophes(run));
-        position += run.size();
-    }
+    appendFolded(text, folded);
     return folded;
+}
+
+void appendFolded(std::string_view text, std::string& folded) {
+    while (!text.empty()) {
+        const std::string_view plain = text.substr(0, asciiLength(text));
+        appendLowered(plain, folded);
+        text.remove_prefix(plain.size());
+        // Once the marks are gone, no character of ASCII combines with another one: the runs between fold on their own.
+        const auto run = text.substr(0, static_cast<std::size_t>(std::ranges::find_if(text, isAscii) - text.begin()));
+        if (!run.empty()) {
+            folded += isTypographic(run) ? Unicode::plainApostrophes(run) : foldAny(Unicode::plainApostrophes(run));
+        }
+        text.remove_prefix(run.size());
+    }
 }
 
 std::vector<std::string> sentences(std::string_view text) {
@@ -163,9 +202,13 @@ std::vector<std::string> words(std::string_view text) {
     return found;
 }
 
+bool isContentWord(std::string_view word) {
+    return !stopWords().contains(word) && Unicode::any(word, Unicode::isLetter) && Unicode::characterCount(word) >= 3;
+}
+
 std::vector<std::string> contentWords(std::string_view text) {
     std::vector<std::string> found = words(text);
-    std::erase_if(found, [](const std::string& word) { return !isContent(word); });
+    std::erase_if(found, [](const std::string& word) { return !isContentWord(word); });
     return found;
 }
 

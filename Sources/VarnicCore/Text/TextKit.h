@@ -26,13 +26,19 @@ const WordSet& stopWords();
 /// marks, half- and full-width forms as the plain ones, "’" as "'".
 std::string fold(std::string_view text);
 
+/// Appends the folded form of the text to `folded`: for callers who fold much and keep the buffer.
+void appendFolded(std::string_view text, std::string& folded);
+
 /// The sentences in order, trimmed, without empty ones. Apostrophes stay as they are.
 std::vector<std::string> sentences(std::string_view text);
 
 /// The words in order, lower-cased, duplicates kept; digits too.
 std::vector<std::string> words(std::string_view text);
 
-/// The words that carry meaning, in order, duplicates kept: three characters or more, a letter, no stop word.
+/// Whether a lower-cased word carries meaning: three characters or more, a letter, no stop word.
+bool isContentWord(std::string_view word);
+
+/// The words that carry meaning, in order, duplicates kept.
 std::vector<std::string> contentWords(std::string_view text);
 
 /// How much two texts have in common, 0 to 1: the Jaccard index of their sets of words, without stop words where both

@@ -30,6 +30,8 @@ bool any(std::string_view text, CharacterTest test);
 
 /// The text without the code points at both ends for which the test holds.
 std::string_view trim(std::string_view text, CharacterTest test);
+/// The text without the code points at its end for which the test holds.
+std::string_view trimEnd(std::string_view text, CharacterTest test);
 /// The text without blanks and newlines at both ends.
 std::string_view trim(std::string_view text);
 /// The text without blanks at both ends; newlines stay.
@@ -47,6 +49,9 @@ std::string plainApostrophes(std::string_view text);
 
 /// The number of user-visible characters (extended grapheme clusters).
 std::size_t characterCount(std::string_view text);
+
+/// The byte offsets at which the user-visible characters begin.
+std::vector<std::size_t> characterStarts(std::string_view text);
 
 /// The first `count` user-visible characters.
 std::string_view firstCharacters(std::string_view text, std::size_t count);

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "VarnicCore/Models/Block.h"
+#include "VarnicCore/Models/Date.h"
+#include "VarnicCore/Models/Note.h"
+#include "VarnicCore/Models/Region.h"
+#include "VarnicCore/Models/Uuid.h"
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Flashcards in five boxes: the further a card has come, the longer it rests. Any thread.
+namespace varnic::Flashcards {
+
+/// How well the user knew a card.
+enum class Grade { again, good, easy };
+
+inline constexpr std::array allGrades{Grade::again, Grade::good, Grade::easy};
+
+std::string_view rawValue(Grade grade);
+std::optional<Grade> gradeFrom(std::string_view rawValue);
+
+/// The days that a card rests in boxes 1 to 5.
+inline constexpr std::array intervals{0, 1, 3, 7, 16};
+
+/// The cards of one note.
+struct Deck {
+    Uuid noteID;
+    /// The note's display title.
+    std::string title;
+    /// Cards with a front.
+    int total = 0;
+    /// Those of them that are due.
+    int due = 0;
+
+    [[nodiscard]] const Uuid& id() const { return noteID; }
+
+    bool operator==(const Deck&) const = default;
+};
+
+/// The schedule after an answer given at `now`; without a state the card is new. A failed card is due again in ten
+/// minutes, any other at the first moment of a later day in the region.
+CardState grade(const std::optional<CardState>& state, Grade grade, Date now, const Region& region);
+
+/// Whether the block is a flashcard with a front whose time has come.
+bool isDue(const Block& block, Date now);
+
+/// The due cards of a note, in block order.
+std::vector<Block> dueCards(const Note& note, Date now);
+
+/// One deck for each note that has a card with a front: most due cards first, then by title as the region sorts,
+/// numbers by their value. Decks that compare equal keep the order of the notes.
+std::vector<Deck> decks(const std::vector<Note>& notes, Date now, const Region& region);
+
+} // namespace varnic::Flashcards
