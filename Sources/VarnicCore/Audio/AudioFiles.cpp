@@ -2,63 +2,13 @@
 
 #include "VarnicCore/Audio/AudioError.h"
 #include "VarnicCore/Audio/AudioReader.h"
+#include "VarnicCore/Audio/LevelMeter.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <utility>
 
 namespace varnic::AudioFiles {
-
-namespace {
-
-/// Adds up samples of all channels and gives a level for each `hop` frames.
-class LevelMeter {
-public:
-    explicit LevelMeter(std::size_t hop) : hop_(hop) {}
-
-    void add(const PcmBuffer& block) {
-        for (std::size_t frame = 0; frame < block.frames();) {
-            const std::size_t count = std::min(hop_ - frames_, block.frames() - frame);
-            for (const std::vector<float>& row : block.channels) {
-                for (std::size_t index = frame; index < frame + count; ++index) {
-                    const auto sample = static_cast<double>(row[index]);
-                    squares_ += sample * sample;
-                }
-            }
-            samples_ += count * block.channels.size();
-            frames_ += count;
-            frame += count;
-            if (frames_ == hop_) {
-                close();
-            }
-        }
-    }
-
-    std::vector<float> levels() && {
-        if (frames_ > 0) {
-            close();
-        }
-        return std::move(levels_);
-    }
-
-private:
-    void close() {
-        const double rms = std::sqrt(squares_ / static_cast<double>(samples_));
-        levels_.push_back(static_cast<float>(20 * std::log10(std::max(rms, 0.000001))));
-        squares_ = 0;
-        samples_ = 0;
-        frames_ = 0;
-    }
-
-    std::size_t hop_;
-    std::size_t frames_ = 0;
-    std::size_t samples_ = 0;
-    double squares_ = 0;
-    std::vector<float> levels_;
-};
-
-} // namespace
 
 double duration(const std::filesystem::path& file) {
     try {
@@ -87,12 +37,12 @@ MonoSamples monoSamples(const std::filesystem::path& file) {
 
 std::vector<float> frameLevels(const std::filesystem::path& file, double frame) {
     AudioReader reader = AudioReader::open(file);
-    LevelMeter meter(static_cast<std::size_t>(std::max(reader.format().rate * frame, 1.0)));
+    LevelMeter meter(reader.format().rate, frame);
     PcmBuffer block;
     while (reader.read(block)) {
         meter.add(block);
     }
-    return std::move(meter).levels();
+    return meter.finish();
 }
 
 std::vector<float> envelope(const std::filesystem::path& file, double window) {

@@ -1,0 +1,180 @@
+#include "VarnicPlatform/Speech/SpeechModel.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+#include <unicode/locid.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+#include <system_error>
+
+namespace varnic {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Roles = std::vector<std::string_view>;
+
+struct EngineForm {
+    std::string_view name;
+    SpeechEngine engine;
+    /// A model has all files of one of these.
+    std::vector<Roles> forms;
+};
+
+const std::array<EngineForm, 4>& engineForms() {
+    static const std::array<EngineForm, 4> forms{{
+        {"moonshine",
+         SpeechEngine::moonshine,
+         {{"encoder", "merged_decoder", "tokens"},
+          {"preprocessor", "encoder", "uncached_decoder", "cached_decoder", "tokens"}}},
+        {"whisper", SpeechEngine::whisper, {{"encoder", "decoder", "tokens"}}},
+        {"transducer", SpeechEngine::transducer, {{"encoder", "decoder", "joiner", "tokens"}}},
+        {"sense_voice", SpeechEngine::senseVoice, {{"model", "tokens"}}},
+    }};
+    return forms;
+}
+
+const EngineForm& formNamed(const std::string& name) {
+    const auto found = std::ranges::find(engineForms(), name, &EngineForm::name);
+    if (found == engineForms().end()) {
+        throw std::runtime_error(fmt::format("unknown engine “{}”", name));
+    }
+    return *found;
+}
+
+/// The path of a file that a manifest names. It has to be a file inside of the folder.
+fs::path fileIn(const fs::path& folder, const std::string& name) {
+    const fs::path relative = fs::path(name).lexically_normal();
+    if (name.empty() || relative.is_absolute() || *relative.begin() == "..") {
+        throw std::runtime_error(fmt::format("“{}” lies outside of the model’s folder", name));
+    }
+    if (!fs::is_regular_file(folder / relative)) {
+        throw std::runtime_error(fmt::format("“{}” is missing", name));
+    }
+    return folder / relative;
+}
+
+icu::Locale localeOf(std::string_view tag) {
+    std::string name(tag);
+    std::ranges::replace(name, '-', '_');
+    return icu::Locale::createCanonical(name.c_str());
+}
+
+void requireFiles(const SpeechModel& model, const std::vector<Roles>& forms) {
+    const auto has = [&model](std::string_view role) { return model.files.contains(std::string(role)); };
+    if (!std::ranges::any_of(forms, [&has](const Roles& roles) { return std::ranges::all_of(roles, has); })) {
+        throw std::runtime_error("files of the model are not named");
+    }
+}
+
+std::string environment(const char* name, const std::string& otherwise) {
+    const char* value = std::getenv(name);
+    return value != nullptr && *value != '\0' ? value : otherwise;
+}
+
+} // namespace
+
+bool SpeechModel::fits(std::string_view locale) const {
+    const std::string language = localeOf(locale).getLanguage();
+    return std::ranges::any_of(locales,
+                               [&language](const std::string& own) { return localeOf(own).getLanguage() == language; });
+}
+
+SpeechModel SpeechModel::load(const fs::path& folder) {
+    std::ifstream in(folder / "model.json");
+    if (!in) {
+        throw std::runtime_error("there is no model.json");
+    }
+    // nlohmann's exceptions are std::exception, but not std::runtime_error.
+    try {
+        const nlohmann::json manifest = nlohmann::json::parse(in);
+        const EngineForm& form = formNamed(manifest.at("engine").get<std::string>());
+        SpeechModel model{.id = manifest.at("id"),
+                          .name = manifest.at("name"),
+                          .engine = form.engine,
+                          .locales = manifest.at("locales"),
+                          .files = {}};
+        for (const auto& [role, name] : manifest.at("files").items()) {
+            model.files[role] = fileIn(folder, name.get<std::string>());
+        }
+        requireFiles(model, form.forms);
+        return model;
+    } catch (const nlohmann::json::exception& error) {
+        throw std::runtime_error(error.what());
+    }
+}
+
+std::vector<fs::path> SpeechModels::dataDirectories() {
+    std::vector<fs::path> directories{environment("XDG_DATA_HOME", environment("HOME", "/") + "/.local/share")};
+    const std::string shared = environment("XDG_DATA_DIRS", "/usr/local/share:/usr/share");
+    for (std::size_t begin = 0; begin <= shared.size();) {
+        const std::size_t end = std::min(shared.find(':', begin), shared.size());
+        directories.emplace_back(shared.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    if (!error) {
+        directories.push_back(program.parent_path().parent_path() / "share");
+    }
+    // The base directory rules: relative paths are to be ignored.
+    std::erase_if(directories, [](const fs::path& directory) { return !directory.is_absolute(); });
+    return directories;
+}
+
+std::vector<SpeechModel> SpeechModels::installed(const std::vector<fs::path>& dataDirectories,
+                                                 std::vector<Skipped>* skipped) {
+    std::vector<SpeechModel> models;
+    for (const fs::path& directory : dataDirectories) {
+        std::error_code error;
+        std::vector<fs::path> folders;
+        for (const auto& entry : fs::directory_iterator(directory / "varnic/models", error)) {
+            if (entry.is_directory(error)) {
+                folders.push_back(entry.path());
+            }
+        }
+        std::ranges::sort(folders);
+        for (const fs::path& folder : folders) {
+            try {
+                SpeechModel model = SpeechModel::load(folder);
+                if (std::ranges::find(models, model.id, &SpeechModel::id) == models.end()) {
+                    models.push_back(std::move(model));
+                }
+            } catch (const std::runtime_error& reason) {
+                if (skipped != nullptr) {
+                    skipped->push_back({folder, reason.what()});
+                }
+            }
+        }
+    }
+    return models;
+}
+
+std::optional<SpeechModel> SpeechModels::choose(const std::vector<SpeechModel>& models, std::string_view locale) {
+    const icu::Locale wanted = localeOf(locale);
+    for (const SpeechModel& model : models) {
+        if (std::ranges::any_of(model.locales, [&](const std::string& own) { return localeOf(own) == wanted; })) {
+            return model;
+        }
+    }
+    const auto fitting = std::ranges::find_if(models, [&](const SpeechModel& model) { return model.fits(locale); });
+    return fitting == models.end() ? std::nullopt : std::optional(*fitting);
+}
+
+std::optional<fs::path> SpeechModels::detectorFile(const std::vector<fs::path>& dataDirectories) {
+    for (const fs::path& directory : dataDirectories) {
+        const fs::path file = directory / "varnic/vad/silero_vad.onnx";
+        std::error_code error;
+        if (fs::is_regular_file(file, error)) {
+            return file;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace varnic

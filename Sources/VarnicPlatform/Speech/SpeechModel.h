@@ -1,0 +1,63 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace varnic {
+
+/// The model families that the speech engine reads, by the roles of their files in a manifest:
+///   moonshine    encoder, merged_decoder, tokens; or preprocessor, encoder, uncached_decoder, cached_decoder, tokens
+///   whisper      encoder, decoder, tokens
+///   transducer   encoder, decoder, joiner, tokens
+///   senseVoice   model, tokens ("sense_voice" in a manifest)
+enum class SpeechEngine { moonshine, whisper, transducer, senseVoice };
+
+/// A speech model on this machine: a folder with the manifest "model.json" and the files it names.
+struct SpeechModel {
+    std::string id;
+    std::string name;
+    SpeechEngine engine = SpeechEngine::moonshine;
+    /// Language tags such as "en" or "pt-BR".
+    std::vector<std::string> locales;
+    /// Whole paths by role.
+    std::map<std::string, std::filesystem::path> files;
+
+    /// Whether one of the model's languages is the locale's: "en" fits "en-US" and "en_GB".
+    [[nodiscard]] bool fits(std::string_view locale) const;
+
+    /// Reads the manifest of a folder. Throws std::runtime_error with the reason for one that cannot be used.
+    static SpeechModel load(const std::filesystem::path& folder);
+
+    bool operator==(const SpeechModel&) const = default;
+};
+
+/// What is installed. Any thread.
+namespace SpeechModels {
+
+/// Where data may be installed, the nearest to the user first: XDG_DATA_HOME, XDG_DATA_DIRS (or their defaults), and
+/// "../share" beside the running program.
+std::vector<std::filesystem::path> dataDirectories();
+
+/// A folder that holds no usable model, and why.
+struct Skipped {
+    std::filesystem::path folder;
+    std::string reason;
+};
+
+/// The models under "varnic/models" of each directory. Of several with the same id the first counts. A broken one is
+/// left out, and added to `skipped` if that is given.
+std::vector<SpeechModel> installed(const std::vector<std::filesystem::path>& dataDirectories,
+                                   std::vector<Skipped>* skipped = nullptr);
+
+/// The model for a locale: one that names the very locale before one that names its language, else the first.
+std::optional<SpeechModel> choose(const std::vector<SpeechModel>& models, std::string_view locale);
+
+/// The speech detector's model file under the first directory that has it.
+std::optional<std::filesystem::path> detectorFile(const std::vector<std::filesystem::path>& dataDirectories);
+
+} // namespace SpeechModels
+} // namespace varnic

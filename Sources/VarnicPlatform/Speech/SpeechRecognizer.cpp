@@ -1,0 +1,134 @@
+#include "VarnicPlatform/Speech/SpeechRecognizer.h"
+
+#include "VarnicCore/Pipeline/Transcriber.h"
+#include "VarnicCore/Text/Unicode.h"
+
+#include <sherpa-onnx/c-api/c-api.h>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace varnic {
+
+namespace {
+
+/// "en" of "en-US".
+std::string languageOf(std::string_view locale) {
+    return std::string(locale.substr(0, locale.find_first_of("-_")));
+}
+
+/// Fills in the engine's form of a model's files. Its pointers point into `model` and `language`.
+void describe(SherpaOnnxOfflineModelConfig& config, const SpeechModel& model, const std::string& language) {
+    const auto file = [&model](const char* role) -> const char* {
+        const auto found = model.files.find(role);
+        return found == model.files.end() ? nullptr : found->second.c_str();
+    };
+    config.tokens = file("tokens");
+    config.num_threads = 1;
+    config.provider = "cpu";
+    switch (model.engine) {
+    case SpeechEngine::moonshine:
+        config.moonshine = {file("preprocessor"), file("encoder"), file("uncached_decoder"), file("cached_decoder"),
+                            file("merged_decoder")};
+        break;
+    case SpeechEngine::whisper:
+        config.whisper = {file("encoder"), file("decoder"), language.c_str(), "transcribe", -1, 0, 0};
+        break;
+    case SpeechEngine::transducer:
+        config.transducer = {file("encoder"), file("decoder"), file("joiner")};
+        break;
+    case SpeechEngine::senseVoice:
+        config.sense_voice = {file("model"), language.c_str(), 1};
+        break;
+    }
+}
+
+/// The bytes of a token without the blank, or its stand-in U+2581, that marks a word's beginning.
+std::string_view bareToken(std::string_view token) {
+    constexpr std::string_view mark = "\u2581";
+    token = Unicode::trim(token);
+    return token.starts_with(mark) ? token.substr(mark.size()) : token;
+}
+
+/// The words of the text, each from its first token's time to the next one's; nothing where tokens and text differ.
+std::vector<TimedWord> timedWords(std::string_view text, const SherpaOnnxOfflineRecognizerResult& result,
+                                  double length) {
+    if (result.timestamps == nullptr || result.count <= 0 || result.tokens_arr == nullptr) {
+        return {};
+    }
+    std::vector<double> starts;
+    std::string joined;
+    for (int32_t index = 0; index < result.count; ++index) {
+        const std::string_view bytes = bareToken(result.tokens_arr[index]);
+        joined += bytes;
+        starts.resize(joined.size(), static_cast<double>(result.timestamps[index]));
+    }
+    std::vector<TimedWord> words;
+    std::size_t position = 0;
+    for (const std::string_view word : Unicode::split(text, Unicode::isSpace)) {
+        if (joined.compare(position, word.size(), word) != 0) {
+            return {};
+        }
+        words.push_back({std::string(word), starts[position], 0});
+        position += word.size();
+    }
+    for (std::size_t index = 0; index < words.size(); ++index) {
+        const double next = index + 1 < words.size() ? words[index + 1].start : length;
+        // A word of a second or more is followed by a pause that belongs to nobody.
+        words[index].duration = std::clamp(next - words[index].start, 0.0, 1.0);
+    }
+    return words;
+}
+
+struct DestroyStream {
+    void operator()(const SherpaOnnxOfflineStream* stream) const { SherpaOnnxDestroyOfflineStream(stream); }
+};
+
+struct DestroyResult {
+    void operator()(const SherpaOnnxOfflineRecognizerResult* result) const {
+        SherpaOnnxDestroyOfflineRecognizerResult(result);
+    }
+};
+
+} // namespace
+
+void SpeechRecognizer::Destroy::operator()(const SherpaOnnxOfflineRecognizer* recognizer) const {
+    SherpaOnnxDestroyOfflineRecognizer(recognizer);
+}
+
+SpeechRecognizer SpeechRecognizer::create(const SpeechModel& model, std::string_view locale) {
+    const std::string language = languageOf(locale);
+    SherpaOnnxOfflineRecognizerConfig config{};
+    config.feat_config.sample_rate = rate;
+    config.feat_config.feature_dim = 80;
+    config.decoding_method = "greedy_search";
+    describe(config.model_config, model, language);
+    const SherpaOnnxOfflineRecognizer* recognizer = SherpaOnnxCreateOfflineRecognizer(&config);
+    if (recognizer == nullptr) {
+        throw TranscriberError::unavailable();
+    }
+    return SpeechRecognizer(recognizer);
+}
+
+Recognition SpeechRecognizer::decode(std::span<const float> samples) const {
+    const std::unique_ptr<const SherpaOnnxOfflineStream, DestroyStream> stream(
+        SherpaOnnxCreateOfflineStream(recognizer_.get()));
+    if (stream == nullptr) {
+        throw TranscriberError::failed("the speech engine has no memory left");
+    }
+    SherpaOnnxAcceptWaveformOffline(stream.get(), rate, samples.data(), static_cast<int32_t>(samples.size()));
+    SherpaOnnxDecodeOfflineStream(recognizer_.get(), stream.get());
+    const std::unique_ptr<const SherpaOnnxOfflineRecognizerResult, DestroyResult> result(
+        SherpaOnnxGetOfflineStreamResult(stream.get()));
+    if (result == nullptr || result->text == nullptr) {
+        throw TranscriberError::failed("the speech engine gave no answer");
+    }
+    Recognition heard;
+    heard.text = Unicode::trim(result->text);
+    heard.tokens = static_cast<std::size_t>(std::max<int32_t>(result->count, 0));
+    heard.words = timedWords(heard.text, *result, static_cast<double>(samples.size()) / rate);
+    return heard;
+}
+
+} // namespace varnic

@@ -1,0 +1,155 @@
+#include "VarnicPlatform/Speech/SpeechStretches.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <functional>
+#include <limits>
+#include <numeric>
+
+namespace varnic {
+
+using VoiceActivity::Range;
+
+namespace {
+
+constexpr double longestStretch = 15;
+constexpr double longestPause = 1;
+/// Real sound on either side of the speech: the engine drops words at hard edges.
+constexpr double context = 0.3;
+constexpr double audibleMargin = 0.5;
+constexpr double shortestPause = 0.15;
+
+/// Puts ranges that are at most `gap` apart together.
+std::vector<Range> bridged(const std::vector<Range>& ranges, double gap) {
+    std::vector<Range> result;
+    for (const Range& range : ranges) {
+        if (!result.empty() && range.start - result.back().end <= gap) {
+            result.back().end = std::max(result.back().end, range.end);
+        } else {
+            result.push_back(range);
+        }
+    }
+    return result;
+}
+
+std::vector<Range> above(float threshold, std::span<const float> levels, double start, double frame) {
+    std::vector<Range> runs;
+    for (std::size_t index = 0; index < levels.size(); ++index) {
+        if (levels[index] > threshold) {
+            const double from = start + static_cast<double>(index) * frame;
+            runs.push_back({from, from + frame});
+        }
+    }
+    return runs;
+}
+
+/// Appends a range in pieces that are short enough, cut in the later half of each where it is quietest.
+void appendCut(Range range, const TrackLevels& track, std::vector<Range>& pieces) {
+    while (range.end - range.start > longestStretch) {
+        const double latest = std::min(range.start + longestStretch, range.end - 1);
+        const double cut = SpeechStretches::quietest({range.start + longestStretch / 2, latest}, track);
+        pieces.push_back({range.start, cut});
+        range.start = cut;
+    }
+    pieces.push_back(range);
+}
+
+float percentile(std::span<const float> levels, double part) {
+    std::vector<float> sorted(levels.begin(), levels.end());
+    const auto at = sorted.begin() + static_cast<std::ptrdiff_t>(part * static_cast<double>(sorted.size() - 1));
+    std::ranges::nth_element(sorted, at);
+    return *at;
+}
+
+double power(float level) {
+    return std::pow(10.0, static_cast<double>(level) / 10);
+}
+
+} // namespace
+
+std::span<const float> TrackLevels::within(Range range) const {
+    const auto index = [this](double seconds) {
+        return static_cast<std::size_t>(
+            std::clamp(std::round(seconds / frame), 0.0, static_cast<double>(levels.size())));
+    };
+    const std::size_t first = index(range.start);
+    return std::span(levels).subspan(first, std::max(index(range.end), first) - first);
+}
+
+std::vector<SpeechStretch> SpeechStretches::plan(const std::vector<Range>& speech, const TrackLevels& track) {
+    std::vector<Range> pieces;
+    for (const Range& range : speech) {
+        appendCut({range.start, std::min(range.end, track.seconds())}, track, pieces);
+    }
+    std::vector<SpeechStretch> stretches;
+    for (const Range& piece : pieces) {
+        const bool joins = !stretches.empty() && piece.start - stretches.back().speech.end <= longestPause &&
+                           piece.end - stretches.back().speech.start <= longestStretch;
+        if (joins) {
+            stretches.back().speech.end = std::max(stretches.back().speech.end, piece.end);
+        } else {
+            stretches.push_back({piece, piece});
+        }
+    }
+    for (std::size_t index = 0; index < stretches.size(); ++index) {
+        const auto& [start, end] = stretches[index].speech;
+        const double before = index == 0 ? start : (start - stretches[index - 1].speech.end) / 2;
+        const double after =
+            index + 1 < stretches.size() ? (stretches[index + 1].speech.start - end) / 2 : track.seconds() - end;
+        stretches[index].sound = {start - std::clamp(before, 0.0, context), end + std::clamp(after, 0.0, context)};
+    }
+    return stretches;
+}
+
+std::vector<Range> SpeechStretches::audible(const TrackLevels& track, float threshold) {
+    std::vector<Range> parts = bridged(above(threshold, track.levels, 0, track.frame), 2 * audibleMargin);
+    for (Range& part : parts) {
+        part = {std::max(part.start - audibleMargin, 0.0), std::min(part.end + audibleMargin, track.seconds())};
+    }
+    return parts;
+}
+
+float SpeechStretches::meanLevel(const std::vector<Range>& parts, const TrackLevels& track) {
+    double sum = 0;
+    std::size_t count = 0;
+    for (const Range& part : parts) {
+        for (const float level : track.within(part)) {
+            sum += power(level);
+            ++count;
+        }
+    }
+    return count == 0 ? -120.0F : static_cast<float>(10 * std::log10(sum / static_cast<double>(count)));
+}
+
+std::vector<Range> SpeechStretches::voicedRuns(Range part, const TrackLevels& track) {
+    const std::span<const float> levels = track.within(part);
+    if (levels.empty()) {
+        return {};
+    }
+    const float loud = percentile(levels, 0.9);
+    const float floor = percentile(levels, 0.1);
+    const float threshold = std::max(loud - 25, floor + (loud - floor) * 0.3F);
+    std::vector<Range> runs = bridged(above(threshold, levels, part.start, track.frame), shortestPause);
+    // Clicks are no words.
+    std::erase_if(runs, [](const Range& run) { return run.end - run.start < 0.05; });
+    return runs.empty() ? std::vector{part} : runs;
+}
+
+double SpeechStretches::quietest(Range between, const TrackLevels& track) {
+    const std::span<const float> levels = track.within(between);
+    const auto width = std::max<std::size_t>(static_cast<std::size_t>(std::lround(0.1 / track.frame)), 1);
+    double least = std::numeric_limits<double>::infinity();
+    double found = (between.start + between.end) / 2;
+    for (std::size_t index = 0; index + width <= levels.size(); ++index) {
+        const std::span<const float> window = levels.subspan(index, width);
+        const double sum = std::transform_reduce(window.begin(), window.end(), 0.0, std::plus<>(), power);
+        if (sum < least) {
+            least = sum;
+            found = between.start + (static_cast<double>(index) + static_cast<double>(width) / 2) * track.frame;
+        }
+    }
+    return found;
+}
+
+} // namespace varnic

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "VarnicCore/Audio/VoiceActivity.h"
+
+#include <span>
+#include <vector>
+
+namespace varnic {
+
+/// A part of a track that the engine hears in one go. Seconds from the track's beginning.
+struct SpeechStretch {
+    /// Where somebody speaks, first to last.
+    VoiceActivity::Range speech;
+    /// What the engine hears: the same with a little of the real sound around it.
+    VoiceActivity::Range sound;
+
+    bool operator==(const SpeechStretch&) const = default;
+};
+
+/// What is known of a track before it is heard: a level in decibels for each frame of so many seconds.
+struct TrackLevels {
+    std::vector<float> levels;
+    double frame = VoiceActivity::frameSeconds;
+
+    [[nodiscard]] double seconds() const { return static_cast<double>(levels.size()) * frame; }
+
+    /// The levels of a part, cut to what there is.
+    [[nodiscard]] std::span<const float> within(VoiceActivity::Range range) const;
+};
+
+/// Pure functions from levels and speech to what the engine is to hear.
+namespace SpeechStretches {
+
+/// Speech becomes stretches of at most 15 s: over pauses of up to a second it is joined, and speech that goes on for
+/// longer is cut where it is quietest. No two stretches hear the same sound.
+std::vector<SpeechStretch> plan(const std::vector<VoiceActivity::Range>& speech, const TrackLevels& track);
+
+/// The parts of a track that are not plain silence: within half a second of a frame above `threshold` decibels.
+std::vector<VoiceActivity::Range> audible(const TrackLevels& track, float threshold);
+
+/// The mean level over parts of a track, in decibels: that of their mean power.
+float meanLevel(const std::vector<VoiceActivity::Range>& parts, const TrackLevels& track);
+
+/// The runs within a part in which there is a voice, judged by the part's own levels; pauses shorter than 0.15 s are
+/// not seen. Never empty for a part with a level.
+std::vector<VoiceActivity::Range> voicedRuns(VoiceActivity::Range part, const TrackLevels& track);
+
+/// The middle of the quietest tenth of a second between two moments.
+double quietest(VoiceActivity::Range between, const TrackLevels& track);
+
+} // namespace SpeechStretches
+} // namespace varnic

@@ -1,0 +1,77 @@
+#include "VarnicPlatform/Speech/SpeechTranscriber.h"
+
+#include "VarnicCore/Audio/AudioError.h"
+#include "VarnicCore/Text/Unicode.h"
+#include "VarnicCore/Transcript/Utterances.h"
+#include "VarnicPlatform/Speech/SpeechModel.h"
+#include "VarnicPlatform/Speech/SpeechRecognizer.h"
+#include "VarnicPlatform/Speech/TrackListener.h"
+
+#include <unicode/locid.h>
+
+#include <algorithm>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+namespace varnic {
+
+namespace {
+
+/// A longer pause in seconds ends a line of the transcript.
+constexpr double lineGap = 1.2;
+/// The share of the work that finding the speech is.
+constexpr double findingShare = 0.15;
+constexpr double mostProgress = 0.99;
+
+std::string displayName(const std::string& locale, const std::string& displayLocale) {
+    icu::UnicodeString name;
+    icu::Locale::createCanonical(locale.c_str()).getDisplayName(icu::Locale(displayLocale.c_str()), name);
+    return name.isEmpty() ? locale : Unicode::utf8(name);
+}
+
+SpeechModel modelFor(const std::string& locale, const std::vector<std::filesystem::path>& directories,
+                     const std::string& displayLocale) {
+    const std::vector<SpeechModel> models = SpeechModels::installed(directories);
+    if (models.empty()) {
+        throw TranscriberError::notAuthorized();
+    }
+    std::optional<SpeechModel> model = SpeechModels::choose(models, locale);
+    if (!model) {
+        throw TranscriberError::noOnDevice(displayName(locale, displayLocale));
+    }
+    return *std::move(model);
+}
+
+} // namespace
+
+SpeechTranscriber::SpeechTranscriber(std::string locale, std::vector<std::filesystem::path> dataDirectories,
+                                     std::string displayLocale)
+    : locale_(std::move(locale)), dataDirectories_(std::move(dataDirectories)),
+      displayLocale_(std::move(displayLocale)) {}
+
+std::vector<Segment> SpeechTranscriber::transcribe(const std::filesystem::path& file, Speaker speaker,
+                                                   const ProgressCallback& progress, std::stop_token stop) const {
+    std::error_code error;
+    if (!std::filesystem::exists(file, error)) {
+        throw TranscriberError::missingFile();
+    }
+    const SpeechModel model = modelFor(locale_, dataDirectories_, displayLocale_);
+    const auto report = [&progress](double done) { progress(std::min(done, mostProgress)); };
+    try {
+        TrackListener listener(file, SpeechModels::detectorFile(dataDirectories_), std::move(stop));
+        const std::vector<SpeechStretch> stretches =
+            listener.find([&report](double part) { report(part * findingShare); });
+        if (stretches.empty()) {
+            return {};
+        }
+        const SpeechRecognizer recognizer = SpeechRecognizer::create(model, locale_);
+        const std::vector<TimedWord> words = listener.hear(
+            stretches, recognizer, [&report](double part) { report(findingShare + part * (1 - findingShare)); });
+        return Utterances::build(words, std::nullopt, speaker, 0, lineGap);
+    } catch (const AudioError& unreadable) {
+        throw TranscriberError::failed(unreadable.what());
+    }
+}
+
+} // namespace varnic

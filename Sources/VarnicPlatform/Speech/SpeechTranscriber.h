@@ -1,0 +1,35 @@
+#pragma once
+
+#include "VarnicCore/Pipeline/Transcriber.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace varnic {
+
+/// Transcribes on this machine with the speech model that is installed for a language; no sound leaves it. The models
+/// are looked up for each file, so that one installed meanwhile is found. Immutable; any number of files at a time,
+/// each with an engine of its own.
+class SpeechTranscriber final : public Transcriber {
+public:
+    /// `locale` is what is spoken, such as "en-US". Models are sought under `dataDirectories`
+    /// (SpeechModels::dataDirectories()). A language that no model knows is named in the language of `displayLocale`.
+    SpeechTranscriber(std::string locale, std::vector<std::filesystem::path> dataDirectories,
+                      std::string displayLocale = "en");
+
+    /// Throws, in this order: `missingFile`; `notAuthorized` when no model is installed at all; `noOnDevice` when none
+    /// is for the language; `failed` with a sentence for a file that cannot be read; `unavailable` when the engine does
+    /// not take the model; `failed` for the engine's errors and after a request through `stop`. A track without speech
+    /// gives nothing and needs no engine. Progress never falls and stays at or under 0.99.
+    [[nodiscard]] std::vector<Segment> transcribe(const std::filesystem::path& file, Speaker speaker,
+                                                  const ProgressCallback& progress,
+                                                  std::stop_token stop) const override;
+
+private:
+    std::string locale_;
+    std::vector<std::filesystem::path> dataDirectories_;
+    std::string displayLocale_;
+};
+
+} // namespace varnic

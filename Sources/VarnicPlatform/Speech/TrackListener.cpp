@@ -1,0 +1,237 @@
+#include "VarnicPlatform/Speech/TrackListener.h"
+
+#include "VarnicCore/Audio/AudioReader.h"
+#include "VarnicCore/Audio/LevelMeter.h"
+#include "VarnicPlatform/Speech/SpeechDetector.h"
+#include "VarnicPlatform/Speech/TranscriptGuards.h"
+#include "VarnicPlatform/Speech/WordTimes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+
+namespace varnic {
+
+using VoiceActivity::Range;
+
+namespace {
+
+/// The level of speech that the models hear best, in decibels of full scale.
+constexpr float speechLevel = -23;
+/// So far below the speech nobody speaks: the detector need not look.
+constexpr float silenceBelowSpeech = 40;
+
+/// How speech is told by its level alone.
+constexpr double shortestSpeech = 0.25;
+constexpr double bridgedPause = 0.6;
+
+/// How often a stretch on which the engine lost itself is cut and heard again.
+constexpr int mostCuts = 2;
+/// Shorter pieces are not cut.
+constexpr double shortestPart = 2;
+
+constexpr int rate = SpeechRecognizer::rate;
+
+std::int64_t sampleAt(double seconds) {
+    return std::llround(seconds * rate);
+}
+
+/// The sound of a file as the engine takes it, from front to back.
+class Sound {
+public:
+    Sound(const std::filesystem::path& file, float gain) : reader_(AudioReader::openMono(file, rate)), gain_(gain) {}
+
+    /// The next samples; empty at the end.
+    std::span<const float> next() {
+        if (!reader_.read(block_)) {
+            return {};
+        }
+        for (float& sample : block_.channels.front()) {
+            sample *= gain_;
+        }
+        return block_.channels.front();
+    }
+
+    /// The samples of a part, as far as there are any. Parts have to be asked for in their order; `reading` is called
+    /// again and again meanwhile.
+    std::span<const float> part(Range range, const std::function<void()>& reading) {
+        const std::int64_t first = std::max(sampleAt(range.start), first_);
+        const std::int64_t last = sampleAt(range.end);
+        while (first_ + static_cast<std::int64_t>(kept_.size()) < last) {
+            drop(first);
+            reading();
+            const std::span<const float> samples = next();
+            if (samples.empty()) {
+                break;
+            }
+            kept_.insert(kept_.end(), samples.begin(), samples.end());
+        }
+        drop(first);
+        const auto count = std::clamp<std::int64_t>(last - first_, 0, static_cast<std::int64_t>(kept_.size()));
+        return std::span(kept_).first(static_cast<std::size_t>(count));
+    }
+
+private:
+    void drop(std::int64_t before) {
+        const std::int64_t count = std::min(before - first_, static_cast<std::int64_t>(kept_.size()));
+        if (count > 0) {
+            kept_.erase(kept_.begin(), kept_.begin() + count);
+            first_ += count;
+        }
+    }
+
+    AudioReader reader_;
+    float gain_;
+    PcmBuffer block_;
+    std::vector<float> kept_;
+    /// The place of the first kept sample in the track.
+    std::int64_t first_ = 0;
+};
+
+/// Gives the detector a track of which only some parts are audible.
+class AudibleFeed {
+public:
+    AudibleFeed(SpeechDetector& detector, std::vector<Range> audible)
+        : detector_(detector), audible_(std::move(audible)) {}
+
+    void add(std::span<const float> samples) {
+        while (!samples.empty()) {
+            while (part_ < audible_.size() && sampleAt(audible_[part_].end) <= position_) {
+                ++part_;
+            }
+            const bool last = part_ == audible_.size();
+            const bool heard = !last && sampleAt(audible_[part_].start) <= position_;
+            const Range part = last ? Range{} : audible_[part_];
+            const std::int64_t left = sampleAt(heard ? part.end : part.start) - position_;
+            const std::size_t count = last ? samples.size() : std::min(samples.size(), static_cast<std::size_t>(left));
+            if (heard) {
+                detector_.add(samples.first(count));
+            } else {
+                detector_.addSilence(static_cast<std::int64_t>(count));
+            }
+            position_ += static_cast<std::int64_t>(count);
+            samples = samples.subspan(count);
+        }
+    }
+
+    [[nodiscard]] std::int64_t position() const { return position_; }
+
+private:
+    SpeechDetector& detector_;
+    std::vector<Range> audible_;
+    std::size_t part_ = 0;
+    std::int64_t position_ = 0;
+};
+
+/// Cuts a stretch in two at a moment.
+std::pair<SpeechStretch, SpeechStretch> cutAt(const SpeechStretch& stretch, double moment) {
+    const auto& [speech, sound] = stretch;
+    return {{{speech.start, std::clamp(moment, speech.start, speech.end)}, {sound.start, moment}},
+            {{std::clamp(moment, speech.start, speech.end), speech.end}, {moment, sound.end}}};
+}
+
+} // namespace
+
+TrackListener::TrackListener(std::filesystem::path file, std::optional<std::filesystem::path> detector,
+                             std::stop_token stop)
+    : file_(std::move(file)), detector_(std::move(detector)), stop_(std::move(stop)) {}
+
+std::vector<SpeechStretch> TrackListener::find(const ProgressCallback& progress) {
+    measure();
+    const std::vector<Range> loud = VoiceActivity::detect(track_.levels, track_.frame, shortestSpeech, bridgedPause);
+    if (loud.empty()) {
+        return {};
+    }
+    gain_ = std::pow(10.0F, (speechLevel - SpeechStretches::meanLevel(loud, track_)) / 20);
+    return SpeechStretches::plan(detector_ ? detect(*detector_, progress) : loud, track_);
+}
+
+std::vector<TimedWord> TrackListener::hear(const std::vector<SpeechStretch>& stretches,
+                                           const SpeechRecognizer& recognizer, const ProgressCallback& progress) {
+    const double total = std::max(track_.seconds(), 1.0);
+    Sound sound(file_, gain_);
+    std::vector<TimedWord> words;
+    for (const SpeechStretch& stretch : stretches) {
+        const std::span<const float> samples = sound.part(stretch.sound, [this] { requireGoingOn(); });
+        hearPart(samples, stretch, [&](std::span<const float> part) { return recognizer.decode(part); }, 0, words);
+        progress(std::min(stretch.speech.end / total, 1.0));
+    }
+    return words;
+}
+
+void TrackListener::measure() {
+    AudioReader reader = AudioReader::open(file_);
+    LevelMeter meter(reader.format().rate, track_.frame);
+    PcmBuffer block;
+    while (reader.read(block)) {
+        requireGoingOn();
+        meter.add(block);
+    }
+    track_.levels = meter.finish();
+}
+
+std::vector<Range> TrackListener::detect(const std::filesystem::path& model, const ProgressCallback& progress) {
+    SpeechDetector detector = SpeechDetector::create(model);
+    const float level = speechLevel - 20 * std::log10(gain_);
+    AudibleFeed feed(detector, SpeechStretches::audible(track_, level - silenceBelowSpeech));
+    Sound sound(file_, gain_);
+    const std::int64_t total = std::max(sampleAt(track_.seconds()), std::int64_t{rate});
+    std::int64_t told = 0;
+    for (std::span<const float> samples = sound.next(); !samples.empty(); samples = sound.next()) {
+        requireGoingOn();
+        feed.add(samples);
+        if (feed.position() - told > std::int64_t{10} * rate) {
+            told = feed.position();
+            progress(std::min(static_cast<double>(told) / static_cast<double>(total), 1.0));
+        }
+    }
+    return detector.finish();
+}
+
+void TrackListener::hearPart(std::span<const float> samples, const SpeechStretch& part, const Decode& decode, int cuts,
+                             std::vector<TimedWord>& words) {
+    requireGoingOn();
+    if (samples.empty()) {
+        return;
+    }
+    Recognition heard = decode(samples);
+    const double seconds = static_cast<double>(samples.size()) / rate;
+    if (TranscriptGuards::isSuspicious(heard.text, heard.tokens, seconds)) {
+        if (cuts < mostCuts && seconds >= shortestPart) {
+            const double quarter = seconds / 4;
+            const double moment =
+                SpeechStretches::quietest({part.sound.start + quarter, part.sound.end - quarter}, track_);
+            const auto [front, back] = cutAt(part, moment);
+            const auto count = static_cast<std::size_t>(
+                std::clamp<std::int64_t>(sampleAt(moment - part.sound.start), 0, std::ssize(samples)));
+            hearPart(samples.first(count), front, decode, cuts + 1, words);
+            hearPart(samples.subspan(count), back, decode, cuts + 1, words);
+            return;
+        }
+        heard.text = TranscriptGuards::withoutRepeats(heard.text);
+        // The engine's times are those of the repeats too.
+        heard.words.clear();
+    }
+    if (!TranscriptGuards::hasLetter(heard.text)) {
+        return;
+    }
+    if (heard.words.empty()) {
+        heard.words = WordTimes::spread(heard.text, SpeechStretches::voicedRuns(part.speech, track_));
+    } else {
+        for (TimedWord& word : heard.words) {
+            word.start += part.sound.start;
+        }
+    }
+    words.insert(words.end(), heard.words.begin(), heard.words.end());
+}
+
+void TrackListener::requireGoingOn() const {
+    if (stop_.stop_requested()) {
+        throw TranscriberError::failed("cancelled");
+    }
+}
+
+} // namespace varnic

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "VarnicCore/Pipeline/Transcriber.h"
+#include "VarnicCore/Transcript/Utterances.h"
+#include "VarnicPlatform/Speech/SpeechRecognizer.h"
+#include "VarnicPlatform/Speech/SpeechStretches.h"
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <vector>
+
+namespace varnic {
+
+/// Hears one track from beginning to end, in three passes over the file: its levels, where in it somebody speaks, and
+/// what is said. Memory does not grow with the track but for 50 levels a second. One thread.
+class TrackListener {
+public:
+    /// `detector` is the speech detector's model; without one, speech is found by its level. A request through `stop`
+    /// ends a pass with TranscriberError `failed`, at the latest when the stretch being decoded is done.
+    TrackListener(std::filesystem::path file, std::optional<std::filesystem::path> detector, std::stop_token stop);
+
+    /// The stretches of the track with speech. `progress` gets the part of the track that was searched, 0 to 1. Throws
+    /// AudioError and TranscriberError.
+    std::vector<SpeechStretch> find(const ProgressCallback& progress);
+
+    /// The words of stretches that `find` gave; `progress` gets the part of the track that was heard, 0 to 1. Throws
+    /// AudioError and TranscriberError.
+    std::vector<TimedWord> hear(const std::vector<SpeechStretch>& stretches, const SpeechRecognizer& recognizer,
+                                const ProgressCallback& progress);
+
+    /// The factor that brings the track's speech to the level that the models expect. Known after `find`.
+    [[nodiscard]] float gain() const { return gain_; }
+
+private:
+    using Decode = std::function<Recognition(std::span<const float>)>;
+
+    void measure();
+    std::vector<VoiceActivity::Range> detect(const std::filesystem::path& model, const ProgressCallback& progress);
+    void hearPart(std::span<const float> samples, const SpeechStretch& part, const Decode& decode, int cuts,
+                  std::vector<TimedWord>& words);
+    void requireGoingOn() const;
+
+    std::filesystem::path file_;
+    std::optional<std::filesystem::path> detector_;
+    std::stop_token stop_;
+    TrackLevels track_;
+    float gain_ = 1;
+};
+
+} // namespace varnic

@@ -1,0 +1,137 @@
+#include "VarnicPlatform/Speech/TranscriptGuards.h"
+
+#include "VarnicCore/Text/Unicode.h"
+
+#include <algorithm>
+#include <bit>
+#include <iterator>
+#include <vector>
+
+namespace varnic::TranscriptGuards {
+
+namespace {
+
+/// Tokens a second at which the engine stops by itself, and the part of it that is no speech any more.
+constexpr double tokenCap = 15;
+constexpr double suspiciousPart = 0.9;
+constexpr double suspiciousRatio = 2.4;
+
+constexpr std::size_t longestPhrase = 20;
+
+std::size_t repeatsOf(std::size_t phraseLength) {
+    return phraseLength == 1 ? 6 : 4;
+}
+
+/// The word as compared: lower case, without what is neither letter nor number at its ends.
+std::string keyOf(std::string_view word) {
+    const auto other = [](char32_t c) { return !Unicode::isLetter(c) && !Unicode::isNumber(c); };
+    return Unicode::lowerCased(Unicode::trim(word, other));
+}
+
+struct Repetition {
+    std::size_t first = 0;
+    /// Words of the phrase, and how often it stands there.
+    std::size_t length = 0;
+    std::size_t times = 0;
+};
+
+/// The first repetition at a word or behind it; `times` is 0 when there is none. The shortest phrase counts.
+Repetition findRepetition(const std::vector<std::string>& keys, std::size_t from) {
+    for (std::size_t first = from; first < keys.size(); ++first) {
+        for (std::size_t length = 1; length <= longestPhrase && first + 2 * length <= keys.size(); ++length) {
+            std::size_t end = first + length;
+            while (end < keys.size() && keys[end] == keys[end - length]) {
+                ++end;
+            }
+            const std::size_t times = (end - first) / length;
+            if (times >= repeatsOf(length)) {
+                return {first, length, times};
+            }
+        }
+    }
+    return {};
+}
+
+std::vector<std::string> keysOf(const std::vector<std::string_view>& words) {
+    std::vector<std::string> keys;
+    std::ranges::transform(words, std::back_inserter(keys), keyOf);
+    return keys;
+}
+
+/// Bits of a pointer to text of `length` bytes (3 to 258) that stood `distance` bytes before.
+int pointerBits(std::size_t length, std::size_t distance) {
+    const int lengthCode = length >= 115 ? 8 : 7;
+    const int lengthExtra = length < 11 || length == 258 ? 0 : static_cast<int>(std::bit_width(length - 3)) - 3;
+    const int distanceExtra = distance < 5 ? 0 : static_cast<int>(std::bit_width(distance - 1)) - 2;
+    return lengthCode + lengthExtra + 5 + distanceExtra;
+}
+
+struct Match {
+    std::size_t length = 0;
+    std::size_t distance = 0;
+};
+
+Match longestMatch(std::string_view text, std::size_t position) {
+    Match best;
+    const std::size_t most = std::min<std::size_t>(text.size() - position, 258);
+    for (std::size_t start = position; start-- > 0;) {
+        std::size_t length = 0;
+        while (length < most && text[start + length] == text[position + length]) {
+            ++length;
+        }
+        if (length > best.length) {
+            best = {length, position - start};
+        }
+    }
+    return best;
+}
+
+} // namespace
+
+bool isSuspicious(std::string_view text, std::size_t tokens, double seconds) {
+    return static_cast<double>(tokens) >= suspiciousPart * tokenCap * seconds || repeats(text) ||
+           compressionRatio(text) > suspiciousRatio;
+}
+
+bool repeats(std::string_view text) {
+    return findRepetition(keysOf(Unicode::split(text, Unicode::isSpace)), 0).times > 0;
+}
+
+std::string withoutRepeats(std::string_view text) {
+    std::vector<std::string_view> words = Unicode::split(text, Unicode::isSpace);
+    std::vector<std::string> keys = keysOf(words);
+    for (Repetition found = findRepetition(keys, 0); found.times > 0; found = findRepetition(keys, found.first)) {
+        const auto first = static_cast<std::ptrdiff_t>(found.first);
+        const auto surplus = static_cast<std::ptrdiff_t>(found.length * (found.times - 1));
+        words.erase(words.begin() + first, words.begin() + first + surplus);
+        keys.erase(keys.begin() + first, keys.begin() + first + surplus);
+    }
+    std::string result;
+    for (const std::string_view word : words) {
+        result += result.empty() ? "" : " ";
+        result += word;
+    }
+    return result;
+}
+
+double compressionRatio(std::string_view text) {
+    // The stream's own head, check sum and end mark, as zlib writes them.
+    int bits = 6 * 8 + 3 + 7;
+    for (std::size_t position = 0; position < text.size();) {
+        const Match match = longestMatch(text, position);
+        if (match.length >= 3) {
+            bits += pointerBits(match.length, match.distance);
+            position += match.length;
+        } else {
+            bits += static_cast<unsigned char>(text[position]) < 144 ? 8 : 9;
+            ++position;
+        }
+    }
+    return static_cast<double>(text.size()) * 8 / bits;
+}
+
+bool hasLetter(std::string_view text) {
+    return Unicode::any(text, Unicode::isLetter);
+}
+
+} // namespace varnic::TranscriptGuards

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// What tells that a speech model has lost itself: such models now and then repeat a phrase without end. Pure.
+namespace varnic::TranscriptGuards {
+
+/// Whether a text of so many tokens for so many seconds of sound is to be mistrusted: too many tokens, a phrase that
+/// repeats, or too little in it for its length.
+bool isSuspicious(std::string_view text, std::size_t tokens, double seconds);
+
+/// Whether some phrase stands four times in a row, or a single word six times; capitals and punctuation do not count.
+bool repeats(std::string_view text);
+
+/// The text with one of each phrase that `repeats`.
+std::string withoutRepeats(std::string_view text);
+
+/// How many times smaller the text gets when repetitions are pointed at: its size by the bits that Deflate (RFC 1951)
+/// with fixed codes takes for it. Plain English has about 1.1.
+double compressionRatio(std::string_view text);
+
+/// Whether there is anything to read in it.
+bool hasLetter(std::string_view text);
+
+} // namespace varnic::TranscriptGuards

@@ -1,0 +1,98 @@
+#include "VarnicPlatform/Speech/WordTimes.h"
+
+#include "VarnicCore/Text/Unicode.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <string>
+
+namespace varnic::WordTimes {
+
+using VoiceActivity::Range;
+
+namespace {
+
+/// What a pause inside of a phrase costs, in seconds of misplacement for each second of pause.
+constexpr double unpunctuatedCost = 0.6;
+
+bool endsPhrase(std::string_view word) {
+    return !word.empty() && std::string_view(".?!,;:").find(word.back()) != std::string_view::npos;
+}
+
+/// Seconds of voice before each word and behind the last, at an even pace.
+std::vector<double> evenPace(const std::vector<std::string_view>& words, double voicedSeconds) {
+    std::vector<double> before{0};
+    for (const std::string_view word : words) {
+        before.push_back(before.back() + static_cast<double>(Unicode::characterCount(word)) + 1);
+    }
+    const double pace = voicedSeconds / before.back();
+    for (double& seconds : before) {
+        seconds *= pace;
+    }
+    return before;
+}
+
+/// For each pause between runs, the number of words before it, by the least sum of costs.
+std::vector<std::size_t> wordsBeforePauses(const std::vector<std::string_view>& words,
+                                           const std::vector<double>& before, const std::vector<Range>& voiced) {
+    const std::size_t pauses = voiced.size() - 1;
+    // least[w]: the least cost of the pauses so far with at most w words before the last of them; chosen: which w.
+    std::vector<double> least(before.size(), 0);
+    std::vector<std::vector<std::size_t>> chosen(pauses, std::vector<std::size_t>(before.size()));
+    double voice = 0;
+    for (std::size_t pause = 0; pause < pauses; ++pause) {
+        voice += voiced[pause].end - voiced[pause].start;
+        const double length = std::min(voiced[pause + 1].start - voiced[pause].end, 1.0);
+        double best = std::numeric_limits<double>::infinity();
+        std::size_t bestCount = 0;
+        for (std::size_t count = 0; count < before.size(); ++count) {
+            const bool natural = count > 0 && endsPhrase(words[count - 1]);
+            const double cost =
+                least[count] + std::abs(before[count] - voice) + (natural ? 0 : unpunctuatedCost * length);
+            if (cost < best) {
+                best = cost;
+                bestCount = count;
+            }
+            least[count] = best;
+            chosen[pause][count] = bestCount;
+        }
+    }
+    std::vector<std::size_t> counts(pauses);
+    std::size_t limit = words.size();
+    for (std::size_t pause = pauses; pause-- > 0;) {
+        limit = chosen[pause][limit];
+        counts[pause] = limit;
+    }
+    return counts;
+}
+
+} // namespace
+
+std::vector<TimedWord> spread(std::string_view text, const std::vector<Range>& voiced) {
+    const std::vector<std::string_view> words = Unicode::split(text, Unicode::isSpace);
+    if (words.empty() || voiced.empty()) {
+        return {};
+    }
+    double voicedSeconds = 0;
+    for (const Range& run : voiced) {
+        voicedSeconds += run.end - run.start;
+    }
+    const std::vector<double> before = evenPace(words, voicedSeconds);
+    std::vector<std::size_t> ends = wordsBeforePauses(words, before, voiced);
+    ends.push_back(words.size());
+    std::vector<TimedWord> timed;
+    for (std::size_t run = 0; run < voiced.size(); ++run) {
+        const std::size_t first = timed.size();
+        const auto& [start, end] = voiced[run];
+        for (std::size_t word = first; word < ends[run]; ++word) {
+            const double pace = (end - start) / (before[ends[run]] - before[first]);
+            timed.push_back({std::string(words[word]), start + (before[word] - before[first]) * pace,
+                             (before[word + 1] - before[word]) * pace});
+        }
+    }
+    return timed;
+}
+
+} // namespace varnic::WordTimes

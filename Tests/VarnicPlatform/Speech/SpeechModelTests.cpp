@@ -1,0 +1,104 @@
+#include "VarnicCore/Audio/SoundFiles.h"
+#include "VarnicPlatform/Speech/SpeechModel.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace varnic {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A folder of data with models that have no content but their manifests.
+class SpeechModelTest : public ::testing::Test {
+protected:
+    void add(const std::string& folder, const std::string& manifest) const {
+        const fs::path path = root() / "varnic/models" / folder;
+        fs::create_directories(path);
+        for (const char* name : {"e.onnx", "d.onnx", "t.txt"}) {
+            std::ofstream(path / name) << "x";
+        }
+        std::ofstream(path / "model.json") << manifest;
+    }
+
+    static std::string manifest(const std::string& id, const std::string& locales,
+                                const std::string& encoder = "e.onnx", const std::string& engine = "whisper") {
+        return R"({"id": ")" + id + R"(", "name": "N", "engine": ")" + engine + R"(", "locales": [)" + locales +
+               R"(], "files": {"encoder": ")" + encoder + R"(", "decoder": "d.onnx", "tokens": "t.txt"}})";
+    }
+
+    [[nodiscard]] fs::path root() const { return files_.path("data"); }
+
+    [[nodiscard]] std::string chosen(const std::string& locale) const {
+        const auto model = SpeechModels::choose(SpeechModels::installed({root()}), locale);
+        return model ? model->id : "";
+    }
+
+private:
+    SoundFiles files_;
+};
+
+TEST_F(SpeechModelTest, installed_brokenModels_areSkippedWithAReason) {
+    add("good", manifest("good", R"("en")"));
+    add("copy", manifest("good", R"("de")"));
+    add("cut", R"({"id": "cut", "na)");
+    add("climbing", manifest("climbing", R"("en")", "../good/e.onnx"));
+    add("absolute", manifest("absolute", R"("en")", "/etc/passwd"));
+    add("incomplete", manifest("incomplete", R"("en")", "f.onnx"));
+    add("unknown", manifest("unknown", R"("en")", "e.onnx", "oracle"));
+    add("roles", manifest("roles", R"("en")", "e.onnx", "transducer"));
+    add("types", manifest("types", "7"));
+    fs::create_directories(root() / "varnic/models/empty");
+    std::vector<SpeechModels::Skipped> skipped;
+    const auto models = SpeechModels::installed({root() / "nowhere", root()}, &skipped);
+    ASSERT_EQ(models.size(), 1U);
+    EXPECT_EQ(models[0].id, "good");
+    EXPECT_EQ(models[0].engine, SpeechEngine::whisper);
+    std::vector<std::string> folders;
+    for (const auto& [folder, reason] : skipped) {
+        folders.push_back(folder.filename());
+        EXPECT_FALSE(reason.empty());
+    }
+    EXPECT_THAT(folders, ::testing::ElementsAre("absolute", "climbing", "cut", "empty", "incomplete", "roles", "types",
+                                                "unknown"));
+}
+
+TEST_F(SpeechModelTest, choose_locale_prefersTheVeryLocale) {
+    add("a", manifest("english", R"("en")"));
+    add("b", manifest("british", R"("en-GB")"));
+    add("c", manifest("brazilian", R"("pt-BR")"));
+    const std::vector<std::pair<std::string, std::string>> choices{
+        {"en-US", "english"}, {"en_GB", "british"}, {"en", "english"}, {"pt-PT", "brazilian"}, {"de-DE", ""}, {"", ""}};
+    for (const auto& [locale, id] : choices) {
+        EXPECT_EQ(chosen(locale), id) << locale;
+    }
+}
+
+TEST(SpeechModels, installed_setupsModel_isFound) {
+    const auto models = SpeechModels::installed({VARNIC_DATA});
+    ASSERT_FALSE(models.empty());
+    EXPECT_TRUE(models[0].fits("en-US"));
+    EXPECT_TRUE(SpeechModels::detectorFile({VARNIC_DATA}).has_value());
+}
+
+TEST(SpeechModels, dataDirectories_environment_isFollowed) {
+    setenv("XDG_DATA_HOME", "/home/of/data", 1);
+    setenv("XDG_DATA_DIRS", "/one:relative:/two", 1);
+    const auto directories = SpeechModels::dataDirectories();
+    ASSERT_EQ(directories.size(), 4U);
+    EXPECT_EQ(directories[0], "/home/of/data");
+    EXPECT_EQ(directories[1], "/one");
+    EXPECT_EQ(directories[2], "/two");
+    EXPECT_EQ(directories[3], fs::read_symlink("/proc/self/exe").parent_path().parent_path() / "share");
+    unsetenv("XDG_DATA_HOME");
+    unsetenv("XDG_DATA_DIRS");
+}
+
+} // namespace
+} // namespace varnic

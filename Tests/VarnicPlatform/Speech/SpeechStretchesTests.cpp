@@ -1,0 +1,106 @@
+#include "VarnicPlatform/Speech/SpeechStretches.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace varnic {
+namespace {
+
+using VoiceActivity::Range;
+
+/// A track of `seconds` at one level, with parts at other levels.
+struct Part {
+    Range range;
+    float level;
+};
+
+TrackLevels trackOf(double seconds, float level, const std::vector<Part>& parts) {
+    TrackLevels track;
+    track.levels.assign(static_cast<std::size_t>(seconds * 50), level);
+    for (const auto& [range, other] : parts) {
+        for (auto index = static_cast<std::size_t>(range.start * 50); index < static_cast<std::size_t>(range.end * 50);
+             ++index) {
+            track.levels[index] = other;
+        }
+    }
+    return track;
+}
+
+std::vector<Range> speechOf(const std::vector<SpeechStretch>& stretches) {
+    std::vector<Range> speech;
+    for (const SpeechStretch& stretch : stretches) {
+        speech.push_back(stretch.speech);
+    }
+    return speech;
+}
+
+struct Plan {
+    std::string what;
+    std::vector<Range> speech;
+    std::vector<Range> stretches;
+};
+
+TEST(SpeechStretches, plan_speech_isJoinedAndCut) {
+    const TrackLevels track = trackOf(60, -20, {{{31, 31.2}, -60}, {{44, 44.2}, -50}});
+    const std::vector<Plan> plans{
+        {"nothing", {}, {}},
+        {"a pause of a second joins", {{1, 2}, {3, 4}}, {{1, 4}}},
+        {"a longer one does not", {{1, 2}, {3.1, 4}}, {{1, 2}, {3.1, 4}}},
+        {"no longer than fifteen seconds", {{0, 8}, {8.5, 15}, {15.5, 17}}, {{0, 15}, {15.5, 17}}},
+        {"a long monologue is cut where it is quietest", {{20, 50}}, {{20, 31.1}, {31.1, 44.1}, {44.1, 50}}},
+        {"speech past the end of the track", {{58, 61}}, {{58, 60}}},
+    };
+    for (const auto& [what, speech, expected] : plans) {
+        const std::vector<Range> stretches = speechOf(SpeechStretches::plan(speech, track));
+        ASSERT_EQ(stretches.size(), expected.size()) << what;
+        for (std::size_t index = 0; index < expected.size(); ++index) {
+            EXPECT_NEAR(stretches[index].start, expected[index].start, 0.06) << what;
+            EXPECT_NEAR(stretches[index].end, expected[index].end, 0.06) << what;
+        }
+    }
+}
+
+TEST(SpeechStretches, plan_context_isRealSoundThatNobodyElseHears) {
+    const TrackLevels track = trackOf(30, -20, {});
+    const auto stretches = SpeechStretches::plan({{0.1, 10}, {10.2, 20}, {25, 29.9}}, track);
+    ASSERT_EQ(stretches.size(), 3U);
+    EXPECT_NEAR(stretches[0].sound.start, 0, 1e-9);
+    EXPECT_NEAR(stretches[0].sound.end, 10.1, 1e-9);
+    EXPECT_NEAR(stretches[1].sound.start, 10.1, 1e-9);
+    EXPECT_NEAR(stretches[1].sound.end, 20.3, 1e-9);
+    EXPECT_NEAR(stretches[2].sound.start, 24.7, 1e-9);
+    EXPECT_NEAR(stretches[2].sound.end, 30, 1e-9);
+}
+
+TEST(SpeechStretches, audible_silence_isLeftOutWithAMargin) {
+    const TrackLevels track = trackOf(20, -90, {{{0.2, 1}, -30}, {{2, 3}, -40}, {{10, 11}, -30}, {{15, 16}, -70}});
+    const std::vector<Range> parts = SpeechStretches::audible(track, -60);
+    ASSERT_EQ(parts.size(), 2U);
+    EXPECT_NEAR(parts[0].start, 0, 1e-6);
+    EXPECT_NEAR(parts[0].end, 3.5, 1e-6);
+    EXPECT_NEAR(parts[1].start, 9.5, 1e-6);
+    EXPECT_NEAR(parts[1].end, 11.5, 1e-6);
+}
+
+TEST(SpeechStretches, meanLevel_parts_isThatOfTheirPower) {
+    const TrackLevels track = trackOf(10, -120, {{{1, 2}, -20}, {{5, 6}, -40}});
+    EXPECT_NEAR(SpeechStretches::meanLevel({{1, 2}}, track), -20, 0.001);
+    EXPECT_NEAR(SpeechStretches::meanLevel({{1, 2}, {5, 6}}, track), -22.967, 0.001);
+    EXPECT_EQ(SpeechStretches::meanLevel({}, track), -120.0F);
+}
+
+TEST(SpeechStretches, voicedRuns_pauses_areSeenInQuietAndInNoise) {
+    for (const float noise : {-90.0F, -40.0F}) {
+        const TrackLevels track = trackOf(10, noise, {{{1, 2}, -25}, {{2.1, 3}, -22}, {{3.5, 5}, -24}});
+        const std::vector<Range> runs = SpeechStretches::voicedRuns({1, 5.3}, track);
+        ASSERT_EQ(runs.size(), 2U) << noise;
+        EXPECT_NEAR(runs[0].end, 3, 0.021);
+        EXPECT_NEAR(runs[1].start, 3.5, 0.021);
+    }
+}
+
+} // namespace
+} // namespace varnic
