@@ -5,7 +5,7 @@
 #include <unicode/brkiter.h>
 #include <unicode/locid.h>
 #include <unicode/ubrk.h>
-#include <unicode/utf8.h>
+#include <unicode/utf16.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -51,11 +51,8 @@ public:
     explicit ByteOffsets(std::string_view text) : text_(text) {}
 
     std::size_t at(std::int32_t unit) {
-        const auto* data = reinterpret_cast<const std::uint8_t*>(text_.data());
         while (unit_ < unit) {
-            UChar32 c = 0;
-            U8_NEXT_OR_FFFD(data, byte_, text_.size(), c);
-            unit_ += U16_LENGTH(c);
+            unit_ += U16_LENGTH(Unicode::next(text_, byte_));
         }
         return byte_;
     }

@@ -7,10 +7,11 @@
 
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <stdexcept>
 
@@ -18,12 +19,33 @@ namespace varnic::TextKit {
 
 namespace {
 
-bool isAscii(char c) {
-    return static_cast<unsigned char>(c) < 0x80;
+char lowerAscii(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
 
-char lowerAscii(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+/// Appends the ASCII characters from `position` on in lower case, in steps of eight as long as there are as many.
+/// Returns the position behind them.
+std::size_t appendLowerAscii(std::string_view text, std::size_t position, std::string& lower) {
+    constexpr std::uint64_t ones = 0x0101010101010101U;
+    constexpr std::uint64_t highBits = 0x80 * ones;
+    while (text.size() - position >= 8) {
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, text.data() + position, 8);
+        if ((eight & highBits) != 0) {
+            break;
+        }
+        // The high bit of each byte tells whether it is 'A' or above, and whether it is above 'Z'.
+        const std::uint64_t capitals = ((eight + (0x80 - 'A') * ones) ^ (eight + (0x7F - 'Z') * ones)) & highBits;
+        eight |= capitals >> 2;
+        std::array<char, 8> bytes{};
+        std::memcpy(bytes.data(), &eight, 8);
+        lower.append(bytes.data(), 8);
+        position += 8;
+    }
+    while (position < text.size() && static_cast<unsigned char>(text[position]) < 0x80) {
+        lower += lowerAscii(text[position++]);
+    }
+    return position;
 }
 
 const icu::Normalizer2& normalizer(const icu::Normalizer2* (*instance)(UErrorCode&)) {
@@ -71,13 +93,29 @@ std::string foldAny(std::string_view text) {
     return Unicode::utf8(normalized(folded, icu::Normalizer2::getNFCInstance));
 }
 
-/// Typographic dashes, quotation marks and dots, all of which fold to themselves but for the apostrophe.
-bool isTypographic(std::string_view run) {
-    return run.size() == 3 && run[0] == '\xE2' && run[1] == '\x80' && run[2] >= '\x90' && run[2] <= '\xA7';
+/// The folded characters from U+0080 to U+024F.
+constexpr char32_t firstOfLatin = 0x80;
+constexpr char32_t endOfLatin = 0x250;
+
+const std::string& foldedLatin(char32_t c) {
+    static const auto table = [] {
+        std::array<std::string, endOfLatin - firstOfLatin> folded;
+        for (std::size_t i = 0; i < folded.size(); ++i) {
+            folded[i] = foldAny(Unicode::utf8(icu::UnicodeString(static_cast<UChar32>(firstOfLatin + i))));
+        }
+        return folded;
+    }();
+    return table[c - firstOfLatin];
 }
 
-bool isContent(const std::string& word) {
-    return !stopWords().contains(word) && Unicode::any(word, Unicode::isLetter) && Unicode::characterCount(word) >= 3;
+/// Dashes, quotation marks and dots, which fold to themselves.
+bool isTypographic(char32_t c) {
+    return c >= 0x2010 && c <= 0x2027 && c != 0x2019;
+}
+
+/// Whether a character folds in the same way whatever stands beside it, once the marks are gone.
+bool foldsAlone(char32_t c) {
+    return c < endOfLatin || isTypographic(c) || c == 0x2019;
 }
 
 bool keepsItsCapital(std::string_view firstWord) {
@@ -132,16 +170,23 @@ const WordSet& stopWords() {
 std::string fold(std::string_view text) {
     std::string folded;
     folded.reserve(text.size());
-    for (std::size_t position = 0; position < text.size();) {
-        if (isAscii(text[position])) {
-            folded += lowerAscii(text[position++]);
-            continue;
+    std::size_t begin = appendLowerAscii(text, 0, folded);
+    while (begin < text.size()) {
+        std::size_t end = begin;
+        const char32_t c = Unicode::next(text, end);
+        if (c < endOfLatin) {
+            folded += foldedLatin(c);
+        } else if (c == 0x2019) {
+            folded += '\'';
+        } else if (isTypographic(c)) {
+            folded += text.substr(begin, end - begin);
+        } else {
+            for (std::size_t behind = end; behind < text.size() && !foldsAlone(Unicode::next(text, behind));) {
+                end = behind;
+            }
+            folded += foldAny(text.substr(begin, end - begin));
         }
-        // Once the marks are gone, no character of ASCII combines with another one: the runs between fold on their own.
-        const auto* const end = std::find_if(text.begin() + static_cast<std::ptrdiff_t>(position), text.end(), isAscii);
-        const auto run = text.substr(position, static_cast<std::size_t>(end - text.begin()) - position);
-        folded += isTypographic(run) ? Unicode::plainApostrophes(run) : foldAny(Unicode::plainApostrophes(run));
-        position += run.size();
+        begin = appendLowerAscii(text, end, folded);
     }
     return folded;
 }
@@ -163,9 +208,13 @@ std::vector<std::string> words(std::string_view text) {
     return found;
 }
 
+bool isContentWord(std::string_view word) {
+    return !stopWords().contains(word) && Unicode::any(word, Unicode::isLetter) && Unicode::characterCount(word) >= 3;
+}
+
 std::vector<std::string> contentWords(std::string_view text) {
     std::vector<std::string> found = words(text);
-    std::erase_if(found, [](const std::string& word) { return !isContent(word); });
+    std::erase_if(found, [](const std::string& word) { return !isContentWord(word); });
     return found;
 }
 

@@ -32,7 +32,10 @@ std::vector<std::string> sentences(std::string_view text);
 /// The words in order, lower-cased, duplicates kept; digits too.
 std::vector<std::string> words(std::string_view text);
 
-/// The words that carry meaning, in order, duplicates kept: three characters or more, a letter, no stop word.
+/// Whether a lower-cased word carries meaning: three characters or more, a letter, no stop word.
+bool isContentWord(std::string_view word);
+
+/// The words that carry meaning, in order, duplicates kept.
 std::vector<std::string> contentWords(std::string_view text);
 
 /// How much two texts have in common, 0 to 1: the Jaccard index of their sets of words, without stop words where both

@@ -19,14 +19,6 @@ const std::uint8_t* bytes(std::string_view text) {
     return reinterpret_cast<const std::uint8_t*>(text.data());
 }
 
-/// Takes one code point from the front of the text from `position` on.
-char32_t next(std::string_view text, std::size_t& position) {
-    UChar32 c = 0;
-    const std::uint8_t* data = bytes(text);
-    U8_NEXT_OR_FFFD(data, position, text.size(), c);
-    return static_cast<char32_t>(c);
-}
-
 /// Takes one code point from the back of the text that ends at `position`.
 char32_t previous(std::string_view text, std::size_t& position) {
     // The macro counts in 32 bits; a code point has four bytes at most.
@@ -84,6 +76,13 @@ std::size_t bytesOfCharacters(std::string_view text, std::size_t count, std::siz
 }
 
 } // namespace
+
+char32_t next(std::string_view text, std::size_t& position) {
+    UChar32 c = 0;
+    const std::uint8_t* data = bytes(text);
+    U8_NEXT_OR_FFFD(data, position, text.size(), c);
+    return static_cast<char32_t>(c);
+}
 
 bool isBlank(char32_t c) {
     return c == U'\t' || u_charType(static_cast<UChar32>(c)) == U_SPACE_SEPARATOR;
@@ -157,6 +156,12 @@ std::vector<std::string_view> split(std::string_view text, CharacterTest separat
 }
 
 std::string lowerCased(std::string_view text) {
+    if (isAscii(text)) {
+        std::string lower(text);
+        std::ranges::transform(lower, lower.begin(),
+                               [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; });
+        return lower;
+    }
     return utf8(utf16(text).toLower(icu::Locale::getRoot()));
 }
 

@@ -1,0 +1,240 @@
+#include "VarnicCore/Summariser/ExtractiveSummariser.h"
+
+#include "VarnicCore/Summariser/ActionFinder.h"
+#include "VarnicCore/Summariser/EmailDrafter.h"
+#include "VarnicCore/Summariser/TitleSuggester.h"
+#include "VarnicCore/Text/Pattern.h"
+#include "VarnicCore/Text/TextKit.h"
+#include "VarnicCore/Text/Unicode.h"
+#include "VarnicCore/Text/WordProfile.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <span>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+namespace varnic {
+
+namespace {
+
+/// What hints at a sentence that matters, as it stands in folded text.
+constexpr std::array<std::string_view, 30> cues{
+    "decided", "agreed",    "decision",  "important",   "main",    "key",     "problem", "issue",    "goal",
+    "plan",    "budget",    "deadline",  "launch",      "price",   "pricing", "risk",    "priority", "conclusion",
+    "summary", "next step", "the point", "bottom line", "blocker", "concern", "because", "so that",  "instead",
+    "%",       "$",         "₹"};
+
+/// What is said at the beginning and the end of calls, as it stands in folded text.
+constexpr std::array<std::string_view, 25> greetings{"can you hear me",
+                                                     "can you see my screen",
+                                                     "you're on mute",
+                                                     "you are on mute",
+                                                     "how are you",
+                                                     "how's it going",
+                                                     "talk soon",
+                                                     "have a good",
+                                                     "bye",
+                                                     "nice to meet",
+                                                     "good to see",
+                                                     "thanks for joining",
+                                                     "let me share",
+                                                     "thanks for making time",
+                                                     "thank you for making time",
+                                                     "thanks for having",
+                                                     "thanks for taking",
+                                                     "good morning",
+                                                     "good afternoon",
+                                                     "one sec",
+                                                     "one second",
+                                                     "hold on",
+                                                     "sorry",
+                                                     "is that okay",
+                                                     "sounds good"};
+
+bool containsAny(std::string_view text, std::span<const std::string_view> phrases) {
+    return std::ranges::any_of(phrases, [&](std::string_view phrase) { return text.contains(phrase); });
+}
+
+struct Candidate {
+    /// The sentence as it was spoken, trimmed.
+    std::string text;
+    /// Its place among all sentences of the call.
+    std::size_t order = 0;
+    double score = 0;
+    /// The number of its words that hold a letter or a number.
+    std::size_t wordCount = 0;
+    /// Its content words, duplicates kept.
+    std::vector<std::string> content;
+};
+
+/// The number of sentences in which a word occurs, by word.
+using Frequencies = std::unordered_map<std::string_view, double>;
+
+std::vector<Candidate> candidatesOf(const std::vector<Segment>& segments) {
+    const auto counts = [](const std::string& word) {
+        return Unicode::any(word, [](char32_t c) { return Unicode::isLetter(c) || Unicode::isNumber(c); });
+    };
+    std::vector<Candidate> candidates;
+    for (const Segment& segment : segments) {
+        for (auto& sentence : TextKit::sentences(segment.text)) {
+            std::vector<std::string> words = TextKit::words(sentence);
+            const auto count = static_cast<std::size_t>(std::ranges::count_if(words, counts));
+            std::erase_if(words, [](const std::string& word) { return !TextKit::isContentWord(word); });
+            candidates.push_back({std::move(sentence), candidates.size(), 0, count, std::move(words)});
+        }
+    }
+    return candidates;
+}
+
+std::unordered_set<std::string_view> distinct(const std::vector<std::string>& words) {
+    return {words.begin(), words.end()};
+}
+
+Frequencies frequenciesIn(const std::vector<Candidate>& candidates) {
+    Frequencies frequencies;
+    for (const Candidate& candidate : candidates) {
+        for (const auto word : distinct(candidate.content)) {
+            frequencies[word] += 1;
+        }
+    }
+    return frequencies;
+}
+
+double highest(const Frequencies& frequencies) {
+    double top = 1; // the least that an entry can be
+    for (const auto& [word, frequency] : frequencies) {
+        top = std::max(top, frequency);
+    }
+    return top;
+}
+
+bool namesANumber(std::string_view text, std::string_view folded) {
+    static const Pattern numberWord(
+        "\\b(hundred|thousand|million|percent|dollars?|rupees?|euros?|pounds?|lakh|crore)\\b");
+    return Unicode::any(text, Unicode::isNumber) || numberWord.isIn(Unicode::utf16(folded));
+}
+
+double scoreOf(const Candidate& candidate, const Frequencies& frequencies, double top) {
+    const std::size_t n = candidate.wordCount;
+    if (n < 5 || candidate.content.empty()) {
+        return -1;
+    }
+    const std::string folded = TextKit::fold(candidate.text);
+    if (n < 14 && containsAny(folded, greetings)) {
+        return -1;
+    }
+    double score = 0;
+    for (const auto& word : candidate.content) {
+        score += frequencies.at(word) / top;
+    }
+    score /= std::sqrt(static_cast<double>(n));
+    score += 0.05 * static_cast<double>(distinct(candidate.content).size());
+    score += containsAny(folded, cues) ? 0.45 : 0;
+    score += namesANumber(candidate.text, folded) ? 0.2 : 0;
+    score -= candidate.text.ends_with('?') ? 0.25 : 0;
+    score -= n > 45 ? 0.3 : 0;
+    return score;
+}
+
+void rank(std::vector<Candidate>& candidates) {
+    const Frequencies frequencies = frequenciesIn(candidates);
+    const double top = highest(frequencies);
+    for (Candidate& candidate : candidates) {
+        candidate.score = scoreOf(candidate, frequencies, top);
+    }
+    std::ranges::stable_sort(candidates, std::ranges::greater{}, &Candidate::score);
+}
+
+std::size_t usualLimit(std::size_t candidates) {
+    return std::min<std::size_t>(7, std::max((candidates + 2) / 3, std::min<std::size_t>(candidates, 4)));
+}
+
+/// Whether a sentence is so short that the to-do in it is all that it says.
+bool isAction(const std::string& sentence) {
+    if (TextKit::wordCount(sentence) >= 16) {
+        return false;
+    }
+    return std::ranges::any_of(ActionFinder::clauses(sentence), [](const std::string& clause) {
+        return ActionFinder::action(clause, Speaker::you, std::nullopt).has_value();
+    });
+}
+
+bool isLikeAny(const WordProfile& words, const std::vector<WordProfile>& others, double bound) {
+    return std::ranges::any_of(others, [&](const WordProfile& other) { return words.isMoreSimilar(other, bound); });
+}
+
+/// The best of the ranked candidates that say something of their own.
+std::vector<const Candidate*> choose(const std::vector<Candidate>& ranked, const std::vector<ActionItem>& excluding,
+                                     std::size_t limit) {
+    std::vector<WordProfile> excluded;
+    for (const ActionItem& action : excluding) {
+        excluded.emplace_back(action.text);
+    }
+    std::vector<WordProfile> said;
+    std::vector<const Candidate*> chosen;
+    for (const Candidate& candidate : ranked) {
+        if (candidate.score <= 0 || chosen.size() >= limit) {
+            break;
+        }
+        WordProfile words(candidate.text);
+        if (isLikeAny(words, said, 0.55) || isLikeAny(words, excluded, 0.6) || isAction(candidate.text)) {
+            continue;
+        }
+        said.push_back(std::move(words));
+        chosen.push_back(&candidate);
+    }
+    return chosen;
+}
+
+} // namespace
+
+std::string ExtractiveSummariser::displayName() const {
+    return "Varnic, on this Mac";
+}
+
+CallDigest ExtractiveSummariser::digest(const std::vector<Segment>& segments, const DigestContext& context,
+                                        std::stop_token /*stop*/) const {
+    return makeDigest(segments, context);
+}
+
+CallDigest ExtractiveSummariser::makeDigest(const std::vector<Segment>& segments, const DigestContext& context,
+                                            const Region& region, Date now, const NounTagger& tagger) {
+    CallDigest digest;
+    digest.actions = ActionFinder::find(segments);
+    digest.summary = keySentences(segments, digest.actions);
+    digest.title = TitleSuggester::title(segments, context.callDate, context.themName, region, tagger);
+    digest.email = EmailDrafter::draft(digest.title, digest.summary, digest.actions, context);
+    digest.provider = ExtractiveSummariser().displayName();
+    digest.isLocal = true;
+    digest.createdAt = now;
+    return digest;
+}
+
+std::vector<std::string> ExtractiveSummariser::keySentences(const std::vector<Segment>& segments,
+                                                            const std::vector<ActionItem>& excluding,
+                                                            std::optional<std::size_t> limit) {
+    std::vector<Candidate> candidates = candidatesOf(segments);
+    rank(candidates);
+    auto chosen = choose(candidates, excluding, limit.value_or(usualLimit(candidates.size())));
+    std::ranges::sort(chosen, {}, &Candidate::order);
+    std::vector<std::string> sentences;
+    for (const Candidate* candidate : chosen) {
+        sentences.push_back(tidy(candidate->text));
+    }
+    return sentences;
+}
+
+std::string ExtractiveSummariser::tidy(std::string_view text) {
+    static const Pattern blanks("\\s+");
+    const icu::UnicodeString stripped = Unicode::utf16(TextKit::stripLeadIns(text));
+    std::string sentence = TextKit::capitalisedFirst(Unicode::utf8(blanks.replaceAll(stripped, u" ")));
+    if (!sentence.empty() && !std::string_view(".!?").contains(sentence.back())) {
+        sentence += '.';
+    }
+    return sentence;
+}
+
+} // namespace varnic

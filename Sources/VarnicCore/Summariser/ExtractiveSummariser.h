@@ -1,0 +1,44 @@
+#pragma once
+
+#include "VarnicCore/Models/Call.h"
+#include "VarnicCore/Models/Date.h"
+#include "VarnicCore/Models/Region.h"
+#include "VarnicCore/Models/Summariser.h"
+#include "VarnicCore/Text/NounTagger.h"
+
+#include <cstddef>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace varnic {
+
+/// Makes a digest of a call on this computer, from the call's own sentences. It never fails.
+class ExtractiveSummariser : public Summariser {
+public:
+    [[nodiscard]] std::string displayName() const override;
+
+    [[nodiscard]] bool isLocal() const override { return true; }
+
+    /// As `makeDigest` for this user, now. It takes a moment only and does not look at `stop`.
+    [[nodiscard]] CallDigest digest(const std::vector<Segment>& segments, const DigestContext& context,
+                                    std::stop_token stop) const override;
+
+    /// The digest, made at `now`.
+    static CallDigest makeDigest(const std::vector<Segment>& segments, const DigestContext& context,
+                                 const Region& region = Region::user(), Date now = currentDate(),
+                                 const NounTagger& tagger = englishNounTagger());
+
+    /// The sentences that tell most about the call, tidied, in spoken order, without what the actions say already. At
+    /// most `limit`; without one a third of all sentences, up to 7.
+    static std::vector<std::string> keySentences(const std::vector<Segment>& segments,
+                                                 const std::vector<ActionItem>& excluding,
+                                                 std::optional<std::size_t> limit = std::nullopt);
+
+    /// The text as one finished sentence: without lead-ins, a capital in front, an end mark behind.
+    static std::string tidy(std::string_view text);
+};
+
+} // namespace varnic

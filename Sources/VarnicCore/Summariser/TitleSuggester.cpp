@@ -1,0 +1,101 @@
+#include "VarnicCore/Summariser/TitleSuggester.h"
+
+#include "VarnicCore/Text/TextKit.h"
+#include "VarnicCore/Text/Unicode.h"
+
+#include <unicode/uchar.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <unordered_map>
+
+namespace varnic::TitleSuggester {
+
+namespace {
+
+constexpr std::size_t wordsOfTitle = 2;
+
+/// Nouns of any talk, which tell nothing about this one.
+const TextKit::WordSet& genericNouns() {
+    static const TextKit::WordSet nouns{
+        "guys",     "people",   "minute",    "minutes",  "second",    "seconds", "morning", "afternoon", "evening",
+        "day",      "days",     "weeks",     "today",    "tomorrow",  "friday",  "monday",  "tuesday",   "wednesday",
+        "thursday", "saturday", "sunday",    "question", "questions", "idea",    "point",   "part",      "side",
+        "screen",   "meeting",  "everybody", "everyone", "someone",   "anyone",  "folks",   "team",      "end",
+        "start",    "sense",    "case",      "number",   "hour",      "hours",   "month",   "year",      "update",
+        "chat",     "call",     "calls",     "note",     "notes",     "email",   "thanks",  "deal",      "yeah",
+    };
+    return nouns;
+}
+
+/// A letter, the accent on one, or a hyphen.
+bool isPartOfName(char32_t c) {
+    return Unicode::isLetter(c) || c == U'-' || (U_GET_GC_MASK(static_cast<UChar32>(c)) & U_GC_M_MASK) != 0;
+}
+
+bool isTelling(const std::string& noun) {
+    return Unicode::characterCount(noun) >= 4 && !TextKit::stopWords().contains(noun) &&
+           !genericNouns().contains(noun) && !Unicode::any(noun, [](char32_t c) { return !isPartOfName(c); });
+}
+
+std::string joinedText(const std::vector<Segment>& segments) {
+    std::string text;
+    for (const Segment& segment : segments) {
+        text += text.empty() && &segment == &segments.front() ? "" : " ";
+        text += segment.text;
+    }
+    return text;
+}
+
+struct Noun {
+    std::string word;
+    std::size_t count = 0;
+};
+
+/// The telling nouns in the order of their first mention.
+std::vector<Noun> countedNouns(const std::vector<TaggedWord>& words) {
+    std::vector<Noun> nouns;
+    std::unordered_map<std::string, std::size_t> places;
+    for (const auto& [text, isNoun] : words) {
+        if (!isNoun) {
+            continue;
+        }
+        const std::string word = Unicode::lowerCased(text);
+        const auto [place, isNew] = places.try_emplace(word, nouns.size());
+        if (isNew) {
+            nouns.push_back({word, 0});
+        }
+        ++nouns[place->second].count;
+    }
+    std::erase_if(nouns, [](const Noun& noun) { return noun.count < 2 || !isTelling(noun.word); });
+    return nouns;
+}
+
+std::vector<std::string> topWords(const std::vector<TaggedWord>& words) {
+    std::vector<Noun> nouns = countedNouns(words);
+    std::ranges::stable_sort(nouns, std::ranges::greater{}, &Noun::count);
+    std::vector<std::string> top;
+    for (const Noun& noun : nouns) {
+        if (top.size() < wordsOfTitle) {
+            top.push_back(noun.word);
+        }
+    }
+    return top;
+}
+
+} // namespace
+
+std::string title(const std::vector<Segment>& segments, Date date, std::string_view themName, const Region& region,
+                  const NounTagger& tagger) {
+    const std::vector<std::string> top = topWords(tagger(joinedText(segments)));
+    const std::string_view name = Unicode::trimBlanks(themName);
+    if (top.size() < wordsOfTitle && !name.empty()) {
+        return std::string("Call with ").append(name);
+    }
+    if (top.empty()) {
+        return "Call on " + region.format(date, "EEE d MMM");
+    }
+    return TextKit::capitalisedFirst(top.size() == 1 ? top.front() : top.front() + " & " + top.back());
+}
+
+} // namespace varnic::TitleSuggester
