@@ -20,32 +20,47 @@ namespace varnic::TextKit {
 namespace {
 
 char lowerAscii(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+    constexpr char toLower = 'a' - 'A';
+    return static_cast<char>(c + (c >= 'A' && c <= 'Z' ? toLower : 0));
 }
 
-/// Appends the ASCII characters from `position` on in lower case, in steps of eight as long as there are as many.
-/// Returns the position behind them.
-std::size_t appendLowerAscii(std::string_view text, std::size_t position, std::string& lower) {
-    constexpr std::uint64_t ones = 0x0101010101010101U;
-    constexpr std::uint64_t highBits = 0x80 * ones;
-    while (text.size() - position >= 8) {
-        std::uint64_t eight = 0;
-        std::memcpy(&eight, text.data() + position, 8);
-        if ((eight & highBits) != 0) {
+/// Bytes handled at a time: a fixed count lets the compiler use vector instructions.
+constexpr std::size_t blockSize = 32;
+
+/// How many bytes at the front are ASCII.
+std::size_t asciiLength(std::string_view text) {
+    std::size_t length = 0;
+    for (; length + blockSize <= text.size(); length += blockSize) {
+        unsigned char all = 0;
+        for (std::size_t i = 0; i < blockSize; ++i) {
+            all |= static_cast<unsigned char>(text[length + i]);
+        }
+        if (all >= 0x80) {
             break;
         }
-        // The high bit of each byte tells whether it is 'A' or above, and whether it is above 'Z'.
-        const std::uint64_t capitals = ((eight + (0x80 - 'A') * ones) ^ (eight + (0x7F - 'Z') * ones)) & highBits;
-        eight |= capitals >> 2;
-        std::array<char, 8> bytes{};
-        std::memcpy(bytes.data(), &eight, 8);
-        lower.append(bytes.data(), 8);
-        position += 8;
     }
-    while (position < text.size() && static_cast<unsigned char>(text[position]) < 0x80) {
-        lower += lowerAscii(text[position++]);
+    while (length < text.size() && static_cast<unsigned char>(text[length]) < 0x80) {
+        ++length;
     }
-    return position;
+    return length;
+}
+
+void appendLowered(std::string_view ascii, std::string& folded) {
+    const std::size_t before = folded.size();
+    // g++ 12 passes the new capacity in place of the size that was asked for.
+    folded.resize_and_overwrite(before + ascii.size(), [&](char* data, std::size_t /*size*/) {
+        char* const lowered = data + before;
+        std::size_t at = 0;
+        for (; at + blockSize <= ascii.size(); at += blockSize) {
+            for (std::size_t i = 0; i < blockSize; ++i) {
+                lowered[at + i] = lowerAscii(ascii[at + i]);
+            }
+        }
+        for (; at < ascii.size(); ++at) {
+            lowered[at] = lowerAscii(ascii[at]);
+        }
+        return before + ascii.size();
+    });
 }
 
 const icu::Normalizer2& normalizer(const icu::Normalizer2* (*instance)(UErrorCode&)) {
@@ -169,9 +184,18 @@ const WordSet& stopWords() {
 
 std::string fold(std::string_view text) {
     std::string folded;
-    folded.reserve(text.size());
-    std::size_t begin = appendLowerAscii(text, 0, folded);
-    while (begin < text.size()) {
+    appendFolded(text, folded);
+    return folded;
+}
+
+void appendFolded(std::string_view text, std::string& folded) {
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::string_view plain = text.substr(begin, asciiLength(text.substr(begin)));
+        appendLowered(plain, folded);
+        begin += plain.size();
+        if (begin == text.size()) {
+            break;
+        }
         std::size_t end = begin;
         const char32_t c = Unicode::next(text, end);
         if (c < endOfLatin) {
@@ -186,9 +210,8 @@ std::string fold(std::string_view text) {
             }
             folded += foldAny(text.substr(begin, end - begin));
         }
-        begin = appendLowerAscii(text, end, folded);
+        begin = end;
     }
-    return folded;
 }
 
 std::vector<std::string> sentences(std::string_view text) {

@@ -26,6 +26,9 @@ const WordSet& stopWords();
 /// marks, half- and full-width forms as the plain ones, "’" as "'".
 std::string fold(std::string_view text);
 
+/// Appends the folded form of the text to `folded`: for callers who fold much and keep the buffer.
+void appendFolded(std::string_view text, std::string& folded);
+
 /// The sentences in order, trimmed, without empty ones. Apostrophes stay as they are.
 std::vector<std::string> sentences(std::string_view text);
 

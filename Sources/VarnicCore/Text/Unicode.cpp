@@ -8,8 +8,11 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <numeric>
 #include <stdexcept>
+#include <utility>
 
 namespace varnic::Unicode {
 
@@ -48,31 +51,25 @@ icu::BreakIterator& characterBreaks() {
     return *iterator;
 }
 
-/// The byte length of the first `count` characters; all of the text's when it has fewer. `passed` receives how many
-/// characters that were.
-std::size_t bytesOfCharacters(std::string_view text, std::size_t count, std::size_t& passed) {
-    passed = 0;
-    // Of plain ASCII only CR LF is a character of more than one byte.
-    if (isAscii(text) && text.find('\r') == std::string_view::npos) {
-        passed = std::min(count, text.size());
-        return passed;
-    }
+/// Of plain ASCII only CR LF is a character of more than one byte.
+bool isByteACharacter(std::string_view text) {
+    return isAscii(text) && text.find('\r') == std::string_view::npos;
+}
+
+/// Calls `visit` with the byte offset behind each character, until it gives false.
+void forEachCharacterEnd(std::string_view text, const std::function<bool(std::size_t)>& visit) {
     UErrorCode status = U_ZERO_ERROR;
     UText input = UTEXT_INITIALIZER;
     utext_openUTF8(&input, text.data(), static_cast<std::int64_t>(text.size()), &status);
     icu::BreakIterator& breaks = characterBreaks();
     breaks.setText(&input, status);
-    std::int32_t position = breaks.first();
-    while (passed < count) {
-        const std::int32_t following = breaks.next();
-        if (following == icu::BreakIterator::DONE) {
+    breaks.first();
+    for (std::int32_t end = breaks.next(); end != icu::BreakIterator::DONE; end = breaks.next()) {
+        if (!visit(static_cast<std::size_t>(end))) {
             break;
         }
-        position = following;
-        ++passed;
     }
     utext_close(&input);
-    return static_cast<std::size_t>(position);
 }
 
 } // namespace
@@ -186,14 +183,47 @@ std::string plainApostrophes(std::string_view text) {
 }
 
 std::size_t characterCount(std::string_view text) {
-    std::size_t passed = 0;
-    bytesOfCharacters(text, text.size(), passed);
-    return passed;
+    if (isByteACharacter(text)) {
+        return text.size();
+    }
+    std::size_t count = 0;
+    forEachCharacterEnd(text, [&](std::size_t /*end*/) {
+        ++count;
+        return true;
+    });
+    return count;
+}
+
+std::vector<std::size_t> characterStarts(std::string_view text) {
+    std::vector<std::size_t> starts;
+    if (isByteACharacter(text)) {
+        starts.resize(text.size());
+        std::iota(starts.begin(), starts.end(), std::size_t{0});
+        return starts;
+    }
+    std::size_t start = 0;
+    forEachCharacterEnd(text, [&](std::size_t end) {
+        starts.push_back(std::exchange(start, end));
+        return true;
+    });
+    return starts;
 }
 
 std::string_view firstCharacters(std::string_view text, std::size_t count) {
+    if (isByteACharacter(text)) {
+        return text.substr(0, count);
+    }
+    std::size_t length = 0;
     std::size_t passed = 0;
-    return text.substr(0, bytesOfCharacters(text, count, passed));
+    forEachCharacterEnd(text, [&](std::size_t end) {
+        if (passed == count) {
+            return false;
+        }
+        length = end;
+        ++passed;
+        return true;
+    });
+    return text.substr(0, length);
 }
 
 icu::UnicodeString utf16(std::string_view text) {

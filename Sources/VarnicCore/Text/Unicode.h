@@ -53,6 +53,9 @@ std::string plainApostrophes(std::string_view text);
 /// The number of user-visible characters (extended grapheme clusters).
 std::size_t characterCount(std::string_view text);
 
+/// The byte offsets at which the user-visible characters begin.
+std::vector<std::size_t> characterStarts(std::string_view text);
+
 /// The first `count` user-visible characters.
 std::string_view firstCharacters(std::string_view text, std::size_t count);
 

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+/// Files that are replaced as a whole. Any thread.
+namespace varnic::AtomicWrite {
+
+/// Puts the bytes in the file, which only its owner may read: writes a temporary file in the same folder, forces it to
+/// the disk, moves it over the old one and forces the folder to the disk. A failure or a crash at any point leaves the
+/// old file or the new one. Throws LibraryError, and then leaves no temporary file.
+void replace(const std::filesystem::path& file, std::string_view bytes);
+
+/// Whether a file of this name is a temporary one of `replace`; a crash can leave it behind.
+bool isTemporary(const std::filesystem::path& file);
+
+} // namespace varnic::AtomicWrite

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Models/Note.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace varnic {
+
+/// A note file that could not be read, and why in one sentence.
+struct UnreadableFile {
+    std::filesystem::path path;
+    std::string reason;
+};
+
+/// The one object that touches the library on disk, whole notes at a time and without a cache:
+///
+///     notes/<UUID>.json         a note
+///     audio/<UUID>/             the audio folder of a call
+///     Deleted/<UUID>/note.json  a deleted note
+///     Deleted/<UUID>/audio/     its audio folder
+///
+/// Files and folders that it makes are for their owner only. One thread at a time.
+class LibraryStore {
+public:
+    /// Makes the folders for notes and audio where they are missing. A failure shows when something is saved.
+    explicit LibraryStore(std::filesystem::path root);
+
+    [[nodiscard]] const std::filesystem::path& root() const { return root_; }
+
+    /// The files that the last `loadAll` could not read. They stay on disk as they are.
+    [[nodiscard]] const std::vector<UnreadableFile>& unreadable() const { return unreadable_; }
+
+    [[nodiscard]] std::filesystem::path notesDir() const { return root_ / "notes"; }
+
+    [[nodiscard]] std::filesystem::path audioDir() const { return root_ / "audio"; }
+
+    [[nodiscard]] std::filesystem::path deletedDir() const { return root_ / "Deleted"; }
+
+    /// The file of a note and the audio folder of a call; neither touches the disk.
+    [[nodiscard]] std::filesystem::path url(const Uuid& id) const;
+    [[nodiscard]] std::filesystem::path audioFolder(const Uuid& id) const;
+
+    /// All notes that can be read, newest first by creation and in order of their file names where that is equal. `now`
+    /// stands for a missing date of creation. Of several files with the same id the one that is named by it counts, or
+    /// else the first; the others go to `unreadable`, since saving either of two such notes would overwrite the other.
+    std::vector<Note> loadAll(Date now);
+
+    /// The note in the file of this id; nothing when it cannot be read.
+    [[nodiscard]] std::optional<Note> load(const Uuid& id, Date now) const;
+
+    /// Writes the note's file as a whole: after a failure or a crash the old one or the new one stands. A damaged file
+    /// that `loadAll` found in its place is set aside first, as "<UUID>.json.damaged". Throws LibraryError or
+    /// EncodeError.
+    void save(const Note& note);
+
+    /// The bytes that `save` would write. Throws EncodeError.
+    [[nodiscard]] static std::string encoded(const Note& note);
+
+    /// Moves the note's file and audio folder, where they exist, to the deleted ones, in place of an older entry.
+    /// Throws LibraryError.
+    void remove(const Uuid& id);
+
+    /// Moves a deleted note and its audio folder back, never over another one, and reads the note; nothing when it
+    /// cannot be read. Throws LibraryError.
+    std::optional<Note> restore(const Uuid& id, Date now);
+
+    /// Removes what was deleted more than so many days before `now`, and the remains of writes that a crash cut short.
+    void purgeDeleted(int days, Date now);
+
+    /// Removes the audio folder; a failure is ignored.
+    void removeAudio(const Uuid& id);
+
+    /// The bytes of the files directly inside the audio folder; 0 without a folder.
+    [[nodiscard]] std::int64_t audioSize(const Uuid& id) const;
+
+private:
+    std::filesystem::path root_;
+    std::vector<UnreadableFile> unreadable_;
+};
+
+} // namespace varnic

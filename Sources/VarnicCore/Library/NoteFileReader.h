@@ -1,0 +1,28 @@
+#pragma once
+
+#include "VarnicCore/Models/Note.h"
+
+#include <simdjson.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+
+namespace varnic {
+
+/// Reads note files one after the other, keeping its parser and buffer from file to file. One thread at a time.
+class NoteFileReader {
+public:
+    /// Reads a note (see decodeNote). Never waits: what is no regular file is refused. Throws DecodeError or
+    /// LibraryError.
+    Note read(const std::filesystem::path& file, Date now);
+
+private:
+    void reserve(std::size_t size);
+
+    simdjson::dom::parser parser_;
+    std::unique_ptr<char[]> buffer_;
+    std::size_t capacity_ = 0;
+};
+
+} // namespace varnic

@@ -1,0 +1,156 @@
+#include "VarnicCore/Pipeline/CallProcessor.h"
+
+#include "VarnicCore/Editor/NoteEditor.h"
+#include "VarnicCore/Transcript/Diarisation.h"
+
+#include <algorithm>
+#include <exception>
+#include <future>
+#include <iterator>
+#include <mutex>
+#include <utility>
+
+namespace varnic {
+
+namespace {
+
+/// Lines of yours at least this similar to one of theirs at the same time are its echo.
+constexpr double echoThreshold = 0.5;
+constexpr auto nobodyHeard = "Nobody was heard on this recording.";
+
+std::vector<Segment> linesOf(const std::vector<Segment>& segments, Speaker speaker) {
+    std::vector<Segment> lines;
+    std::ranges::copy_if(segments, std::back_inserter(lines),
+                         [speaker](const Segment& line) { return line.speaker == speaker; });
+    return lines;
+}
+
+/// Keeps the failure that stopped both transcriptions; the one that it stopped fails too, but only as a consequence.
+class FirstFailure {
+public:
+    void keep(std::exception_ptr failure) {
+        const std::lock_guard guard(lock_);
+        if (!first_) {
+            first_ = std::move(failure);
+        }
+    }
+
+    /// Call it when both transcriptions have ended.
+    void rethrow() const {
+        if (first_) {
+            std::rethrow_exception(first_);
+        }
+    }
+
+private:
+    std::mutex lock_;
+    std::exception_ptr first_;
+};
+
+} // namespace
+
+std::vector<Speaker> CallTracks::speakers() const {
+    std::vector<Speaker> present;
+    if (you) {
+        present.push_back(Speaker::you);
+    }
+    if (them) {
+        present.push_back(Speaker::them);
+    }
+    return present;
+}
+
+CallProcessor::CallProcessor(std::shared_ptr<const Transcriber> speechWriter,
+                             std::shared_ptr<const Summariser> digestMaker, Region userRegion)
+    : transcriber(std::move(speechWriter)), summariser(std::move(digestMaker)), region(std::move(userRegion)) {}
+
+Note CallProcessor::process(const Recording& recording, const DigestContext& context, const StageCallback& progress,
+                            const std::stop_token& stop) const {
+    Sides sides;
+    std::optional<std::string> problem;
+    if (recording.live && !recording.live->empty()) {
+        sides = {linesOf(*recording.live, Speaker::you), linesOf(*recording.live, Speaker::them)};
+    } else {
+        progress(ProcessingStage::transcribing(0));
+        try {
+            sides = transcribeBoth(
+                recording.tracks, [&](double overall) { progress(ProcessingStage::transcribing(overall)); }, stop);
+        } catch (const std::exception& error) {
+            problem = error.what();
+        }
+    }
+    CallRecord call{.startedAt = recording.startedAt,
+                    .duration = recording.duration,
+                    .source = recording.source,
+                    .segments = Diarisation::merge(sides.you, sides.them, echoThreshold),
+                    .audioFolder = recording.audioFolder,
+                    .tracks = recording.tracks.speakers(),
+                    .themName = context.themName,
+                    .problem = std::move(problem)};
+    if (call.segments.empty() && !call.problem) {
+        call.problem = nobodyHeard;
+    }
+    progress(ProcessingStage::summarising());
+    call.digest = tryDigest(call.segments, context, stop);
+    const std::optional<CallDigest> digest = call.digest;
+    Note note = NoteEditor::callNote(recording.noteID, std::move(call), digest, region, currentDate());
+    progress(ProcessingStage::done());
+    return note;
+}
+
+Note CallProcessor::retranscribe(const Note& note, const CallTracks& tracks, const DigestContext& context,
+                                 const std::stop_token& stop) const {
+    Note copy = note;
+    const Sides sides = transcribeBoth(tracks, [](double /*overall*/) {}, stop);
+    const std::vector<Segment> segments = Diarisation::merge(sides.you, sides.them, echoThreshold);
+    if (copy.call) {
+        copy.call->segments = segments;
+        copy.call->problem = segments.empty() ? std::optional<std::string>(nobodyHeard) : std::nullopt;
+    }
+    if (const auto digest = tryDigest(segments, context, stop)) {
+        NoteEditor::apply(*digest, copy, false, currentDate());
+    }
+    return copy;
+}
+
+CallProcessor::Sides CallProcessor::transcribeBoth(const CallTracks& tracks, const std::function<void(double)>& overall,
+                                                   const std::stop_token& stop) const {
+    ProgressBox box(tracks.speakers().size());
+    std::stop_source both;
+    const std::stop_callback passOn(stop, [&both] { both.request_stop(); });
+    FirstFailure failure;
+    const auto start = [&](const std::optional<std::filesystem::path>& file, Speaker speaker) {
+        return std::async(std::launch::async, [&, speaker]() -> std::vector<Segment> {
+            if (!file) {
+                return {};
+            }
+            try {
+                return transcriber->transcribe(
+                    *file, speaker, [&](double value) { overall(box.update(speaker, value)); }, both.get_token());
+            } catch (...) {
+                failure.keep(std::current_exception());
+                both.request_stop();
+                return {};
+            }
+        });
+    };
+    auto you = start(tracks.you, Speaker::you);
+    auto them = start(tracks.them, Speaker::them);
+    Sides sides{you.get(), them.get()};
+    failure.rethrow();
+    return sides;
+}
+
+std::optional<CallDigest> CallProcessor::tryDigest(const std::vector<Segment>& segments, const DigestContext& context,
+                                                   const std::stop_token& stop) const {
+    if (segments.empty()) {
+        return std::nullopt;
+    }
+    try {
+        return summariser->digest(segments, context, stop);
+    } catch (const std::exception&) {
+        return std::nullopt; // the transcript is worth keeping without a digest
+    }
+}
+
+} // namespace varnic

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "VarnicCore/Models/Note.h"
+#include "VarnicCore/Models/Region.h"
+#include "VarnicCore/Models/Summariser.h"
+#include "VarnicCore/Pipeline/ProcessingStage.h"
+#include "VarnicCore/Pipeline/Transcriber.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace varnic {
+
+/// Where the audio of a recording lies.
+struct CallTracks {
+    std::optional<std::filesystem::path> you;
+    std::optional<std::filesystem::path> them;
+
+    /// The speakers that have a track, you first.
+    [[nodiscard]] std::vector<Speaker> speakers() const;
+
+    bool operator==(const CallTracks&) const = default;
+};
+
+/// What is known of a recording before it is processed.
+struct Recording {
+    Uuid noteID;
+    CallTracks tracks;
+    /// The transcript written while the call ran; stands in for transcription when it is not empty.
+    std::optional<std::vector<Segment>> live;
+    Date startedAt;
+    /// Seconds.
+    double duration = 0;
+    std::string source;
+    std::optional<std::string> audioFolder;
+};
+
+/// Turns what a recording left behind into a finished note. A plain value; several calls may be processed at once.
+class CallProcessor {
+public:
+    CallProcessor(std::shared_ptr<const Transcriber> speechWriter, std::shared_ptr<const Summariser> digestMaker,
+                  Region userRegion = Region::user());
+
+    std::shared_ptr<const Transcriber> transcriber;
+    std::shared_ptr<const Summariser> summariser;
+    Region region;
+
+    /// Transcribes both tracks at once, merges, summarises and makes the note; blocks until done. Whatever goes wrong
+    /// with the call ends as a note whose `problem` says so. `progress` may be called on any thread.
+    [[nodiscard]] Note process(const Recording& recording, const DigestContext& context, const StageCallback& progress,
+                               const std::stop_token& stop = {}) const;
+
+    /// A copy of the note with a new transcript and, where that gives one, a new digest under the user's own title.
+    /// Throws TranscriberError; the given note is unchanged either way.
+    [[nodiscard]] Note retranscribe(const Note& note, const CallTracks& tracks, const DigestContext& context,
+                                    const std::stop_token& stop = {}) const;
+
+private:
+    struct Sides {
+        std::vector<Segment> you;
+        std::vector<Segment> them;
+    };
+
+    [[nodiscard]] Sides transcribeBoth(const CallTracks& tracks, const std::function<void(double)>& overall,
+                                       const std::stop_token& stop) const;
+    [[nodiscard]] std::optional<CallDigest> tryDigest(const std::vector<Segment>& segments,
+                                                      const DigestContext& context, const std::stop_token& stop) const;
+};
+
+} // namespace varnic

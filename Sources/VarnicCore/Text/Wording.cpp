@@ -1,0 +1,47 @@
+#include "VarnicCore/Text/Wording.h"
+
+#include <array>
+#include <utility>
+
+namespace varnic::Wording {
+
+namespace {
+
+struct Phrase {
+    std::string_view original;
+    std::string_view here;
+};
+
+/// Longer phrases stand before those that they contain.
+constexpr std::array phrases{
+    Phrase{"this Mac", "this computer"}, Phrase{"my Mac", "my computer"},       Phrase{"your Mac", "your computer"},
+    Phrase{"the Mac", "the computer"},   Phrase{"Keychain", "key ring"},        Phrase{"keychain", "key ring"},
+    Phrase{"Finder", "Files"},           Phrase{"System Settings", "Settings"}, Phrase{"macOS", "Linux"},
+};
+
+} // namespace
+
+std::string shown(std::string_view text) {
+    std::string result(text);
+    for (const auto& [original, here] : phrases) {
+        for (std::size_t at = result.find(original); at != std::string::npos;
+             at = result.find(original, at + here.size())) {
+            result.replace(at, original.size(), here);
+        }
+    }
+    return result;
+}
+
+Note shown(Note note) {
+    if (note.call) {
+        if (note.call->problem) {
+            note.call->problem = shown(*note.call->problem);
+        }
+        if (note.call->digest) {
+            note.call->digest->provider = shown(note.call->digest->provider);
+        }
+    }
+    return note;
+}
+
+} // namespace varnic::Wording

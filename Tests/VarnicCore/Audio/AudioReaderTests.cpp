@@ -1,0 +1,196 @@
+#include "VarnicCore/Audio/AudioError.h"
+#include "VarnicCore/Audio/AudioReader.h"
+#include "VarnicCore/Audio/SoundFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace varnic {
+namespace {
+
+std::vector<float> readAll(AudioReader reader) {
+    std::vector<float> all;
+    PcmBuffer block;
+    while (reader.read(block)) {
+        all.insert(all.end(), block.channels.front().begin(), block.channels.front().end());
+    }
+    return all;
+}
+
+/// Whether the samples from `from` on are the tone that SoundFiles makes, allowing for an encoder's losses.
+::testing::AssertionResult isToneFrom(const std::vector<float>& samples, std::size_t from, std::size_t count,
+                                      double rate) {
+    double worst = 0;
+    for (std::size_t index = from; index < from + count; ++index) {
+        const double expected = 0.5 * std::cos(2 * M_PI * 1000 * static_cast<double>(index) / rate);
+        worst = std::max(worst, std::abs(static_cast<double>(samples.at(index)) - expected));
+    }
+    return worst < 0.06 ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << "off by " << worst;
+}
+
+struct Encoding {
+    std::string name;
+    std::string arguments;
+};
+
+const std::string fragments = "-f mp4 -c:a aac -movflags +frag_keyframe+delay_moov+empty_moov -frag_duration 1000000";
+
+TEST(AudioReader, read_encodedTone_beginsAtSampleZeroAndKeepsItsLength) {
+    const SoundFiles files;
+    const std::vector<Encoding> encodings{{"a.m4a", "-c:a aac -b:a 128k"},
+                                          {"fragments.m4a", fragments},
+                                          {"a.mp3", "-c:a libmp3lame -b:a 128k"},
+                                          {"a.ogg", "-c:a libvorbis -q:a 6"},
+                                          {"a.opus", "-c:a libopus -b:a 96k"},
+                                          {"a.webm", "-c:a libopus -b:a 96k"},
+                                          {"a.flac", ""},
+                                          {"a.wav", ""},
+                                          {"a.caf", ""},
+                                          {"a.aiff", ""}};
+    for (const auto& [name, arguments] : encodings) {
+        SCOPED_TRACE(name);
+        const auto file = files.tone(name, 10, arguments);
+        const std::vector<float> samples = readAll(AudioReader::open(file));
+        ASSERT_EQ(samples.size(), 480'000U);
+        EXPECT_TRUE(isToneFrom(samples, 2000, 1000, 48'000));
+        EXPECT_TRUE(isToneFrom(samples, 470'000, 1000, 48'000)) << "drifted";
+        EXPECT_EQ(audioLength(file).frames, 480'000);
+        EXPECT_EQ(audioLength(file).rate, 48'000);
+    }
+}
+
+TEST(AudioReader, openMono_otherRate_keepsLengthAndPlace) {
+    const SoundFiles files;
+    const auto file = files.tone("a.wav", 3, "-ar 44100 -af \"pan=stereo|c0=c0|c1=c0\" -c:a pcm_f32le");
+    for (const int rate : {16'000, 44'100, 48'000}) {
+        AudioReader reader = AudioReader::openMono(file, rate);
+        EXPECT_EQ(reader.format(), (AudioFormat{rate, 1}));
+        const std::vector<float> samples = readAll(std::move(reader));
+        ASSERT_EQ(samples.size(), static_cast<std::size_t>(3 * rate)) << rate;
+        EXPECT_TRUE(isToneFrom(samples, static_cast<std::size_t>(rate), 1000, rate)) << rate;
+    }
+}
+
+TEST(AudioReader, openMono_manyChannels_takesTheirMean) {
+    const SoundFiles files;
+    const auto file =
+        files.make("a.wav", "-f lavfi -i \"aevalsrc=0.8|0|-0.4|0|0|0|0|0|0|0|0|0|0|0|0|0:s=16000:d=1:c=hexadecagonal\" "
+                            "-c:a pcm_f32le");
+    EXPECT_EQ(AudioReader::open(file).format(), (AudioFormat{16'000, 16}));
+    const std::vector<float> samples = readAll(AudioReader::openMono(file, 16'000));
+    ASSERT_EQ(samples.size(), 16'000U);
+    EXPECT_NEAR(samples[8000], 0.4 / 16, 1e-5);
+}
+
+TEST(AudioReader, read_videoWhoseSoundStartsLater_keepsThePlaceOfTheSound) {
+    const SoundFiles files;
+    const auto tone = files.tone("tone.wav", 2);
+    for (const std::string name : {"a.mp4", "a.mkv"}) {
+        SCOPED_TRACE(name);
+        const auto file = files.make(name, "-f lavfi -i testsrc=d=2:s=64x64:r=10 -itsoffset 0.5 -i tone.wav -c:a aac");
+        const std::vector<float> samples = readAll(AudioReader::open(file));
+        EXPECT_NEAR(static_cast<double>(samples.size()) / 48'000, 2.5, 0.03);
+        EXPECT_EQ(samples.at(12'000), 0.0F);
+        EXPECT_GT(std::abs(samples.at(36'000)) + std::abs(samples.at(36'012)), 0.3F);
+    }
+}
+
+/// Zeroes a quarter of the packets' bytes without touching the file's head or tail.
+std::string damaged(std::string bytes) {
+    for (std::size_t index = bytes.size() * 2 / 5; index < bytes.size() / 2; ++index) {
+        bytes[index] = '\xA5';
+    }
+    return bytes;
+}
+
+TEST(AudioReader, read_damagedInTheMiddle_goesOnInTime) {
+    const SoundFiles files;
+    for (const auto& [name, arguments] : std::vector<Encoding>{{"a.m4a", "-c:a aac"}, {"a.opus", "-c:a libopus"}}) {
+        SCOPED_TRACE(name);
+        const auto file = files.tone(name, 10, arguments);
+        const auto broken = files.write("broken-" + name, damaged(SoundFiles::bytesOf(file)));
+        const std::vector<float> samples = readAll(AudioReader::open(broken));
+        ASSERT_EQ(samples.size(), 480'000U);
+        EXPECT_TRUE(isToneFrom(samples, 400'000, 1000, 48'000));
+    }
+}
+
+TEST(AudioReader, read_truncated_givesWhatIsThere) {
+    const SoundFiles files;
+    for (const auto& [name, arguments] :
+         std::vector<Encoding>{{"fragments.m4a", fragments}, {"a.mp3", ""}, {"a.wav", ""}, {"a.ogg", ""}}) {
+        SCOPED_TRACE(name);
+        const std::string bytes = SoundFiles::bytesOf(files.tone(name, 10, arguments));
+        const auto cut = files.write("cut-" + name, bytes.substr(0, bytes.size() * 6 / 10));
+        const std::vector<float> samples = readAll(AudioReader::open(cut));
+        EXPECT_GT(samples.size(), 200'000U);
+        EXPECT_LT(samples.size(), 330'000U);
+        EXPECT_TRUE(isToneFrom(samples, 100'000, 1000, 48'000));
+        EXPECT_NEAR(static_cast<double>(audioLength(cut).frames), static_cast<double>(samples.size()), 1);
+    }
+}
+
+struct Refusal {
+    std::string name;
+    AudioError::Kind kind;
+    std::string sentence;
+};
+
+TEST(AudioReader, open_notReadable_saysSoInOneSentence) {
+    const SoundFiles files;
+    const auto tone = files.tone("tone.wav", 1);
+    files.write("notes.txt", "Nothing here but words, and more of them than a guess would need.\n");
+    files.write("empty.m4a", "");
+    files.write("list.m3u8", "#EXTM3U\n#EXTINF:1,\ntone.wav\n#EXT-X-ENDLIST\n");
+    files.write("list.ffconcat", "ffconcat version 1.0\nfile tone.wav\n");
+    files.write("cut.m4a", SoundFiles::bytesOf(files.tone("whole.m4a", 5)).substr(0, 9000));
+    files.make("picture.mp4", "-f lavfi -i testsrc=d=1:s=64x64:r=10");
+    files.tone("locked.mp4", 1,
+               "-c:a aac -encryption_scheme cenc-aes-ctr -encryption_key 76a6c65c5ea762046bd749a2e632ccbb "
+               "-encryption_kid a7e61c373e219033c21091fa607bf3b8");
+    const auto noSound = [](const std::string& name) {
+        return Refusal{name, AudioError::Kind::noSound, "“" + name + "” doesn’t hold any sound Varnic can read."};
+    };
+    const std::vector<Refusal> refusals{
+        noSound("notes.txt"),
+        noSound("list.m3u8"),
+        noSound("list.ffconcat"),
+        noSound("cut.m4a"),
+        noSound("picture.mp4"),
+        {"gone.wav", AudioError::Kind::missing, "“gone.wav” is no longer there."},
+        {"empty.m4a", AudioError::Kind::empty, "“empty.m4a” is empty."},
+        {".", AudioError::Kind::unreadable, "“.” can’t be opened."},
+        {"locked.mp4", AudioError::Kind::protectedFile,
+         "“locked.mp4” is protected against being read by other programs."},
+    };
+    for (const auto& [name, kind, sentence] : refusals) {
+        try {
+            static_cast<void>(AudioReader::open(files.path(name)));
+            ADD_FAILURE() << "opened " << name;
+        } catch (const AudioError& error) {
+            EXPECT_EQ(error.kind(), kind) << name;
+            EXPECT_EQ(error.what(), sentence);
+        }
+    }
+}
+
+TEST(AudioReader, open_nameThatLooksLikeAProtocol_isAFileName) {
+    const SoundFiles files;
+    const auto tone = files.tone("./concat:a|b.wav", 1);
+    EXPECT_EQ(readAll(AudioReader::open(tone)).size(), 48'000U);
+}
+
+TEST(AudioReader, open_noSamples_readsNothing) {
+    const SoundFiles files;
+    const auto file = files.tone("none.wav", 0);
+    EXPECT_TRUE(readAll(AudioReader::open(file)).empty());
+    EXPECT_EQ(audioLength(file).seconds(), 0);
+}
+
+} // namespace
+} // namespace varnic

@@ -1,0 +1,121 @@
+#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Library/LibraryStore.h"
+#include "VarnicCore/Library/TemporaryLibrary.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <limits>
+#include <optional>
+#include <string>
+
+namespace varnic {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+const Date now = parseDate("2026-03-14T09:26:53.589Z");
+
+/// While it lives, no file of this process can grow beyond so many bytes: a write fails half done, as on a full disk.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &old_);
+        const rlimit limit{.rlim_cur = bytes, .rlim_max = old_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &old_);
+        std::signal(SIGXFSZ, handler_);
+    }
+
+private:
+    using Handler = void (*)(int);
+
+    Handler handler_;
+    rlimit old_{};
+};
+
+/// The error of the work; fails the test when there is none.
+template <class Work>
+LibraryError errorOf(Work work) {
+    try {
+        work();
+    } catch (const LibraryError& error) {
+        return error;
+    }
+    ADD_FAILURE() << "no error";
+    return {"tried", "", {}};
+}
+
+TEST(LibraryFailure, saveThatRunsOutOfSpace_leavesTheOldFileAndNoOther) {
+    TemporaryLibrary library;
+    Note note(now, "old");
+    library.store.save(note);
+    const std::string before = TemporaryLibrary::read(library.store.url(note.id));
+    note.blocks.front().text = std::string(100'000, 'x');
+    std::optional<LibraryError> error;
+    {
+        const FileSizeLimit limit(4096);
+        error = errorOf([&] { library.store.save(note); });
+    }
+    EXPECT_EQ(error->code(), std::errc::file_too_large);
+    EXPECT_THAT(error->what(), HasSubstr(".json” couldn’t be written: the file is too large."));
+    EXPECT_EQ(TemporaryLibrary::read(library.store.url(note.id)), before);
+    EXPECT_EQ(TemporaryLibrary::names(library.store.notesDir()).size(), 1U);
+    library.store.save(note);
+    EXPECT_EQ(library.store.load(note.id, now), note);
+}
+
+TEST(LibraryFailure, noteThatCannotBeStored_leavesTheOldFile) {
+    TemporaryLibrary library;
+    Note note(now, "old");
+    library.store.save(note);
+    note.call = CallRecord{};
+    note.call->duration = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_ANY_THROW(library.store.save(note));
+    EXPECT_EQ(library.store.load(note.id, now)->title, "old");
+}
+
+TEST(LibraryFailure, rootBelowAFile_isToldBySavingAndRemoving) {
+    const TemporaryLibrary library;
+    TemporaryLibrary::write(library.folder() / "file", "");
+    LibraryStore store(library.folder() / "file" / "Library");
+    const Note note(now);
+    const LibraryError saving = errorOf([&] { store.save(note); });
+    EXPECT_EQ(saving.code(), std::errc::not_a_directory);
+    EXPECT_THAT(saving.what(), HasSubstr("a file stands where a folder should be"));
+    EXPECT_EQ(errorOf([&] { store.remove(note.id); }).code(), std::errc::not_a_directory);
+    EXPECT_TRUE(store.loadAll(now).empty());
+    EXPECT_EQ(store.load(note.id, now), std::nullopt);
+    EXPECT_EQ(store.restore(note.id, now), std::nullopt);
+    store.purgeDeleted(30, now);
+    EXPECT_EQ(store.audioSize(note.id), 0);
+}
+
+TEST(LibraryFailure, folderInTheNotesPlace_isToldAndNoTemporaryFileStays) {
+    TemporaryLibrary library;
+    const Note note(now);
+    fs::create_directory(library.store.url(note.id));
+    EXPECT_EQ(errorOf([&] { library.store.save(note); }).code(), std::errc::is_a_directory);
+    EXPECT_EQ(TemporaryLibrary::names(library.store.notesDir()).size(), 1U);
+}
+
+TEST(LibraryFailure, fileInTheTrashsPlace_leavesTheNoteWhereItIs) {
+    TemporaryLibrary library;
+    const Note note(now, "Plan");
+    library.store.save(note);
+    TemporaryLibrary::write(library.store.deletedDir(), "");
+    EXPECT_EQ(errorOf([&] { library.store.remove(note.id); }).code(), std::errc::not_a_directory);
+    EXPECT_EQ(library.store.load(note.id, now), note);
+}
+
+} // namespace
+} // namespace varnic

@@ -1,0 +1,182 @@
+#include "VarnicCore/Pipeline/CallProcessor.h"
+
+#include "VarnicCore/Summariser/ExtractiveSummariser.h"
+#include "VarnicCore/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <fstream>
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace varnic {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A summariser that always fails.
+class FailingSummariser final : public Summariser {
+public:
+    [[nodiscard]] std::string displayName() const override { return "Failing"; }
+
+    [[nodiscard]] bool isLocal() const override { return true; }
+
+    [[nodiscard]] CallDigest digest(const std::vector<Segment>& /*segments*/, const DigestContext& /*context*/,
+                                    std::stop_token /*stop*/) const override {
+        throw std::runtime_error("no digest today");
+    }
+};
+
+/// The far side fails at once; the near side ends only when it is asked to stop.
+class WaitingTranscriber final : public Transcriber {
+public:
+    [[nodiscard]] std::vector<Segment> transcribe(const std::filesystem::path& /*file*/, Speaker speaker,
+                                                  const ProgressCallback& /*progress*/,
+                                                  std::stop_token stop) const override {
+        if (speaker == Speaker::them) {
+            throw TranscriberError::unavailable();
+        }
+        std::mutex mutex;
+        std::condition_variable_any wake;
+        std::unique_lock lock(mutex);
+        wake.wait(lock, stop, [] { return false; });
+        throw TranscriberError::failed("cancelled");
+    }
+};
+
+class CallProcessorTest : public testing::Test {
+protected:
+    CallProcessorTest() {
+        fake->segments = {Segment(Speaker::you, 4, 7, "I'll send the designs by Friday."),
+                          Segment(Speaker::them, 0, 3, "We decided that the price is forty dollars a month.")};
+        recording.noteID = Uuid::random();
+        recording.tracks = {touch("you.m4a"), touch("them.m4a")};
+        recording.duration = 8;
+    }
+
+    std::filesystem::path touch(const std::string& name) {
+        const auto file = folder.path() / name;
+        std::ofstream(file) << "sound";
+        return file;
+    }
+
+    [[nodiscard]] CallProcessor processor() const { return {fake, summariser, Region{}}; }
+
+    Note process() {
+        stages.clear();
+        return processor().process(recording, {.themName = "Maya"}, [this](ProcessingStage stage) {
+            const std::lock_guard guard(lock);
+            stages.push_back(stage.label());
+        });
+    }
+
+    TemporaryFolder folder;
+    std::shared_ptr<FakeTranscriber> fake = std::make_shared<FakeTranscriber>();
+    std::shared_ptr<const Summariser> summariser = std::make_shared<ExtractiveSummariser>();
+    Recording recording;
+    std::mutex lock;
+    std::vector<std::string> stages;
+};
+
+TEST_F(CallProcessorTest, process_twoTracks_givesOrderedTranscriptDigestAndBlocks) {
+    const Note note = process();
+    ASSERT_TRUE(note.call);
+    ASSERT_EQ(note.call->segments.size(), 2U);
+    EXPECT_EQ(note.call->segments[0].speaker, Speaker::them);
+    EXPECT_EQ(note.call->themName, "Maya");
+    EXPECT_THAT(note.call->tracks, ElementsAre(Speaker::you, Speaker::them));
+    EXPECT_EQ(note.call->problem, std::nullopt);
+    ASSERT_EQ(note.todos().size(), 1U);
+    EXPECT_EQ(note.todos()[0].text, "Send the designs by Friday");
+    EXPECT_EQ(note.blocks.front().text, "To-dos");
+    EXPECT_EQ(stages.front(), "Writing the transcript…");
+    EXPECT_EQ(stages[stages.size() - 2], "Summarising…");
+    EXPECT_EQ(stages.back(), "Done");
+}
+
+TEST_F(CallProcessorTest, process_nobodyHeard_saysSo) {
+    fake->segments.clear();
+    EXPECT_EQ(process().call->problem, "Nobody was heard on this recording.");
+    recording.tracks = {};
+    const Note note = process();
+    EXPECT_EQ(note.call->problem, "Nobody was heard on this recording.");
+    EXPECT_THAT(note.call->tracks, IsEmpty());
+    EXPECT_EQ(stages.back(), "Done");
+}
+
+TEST_F(CallProcessorTest, process_oneTrackFails_losesTheTranscriptAndSaysWhy) {
+    std::filesystem::remove(*recording.tracks.you);
+    const Note note = process();
+    EXPECT_THAT(note.call->segments, IsEmpty());
+    EXPECT_EQ(note.call->problem, "The recording’s audio file is missing.");
+    EXPECT_EQ(note.call->digest, std::nullopt);
+}
+
+TEST_F(CallProcessorTest, process_oneTrackFails_stopsTheOtherAndReportsTheCause) {
+    const CallProcessor waiting(std::make_shared<WaitingTranscriber>(), summariser, Region{});
+    const Note note = waiting.process(recording, {}, [](ProcessingStage) {});
+    EXPECT_EQ(note.call->problem, "Speech recognition isn’t available right now.");
+}
+
+TEST_F(CallProcessorTest, process_liveTranscript_standsInForTranscriptionUnlessEmpty) {
+    fake->failure = TranscriberError::notAuthorized();
+    recording.live = {Segment(Speaker::them, 1, 2, "Hello from the live line.")};
+    const Note live = process();
+    EXPECT_EQ(live.call->problem, std::nullopt);
+    EXPECT_EQ(live.call->segments.size(), 1U);
+    EXPECT_THAT(stages, ElementsAre("Summarising…", "Done"));
+
+    recording.live = std::vector<Segment>{};
+    EXPECT_EQ(process().call->problem, "Speech Recognition is turned off for Varnic.");
+}
+
+TEST_F(CallProcessorTest, process_summariserFails_keepsTheTranscript) {
+    summariser = std::make_shared<FailingSummariser>();
+    const Note note = process();
+    EXPECT_EQ(note.call->segments.size(), 2U);
+    EXPECT_EQ(note.call->digest, std::nullopt);
+    EXPECT_EQ(note.call->problem, std::nullopt);
+    EXPECT_FALSE(note.title.empty());
+    EXPECT_EQ(note.blocks.front().text, "Notes");
+}
+
+TEST_F(CallProcessorTest, retranscribe_keepsTheUsersTitleAndTheOldDigestWhenNobodyIsHeard) {
+    Note note = process();
+    note.title = "My title";
+    fake->segments = {Segment(Speaker::you, 0, 2, "I'll call the printer tomorrow.")};
+    const Note again = processor().retranscribe(note, recording.tracks, {});
+    EXPECT_EQ(again.title, "My title");
+    ASSERT_EQ(again.todos().size(), 1U);
+    EXPECT_EQ(again.todos()[0].text, "Call the printer tomorrow");
+
+    fake->segments.clear();
+    const Note silent = processor().retranscribe(again, recording.tracks, {});
+    EXPECT_EQ(silent.call->problem, "Nobody was heard on this recording.");
+    EXPECT_EQ(silent.call->digest, again.call->digest);
+
+    fake->failure = TranscriberError::noOnDevice("German");
+    EXPECT_THROW((void)processor().retranscribe(note, recording.tracks, {}), TranscriberError);
+}
+
+TEST(ProcessingStage, label_showsWholePercentOnlyAboveZero) {
+    EXPECT_EQ(ProcessingStage::transcribing(0).label(), "Writing the transcript…");
+    EXPECT_EQ(ProcessingStage::transcribing(0.42).label(), "Writing the transcript… 42%");
+    EXPECT_EQ(ProcessingStage::transcribing(0.999).label(), "Writing the transcript… 99%");
+}
+
+TEST(ProgressBox, update_countsEachTrackByItsShare) {
+    ProgressBox box(2);
+    EXPECT_DOUBLE_EQ(box.update(Speaker::you, 1.0), 0.5);
+    EXPECT_DOUBLE_EQ(box.update(Speaker::them, 0.5), 0.75);
+    ProgressBox none(0);
+    EXPECT_DOUBLE_EQ(none.update(Speaker::you, 0.5), 0.5);
+}
+
+} // namespace
+} // namespace varnic

@@ -1,0 +1,137 @@
+// Loading a library of 10,000 notes against the bare work that it cannot avoid: reading the files and parsing them.
+// Both on one thread, in turn, in one run, from the page cache.
+
+#include "VarnicCore/Library/LibraryStore.h"
+#include "bench/GeneratedLibrary.h"
+
+#include <fmt/format.h>
+#include <simdjson.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <time.h> // NOLINT(modernize-deprecated-headers): the processor clock is POSIX's
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t noteCount = 10'000;
+constexpr std::size_t totalBytes = 200'000'000;
+constexpr std::size_t rounds = 9;
+
+/// Reads and parses every file with one buffer and one parser; the bytes that were read.
+std::size_t readAndParse(const fs::path& folder) {
+    simdjson::dom::parser parser;
+    std::string buffer;
+    std::size_t sum = 0;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+        const int file = ::open(entry.path().c_str(), O_RDONLY | O_CLOEXEC);
+        struct stat status{};
+        ::fstat(file, &status);
+        const auto size = static_cast<std::size_t>(status.st_size);
+        buffer.resize(std::max(buffer.size(), size + simdjson::SIMDJSON_PADDING));
+        const bool isRead = ::read(file, buffer.data(), size) == static_cast<ssize_t>(size);
+        ::close(file);
+        if (!isRead || parser.parse(buffer.data(), size, false).error() != simdjson::SUCCESS) {
+            throw std::runtime_error("cannot read " + entry.path().string());
+        }
+        sum += size;
+    }
+    return sum;
+}
+
+struct Cost {
+    /// Seconds on the clock, and of all threads together on the processors.
+    double elapsed = 0;
+    double processor = 0;
+};
+
+double now(clockid_t clock) {
+    timespec time{};
+    ::clock_gettime(clock, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+}
+
+template <class Work>
+Cost costOf(Work work) {
+    const Cost begin{now(CLOCK_MONOTONIC), now(CLOCK_PROCESS_CPUTIME_ID)};
+    work();
+    return {now(CLOCK_MONOTONIC) - begin.elapsed, now(CLOCK_PROCESS_CPUTIME_ID) - begin.processor};
+}
+
+double median(std::vector<Cost> costs, double Cost::* what) {
+    std::ranges::sort(costs, {}, what);
+    return costs.at(costs.size() / 2).*what;
+}
+
+void print(const char* name, double Cost::* what, const std::vector<Cost>& bare, const std::vector<Cost>& load) {
+    const double bareSeconds = median(bare, what);
+    const double loadSeconds = median(load, what);
+    fmt::print("  {:<15} read and parse {:.3f} s, loadAll {:.3f} s, ratio {:.2f}\n", name, bareSeconds, loadSeconds,
+               loadSeconds / bareSeconds);
+}
+
+void run(const fs::path& root) {
+    varnic::GeneratedLibrary::write(root, noteCount, totalBytes);
+    varnic::LibraryStore store(root);
+    std::size_t bytes = 0;
+    std::size_t notes = 0;
+    std::vector<Cost> bare;
+    std::vector<Cost> load;
+    for (std::size_t round = 0; round < rounds; ++round) {
+        bare.push_back(costOf([&] { bytes = readAndParse(store.notesDir()); }));
+        std::vector<varnic::Note> loaded;
+        load.push_back(costOf([&] { loaded = store.loadAll(varnic::currentDate()); }));
+        notes = loaded.size();
+    }
+    fmt::print("library: {} notes, {:.1f} MB, medians of {} rounds; to reach: elapsed ratio 2\n", notes,
+               static_cast<double>(bytes) / 1e6, rounds);
+    print("elapsed", &Cost::elapsed, bare, load);
+    print("processor time", &Cost::processor, bare, load);
+}
+
+/// A new folder for temporary files, removed at the end.
+class TemporaryFolder {
+public:
+    TemporaryFolder() : path_((fs::temp_directory_path() / "varnic-bench-XXXXXX").string()) {
+        if (::mkdtemp(path_.data()) == nullptr) {
+            throw std::runtime_error("cannot make " + path_);
+        }
+    }
+
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        fs::remove_all(path_, ignored);
+    }
+
+    [[nodiscard]] fs::path path() const { return path_; }
+
+private:
+    std::string path_;
+};
+
+} // namespace
+
+int main() {
+    try {
+        const TemporaryFolder folder;
+        run(folder.path());
+        return EXIT_SUCCESS;
+    } catch (const std::exception& error) {
+        fmt::print(stderr, "{}\n", error.what());
+        return EXIT_FAILURE;
+    }
+}
