@@ -48,6 +48,8 @@ TEST(UpdateFeed, decode_lengthIsAWholeNumberInAnySpelling) {
 }
 
 TEST(UpdateFeed, decode_anythingElseIsOneError) {
+    std::string endless = "50 MB";
+    endless.resize(50'000'000, 'x');
     const std::string head = R"({"version":"1","url":"u")";
     const std::vector<std::string> feeds{
         "",
@@ -61,9 +63,7 @@ TEST(UpdateFeed, decode_anythingElseIsOneError) {
         R"({"version":1,"url":"u"})",
         R"({"version":null,"url":"u"})",
         R"({"version":"1","url":["u"]})",
-        R"({"version":")"
-        "\xff"
-        R"(","url":"u"})",
+        "{\"version\":\"\xff\",\"url\":\"u\"}",
         head + R"(,"notes":5})",
         head + R"(,"minimumSystemVersion":14.0})",
         head + R"(,"download":"d"})",
@@ -74,7 +74,7 @@ TEST(UpdateFeed, decode_anythingElseIsOneError) {
         head + R"(,"download":{"url":"d","edSignature":"s","length":1e19}})",
         head + R"(,"download":{"url":"d","edSignature":"s","length":1e999}})",
         head + R"(,"download":{"url":"d","edSignature":null,"length":5}})",
-        head + R"(,"notes":")" + std::string(50'000'000, 'x') + "\"}",
+        head + R"(,"notes":")" + endless + "\"}",
         std::string(500'000, '['),
     };
     for (const std::string& json : feeds) {

@@ -76,48 +76,47 @@ class UpdateSignature : public testing::Test {
 protected:
     UpdateSignature() {
         std::array<std::uint8_t, crypto_sign_SECRETKEYBYTES> secret{};
-        crypto_sign_keypair(publicKey_.data(), secret.data());
-        crypto_sign_detached(signature_.data(), nullptr, data_.data(), data_.size(), secret.data());
+        crypto_sign_keypair(publicKey.data(), secret.data());
+        crypto_sign_detached(signature.data(), nullptr, data.data(), data.size(), secret.data());
     }
 
-    std::vector<std::uint8_t> data_ = std::vector<std::uint8_t>(100'000, 0x5A);
-    std::vector<std::uint8_t> publicKey_ = std::vector<std::uint8_t>(crypto_sign_PUBLICKEYBYTES);
-    std::vector<std::uint8_t> signature_ = std::vector<std::uint8_t>(crypto_sign_BYTES);
+    std::vector<std::uint8_t> data = std::vector<std::uint8_t>(100'000, 0x5A);
+    std::vector<std::uint8_t> publicKey = std::vector<std::uint8_t>(crypto_sign_PUBLICKEYBYTES);
+    std::vector<std::uint8_t> signature = std::vector<std::uint8_t>(crypto_sign_BYTES);
 };
 
 TEST_F(UpdateSignature, verify_onlyTheSignedBytesUnderTheirKey) {
-    EXPECT_TRUE(UpdateLogic::verify(data_, base64(signature_), base64(publicKey_)));
-    auto changed = data_;
+    EXPECT_TRUE(UpdateLogic::verify(data, base64(signature), base64(publicKey)));
+    auto changed = data;
     changed.back() ^= 1;
-    EXPECT_FALSE(UpdateLogic::verify(changed, base64(signature_), base64(publicKey_)));
-    EXPECT_FALSE(UpdateLogic::verify({}, base64(signature_), base64(publicKey_)));
-    auto forged = signature_;
+    EXPECT_FALSE(UpdateLogic::verify(changed, base64(signature), base64(publicKey)));
+    EXPECT_FALSE(UpdateLogic::verify({}, base64(signature), base64(publicKey)));
+    auto forged = signature;
     forged.front() ^= 1;
-    EXPECT_FALSE(UpdateLogic::verify(data_, base64(forged), base64(publicKey_)));
-    auto otherKey = publicKey_;
+    EXPECT_FALSE(UpdateLogic::verify(data, base64(forged), base64(publicKey)));
+    auto otherKey = publicKey;
     otherKey.front() ^= 1;
-    EXPECT_FALSE(UpdateLogic::verify(data_, base64(signature_), base64(otherKey)));
-    EXPECT_FALSE(UpdateLogic::verify(data_, base64(signature_), base64(std::vector<std::uint8_t>(32))));
+    EXPECT_FALSE(UpdateLogic::verify(data, base64(signature), base64(otherKey)));
+    EXPECT_FALSE(UpdateLogic::verify(data, base64(signature), base64(std::vector<std::uint8_t>(32))));
 }
 
 TEST_F(UpdateSignature, verify_malformedOrLooseBase64_isFalse) {
-    const std::string good = base64(signature_);
-    const std::string key = base64(publicKey_);
-    auto longer = signature_;
+    const std::string good = base64(signature);
+    const std::string key = base64(publicKey);
+    auto longer = signature;
     longer.push_back(0);
-    const auto shorter = std::vector<std::uint8_t>(signature_.begin(), signature_.end() - 1);
+    const auto shorter = std::vector<std::uint8_t>(signature.begin(), signature.end() - 1);
     // 64 bytes leave four unused bits in front of "==": set ones are no canonical form.
     std::string unusedBits = good;
     ++unusedBits[unusedBits.size() - 3];
-    for (const std::string& signature :
-         {std::string(), std::string("not base64!"), good + "\n", " " + good, good.substr(0, 86),
-          good + "====", good.substr(0, 40) + "\n" + good.substr(40), good + std::string(1, '\0'), unusedBits,
-          base64(longer), base64(shorter), base64(signature_, sodium_base64_VARIANT_ORIGINAL_NO_PADDING),
-          std::string(1'000'000, 'A')}) {
-        EXPECT_FALSE(UpdateLogic::verify(data_, signature, key)) << signature.substr(0, 120);
+    for (const std::string& text :
+         {std::string(), std::string("not base64!"), good + "\n", " " + good, good.substr(0, 86), good + "====",
+          good.substr(0, 40) + "\n" + good.substr(40), good + std::string(1, '\0'), unusedBits, base64(longer),
+          base64(shorter), base64(signature, sodium_base64_VARIANT_ORIGINAL_NO_PADDING), std::string(1'000'000, 'A')}) {
+        EXPECT_FALSE(UpdateLogic::verify(data, text, key)) << text.substr(0, 120);
     }
-    for (const std::string& publicKey : {std::string(), key + " ", key.substr(0, 40), base64(signature_)}) {
-        EXPECT_FALSE(UpdateLogic::verify(data_, good, publicKey)) << publicKey;
+    for (const std::string& text : {std::string(), key + " ", key.substr(0, 40), base64(signature)}) {
+        EXPECT_FALSE(UpdateLogic::verify(data, good, text)) << text;
     }
 }
 

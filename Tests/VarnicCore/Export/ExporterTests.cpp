@@ -3,6 +3,7 @@
 #include "VarnicCore/Export/MarkdownImport.h"
 #include "VarnicCore/Text/Unicode.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -98,7 +99,7 @@ TEST(Exporter, markdown_escapesWhatWouldBeReadAsAnotherKind) {
         EXPECT_EQ(markdownOf({blockOf(BlockKind::paragraph, text)}), "# T\n\n" + line + "\n");
         EXPECT_EQ(markdownOf({blockOf(BlockKind::bullet, text)}), "# T\n\n- " + line + "\n");
         EXPECT_EQ(markdownOf({blockOf(BlockKind::heading, text)}), "# T\n\n## " + text + "\n");
-        EXPECT_EQ(markdownOf({Block::flashcard(text, text)}), "# T\n\n**Q:** " + line + "\n**A:** " + line + "\n");
+        EXPECT_EQ(markdownOf({Block::flashcard(text, text)}), fmt::format("# T\n\n**Q:** {0}\n**A:** {0}\n", line));
     }
 }
 
