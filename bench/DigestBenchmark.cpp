@@ -83,7 +83,7 @@ const std::string& callText() {
 }
 
 void digest(benchmark::State& state) {
-    const DigestContext context{{}, "Ada", "Grace", "Call"};
+    const DigestContext context{.callDate = {}, .yourName = "Ada", .themName = "Grace", .source = "Call"};
     englishNounTagger();
     for (auto _ : state) {
         benchmark::DoNotOptimize(ExtractiveSummariser::makeDigest(call(), context, Region{}, Date{}));

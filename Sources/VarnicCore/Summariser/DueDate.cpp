@@ -34,22 +34,22 @@ struct Kind {
 /// In the order in which they are tried.
 const std::array<Kind, 13>& kinds() {
     static const std::array<Kind, 13> table{
-        Kind("\\b(?:end of (?:the )?day|eod)\\b", "end of day"),
-        Kind("\\b(?:end of (?:the )?week|eow)\\b", "end of the week"),
-        Kind("\\b(?:end of (?:the )?month)\\b", "end of the month"),
-        Kind("\\btomorrow(?: morning| afternoon| evening)?\\b"),
-        Kind("\\btonight\\b"),
-        Kind("\\btoday\\b"),
-        Kind("\\bthis (?:morning|afternoon|evening)\\b"),
-        Kind("\\bnext week\\b"),
-        Kind("\\bnext month\\b"),
-        Kind("\\b(?:next |this )?(?:monday|tuesday|wednesday|thursday|friday|saturday|sunday)\\b"),
-        Kind("\\b(?:january|february|march|april|may|june|july|august|september|october|november|december) "
-             "\\d{1,2}(?:st|nd|rd|th)?\\b"),
+        Kind(R"(\b(?:end of (?:the )?day|eod)\b)", "end of day"),
+        Kind(R"(\b(?:end of (?:the )?week|eow)\b)", "end of the week"),
+        Kind(R"(\b(?:end of (?:the )?month)\b)", "end of the month"),
+        Kind(R"(\btomorrow(?: morning| afternoon| evening)?\b)"),
+        Kind(R"(\btonight\b)"),
+        Kind(R"(\btoday\b)"),
+        Kind(R"(\bthis (?:morning|afternoon|evening)\b)"),
+        Kind(R"(\bnext week\b)"),
+        Kind(R"(\bnext month\b)"),
+        Kind(R"(\b(?:next |this )?(?:monday|tuesday|wednesday|thursday|friday|saturday|sunday)\b)"),
+        Kind(R"(\b(?:january|february|march|april|may|june|july|august|september|october|november|december) )"
+             R"(\d{1,2}(?:st|nd|rd|th)?\b)"),
         // "May" is left out: it is more often the verb.
-        Kind("\\b\\d{1,2}(?:st|nd|rd|th)? (?:of )?"
-             "(?:january|february|march|april|june|july|august|september|october|november|december)\\b"),
-        Kind("\\b(?:in|within) (?:a|one|two|three|\\d+) (?:days?|weeks?)\\b"),
+        Kind(R"(\b\d{1,2}(?:st|nd|rd|th)? (?:of )?)"
+             R"((?:january|february|march|april|june|july|august|september|october|november|december)\b)"),
+        Kind(R"(\b(?:in|within) (?:a|one|two|three|\d+) (?:days?|weeks?)\b)"),
     };
     return table;
 }

@@ -170,6 +170,7 @@ bool isLikeAny(const WordProfile& words, const std::vector<WordProfile>& others,
 std::vector<const Candidate*> choose(const std::vector<Candidate>& ranked, const std::vector<ActionItem>& excluding,
                                      std::size_t limit) {
     std::vector<WordProfile> excluded;
+    excluded.reserve(excluding.size());
     for (const ActionItem& action : excluding) {
         excluded.emplace_back(action.text);
     }
@@ -221,6 +222,7 @@ std::vector<std::string> ExtractiveSummariser::keySentences(const std::vector<Se
     auto chosen = choose(candidates, excluding, limit.value_or(usualLimit(candidates.size())));
     std::ranges::sort(chosen, {}, &Candidate::order);
     std::vector<std::string> sentences;
+    sentences.reserve(chosen.size());
     for (const Candidate* candidate : chosen) {
         sentences.push_back(tidy(candidate->text));
     }

@@ -3,17 +3,21 @@
 #include "VarnicCore/Text/TextKit.h"
 #include "VarnicCore/Text/Unicode.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <unicode/uchar.h>
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
+#include <ranges>
 #include <unordered_map>
 
 namespace varnic::TitleSuggester {
 
 namespace {
 
-constexpr std::size_t wordsOfTitle = 2;
+constexpr std::size_t nounsOfTitle = 2;
 
 /// Nouns of any talk, which tell nothing about this one.
 const TextKit::WordSet& genericNouns() {
@@ -39,12 +43,7 @@ bool isTelling(const std::string& noun) {
 }
 
 std::string joinedText(const std::vector<Segment>& segments) {
-    std::string text;
-    for (const Segment& segment : segments) {
-        text += text.empty() && &segment == &segments.front() ? "" : " ";
-        text += segment.text;
-    }
-    return text;
+    return fmt::format("{}", fmt::join(segments | std::views::transform(&Segment::text), " "));
 }
 
 struct Noun {
@@ -71,31 +70,26 @@ std::vector<Noun> countedNouns(const std::vector<TaggedWord>& words) {
     return nouns;
 }
 
-std::vector<std::string> topWords(const std::vector<TaggedWord>& words) {
+std::vector<Noun> topNouns(const std::vector<TaggedWord>& words) {
     std::vector<Noun> nouns = countedNouns(words);
     std::ranges::stable_sort(nouns, std::ranges::greater{}, &Noun::count);
-    std::vector<std::string> top;
-    for (const Noun& noun : nouns) {
-        if (top.size() < wordsOfTitle) {
-            top.push_back(noun.word);
-        }
-    }
-    return top;
+    nouns.resize(std::min(nouns.size(), nounsOfTitle));
+    return nouns;
 }
 
 } // namespace
 
 std::string title(const std::vector<Segment>& segments, Date date, std::string_view themName, const Region& region,
                   const NounTagger& tagger) {
-    const std::vector<std::string> top = topWords(tagger(joinedText(segments)));
+    const std::vector<Noun> top = topNouns(tagger(joinedText(segments)));
     const std::string_view name = Unicode::trimBlanks(themName);
-    if (top.size() < wordsOfTitle && !name.empty()) {
+    if (top.size() < nounsOfTitle && !name.empty()) {
         return std::string("Call with ").append(name);
     }
     if (top.empty()) {
         return "Call on " + region.format(date, "EEE d MMM");
     }
-    return TextKit::capitalisedFirst(top.size() == 1 ? top.front() : top.front() + " & " + top.back());
+    return TextKit::capitalisedFirst(fmt::format("{}", fmt::join(top | std::views::transform(&Noun::word), " & ")));
 }
 
 } // namespace varnic::TitleSuggester

@@ -77,6 +77,7 @@ void forEachCharacterEnd(std::string_view text, const std::function<bool(std::si
 char32_t next(std::string_view text, std::size_t& position) {
     UChar32 c = 0;
     const std::uint8_t* data = bytes(text);
+    // NOLINTNEXTLINE(bugprone-inc-dec-in-conditions): ICU's macro
     U8_NEXT_OR_FFFD(data, position, text.size(), c);
     return static_cast<char32_t>(c);
 }

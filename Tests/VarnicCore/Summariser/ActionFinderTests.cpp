@@ -144,6 +144,7 @@ TEST(ActionFinder, find_mergesWhatIsSaidTwice) {
 
 TEST(ActionFinder, find_capsAtTheEnd) {
     std::vector<Segment> segments;
+    segments.reserve(26);
     for (int i = 0; i < 25; ++i) {
         segments.emplace_back(you, i, i + 1, fmt::format("I'll ship alpha{0} beta{0} gamma{0}.", i));
     }
@@ -164,10 +165,11 @@ TEST(ActionFinder, find_longTextsWithoutAnEnd_areDone) {
         also += "also ";
         commas += ", and ";
     }
-    for (const auto& text : {"I'll ship" + blanks + "it now", "Ship it," + blanks + "or" + blanks + "please now",
-                             "I'll " + also + "ship it", "I'll ship" + commas + "please",
-                             "I'll ship it please" + blanks + "x", "in " + std::string(length, '9') + " x",
-                             "I'll ship the " + std::string(length, 'x'), std::string(length / 2, '\xCC') + "\u0301"}) {
+    for (const std::string& text :
+         {"I'll ship" + blanks + "it now", fmt::format("Ship it,{0}or{0}please now", blanks),
+          "I'll " + also + "ship it", "I'll ship" + commas + "please", "I'll ship it please" + blanks + "x",
+          "in " + std::string(length, '9') + " x", "I'll ship the " + std::string(length, 'x'),
+          std::string(length / 2, '\xCC') + "\u0301"}) {
         EXPECT_LE(ActionFinder::find({Segment(you, 0, 1, text)}).size(), 1U);
     }
 }
