@@ -1,0 +1,115 @@
+#include "VarnicCLI/Command.h"
+
+namespace varnic::cli {
+
+const std::vector<Command>& commands() {
+    static const std::vector<Command> table{
+        {"transcribe",
+         "[--you FILE] [--them FILE] [options]",
+         "turn the two sides of a recorded call into a note",
+         R"(Copies the recordings into the library, writes them down on this computer and files the note.
+
+  --you FILE         the microphone's recording
+  --them FILE        the recording of what the computer played
+  --your-name NAME   your name, for the follow-up email
+  --their-name NAME  the other party's name
+  --source NAME      what carried the call ("Call" unless given)
+  --language LOCALE  the language spoken (en-US unless given); a speech model for it must be installed
+  --json             print the note as the library stores it, and nothing else
+)",
+         {{"you", true},
+          {"them", true},
+          {"your-name", true},
+          {"their-name", true},
+          {"source", true},
+          {"language", true},
+          {"json", false}},
+         transcribe},
+        {"list",
+         "[--json]",
+         "list the notes of the library, newest first",
+         R"(
+  --json  print an array of objects with id, title, created, isCall
+)",
+         {{"json", false}},
+         list},
+        {"show",
+         "ID [--json]",
+         "show one note",
+         R"(ID is a note's id or the beginning of one, as `list` prints it.
+
+  --json  print the note as the library stores it
+)",
+         {{"json", false}},
+         show},
+        {"digest",
+         "FILE [options]",
+         "make a digest of a transcript",
+         R"(FILE holds a transcript as JSON: an array of segments with id, speaker ("you" or "them"), start and end in
+seconds, and text. "-" reads standard input. Nothing is stored.
+
+  --your-name NAME   your name, for the follow-up email
+  --their-name NAME  the other party's name
+  --json             print the digest as the library stores it
+)",
+         {{"your-name", true}, {"their-name", true}, {"json", false}},
+         digest},
+        {"search",
+         "QUERY... [--json]",
+         "search titles, notes, transcripts and emails",
+         R"(A place needs to hold one of the words; those with more of them come first. Case and accents don't count.
+
+  --json  print an array of objects with noteID and hits
+)",
+         {{"json", false}},
+         search},
+        {"todos",
+         "[--json]",
+         "list the open to-dos of all notes, nearest due date first",
+         R"(
+  --json  print an array of objects with noteID, noteTitle, block, dueDate
+)",
+         {{"json", false}},
+         todos},
+        {"decks",
+         "[--json]",
+         "list the notes with flashcards and how many are due",
+         R"(
+  --json  print an array of objects with noteID, title, total, due
+)",
+         {{"json", false}},
+         decks},
+        {"export",
+         "ID [options]",
+         "write a note as Markdown",
+         R"(ID is a note's id or the beginning of one, as `list` prints it.
+
+  --format markdown  the only format yet
+  -o, --output FILE  write to FILE, or into it under the note's title if it is a folder
+  --your-name NAME   the name that stands for you
+  --no-transcript    leave the transcript out
+  --no-email         leave the follow-up email out
+  --json             print an object with fileName and text
+)",
+         {{"format", true},
+          {"output", true, 'o'},
+          {"your-name", true},
+          {"no-transcript", false},
+          {"no-email", false},
+          {"json", false}},
+         exportNote},
+        {"import",
+         "FILE.md | FOLDER [--json]",
+         "make notes of Markdown files",
+         R"(Each file becomes a note, of a folder every .md file in it and below. A file without a title is named after
+itself. The files stay as they are.
+
+  --json  print an array of objects with id, title
+)",
+         {{"json", false}},
+         importNotes},
+    };
+    return table;
+}
+
+} // namespace varnic::cli

@@ -1,0 +1,117 @@
+#include "VarnicCLI/Command.h"
+#include "VarnicCLI/Files.h"
+#include "VarnicCLI/UserLibrary.h"
+#include "VarnicCore/Export/Exporter.h"
+#include "VarnicCore/Export/MarkdownImport.h"
+#include "VarnicCore/Library/NoteJson.h"
+#include "VarnicCore/Text/Wording.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+#include <simdjson.h>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace varnic::cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view byteOrderMark = "\uFEFF";
+
+/// The note that a Markdown file makes. Throws std::runtime_error where it is no UTF-8 text.
+Note noteFrom(const fs::path& file) {
+    const std::string bytes = readFile(file);
+    if (!simdjson::validate_utf8(bytes)) {
+        throw std::runtime_error(fmt::format("“{}” isn’t UTF-8 text.", file.filename().string()));
+    }
+    std::string_view text = bytes;
+    if (text.starts_with(byteOrderMark)) {
+        text.remove_prefix(byteOrderMark.size());
+    }
+    MarkdownImport::Document document = MarkdownImport::blocks(text);
+    return {Uuid::random(), document.title.value_or(file.stem().string()), modifiedAt(file),
+            std::move(document.blocks)};
+}
+
+/// The file itself, or the Markdown files in the folder and those below it, in order of their names. Hidden ones are
+/// other programs' own.
+std::vector<fs::path> markdownFiles(const fs::path& path) {
+    if (!fs::is_directory(path)) {
+        return {path};
+    }
+    std::vector<fs::path> files;
+    for (auto entry = fs::recursive_directory_iterator(path); entry != fs::recursive_directory_iterator(); ++entry) {
+        const bool isHidden = entry->path().filename().string().starts_with('.');
+        if (isHidden && entry->is_directory()) {
+            entry.disable_recursion_pending();
+        } else if (!isHidden && entry->path().extension() == ".md" && entry->is_regular_file()) {
+            files.push_back(entry->path());
+        }
+    }
+    std::ranges::sort(files);
+    return files;
+}
+
+/// Where an exported file goes: into a folder under its own name.
+fs::path destination(const fs::path& asked, const Note& note, ExportFormat format) {
+    return fs::is_directory(asked) ? asked / Exporter::fileName(note, format) : asked;
+}
+
+} // namespace
+
+ExitCode exportNote(const Arguments& arguments) {
+    const std::string& id = arguments.onlyWord("note’s id");
+    const auto format = exportFormatFrom(arguments.valueOr("format", "markdown"));
+    if (format != ExportFormat::markdown) {
+        throw UsageError("the only format yet is markdown");
+    }
+    LibraryStore store(libraryFolder());
+    const Note note = Wording::shown(findNote(store, id));
+    const ExportOptions options{.includeTranscript = !arguments.has("no-transcript"),
+                                .includeEmail = !arguments.has("no-email"),
+                                .yourName = arguments.valueOr("your-name", std::string(label(Speaker::you)))};
+    const std::string text = Exporter::markdown(note, options, Region::user());
+    const auto output = arguments.value("output");
+    if (output) {
+        writeFile(destination(*output, note, *format), text);
+    }
+    if (arguments.has("json")) {
+        fmt::print("{}\n", jsonText({{"fileName", Exporter::fileName(note, *format)}, {"text", text}}));
+    } else if (!output) {
+        fmt::print("{}", text);
+    }
+    return ExitCode::success;
+}
+
+ExitCode importNotes(const Arguments& arguments) {
+    const fs::path path = arguments.onlyWord("Markdown file or folder");
+    LibraryStore store(libraryFolder());
+    auto imported = nlohmann::json::array();
+    bool allRead = true;
+    for (const fs::path& file : markdownFiles(path)) {
+        try {
+            const Note note = noteFrom(file);
+            store.save(note);
+            imported.push_back({{"id", note.id.text()}, {"title", note.displayTitle()}});
+            if (!arguments.has("json")) {
+                fmt::print("{}  {}\n", shortId(note), note.displayTitle());
+            }
+        } catch (const LibraryError&) {
+            throw; // the library cannot take any of the others either
+        } catch (const std::runtime_error& error) {
+            fmt::print(stderr, "varnic-cli: {}\n", error.what());
+            allRead = false;
+        }
+    }
+    if (arguments.has("json")) {
+        fmt::print("{}\n", jsonText(imported));
+    } else if (imported.empty() && allRead) {
+        fmt::print(stderr, "There are no Markdown files in “{}”.\n", path.string());
+    }
+    return allRead ? ExitCode::success : ExitCode::failure;
+}
+
+} // namespace varnic::cli

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "VarnicCore/Models/Date.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+/// Whole files of the user's, outside the library. All throw std::runtime_error with a sentence that names the file.
+namespace varnic::cli {
+
+/// The bytes of a regular file; "-" reads standard input.
+std::string readFile(const std::filesystem::path& file);
+
+/// Writes the text in place of what the file held.
+void writeFile(const std::filesystem::path& file, std::string_view text);
+
+/// When the file was last written.
+Date modifiedAt(const std::filesystem::path& file);
+
+} // namespace varnic::cli

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "VarnicCore/Pipeline/ProcessingStage.h"
+
+#include <cstdio>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+/// What depends on whether a stream is a terminal.
+namespace varnic::cli::Terminal {
+
+/// Whether escape sequences may go to the stream: a terminal, and NO_COLOR (no-color.org) is not set.
+bool isStyled(std::FILE* stream);
+
+/// The text in bold where the stream is a terminal, else as it is.
+std::string bold(std::string_view text, std::FILE* stream = stdout);
+
+/// The text in a fainter tone where the stream is a terminal, else as it is.
+std::string faint(std::string_view text, std::FILE* stream = stdout);
+
+/// A bar on standard error that is drawn over itself and removed at the end; silent where that is no terminal.
+class ProgressBar {
+public:
+    ProgressBar();
+    ProgressBar(const ProgressBar&) = delete;
+    ProgressBar& operator=(const ProgressBar&) = delete;
+    ~ProgressBar();
+
+    /// Any thread.
+    void show(ProcessingStage stage);
+
+private:
+    std::mutex lock_;
+    bool isTerminal_;
+    std::string drawn_;
+};
+
+} // namespace varnic::cli::Terminal

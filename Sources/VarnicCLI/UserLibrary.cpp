@@ -1,0 +1,45 @@
+#include "VarnicCLI/UserLibrary.h"
+
+#include "VarnicCore/Text/Unicode.h"
+
+#include <fmt/format.h>
+#include <glib.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+namespace varnic::cli {
+
+std::filesystem::path libraryFolder() {
+    if (const char* folder = std::getenv("VARNIC_DATA_DIR"); folder != nullptr && *folder != '\0') {
+        return folder;
+    }
+    return std::filesystem::path(g_get_user_data_dir()) / "Varnic" / "Library";
+}
+
+std::vector<Note> loadNotes(LibraryStore& store) {
+    std::vector<Note> notes = store.loadAll(currentDate());
+    for (const UnreadableFile& file : store.unreadable()) {
+        fmt::print(stderr, "varnic-cli: {} can’t be read: {}\n", file.path.filename().string(), file.reason);
+    }
+    return notes;
+}
+
+std::string shortId(const Note& note) {
+    return note.id.text().substr(0, 8);
+}
+
+Note findNote(LibraryStore& store, std::string_view idStart) {
+    const std::string start = Unicode::upperCased(idStart);
+    std::vector<Note> notes = loadNotes(store);
+    std::erase_if(notes, [&start](const Note& note) { return !note.id.text().starts_with(start); });
+    if (start.empty() || notes.empty()) {
+        throw std::runtime_error(fmt::format("No note’s id begins with “{}”.", idStart));
+    }
+    if (notes.size() > 1) {
+        throw std::runtime_error(fmt::format("The ids of {} notes begin with “{}”.", notes.size(), idStart));
+    }
+    return std::move(notes.front());
+}
+
+} // namespace varnic::cli

@@ -1,0 +1,248 @@
+"""The command-line program from outside: a call becomes a note, and bad input becomes a sentence.
+
+Usage: cli_test.py PROGRAM FIXTURES RECORDINGS
+"""
+
+import json
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+PROGRAM, FIXTURES, RECORDINGS = sys.argv[1:4]
+del sys.argv[1:4]
+
+
+def words(text: str) -> list[str]:
+    return re.findall(r"[a-z0-9']+", text.lower())
+
+
+def word_errors(said: list[str], written: list[str]) -> int:
+    """The edit distance between two lists of words."""
+    row = list(range(len(written) + 1))
+    for i, a in enumerate(said, 1):
+        diagonal, row[0] = row[0], i
+        for j, b in enumerate(written, 1):
+            diagonal, row[j] = row[j], min(row[j] + 1, row[j - 1] + 1, diagonal + (a != b))
+    return row[-1]
+
+
+class CommandLine(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        self.library = self.folder / "library"
+
+    def run_cli(self, *args, input=None, library=None):
+        environment = os.environ | {"VARNIC_DATA_DIR": str(library or self.library), "TZ": "UTC", "LC_ALL": "C.UTF-8"}
+        return subprocess.run([PROGRAM, *map(str, args)], input=input, capture_output=True, text=True, env=environment)
+
+    def succeed(self, *args, **options):
+        run = self.run_cli(*args, **options)
+        self.assertEqual(run.returncode, 0, run.stderr)
+        return run.stdout
+
+    def stored(self):
+        return sorted(str(path.relative_to(self.library)) for path in self.library.rglob("*") if path.is_file())
+
+
+class Transcribe(CommandLine):
+    def test_a_call_of_two_voices_becomes_a_note(self):
+        subprocess.run([sys.executable, f"{FIXTURES}/make_call.py", self.folder], check=True)
+        call = json.loads((self.folder / "call.json").read_text())
+        output = self.succeed("transcribe", "--you", self.folder / "you.wav", "--them", self.folder / "them.wav",
+                              "--your-name", "Sam", "--their-name", "Maya", "--source", "Zoom", "--json")
+        note = json.loads(output)
+        segments = note["call"]["segments"]
+
+        said = [word for line in call for word in words(line["text"])]
+        written = [word for segment in segments for word in words(segment["text"])]
+        self.assertLess(word_errors(said, written), 0.15 * len(said), written)
+
+        self.assertEqual([segment["start"] for segment in segments], sorted(s["start"] for s in segments))
+        for line in call:
+            inside = [s for s in segments if s["speaker"] == line["speaker"]
+                      and s["start"] < line["end"] and s["end"] > line["start"]]
+            self.assertTrue(inside, line)
+            self.assertAlmostEqual(inside[0]["start"], line["start"], delta=0.5, msg=line)
+            self.assertAlmostEqual(inside[-1]["end"], line["end"], delta=0.5, msg=line)
+            heard = words(" ".join(s["text"] for s in inside))
+            self.assertLess(word_errors(words(line["text"]), heard), 4, (line, heard))
+
+        todos = [(b["text"], b.get("owner"), b.get("due")) for b in note["blocks"] if b["kind"] == "todo"]
+        for expected in [
+            ("Send them the revised designs by Friday", "you", "Friday"),
+            ("Update the pricing page tomorrow", "you", "tomorrow"),
+            ("Confirm the launch date next week", None, "next week"),
+        ]:
+            self.assertIn(expected, todos)
+        self.assertEqual(note["title"], note["call"]["digest"]["title"])
+        self.assertGreaterEqual(len(note["call"]["digest"]["summary"]), 3)
+
+        name = note["id"]
+        self.assertEqual(self.stored(), [f"audio/{name}/them.wav", f"audio/{name}/you.wav", f"notes/{name}.json"])
+        self.assertEqual((self.library / "notes" / f"{name}.json").read_text().strip(), output.strip())
+        shown = self.succeed("show", name[:8].lower())
+        self.assertIn(note["title"], shown)
+        self.assertIn("Maya", shown)
+        self.assertNotIn("Mac", shown)
+        [row] = json.loads(self.succeed("list", "--json"))
+        self.assertEqual((row["id"], row["isCall"]), (name, True))
+        self.assertIn(note["title"], self.succeed("list"))
+
+        transcript = self.folder / "transcript.json"
+        transcript.write_text(json.dumps(segments))
+        digest = json.loads(self.succeed("digest", transcript, "--json"))
+        self.assertEqual(digest["summary"], note["call"]["digest"]["summary"])
+        self.assertIn("Follow-up", self.succeed("digest", "-", input=transcript.read_text()))
+
+    def test_human_speech_on_one_side_is_written_down(self):
+        note = json.loads(self.succeed("transcribe", "--them", f"{RECORDINGS}/beckett.wav", "--json"))
+        self.assertEqual(note["call"]["tracks"], ["them"])
+        text = words(" ".join(segment["text"] for segment in note["call"]["segments"]))
+        said = words("Ever tried. Ever failed. No matter. Try again. Fail again. Fail better.")
+        self.assertLess(word_errors(said, text), 4, text)
+
+    def test_a_silent_track_says_that_nobody_was_heard(self):
+        silent = self.folder / "silent.wav"
+        subprocess.run(["ffmpeg", "-v", "error", "-f", "lavfi", "-i", "anullsrc=r=48000:cl=mono", "-t", "3", silent],
+                       check=True)
+        run = self.run_cli("transcribe", "--you", silent)
+        self.assertEqual(run.returncode, 1)
+        self.assertEqual(run.stderr, "varnic-cli: Nobody was heard on this recording.\n")
+        self.assertEqual(len([file for file in self.stored() if file.startswith("notes/")]), 1)
+
+    def test_a_language_without_a_model_is_named_and_the_recording_kept(self):
+        run = self.run_cli("transcribe", "--them", f"{RECORDINGS}/beckett.wav", "--language", "de-DE", "--json")
+        self.assertEqual(run.returncode, 1)
+        self.assertIn("German", run.stderr)
+        self.assertIn("can’t be transcribed on this computer yet", run.stderr)
+        self.assertIn("Mac", json.loads(run.stdout)["call"]["problem"])
+        self.assertEqual(len(self.stored()), 2)
+
+
+class Tools(CommandLine):
+    """Search, roll-up, decks, export and import over notes that came from Markdown."""
+
+    NOTE = """# Garden plan
+
+## Beds
+
+- [ ] Order seeds _(@You, due Friday)_
+- [x] Measure the café terrace
+
+**Q:** What do beans need?
+**A:** Warm soil
+"""
+
+    def setUp(self):
+        super().setUp()
+        notes = self.folder / "notes"
+        (notes / "deep").mkdir(parents=True)
+        (notes / ".trash").mkdir()
+        (notes / "garden.md").write_text(self.NOTE)
+        (notes / "deep" / "Untitled thoughts.md").write_bytes("\ufeffA thought about the terrace.\r\n".encode())
+        (notes / ".trash" / "old.md").write_text("# Old\n")
+        (notes / "other.txt").write_text("terrace")
+        self.notes = notes
+
+    def test_a_folder_of_markdown_becomes_notes_that_are_searched_rolled_up_and_exported(self):
+        imported = json.loads(self.succeed("import", self.notes, "--json"))
+        self.assertEqual(sorted(one["title"] for one in imported), ["Garden plan", "Untitled thoughts"])
+        garden = next(one["id"] for one in imported if one["title"] == "Garden plan")
+
+        found = json.loads(self.succeed("search", "CAFE", "--json"))
+        self.assertEqual([match["noteID"] for match in found], [garden])
+        [hit] = found[0]["hits"]
+        self.assertEqual((hit["field"], hit["snippet"], hit["highlights"]),
+                         ("todo", "Measure the café terrace", [[12, 16]]))
+        self.assertIn("terrace", self.succeed("search", "terrace"))
+        self.assertEqual(self.succeed("search", "zeppelin"), "")
+
+        [todo] = json.loads(self.succeed("todos", "--json"))
+        self.assertEqual((todo["noteTitle"], todo["block"]["text"]), ("Garden plan", "Order seeds"))
+        self.assertIn("Order seeds", self.succeed("todos"))
+        [deck] = json.loads(self.succeed("decks", "--json"))
+        self.assertEqual((deck["title"], deck["due"], deck["total"]), ("Garden plan", 1, 1))
+        self.assertIn("Garden plan", self.succeed("decks"))
+
+        text = self.succeed("export", garden[:8])
+        self.assertIn("- [x] Measure the café terrace\n", text)
+        self.succeed("export", garden, "--format", "markdown", "-o", self.folder)
+        self.assertEqual((self.folder / "Garden plan.md").read_text(), text)
+        self.assertEqual(json.loads(self.succeed("export", garden, "--json")),
+                         {"fileName": "Garden plan.md", "text": text})
+
+    def test_what_cannot_be_imported_is_named_and_the_rest_comes_in(self):
+        (self.notes / "latin.md").write_bytes(b"# caf\xe9\n")
+        run = self.run_cli("import", self.notes)
+        self.assertEqual(run.returncode, 1)
+        self.assertEqual(run.stderr, "varnic-cli: “latin.md” isn’t UTF-8 text.\n")
+        self.assertEqual(len(json.loads(self.succeed("list", "--json"))), 2)
+        self.assertEqual(self.run_cli("import", self.folder / "missing.md").returncode, 1)
+        self.assertEqual(self.run_cli("export", "0000").returncode, 1)
+        self.assertEqual(self.run_cli("export", "0000", "--format", "pdf").returncode, 2)
+
+
+class BadInput(CommandLine):
+    def fails(self, *args, **options):
+        run = self.run_cli(*args, **options)
+        self.assertEqual(run.returncode, 1, run.stderr)
+        self.assertEqual(run.stdout, "")
+        self.assertRegex(run.stderr, r"\Avarnic-cli: .+\n\Z")
+        return run.stderr
+
+    def test_recordings_that_hold_no_sound_leave_nothing_behind(self):
+        (self.folder / "empty.m4a").write_bytes(b"")
+        (self.folder / "text.wav").write_text("This is no sound.\n" * 50)
+        (self.folder / "noise.mp3").write_bytes(os.urandom(5000))
+        (self.folder / "folder.wav").mkdir()
+        (self.folder / "list.m3u8").write_text("#EXTM3U\n#EXTINF:1,\nhttp://127.0.0.1/x.ts\n")
+        os.mkfifo(self.folder / "pipe.wav")
+        good = f"{RECORDINGS}/beckett.wav"
+        for name in ("missing.wav", "empty.m4a", "text.wav", "noise.mp3", "folder.wav", "list.m3u8", "pipe.wav"):
+            with self.subTest(name):
+                error = self.fails("transcribe", "--you", good, "--them", self.folder / name)
+                self.assertIn(name, error)
+                self.assertFalse(self.library.exists() and self.stored())
+
+    def test_a_library_that_cannot_be_made_is_named(self):
+        (self.folder / "file").write_text("")
+        self.fails("transcribe", "--you", f"{RECORDINGS}/beckett.wav", library=self.folder / "file" / "library")
+
+    def test_damaged_notes_are_told_and_left_alone_and_the_others_load(self):
+        notes = self.library / "notes"
+        notes.mkdir(parents=True)
+        (notes / "good.json").write_text('{"id": "0B5D6A1E-5B1C-4B57-9C43-7C6F2A7B8E11", "title": "Good"}')
+        damaged = {"empty.json": b"", "brace.json": b"{", "deep.json": b"[" * 100000, "latin.json": b'{"id": "\xe4"}'}
+        for name, content in damaged.items():
+            (notes / name).write_bytes(content)
+        run = self.run_cli("list", "--json")
+        self.assertEqual([row["title"] for row in json.loads(run.stdout)], ["Good"])
+        for name, content in damaged.items():
+            self.assertIn(name, run.stderr)
+            self.assertEqual((notes / name).read_bytes(), content)
+
+    def test_wrong_transcripts_and_ids(self):
+        for text in ("", "{}", "[1]", '[{"speaker": "me"}]', "\x00"):
+            with self.subTest(text):
+                self.fails("digest", "-", input=text)
+        self.fails("digest", self.folder)
+        self.fails("show", "ABCD")
+
+    def test_wrong_usage_exits_with_2(self):
+        for args in ((), ("dance",), ("transcribe",), ("transcribe", "--who", "x"), ("transcribe", "--you"),
+                     ("list", "more"), ("show",), ("show", "a", "b"), ("digest", "--json=yes", "f")):
+            with self.subTest(args):
+                run = self.run_cli(*args)
+                self.assertEqual((run.returncode, run.stdout), (2, ""))
+        for command in ("transcribe", "list", "show", "digest"):
+            self.assertIn("usage: varnic-cli " + command, self.succeed(command, "--help"))
+
+
+if __name__ == "__main__":
+    unittest.main()
