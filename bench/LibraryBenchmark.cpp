@@ -3,13 +3,13 @@
 
 #include "VarnicCore/Library/LibraryStore.h"
 #include "bench/GeneratedLibrary.h"
+#include "bench/Measure.h"
 
 #include <fmt/format.h>
 #include <simdjson.h>
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <time.h> // NOLINT(modernize-deprecated-headers): the processor clock is POSIX's
 #include <unistd.h>
 
 #include <algorithm>
@@ -24,6 +24,10 @@
 namespace {
 
 namespace fs = std::filesystem;
+namespace bench = varnic::bench;
+using bench::Cost;
+using bench::costOf;
+using bench::median;
 
 constexpr std::size_t noteCount = 10'000;
 constexpr std::size_t totalBytes = 200'000'000;
@@ -48,30 +52,6 @@ std::size_t readAndParse(const fs::path& folder) {
         sum += size;
     }
     return sum;
-}
-
-struct Cost {
-    /// Seconds on the clock, and of all threads together on the processors.
-    double elapsed = 0;
-    double processor = 0;
-};
-
-double now(clockid_t clock) {
-    timespec time{};
-    ::clock_gettime(clock, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
-
-template <class Work>
-Cost costOf(Work work) {
-    const Cost begin{now(CLOCK_MONOTONIC), now(CLOCK_PROCESS_CPUTIME_ID)};
-    work();
-    return {now(CLOCK_MONOTONIC) - begin.elapsed, now(CLOCK_PROCESS_CPUTIME_ID) - begin.processor};
-}
-
-double median(std::vector<Cost> costs, double Cost::* what) {
-    std::ranges::sort(costs, {}, what);
-    return costs.at(costs.size() / 2).*what;
 }
 
 void print(const char* name, double Cost::* what, const std::vector<Cost>& bare, const std::vector<Cost>& load) {
@@ -100,34 +80,11 @@ void run(const fs::path& root) {
     print("processor time", &Cost::processor, bare, load);
 }
 
-/// A new folder for temporary files, removed at the end.
-class TemporaryFolder {
-public:
-    TemporaryFolder() : path_((fs::temp_directory_path() / "varnic-bench-XXXXXX").string()) {
-        if (::mkdtemp(path_.data()) == nullptr) {
-            throw std::runtime_error("cannot make " + path_);
-        }
-    }
-
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        fs::remove_all(path_, ignored);
-    }
-
-    [[nodiscard]] fs::path path() const { return path_; }
-
-private:
-    std::string path_;
-};
-
 } // namespace
 
 int main() {
     try {
-        const TemporaryFolder folder;
+        const bench::TemporaryFolder folder;
         run(folder.path());
         return EXIT_SUCCESS;
     } catch (const std::exception& error) {
