@@ -1,6 +1,7 @@
 // Loading a library of 10,000 notes against the bare work that it cannot avoid: reading the files and parsing them.
 // Both on one thread, in turn, in one run, from the page cache.
 
+#include "Tests/VarnicCore/TemporaryFolder.h"
 #include "VarnicCore/Library/LibraryStore.h"
 #include "bench/GeneratedLibrary.h"
 #include "bench/Measure.h"
@@ -84,7 +85,7 @@ void run(const fs::path& root) {
 
 int main() {
     try {
-        const bench::TemporaryFolder folder;
+        const varnic::TemporaryFolder folder;
         run(folder.path());
         return EXIT_SUCCESS;
     } catch (const std::exception& error) {

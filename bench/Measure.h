@@ -3,10 +3,6 @@
 #include <time.h> // NOLINT(modernize-deprecated-headers): the processor clock is POSIX's
 
 #include <algorithm>
-#include <filesystem>
-#include <stdexcept>
-#include <string>
-#include <system_error>
 #include <vector>
 
 /// What the benchmarks measure with.
@@ -35,28 +31,5 @@ inline double median(std::vector<Cost> costs, double Cost::* what) {
     std::ranges::sort(costs, {}, what);
     return costs.at(costs.size() / 2).*what;
 }
-
-/// A new folder for temporary files, removed at the end.
-class TemporaryFolder {
-public:
-    TemporaryFolder() : path_((std::filesystem::temp_directory_path() / "varnic-bench-XXXXXX").string()) {
-        if (::mkdtemp(path_.data()) == nullptr) {
-            throw std::runtime_error("cannot make " + path_);
-        }
-    }
-
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-
-    [[nodiscard]] std::filesystem::path path() const { return path_; }
-
-private:
-    std::string path_;
-};
 
 } // namespace varnic::bench

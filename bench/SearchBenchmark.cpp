@@ -1,6 +1,7 @@
 // Searching a library against `rg -i -c` over the same note files: both with all cores, in turn, in one run, the files
 // in the page cache. The library is in memory, as it is while a user types; ripgrep reads the files anew.
 
+#include "Tests/VarnicCore/TemporaryFolder.h"
 #include "VarnicCore/Library/LibraryStore.h"
 #include "VarnicCore/Library/NoteSearch.h"
 #include "bench/GeneratedLibrary.h"
@@ -53,7 +54,7 @@ void compare(const std::string& term, const varnic::LibraryStore& store, const s
 }
 
 void run(Size size) {
-    const bench::TemporaryFolder folder;
+    const varnic::TemporaryFolder folder;
     varnic::GeneratedLibrary::write(folder.path(), size.notes, size.bytes);
     varnic::LibraryStore store(folder.path());
     const std::vector<varnic::Note> notes = store.loadAll(varnic::currentDate());

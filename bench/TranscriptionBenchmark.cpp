@@ -1,16 +1,17 @@
 // Transcription against the bare engine on the same sound, in one run: bench-transcription [FILE]
 // Without a file, half an hour of a recording that comes with the speech model.
 
+#include "Tests/VarnicCore/TemporaryFolder.h"
 #include "VarnicCore/Audio/AudioReader.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 #include "VarnicPlatform/Speech/SpeechTranscriber.h"
 #include "VarnicPlatform/Speech/TrackListener.h"
+#include "bench/Measure.h"
 
 #include <fmt/core.h>
 #include <sys/resource.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <cstdlib>
 #include <exception>
@@ -23,29 +24,6 @@ namespace {
 
 using namespace varnic;
 namespace fs = std::filesystem;
-
-double seconds(const timeval& time) {
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
-}
-
-struct Cost {
-    double wall = 0;
-    double cpu = 0;
-};
-
-template <typename Work>
-Cost costOf(Work work) {
-    const auto cpu = [] {
-        rusage usage{};
-        getrusage(RUSAGE_SELF, &usage);
-        return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-    };
-    const double before = cpu();
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - start;
-    return {wall.count(), cpu() - before};
-}
 
 long peakMegabytes() {
     rusage usage{};
@@ -66,7 +44,7 @@ void compare(const fs::path& file) {
     const std::vector<fs::path> data = SpeechModels::dataDirectories();
     const double length = audioLength(file).seconds();
     std::size_t lines = 0;
-    const Cost ours = costOf([&] {
+    const bench::Cost ours = bench::costOf([&] {
         const SpeechTranscriber transcriber("en-US", data);
         lines = transcriber.transcribe(file, Speaker::them, [](double) {}, {}).size();
     });
@@ -84,7 +62,7 @@ void compare(const fs::path& file) {
         }
     }
     const auto model = SpeechModels::choose(SpeechModels::installed(data), "en-US");
-    const Cost bare = costOf([&] {
+    const bench::Cost bare = bench::costOf([&] {
         const SpeechRecognizer recognizer = SpeechRecognizer::create(*model, "en-US");
         for (const auto& [speech, sound] : stretches) {
             const auto first = static_cast<std::size_t>(sound.start * SpeechRecognizer::rate);
@@ -93,27 +71,23 @@ void compare(const fs::path& file) {
         }
     });
     fmt::print("sound {:.0f} s, {} stretches, {} lines\n", length, stretches.size(), lines);
-    fmt::print("ours   {:.1f} s, {:.1f} s of CPU, real-time factor {:.4f}, peak {} MB\n", ours.wall, ours.cpu,
-               ours.wall / length, peak);
-    fmt::print("engine {:.1f} s, {:.1f} s of CPU, real-time factor {:.4f}\n", bare.wall, bare.cpu, bare.wall / length);
-    fmt::print("ratio  {:.2f} wall, {:.2f} CPU\n", ours.wall / bare.wall, ours.cpu / bare.cpu);
+    fmt::print("ours   {:.1f} s, {:.1f} s of CPU, real-time factor {:.4f}, peak {} MB\n", ours.elapsed, ours.processor,
+               ours.elapsed / length, peak);
+    fmt::print("engine {:.1f} s, {:.1f} s of CPU, real-time factor {:.4f}\n", bare.elapsed, bare.processor,
+               bare.elapsed / length);
+    fmt::print("ratio  {:.2f} wall, {:.2f} CPU\n", ours.elapsed / bare.elapsed, ours.processor / bare.processor);
 }
 
 } // namespace
 
 int main(int count, char** arguments) {
     const std::span words(arguments, static_cast<std::size_t>(count));
-    std::string name = (fs::temp_directory_path() / "varnic-bench-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) {
-        return 1;
-    }
-    int status = 0;
     try {
-        compare(words.size() > 1 ? fs::path(words[1]) : longTrack(name));
+        const TemporaryFolder folder;
+        compare(words.size() > 1 ? fs::path(words[1]) : longTrack(folder.path()));
+        return EXIT_SUCCESS;
     } catch (const std::exception& error) {
         fmt::print(stderr, "{}\n", error.what());
-        status = 1;
+        return EXIT_FAILURE;
     }
-    fs::remove_all(name);
-    return status;
 }

@@ -1,16 +1,24 @@
 #pragma once
 
-#include "VarnicCore/Models/Uuid.h"
-
+#include <cstdlib>
 #include <filesystem>
+#include <stdexcept>
+#include <string>
 #include <system_error>
 
 namespace varnic {
 
-/// A fresh folder that lives as long as the object.
+/// A fresh folder, for this user only, that goes with the object.
 class TemporaryFolder {
 public:
-    TemporaryFolder() { std::filesystem::create_directory(path_); }
+    /// Throws std::runtime_error where there is no room for one.
+    TemporaryFolder() {
+        std::string name = (std::filesystem::temp_directory_path() / "varnic-XXXXXX").string();
+        if (::mkdtemp(name.data()) == nullptr) {
+            throw std::runtime_error("cannot make " + name);
+        }
+        path_ = name;
+    }
 
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
@@ -23,7 +31,7 @@ public:
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
 private:
-    std::filesystem::path path_ = std::filesystem::temp_directory_path() / ("varnic-" + Uuid::random().text());
+    std::filesystem::path path_;
 };
 
 } // namespace varnic

@@ -1,35 +1,20 @@
 #pragma once
 
+#include "VarnicCore/TemporaryFolder.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 
 namespace varnic {
 
 /// A folder of a test's own that goes with it, and sound files made in it by the ffmpeg program.
 class SoundFiles {
 public:
-    SoundFiles() {
-        std::string name = (std::filesystem::temp_directory_path() / "varnic-sound-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) {
-            throw std::runtime_error("no folder for sound files");
-        }
-        folder_ = name;
-    }
-
-    SoundFiles(const SoundFiles&) = delete;
-    SoundFiles& operator=(const SoundFiles&) = delete;
-
-    ~SoundFiles() {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
-    }
-
-    [[nodiscard]] std::filesystem::path path(const std::string& name) const { return folder_ / name; }
+    [[nodiscard]] std::filesystem::path path(const std::string& name) const { return folder_.path() / name; }
 
     /// Runs ffmpeg in the folder; `arguments` name the inputs and the encoding, `name` the file made.
     std::filesystem::path make(const std::string& name, const std::string& arguments) const {
@@ -44,7 +29,7 @@ public:
     }
 
     void run(const std::string& command) const {
-        if (std::system(("cd '" + folder_.string() + "' && " + command).c_str()) != 0) {
+        if (std::system(("cd '" + folder_.path().string() + "' && " + command).c_str()) != 0) {
             throw std::runtime_error("failed: " + command);
         }
     }
@@ -60,7 +45,7 @@ public:
     }
 
 private:
-    std::filesystem::path folder_;
+    TemporaryFolder folder_;
 };
 
 } // namespace varnic

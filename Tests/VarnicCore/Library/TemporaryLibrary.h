@@ -1,13 +1,12 @@
 #pragma once
 
 #include "VarnicCore/Library/LibraryStore.h"
+#include "VarnicCore/TemporaryFolder.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <set>
-#include <stdexcept>
 #include <string>
 
 namespace varnic {
@@ -15,17 +14,9 @@ namespace varnic {
 /// A library in a new folder, removed at the end.
 class TemporaryLibrary {
 public:
-    TemporaryLibrary() : folder_(makeFolder()), store(folder_ / "Library") {}
+    TemporaryLibrary() : store(folder() / "Library") {}
 
-    TemporaryLibrary(const TemporaryLibrary&) = delete;
-    TemporaryLibrary& operator=(const TemporaryLibrary&) = delete;
-
-    ~TemporaryLibrary() {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
-    }
-
-    [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
+    [[nodiscard]] const std::filesystem::path& folder() const { return folder_.path(); }
 
     static void write(const std::filesystem::path& file, const std::string& bytes) {
         std::filesystem::create_directories(file.parent_path());
@@ -47,15 +38,7 @@ public:
     }
 
 private:
-    static std::filesystem::path makeFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "varnic-library-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("cannot make " + pattern);
-        }
-        return pattern;
-    }
-
-    std::filesystem::path folder_;
+    TemporaryFolder folder_;
 
 public:
     LibraryStore store;
