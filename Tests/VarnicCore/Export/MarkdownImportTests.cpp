@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
@@ -30,10 +31,8 @@ std::string described(const Block& block) {
 }
 
 std::vector<std::string> described(const std::vector<Block>& blocks) {
-    std::vector<std::string> all;
-    for (const Block& block : blocks) {
-        all.push_back(described(block));
-    }
+    std::vector<std::string> all(blocks.size());
+    std::ranges::transform(blocks, all.begin(), [](const Block& block) { return described(block); });
     return all;
 }
 
