@@ -85,39 +85,39 @@ const std::string& callText() {
 void digest(benchmark::State& state) {
     const DigestContext context{.callDate = {}, .yourName = "Ada", .themName = "Grace", .source = "Call"};
     englishNounTagger();
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(ExtractiveSummariser::makeDigest(call(), context, Region{}, Date{}));
     }
 }
 
 void actions(benchmark::State& state) {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(ActionFinder::find(call()));
     }
 }
 
 void keySentences(benchmark::State& state) {
     const auto found = ActionFinder::find(call());
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(ExtractiveSummariser::keySentences(call(), found));
     }
 }
 
 void title(benchmark::State& state) {
     englishNounTagger();
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(TitleSuggester::title(call(), Date{}, "", Region{}));
     }
 }
 
 void loadTagger(benchmark::State& state) {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(SpeechTagger(englishModel()));
     }
 }
 
 void sentences(benchmark::State& state) {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const auto& segment : call()) {
             benchmark::DoNotOptimize(TextKit::sentences(segment.text));
         }
@@ -125,7 +125,7 @@ void sentences(benchmark::State& state) {
 }
 
 void words(benchmark::State& state) {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const auto& segment : call()) {
             benchmark::DoNotOptimize(TextKit::words(segment.text));
         }
@@ -133,7 +133,7 @@ void words(benchmark::State& state) {
 }
 
 void duePhrases(benchmark::State& state) {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const auto& segment : call()) {
             benchmark::DoNotOptimize(DueDate::phrase(segment.text));
         }
@@ -142,7 +142,7 @@ void duePhrases(benchmark::State& state) {
 
 /// Over `callText`, in bytes a second.
 void fold(benchmark::State& state) {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(TextKit::fold(callText()));
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(callText().size()));

@@ -14,10 +14,8 @@
 namespace varnic {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 using testing::SizeIs;
 
 std::vector<std::string> keySentences(const std::string& text, const std::vector<ActionItem>& excluding = {},

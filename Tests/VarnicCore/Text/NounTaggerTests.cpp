@@ -75,6 +75,7 @@ TEST(NounTagger, english_servesManyThreads) {
     const std::string text = "The pricing page needs an update. Let's review the onboarding designs.";
     const auto expected = englishNounTagger()(text);
     std::vector<std::jthread> threads;
+    threads.reserve(4);
     std::vector<std::vector<TaggedWord>> found(4);
     for (auto& words : found) {
         threads.emplace_back([&] { words = englishNounTagger()(text); });
