@@ -64,9 +64,10 @@ double now(clockid_t clock) {
 
 template <class Work>
 Cost costOf(Work work) {
-    const Cost begin{now(CLOCK_MONOTONIC), now(CLOCK_PROCESS_CPUTIME_ID)};
+    const double elapsed = now(CLOCK_MONOTONIC);
+    const double processor = now(CLOCK_PROCESS_CPUTIME_ID);
     work();
-    return {now(CLOCK_MONOTONIC) - begin.elapsed, now(CLOCK_PROCESS_CPUTIME_ID) - begin.processor};
+    return {.elapsed = now(CLOCK_MONOTONIC) - elapsed, .processor = now(CLOCK_PROCESS_CPUTIME_ID) - processor};
 }
 
 double median(std::vector<Cost> costs, double Cost::* what) {
