@@ -76,7 +76,10 @@ public:
         if (text.front() >= 'a' && text.front() <= 'z') {
             text.front() = static_cast<char>(text.front() - 'a' + 'A');
         }
-        return text + (oneIn(6) ? "?" : oneIn(12) ? " — “" + phrase(2) + "”." : ".");
+        if (oneIn(6)) {
+            return text + "?";
+        }
+        return text + (oneIn(12) ? " — “" + phrase(2) + "”." : ".");
     }
 
     std::string sentences(std::size_t count) {
@@ -120,7 +123,8 @@ CallDigest digest(Writer& writer, Date created) {
     for (std::size_t i = writer.below(4); i > 0; --i) {
         made.actions.push_back(action(writer));
     }
-    made.email = {"Follow-up: " + made.title, "Hi,\n\n" + writer.sentences(3) + "\n\nBest,\nSam"};
+    made.email.subject = "Follow-up: " + made.title;
+    made.email.body = "Hi,\n\n" + writer.sentences(3) + "\n\nBest,\nSam";
     made.provider = "On this Mac";
     made.createdAt = created;
     return made;
@@ -164,7 +168,7 @@ std::vector<Block> ownBlocks(Writer& writer, Date created) {
 
 /// Fills the transcript until the note has about so many bytes.
 void addSegments(Writer& writer, CallRecord& call, std::size_t bytes) {
-    constexpr std::size_t bytesBesideText = 205; // keys, id, times and indents of a segment
+    constexpr std::size_t bytesBesideText = 190; // keys, id, times and indents of a segment
     double time = 0;
     for (std::size_t size = 0; size < bytes;) {
         Segment line;
@@ -190,9 +194,9 @@ std::size_t sizeOf(std::size_t index, std::size_t count, std::size_t totalBytes)
 
 Note note(std::size_t index, std::size_t bytes) {
     Writer writer(index);
-    const Date created = Date(std::chrono::sys_days(std::chrono::year(2024) / 1 / 1)) +
-                         std::chrono::minutes(writer.below(2 * 365 * 24 * 60)) +
-                         std::chrono::milliseconds(writer.below(60'000));
+    const std::chrono::minutes minutes(writer.below(std::size_t{2} * 365 * 24 * 60));
+    const std::chrono::milliseconds rest(writer.below(60'000));
+    const Date created = std::chrono::sys_days(std::chrono::year(2024) / 1 / 1) + minutes + rest;
     CallRecord call;
     call.startedAt = created;
     call.source = sources.at(writer.below(sources.size()));
@@ -201,7 +205,8 @@ Note note(std::size_t index, std::size_t bytes) {
     call.digest = digest(writer, created);
     std::vector<Block> blocks = digestBlocks(writer, *call.digest);
     std::ranges::move(ownBlocks(writer, created), std::back_inserter(blocks));
-    Note made(writer.uuid(), call.digest->title, created, std::move(blocks), std::move(call));
+    Note made(writer.uuid(), call.digest->title, created, std::move(blocks));
+    made.call = std::move(call);
     made.modified = created + std::chrono::minutes(writer.below(10'000));
     made.pinned = writer.oneIn(20);
     const std::size_t size = LibraryStore::encoded(made).size();

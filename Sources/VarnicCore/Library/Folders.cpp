@@ -64,9 +64,12 @@ void make(const fs::path& folder) {
     if (folder.has_parent_path()) {
         make(folder.parent_path());
     }
-    if (::mkdir(folder.c_str(), S_IRWXU) != 0 && (errno != EEXIST || !isFolder(folder))) {
-        errno = errno == EEXIST ? ENOTDIR : errno;
-        throw LibraryError::fromErrno("made", folder);
+    if (::mkdir(folder.c_str(), S_IRWXU) == 0) {
+        return;
+    }
+    const int failure = errno;
+    if (!isFolder(folder)) { // which another process may have made meanwhile
+        throw LibraryError("made", folder, {failure == EEXIST ? ENOTDIR : failure, std::generic_category()});
     }
 }
 

@@ -152,7 +152,7 @@ std::string LibraryStore::encoded(const Note& note) {
     return jsonText(encode(note));
 }
 
-void LibraryStore::remove(const Uuid& id) {
+void LibraryStore::remove(const Uuid& id) const {
     const fs::path trash = deletedDir() / id.text();
     Folders::removeAll(trash);
     Folders::make(trash);
@@ -160,7 +160,7 @@ void LibraryStore::remove(const Uuid& id) {
     Folders::moveIfThere(audioFolder(id), trash / deletedAudio);
 }
 
-std::optional<Note> LibraryStore::restore(const Uuid& id, Date now) {
+std::optional<Note> LibraryStore::restore(const Uuid& id, Date now) const {
     const fs::path trash = deletedDir() / id.text();
     Folders::moveIfThere(trash / deletedNote, url(id));
     Folders::moveIfThere(trash / deletedAudio, audioFolder(id));
@@ -168,7 +168,7 @@ std::optional<Note> LibraryStore::restore(const Uuid& id, Date now) {
     return load(id, now);
 }
 
-void LibraryStore::purgeDeleted(int days, Date now) {
+void LibraryStore::purgeDeleted(int days, Date now) const {
     for (const fs::path& entry : Folders::entries(deletedDir())) {
         if (Folders::isOlder(entry, now, std::chrono::days(days))) {
             Folders::removeAll(entry);
@@ -182,7 +182,7 @@ void LibraryStore::purgeDeleted(int days, Date now) {
     }
 }
 
-void LibraryStore::removeAudio(const Uuid& id) {
+void LibraryStore::removeAudio(const Uuid& id) const {
     Folders::removeAll(audioFolder(id));
 }
 

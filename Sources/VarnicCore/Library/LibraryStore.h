@@ -63,17 +63,17 @@ public:
 
     /// Moves the note's file and audio folder, where they exist, to the deleted ones, in place of an older entry.
     /// Throws LibraryError.
-    void remove(const Uuid& id);
+    void remove(const Uuid& id) const;
 
     /// Moves a deleted note and its audio folder back, never over another one, and reads the note; nothing when it
     /// cannot be read. Throws LibraryError.
-    std::optional<Note> restore(const Uuid& id, Date now);
+    std::optional<Note> restore(const Uuid& id, Date now) const;
 
     /// Removes what was deleted more than so many days before `now`, and the remains of writes that a crash cut short.
-    void purgeDeleted(int days, Date now);
+    void purgeDeleted(int days, Date now) const;
 
     /// Removes the audio folder; a failure is ignored.
-    void removeAudio(const Uuid& id);
+    void removeAudio(const Uuid& id) const;
 
     /// The bytes of the files directly inside the audio folder; 0 without a folder.
     [[nodiscard]] std::int64_t audioSize(const Uuid& id) const;

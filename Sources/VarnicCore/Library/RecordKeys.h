@@ -14,10 +14,9 @@ template <class Record, class Member>
 struct Key {
     std::string_view name;
     Member Record::* member;
-};
 
-template <class Record, class Member>
-Key(const char*, Member Record::*) -> Key<Record, Member>;
+    constexpr Key(const char* keyName, Member Record::* field) : name(keyName), member(field) {}
+};
 
 template <class Record>
 inline constexpr std::tuple<> keys;

@@ -29,6 +29,7 @@ const Date now = parseDate("2026-03-14T09:26:53.589Z");
 
 std::vector<std::string> titles(const std::vector<Note>& notes) {
     std::vector<std::string> found;
+    found.reserve(notes.size());
     for (const Note& note : notes) {
         found.push_back(note.title);
     }
