@@ -42,7 +42,9 @@ std::size_t readAndParse(const fs::path& folder) {
     for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
         const int file = ::open(entry.path().c_str(), O_RDONLY | O_CLOEXEC);
         struct stat status{};
-        ::fstat(file, &status);
+        if (file < 0 || ::fstat(file, &status) != 0) {
+            throw std::runtime_error("cannot open " + entry.path().string());
+        }
         const auto size = static_cast<std::size_t>(status.st_size);
         buffer.resize(std::max(buffer.size(), size + simdjson::SIMDJSON_PADDING));
         const bool isRead = ::read(file, buffer.data(), size) == static_cast<ssize_t>(size);

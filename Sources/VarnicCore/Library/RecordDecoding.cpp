@@ -224,12 +224,12 @@ void read(element json, const Place* place, T& record) {
 }
 
 template <>
-void read(element json, const Place* place, Block& block) {
-    forEachKey(json, place, block, [&block]<class Member>(auto found, const Place& inner, Member& member) {
+void read(element json, const Place* place, Block& record) {
+    forEachKey(json, place, record, []<class Member>(auto found, const Place& inner, Member& member) {
         const bool isThere = readTolerantKey(found, inner, member);
         if constexpr (std::is_same_v<Member, Uuid>) {
             if (!isThere) {
-                block.id = Uuid::random();
+                member = Uuid::random();
             }
         }
     });
