@@ -15,17 +15,21 @@ constexpr bool isDashPosition(std::size_t position) {
     return position == 8 || position == 13 || position == 18 || position == 23;
 }
 
-constexpr int hexValue(char c) {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
+constexpr std::uint8_t noDigit = 0xFF;
+
+/// The value of a hexadecimal digit by its character; a table, since the branches of random digits are never foreseen.
+constexpr auto hexValues = [] {
+    std::array<std::uint8_t, 256> values{};
+    values.fill(noDigit);
+    for (std::uint8_t i = 0; i < 16; ++i) {
+        values[static_cast<unsigned char>("0123456789ABCDEF"[i])] = i;
+        values[static_cast<unsigned char>("0123456789abcdef"[i])] = i;
     }
-    if (c >= 'A' && c <= 'F') {
-        return c - 'A' + 10;
-    }
-    if (c >= 'a' && c <= 'f') {
-        return c - 'a' + 10;
-    }
-    return -1;
+    return values;
+}();
+
+constexpr std::uint8_t hexValue(char c) {
+    return hexValues[static_cast<unsigned char>(c)];
 }
 
 } // namespace
@@ -55,9 +59,9 @@ std::optional<Uuid> Uuid::parse(std::string_view text) {
             ++position;
             continue;
         }
-        const int high = hexValue(text[position]);
-        const int low = hexValue(text[position + 1]);
-        if (high < 0 || low < 0) {
+        const std::uint8_t high = hexValue(text[position]);
+        const std::uint8_t low = hexValue(text[position + 1]);
+        if ((high | low) > 0x0F) {
             return std::nullopt;
         }
         id.bytes[byte++] = static_cast<std::uint8_t>(high * 16 + low);
