@@ -56,9 +56,23 @@ Field fieldOf(BlockKind kind) {
     }
 }
 
+/// The cells of a table with what separates them.
+std::vector<std::string_view> joinedCells(const Block& table) {
+    std::vector<std::string_view> pieces;
+    for (const auto& row : table.rows) {
+        for (const std::string& cell : row) {
+            if (!pieces.empty()) {
+                pieces.emplace_back(" · ");
+            }
+            pieces.emplace_back(cell);
+        }
+    }
+    return pieces;
+}
+
 /// Where a hit leads to.
 struct Place {
-    Field field;
+    Field field = Field::title;
     std::optional<double> time;
     std::optional<Uuid> blockID;
 };
@@ -99,23 +113,16 @@ private:
         const Place place{fieldOf(block.kind), {}, block.id};
         switch (block.kind) {
         case BlockKind::divider:
-            return;
+            break;
         case BlockKind::flashcard:
-            return tryText({block.text, " — ", block.back}, place);
-        case BlockKind::table: {
-            std::vector<std::string_view> cells;
-            for (const auto& row : block.rows) {
-                for (const std::string& cell : row) {
-                    if (!cells.empty()) {
-                        cells.emplace_back(" · ");
-                    }
-                    cells.emplace_back(cell);
-                }
-            }
-            return tryText(cells, place);
-        }
+            tryText({block.text, " — ", block.back}, place);
+            break;
+        case BlockKind::table:
+            tryText(joinedCells(block), place);
+            break;
         default:
-            return tryText({block.text}, place);
+            tryText({block.text}, place);
+            break;
         }
     }
 
@@ -196,10 +203,13 @@ bool isBetter(const ScoredMatch& a, const ScoredMatch& b) {
 } // namespace
 
 std::string SearchHit::id() const {
-    return fmt::format("{}/{}/{}", noteID.text(), rawValue(field),
-                       blockID ? blockID->text()
-                       : time  ? fmt::format("{}", *time)
-                               : std::string());
+    std::string place;
+    if (blockID) {
+        place = blockID->text();
+    } else if (time) {
+        place = fmt::format("{}", *time);
+    }
+    return fmt::format("{}/{}/{}", noteID.text(), rawValue(field), place);
 }
 
 std::string_view rawValue(SearchHit::Field field) {
