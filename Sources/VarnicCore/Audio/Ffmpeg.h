@@ -19,11 +19,11 @@ extern "C" {
 namespace varnic::Ffmpeg {
 
 /// Calls one of FFmpeg's functions that free an object and clear the pointer to it.
-template <auto function>
+template <auto Function>
 struct Release {
     template <typename Object>
     void operator()(Object* object) const {
-        function(&object);
+        Function(&object);
     }
 };
 

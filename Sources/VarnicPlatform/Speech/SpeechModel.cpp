@@ -40,7 +40,7 @@ const std::array<EngineForm, 4>& engineForms() {
 }
 
 const EngineForm& formNamed(const std::string& name) {
-    const auto found = std::ranges::find(engineForms(), name, &EngineForm::name);
+    const auto* found = std::ranges::find(engineForms(), name, &EngineForm::name);
     if (found == engineForms().end()) {
         throw std::runtime_error(fmt::format("unknown engine “{}”", name));
     }
@@ -168,7 +168,7 @@ std::optional<SpeechModel> SpeechModels::choose(const std::vector<SpeechModel>& 
 
 std::optional<fs::path> SpeechModels::detectorFile(const std::vector<fs::path>& dataDirectories) {
     for (const fs::path& directory : dataDirectories) {
-        const fs::path file = directory / "varnic/vad/silero_vad.onnx";
+        fs::path file = directory / "varnic/vad/silero_vad.onnx";
         std::error_code error;
         if (fs::is_regular_file(file, error)) {
             return file;

@@ -29,17 +29,25 @@ void describe(SherpaOnnxOfflineModelConfig& config, const SpeechModel& model, co
     config.provider = "cpu";
     switch (model.engine) {
     case SpeechEngine::moonshine:
-        config.moonshine = {file("preprocessor"), file("encoder"), file("uncached_decoder"), file("cached_decoder"),
-                            file("merged_decoder")};
+        config.moonshine = {.preprocessor = file("preprocessor"),
+                            .encoder = file("encoder"),
+                            .uncached_decoder = file("uncached_decoder"),
+                            .cached_decoder = file("cached_decoder"),
+                            .merged_decoder = file("merged_decoder")};
         break;
     case SpeechEngine::whisper:
-        config.whisper = {file("encoder"), file("decoder"), language.c_str(), "transcribe", -1, 0, 0};
+        config.whisper.encoder = file("encoder");
+        config.whisper.decoder = file("decoder");
+        config.whisper.language = language.c_str();
+        config.whisper.task = "transcribe";
+        // The engine's own default length.
+        config.whisper.tail_paddings = -1;
         break;
     case SpeechEngine::transducer:
-        config.transducer = {file("encoder"), file("decoder"), file("joiner")};
+        config.transducer = {.encoder = file("encoder"), .decoder = file("decoder"), .joiner = file("joiner")};
         break;
     case SpeechEngine::senseVoice:
-        config.sense_voice = {file("model"), language.c_str(), 1};
+        config.sense_voice = {.model = file("model"), .language = language.c_str(), .use_itn = 1};
         break;
     }
 }
