@@ -6,6 +6,7 @@ Usage: cli_test.py PROGRAM FIXTURES RECORDINGS
 import json
 import os
 import re
+import signal
 import subprocess
 import sys
 import tempfile
@@ -106,6 +107,17 @@ class Transcribe(CommandLine):
         text = words(" ".join(segment["text"] for segment in note["call"]["segments"]))
         said = words("Ever tried. Ever failed. No matter. Try again. Fail again. Fail better.")
         self.assertLess(word_errors(said, text), 4, text)
+
+    def test_an_interrupted_transcription_leaves_nothing_behind(self):
+        environment = os.environ | {"VARNIC_DATA_DIR": str(self.library)}
+        with subprocess.Popen([PROGRAM, "transcribe", "--them", f"{RECORDINGS}/two_cities.wav"], env=environment,
+                              stderr=subprocess.PIPE, text=True) as run:
+            while run.poll() is None and not list(self.library.glob("audio/*")):
+                pass
+            run.send_signal(signal.SIGINT)
+            _, error = run.communicate()
+        self.assertEqual((run.returncode, error), (1, "varnic-cli: Stopped. Nothing was filed.\n"))
+        self.assertEqual(self.stored(), [])
 
     def test_a_silent_track_says_that_nobody_was_heard(self):
         silent = self.folder / "silent.wav"
