@@ -40,7 +40,7 @@ ProgressBar::ProgressBar() : isTerminal_(isatty(STDERR_FILENO) == 1) {}
 
 ProgressBar::~ProgressBar() {
     if (!drawn_.empty()) {
-        std::fputs(eraseLine.data(), stderr);
+        fmt::print(stderr, "{}", eraseLine);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/Audio/AudioReader.h"
+#include "VarnicCore/Library/Folders.h"
 #include "VarnicCore/Pipeline/CallProcessor.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 #include "VarnicCore/Text/Unicode.h"
@@ -26,23 +27,25 @@ namespace fs = std::filesystem;
 /// The audio folder of a call that is being filed: gone again unless the note was saved.
 class AudioFolder {
 public:
-    explicit AudioFolder(fs::path folder) : folder_(std::move(folder)) { fs::create_directories(folder_); }
+    explicit AudioFolder(fs::path folder) : folder_(std::move(folder)) { Folders::make(folder_); }
 
     AudioFolder(const AudioFolder&) = delete;
     AudioFolder& operator=(const AudioFolder&) = delete;
 
     ~AudioFolder() {
         if (!kept_) {
-            std::error_code ignored;
-            fs::remove_all(folder_, ignored);
+            Folders::removeAll(folder_);
         }
     }
 
-    /// Copies a recording in as the track of a side.
+    /// Copies a recording in as the track of a side. Throws LibraryError.
     fs::path add(const fs::path& recording, Speaker speaker) {
         const std::string extension = Unicode::lowerCased(recording.extension().string());
         fs::path track = folder_ / (std::string(rawValue(speaker)) + (extension.empty() ? ".m4a" : extension));
-        fs::copy_file(recording, track);
+        std::error_code error;
+        if (!fs::copy_file(recording, track, error)) {
+            throw LibraryError("written", track, error);
+        }
         return track;
     }
 
@@ -62,7 +65,8 @@ double checkedDuration(const fs::path& recording) {
     return duration;
 }
 
-/// Turns an interrupt or a polite kill into a request to stop, so that no half-filed call is left behind.
+/// Turns, as long as it lives, an interrupt or a polite kill into a request to stop, so that no half-filed call is left
+/// behind.
 class Interruption {
 public:
     Interruption() {
@@ -78,12 +82,12 @@ public:
         std::signal(SIGTERM, SIG_DFL);
     }
 
-    [[nodiscard]] static bool happened() { return happened_ != 0; }
+    [[nodiscard]] static bool happened() { return raised != 0; }
 
 private:
-    static void note(int /*signal*/) { happened_ = 1; }
+    static void note(int /*signal*/) { raised = 1; }
 
-    inline static volatile std::sig_atomic_t happened_ = 0;
+    inline static volatile std::sig_atomic_t raised = 0;
 };
 
 } // namespace
@@ -103,6 +107,7 @@ ExitCode transcribe(const Arguments& arguments) {
             recording.startedAt = std::min(recording.startedAt, modifiedAt(*file));
         }
     }
+    const Interruption interruption;
     LibraryStore store(libraryFolder());
     AudioFolder audio(store.audioFolder(recording.noteID));
     if (you) {
@@ -122,7 +127,6 @@ ExitCode transcribe(const Arguments& arguments) {
     const CallProcessor processor(std::make_shared<SpeechTranscriber>(language, SpeechModels::dataDirectories()),
                                   std::make_shared<ExtractiveSummariser>());
     Note note = [&] {
-        const Interruption interruption;
         Terminal::ProgressBar bar;
         std::stop_source stop;
         return processor.process(

@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <numeric>
 #include <stdexcept>
 #include <utility>
 
@@ -199,7 +198,7 @@ std::vector<std::size_t> characterStarts(std::string_view text) {
     std::vector<std::size_t> starts;
     if (isByteACharacter(text)) {
         starts.resize(text.size());
-        std::iota(starts.begin(), starts.end(), std::size_t{0});
+        std::ranges::generate(starts, [start = std::size_t{0}]() mutable { return start++; });
         return starts;
     }
     std::size_t start = 0;

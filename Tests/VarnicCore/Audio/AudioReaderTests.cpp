@@ -89,7 +89,7 @@ TEST(AudioReader, openMono_manyChannels_takesTheirMean) {
 
 TEST(AudioReader, read_videoWhoseSoundStartsLater_keepsThePlaceOfTheSound) {
     const SoundFiles files;
-    const auto tone = files.tone("tone.wav", 2);
+    files.tone("tone.wav", 2);
     for (const std::string name : {"a.mp4", "a.mkv"}) {
         SCOPED_TRACE(name);
         const auto file = files.make(name, "-f lavfi -i testsrc=d=2:s=64x64:r=10 -itsoffset 0.5 -i tone.wav -c:a aac");
@@ -143,7 +143,7 @@ struct Refusal {
 
 TEST(AudioReader, open_notReadable_saysSoInOneSentence) {
     const SoundFiles files;
-    const auto tone = files.tone("tone.wav", 1);
+    files.tone("tone.wav", 1);
     files.write("notes.txt", "Nothing here but words, and more of them than a guess would need.\n");
     files.write("empty.m4a", "");
     files.write("list.m3u8", "#EXTM3U\n#EXTINF:1,\ntone.wav\n#EXT-X-ENDLIST\n");

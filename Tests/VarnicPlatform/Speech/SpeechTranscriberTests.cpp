@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
-#include <numeric>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -51,7 +50,7 @@ double wordErrors(const std::string& said, const std::string& heard) {
     const std::vector<std::string> expected = wordsOf(said);
     const std::vector<std::string> words = wordsOf(heard);
     std::vector<std::size_t> row(words.size() + 1);
-    std::iota(row.begin(), row.end(), 0U);
+    std::ranges::generate(row, [count = std::size_t{0}]() mutable { return count++; });
     for (std::size_t i = 1; i <= expected.size(); ++i) {
         std::size_t diagonal = row[0];
         row[0] = i;
