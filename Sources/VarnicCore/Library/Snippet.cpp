@@ -5,6 +5,7 @@
 #include "VarnicCore/Text/Unicode.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace varnic {
 
@@ -29,42 +30,70 @@ std::size_t findCenter(std::string_view text, const std::vector<std::size_t>& st
     return foldedStarts.size() == starts.size() ? characterAt(foldedStarts, found) : 0;
 }
 
-/// The characters of the text from `from` up to `to`, each newline as a blank.
-std::string oneLine(std::string_view text, const std::vector<std::size_t>& starts, std::size_t from, std::size_t to) {
-    std::string line;
+/// A text and the byte offsets at which its user-visible characters begin.
+struct Line {
+    std::string text;
+    std::vector<std::size_t> starts;
+
+    void add(std::string_view character) {
+        starts.push_back(text.size());
+        text += character;
+    }
+};
+
+/// The characters of the text from `from` up to `to`, each newline as a blank, with "…" for what is left out.
+Line extract(std::string_view text, const std::vector<std::size_t>& starts, std::size_t from, std::size_t to) {
+    Line line;
+    bool hasNewBlanks = false;
+    if (from > 0) {
+        line.add(ellipsis);
+    }
     for (std::size_t i = from; i < to; ++i) {
         const std::size_t end = i + 1 < starts.size() ? starts[i + 1] : text.size();
         const std::string_view character = text.substr(starts[i], end - starts[i]);
-        line += Unicode::any(character, Unicode::isNewline) ? " " : character;
+        const bool isNewline = Unicode::any(character, Unicode::isNewline);
+        line.add(isNewline ? " " : character);
+        hasNewBlanks = hasNewBlanks || isNewline;
+    }
+    if (to < starts.size()) {
+        line.add(ellipsis);
+    }
+    if (hasNewBlanks) { // a mark that stood alone behind a newline joins the blank
+        line.starts = Unicode::characterStarts(line.text);
     }
     return line;
 }
 
-/// For every byte of the folded text the character of the text that it comes from. Folding goes character by character,
-/// so that a match can be told in the characters that a reader sees.
-struct FoldedCharacters {
-    std::string folded;
-    /// Where each character's part of `folded` begins, and its end behind the last.
-    std::vector<std::size_t> starts;
+char lowerAscii(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
-    explicit FoldedCharacters(std::string_view text) {
-        const std::vector<std::size_t> characters = Unicode::characterStarts(text);
-        for (std::size_t i = 0; i < characters.size(); ++i) {
-            const std::size_t end = i + 1 < characters.size() ? characters[i + 1] : text.size();
-            starts.push_back(folded.size());
-            folded += TextKit::fold(text.substr(characters[i], end - characters[i]));
+/// The line folded character by character, so that a match can be told in the characters that a reader sees: where each
+/// one's part begins.
+Line foldedByCharacter(const Line& line) {
+    Line folded;
+    folded.text.reserve(line.text.size());
+    folded.starts.reserve(line.starts.size());
+    for (std::size_t i = 0; i < line.starts.size(); ++i) {
+        const std::size_t end = i + 1 < line.starts.size() ? line.starts[i + 1] : line.text.size();
+        const std::string_view character(line.text.data() + line.starts[i], end - line.starts[i]);
+        folded.starts.push_back(folded.text.size());
+        if (character.size() == 1 && static_cast<unsigned char>(character.front()) < 0x80) {
+            folded.text += lowerAscii(character.front());
+        } else {
+            TextKit::appendFolded(character, folded.text);
         }
     }
-};
+    return folded;
+}
 
-std::vector<Highlight> highlight(std::string_view text, std::span<const std::string_view> terms) {
-    const FoldedCharacters characters(text);
+std::vector<Highlight> highlight(const Line& line, std::span<const std::string_view> terms) {
+    const Line folded = foldedByCharacter(line);
     std::vector<Highlight> found;
     for (const std::string_view term : terms) {
-        for (std::size_t at = characters.folded.find(term); at != std::string::npos;
-             at = characters.folded.find(term, at + term.size())) {
-            found.push_back(
-                {characterAt(characters.starts, at), characterAt(characters.starts, at + term.size() - 1) + 1});
+        for (std::size_t at = folded.text.find(term); at != std::string::npos;
+             at = folded.text.find(term, at + term.size())) {
+            found.push_back({characterAt(folded.starts, at), characterAt(folded.starts, at + term.size() - 1) + 1});
         }
     }
     std::ranges::stable_sort(found, {}, &Highlight::begin);
@@ -79,15 +108,9 @@ Snippet snip(std::string_view text, std::span<const std::string_view> terms, std
     const std::size_t from = center - std::min(center, radius);
     const std::size_t to = std::min(center + 2 * radius, starts.size());
 
-    Snippet snippet{oneLine(text, starts, from, to), {}};
-    if (from > 0) {
-        snippet.text.insert(0, ellipsis);
-    }
-    if (to < starts.size()) {
-        snippet.text += ellipsis;
-    }
-    snippet.highlights = highlight(snippet.text, terms);
-    return snippet;
+    Line line = extract(text, starts, from, to);
+    std::vector<Highlight> highlights = highlight(line, terms);
+    return {std::move(line.text), std::move(highlights)};
 }
 
 } // namespace varnic
