@@ -1,0 +1,50 @@
+#pragma once
+
+#include "VarnicCore/Audio/PcmBuffer.h"
+#include "VarnicCore/Models/Speaker.h"
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace varnic {
+
+/// The clock that stamps sound: seconds of CLOCK_MONOTONIC, which setting the time of day does not move.
+namespace HostClock {
+
+inline double now() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+} // namespace HostClock
+
+/// What produces the sound of the two sides of a call. Made for one recording. `start` and `stop` belong to one thread
+/// at a time; the other operations may be called from any.
+class CaptureSource {
+public:
+    /// Takes a piece of one side's sound and the time of its first sample in seconds since time zero, never negative.
+    /// Called from any thread, of two sides perhaps at once; it must not throw and may not take long.
+    using Deliver = std::function<void(Speaker speaker, PcmBuffer buffer, double at)>;
+
+    CaptureSource() = default;
+    CaptureSource(const CaptureSource&) = delete;
+    CaptureSource& operator=(const CaptureSource&) = delete;
+    virtual ~CaptureSource() = default;
+
+    /// Begins to deliver and gives the sides that really started; blocks for as long as that takes. `hostStart` is time
+    /// zero on the HostClock. Throws CaptureError when no side starts, AudioError for a file that cannot be read.
+    virtual std::vector<Speaker> start(double hostStart, Deliver deliver) = 0;
+
+    /// Ends delivery: after it has returned, `deliver` is not called again. May be called with nothing started.
+    virtual void stop() = 0;
+
+    /// What went wrong since the start, a sentence each.
+    [[nodiscard]] virtual std::vector<std::string> problems() const { return {}; }
+
+    /// Whether sound of this side ought to be coming in now: always for an open microphone, for the computer's sound
+    /// only while a program plays. Where it is true and nothing comes, something is wrong.
+    [[nodiscard]] virtual bool expects(Speaker /*speaker*/) const { return false; }
+};
+
+} // namespace varnic
