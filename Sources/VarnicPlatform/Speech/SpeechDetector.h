@@ -29,6 +29,10 @@ public:
     /// So many samples without any sound, which are not looked at.
     void addSilence(std::int64_t samples);
 
+    /// Whether somebody was speaking when the last samples came. It is seen 0.1 s after speech begins, and 0.3 s after
+    /// it ends.
+    [[nodiscard]] bool speaks() const { return speaking_ > 0; }
+
     /// Ends the stream and gives the speech in it, in seconds from its beginning.
     std::vector<VoiceActivity::Range> finish();
 

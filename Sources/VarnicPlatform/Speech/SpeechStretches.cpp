@@ -13,10 +13,7 @@ using VoiceActivity::Range;
 
 namespace {
 
-constexpr double longestStretch = 15;
 constexpr double longestPause = 1;
-/// Real sound on either side of the speech: the engine drops words at hard edges.
-constexpr double context = 0.3;
 constexpr double audibleMargin = 0.5;
 constexpr double shortestPause = 0.15;
 
@@ -46,9 +43,10 @@ std::vector<Range> above(float threshold, std::span<const float> levels, double 
 
 /// Appends a range in pieces that are short enough, cut in the later half of each where it is quietest.
 void appendCut(Range range, const TrackLevels& track, std::vector<Range>& pieces) {
-    while (range.end - range.start > longestStretch) {
-        const double latest = std::min(range.start + longestStretch, range.end - 1);
-        const double cut = SpeechStretches::quietest({range.start + longestStretch / 2, latest}, track);
+    while (range.end - range.start > SpeechStretches::longestStretch) {
+        const double latest = std::min(range.start + SpeechStretches::longestStretch, range.end - 1);
+        const double cut =
+            SpeechStretches::quietest({range.start + SpeechStretches::longestStretch / 2, latest}, track);
         pieces.push_back({range.start, cut});
         range.start = cut;
     }
@@ -85,7 +83,7 @@ std::vector<SpeechStretch> SpeechStretches::plan(const std::vector<Range>& speec
     std::vector<SpeechStretch> stretches;
     for (const Range& piece : pieces) {
         const bool joins = !stretches.empty() && piece.start - stretches.back().speech.end <= longestPause &&
-                           piece.end - stretches.back().speech.start <= longestStretch;
+                           piece.end - stretches.back().speech.start <= SpeechStretches::longestStretch;
         if (joins) {
             stretches.back().speech.end = std::max(stretches.back().speech.end, piece.end);
         } else {

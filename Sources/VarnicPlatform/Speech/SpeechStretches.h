@@ -31,6 +31,15 @@ struct TrackLevels {
 /// Pure functions from levels and speech to what the engine is to hear.
 namespace SpeechStretches {
 
+/// The level of speech that the models hear best, in decibels of full scale.
+inline constexpr float speechLevel = -23;
+/// So far below the speech nobody speaks: the detector need not look.
+inline constexpr float silenceBelowSpeech = 40;
+/// Seconds of real sound on either side of the speech: the engine drops words at hard edges.
+inline constexpr double context = 0.3;
+/// The longest speech in seconds that is heard in one go.
+inline constexpr double longestStretch = 15;
+
 /// Speech becomes stretches of at most 15 s: over pauses of up to a second it is joined, and speech that goes on for
 /// longer is cut where it is quietest. No two stretches hear the same sound.
 std::vector<SpeechStretch> plan(const std::vector<VoiceActivity::Range>& speech, const TrackLevels& track);

@@ -3,8 +3,7 @@
 #include "VarnicCore/Audio/AudioReader.h"
 #include "VarnicCore/Audio/LevelMeter.h"
 #include "VarnicPlatform/Speech/SpeechDetector.h"
-#include "VarnicPlatform/Speech/TranscriptGuards.h"
-#include "VarnicPlatform/Speech/WordTimes.h"
+#include "VarnicPlatform/Speech/StretchHearing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,19 +18,9 @@ using VoiceActivity::Range;
 
 namespace {
 
-/// The level of speech that the models hear best, in decibels of full scale.
-constexpr float speechLevel = -23;
-/// So far below the speech nobody speaks: the detector need not look.
-constexpr float silenceBelowSpeech = 40;
-
 /// How speech is told by its level alone.
 constexpr double shortestSpeech = 0.25;
 constexpr double bridgedPause = 0.6;
-
-/// How often a stretch on which the engine lost itself is cut and heard again.
-constexpr int mostCuts = 2;
-/// Shorter pieces are not cut.
-constexpr double shortestPart = 2;
 
 constexpr int rate = SpeechRecognizer::rate;
 
@@ -126,13 +115,6 @@ private:
     std::int64_t position_ = 0;
 };
 
-/// Cuts a stretch in two at a moment.
-std::pair<SpeechStretch, SpeechStretch> cutAt(const SpeechStretch& stretch, double moment) {
-    const auto& [speech, sound] = stretch;
-    return {{{speech.start, std::clamp(moment, speech.start, speech.end)}, {sound.start, moment}},
-            {{std::clamp(moment, speech.start, speech.end), speech.end}, {moment, sound.end}}};
-}
-
 } // namespace
 
 TrackListener::TrackListener(std::filesystem::path file, std::optional<std::filesystem::path> detector,
@@ -145,7 +127,7 @@ std::vector<SpeechStretch> TrackListener::find(const ProgressCallback& progress)
     if (loud.empty()) {
         return {};
     }
-    gain_ = std::pow(10.0F, (speechLevel - SpeechStretches::meanLevel(loud, track_)) / 20);
+    gain_ = std::pow(10.0F, (SpeechStretches::speechLevel - SpeechStretches::meanLevel(loud, track_)) / 20);
     return SpeechStretches::plan(detector_ ? detect(*detector_, progress) : loud, track_);
 }
 
@@ -154,9 +136,14 @@ std::vector<TimedWord> TrackListener::hear(const std::vector<SpeechStretch>& str
     const double total = std::max(track_.seconds(), 1.0);
     Sound sound(file_, gain_);
     std::vector<TimedWord> words;
+    const auto decode = [&](std::span<const float> samples) {
+        requireGoingOn();
+        return recognizer.decode(samples);
+    };
     for (const SpeechStretch& stretch : stretches) {
         const std::span<const float> samples = sound.part(stretch.sound, [this] { requireGoingOn(); });
-        hearPart(samples, stretch, [&](std::span<const float> part) { return recognizer.decode(part); }, 0, words);
+        const std::vector<TimedWord> heard = StretchHearing::hear(samples, stretch, track_, decode);
+        words.insert(words.end(), heard.begin(), heard.end());
         progress(std::min(stretch.speech.end / total, 1.0));
     }
     return words;
@@ -175,8 +162,8 @@ void TrackListener::measure() {
 
 std::vector<Range> TrackListener::detect(const std::filesystem::path& model, const ProgressCallback& progress) {
     SpeechDetector detector = SpeechDetector::create(model);
-    const float level = speechLevel - 20 * std::log10(gain_);
-    AudibleFeed feed(detector, SpeechStretches::audible(track_, level - silenceBelowSpeech));
+    const float level = SpeechStretches::speechLevel - 20 * std::log10(gain_);
+    AudibleFeed feed(detector, SpeechStretches::audible(track_, level - SpeechStretches::silenceBelowSpeech));
     Sound sound(file_, gain_);
     const std::int64_t total = std::max(sampleAt(track_.seconds()), std::int64_t{rate});
     std::int64_t told = 0;
@@ -189,43 +176,6 @@ std::vector<Range> TrackListener::detect(const std::filesystem::path& model, con
         }
     }
     return detector.finish();
-}
-
-void TrackListener::hearPart(std::span<const float> samples, const SpeechStretch& part, const Decode& decode, int cuts,
-                             std::vector<TimedWord>& words) {
-    requireGoingOn();
-    if (samples.empty()) {
-        return;
-    }
-    Recognition heard = decode(samples);
-    const double seconds = static_cast<double>(samples.size()) / rate;
-    if (TranscriptGuards::isSuspicious(heard.text, heard.tokens, seconds)) {
-        if (cuts < mostCuts && seconds >= shortestPart) {
-            const double quarter = seconds / 4;
-            const double moment =
-                SpeechStretches::quietest({part.sound.start + quarter, part.sound.end - quarter}, track_);
-            const auto [front, back] = cutAt(part, moment);
-            const auto count = static_cast<std::size_t>(
-                std::clamp<std::int64_t>(sampleAt(moment - part.sound.start), 0, std::ssize(samples)));
-            hearPart(samples.first(count), front, decode, cuts + 1, words);
-            hearPart(samples.subspan(count), back, decode, cuts + 1, words);
-            return;
-        }
-        heard.text = TranscriptGuards::withoutRepeats(heard.text);
-        // The engine's times are those of the repeats too.
-        heard.words.clear();
-    }
-    if (!TranscriptGuards::hasLetter(heard.text)) {
-        return;
-    }
-    if (heard.words.empty()) {
-        heard.words = WordTimes::spread(heard.text, SpeechStretches::voicedRuns(part.speech, track_));
-    } else {
-        for (TimedWord& word : heard.words) {
-            word.start += part.sound.start;
-        }
-    }
-    words.insert(words.end(), heard.words.begin(), heard.words.end());
 }
 
 void TrackListener::requireGoingOn() const {

@@ -6,9 +6,7 @@
 #include "VarnicPlatform/Speech/SpeechStretches.h"
 
 #include <filesystem>
-#include <functional>
 #include <optional>
-#include <span>
 #include <stop_token>
 #include <vector>
 
@@ -35,12 +33,8 @@ public:
     [[nodiscard]] float gain() const { return gain_; }
 
 private:
-    using Decode = std::function<Recognition(std::span<const float>)>;
-
     void measure();
     std::vector<VoiceActivity::Range> detect(const std::filesystem::path& model, const ProgressCallback& progress);
-    void hearPart(std::span<const float> samples, const SpeechStretch& part, const Decode& decode, int cuts,
-                  std::vector<TimedWord>& words);
     void requireGoingOn() const;
 
     std::filesystem::path file_;

@@ -1,0 +1,339 @@
+#include "VarnicPlatform/Speech/LiveListener.h"
+
+#include "VarnicCore/Audio/SampleConverter.h"
+#include "VarnicCore/Pipeline/Transcriber.h"
+#include "VarnicPlatform/Speech/UtteranceListener.h"
+
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <mutex>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace varnic {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// The thread is not woken for less sound than this, in samples of the processing format.
+constexpr std::size_t leastSound = 4800;
+/// When no sound has come for so long, the open utterance is heard as it stands; when for longer, it is over.
+constexpr std::chrono::milliseconds hearAfter{300};
+constexpr std::chrono::milliseconds endAfter{800};
+
+/// What the two ends of a request share.
+struct Ticket {
+    SpeechRequest::OnResult onResult;
+    std::atomic<bool> isCancelled = false;
+};
+
+struct End {};
+
+/// Something that happens to a request: sound, seconds without sound, or its end.
+struct Event {
+    std::shared_ptr<Ticket> ticket;
+    std::variant<std::vector<float>, double, End> what;
+};
+
+} // namespace
+
+/// What is on its way from the requests to the thread.
+class LiveListener::Queue {
+public:
+    void push(Event event) {
+        bool wakes = true;
+        {
+            const std::scoped_lock lock(mutex_);
+            if (const auto* sound = std::get_if<std::vector<float>>(&event.what)) {
+                waiting_ += sound->size();
+                wakes = waiting_ >= leastSound;
+            } else {
+                isUrgent_ = true;
+            }
+            lastPush_ = Clock::now();
+            events_.push_back(std::move(event));
+        }
+        if (wakes) {
+            changed_.notify_one();
+        }
+    }
+
+    void close() {
+        isClosed_ = true;
+        {
+            const std::scoped_lock lock(mutex_);
+        }
+        changed_.notify_one();
+    }
+
+    [[nodiscard]] bool isClosed() const { return isClosed_; }
+
+    /// Replaces `events` by what has come, once it is worth it or nothing has come for `patience` (for ever without
+    /// one); false when the queue is closed.
+    bool take(std::vector<Event>& events, std::optional<Clock::duration> patience) {
+        events.clear();
+        std::unique_lock lock(mutex_);
+        const auto isReady = [this] { return isClosed_ || isUrgent_ || waiting_ >= leastSound; };
+        if (!patience) {
+            changed_.wait(lock, isReady);
+        }
+        while (patience && !isReady() && Clock::now() < lastPush_ + *patience) {
+            changed_.wait_until(lock, lastPush_ + *patience);
+        }
+        std::swap(events, events_);
+        waiting_ = 0;
+        isUrgent_ = false;
+        return !isClosed_;
+    }
+
+    /// Nothing while something waits; else how long ago the last event came.
+    std::optional<Clock::duration> idleFor() {
+        const std::scoped_lock lock(mutex_);
+        return events_.empty() ? std::optional(Clock::now() - lastPush_) : std::nullopt;
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<Event> events_;
+    /// Samples in `events_`, and whether there is anything else in it.
+    std::size_t waiting_ = 0;
+    bool isUrgent_ = false;
+    Clock::time_point lastPush_;
+    std::atomic<bool> isClosed_ = false;
+};
+
+class LiveListener::Request final : public SpeechRequest {
+public:
+    Request(std::shared_ptr<Queue> queue, OnResult onResult)
+        : queue_(std::move(queue)), ticket_(std::make_shared<Ticket>()) {
+        ticket_->onResult = std::move(onResult);
+    }
+
+    Request(const Request&) = delete;
+    Request& operator=(const Request&) = delete;
+
+    ~Request() override {
+        if (!isEnded_) {
+            ticket_->isCancelled = true;
+        }
+    }
+
+    void append(const PcmBuffer& buffer) override {
+        if (buffer.format() == TrackFormat::processing) {
+            push(buffer.channels.front());
+        }
+    }
+
+    void skip(double seconds) override { push(seconds); }
+
+    void endAudio() override {
+        push(End{});
+        isEnded_ = true;
+    }
+
+    void cancel() override { ticket_->isCancelled = true; }
+
+private:
+    template <typename What>
+    void push(What what) {
+        if (!isEnded_ && !ticket_->isCancelled && !queue_->isClosed()) {
+            queue_->push({ticket_, std::move(what)});
+        }
+    }
+
+    std::shared_ptr<Queue> queue_;
+    std::shared_ptr<Ticket> ticket_;
+    bool isEnded_ = false;
+};
+
+/// The thread's own part.
+class LiveListener::Worker {
+public:
+    Worker(std::shared_ptr<Queue> queue, SpeechModel model, std::string locale,
+           std::optional<std::filesystem::path> detector)
+        : queue_(std::move(queue)), model_(std::move(model)), locale_(std::move(locale)),
+          detector_(std::move(detector)) {}
+
+    void run() {
+        load();
+        std::vector<Event> events;
+        while (queue_->take(events, patience())) {
+            for (const Event& event : events) {
+                guarded([&] { handle(event); });
+            }
+            guarded([this] { useTheTime(); });
+        }
+    }
+
+private:
+    /// What is being heard.
+    struct Session {
+        std::shared_ptr<Ticket> ticket;
+        UtteranceListener listener;
+        std::optional<SampleConverter> converter;
+        PcmBuffer converted;
+    };
+
+    /// An error ends the session without a word: the transcript of the finished track does not depend on this one.
+    template <typename Work>
+    void guarded(Work work) {
+        try {
+            work();
+        } catch (const std::exception&) {
+            session_.reset();
+        }
+    }
+
+    void load() {
+        guarded([this] {
+            if (!voice_) {
+                voice_.emplace(makeDetector());
+            }
+            if (!recognizer_) {
+                recognizer_ = SpeechRecognizer::create(model_, locale_);
+            }
+        });
+    }
+
+    std::optional<SpeechDetector> makeDetector() const {
+        try {
+            return detector_ ? std::optional(SpeechDetector::create(*detector_)) : std::nullopt;
+        } catch (const TranscriberError&) {
+            return std::nullopt;
+        }
+    }
+
+    /// How long to wait for sound: while an utterance is open, until something has to be done about it.
+    [[nodiscard]] std::optional<Clock::duration> patience() const {
+        if (!session_ || !session_->listener.isOpen()) {
+            return std::nullopt;
+        }
+        return isHeard_ ? endAfter : hearAfter;
+    }
+
+    void handle(const Event& event) {
+        if (queue_->isClosed() || event.ticket->isCancelled) {
+            session_.reset();
+            return;
+        }
+        isHeard_ = false;
+        if (event.ticket != last_) {
+            begin(event.ticket);
+        }
+        if (!session_) {
+            return;
+        }
+        if (const auto* sound = std::get_if<std::vector<float>>(&event.what)) {
+            hear(*sound);
+        } else if (const auto* seconds = std::get_if<double>(&event.what)) {
+            flush();
+            session_->listener.skip(std::llround(*seconds * UtteranceListener::rate));
+        } else {
+            flush();
+            session_->listener.finish();
+            session_.reset();
+        }
+    }
+
+    void begin(const std::shared_ptr<Ticket>& ticket) {
+        last_ = ticket;
+        session_.reset();
+        load();
+        if (!recognizer_) {
+            return;
+        }
+        const auto decode = [this, ticket](std::span<const float> samples) {
+            if (queue_->isClosed() || ticket->isCancelled) {
+                throw TranscriberError::failed("cancelled");
+            }
+            return recognizer_->decode(samples);
+        };
+        const auto report = [this, ticket](const SpeechResult& result) {
+            if (!queue_->isClosed() && !ticket->isCancelled) {
+                ticket->onResult(result);
+            }
+        };
+        session_.emplace(Session{ticket, UtteranceListener(*voice_, decode, report), {}, {}});
+    }
+
+    void hear(const std::vector<float>& sound) {
+        std::optional<SampleConverter>& converter = session_->converter;
+        if (!converter) {
+            converter.emplace(
+                SampleInput{AV_SAMPLE_FMT_FLTP, TrackFormat::processing.rate, Ffmpeg::Layout::ofChannels(1)},
+                AudioFormat{UtteranceListener::rate, 1});
+        }
+        const auto* row = reinterpret_cast<const std::uint8_t*>(sound.data());
+        converter->convert(&row, static_cast<int>(sound.size()), session_->converted);
+        passOn();
+    }
+
+    /// Gets the last samples out of the converter: the sound is interrupted.
+    void flush() {
+        if (session_->converter) {
+            session_->converter->finish(session_->converted);
+            session_->converter.reset();
+            passOn();
+        }
+    }
+
+    void passOn() {
+        if (session_->converted.frames() > 0) {
+            session_->listener.add(session_->converted.channels.front());
+            session_->converted.channels.front().clear();
+        }
+    }
+
+    /// Nothing waits to be heard: hears what is open so far, or ends it when no sound has come for too long.
+    void useTheTime() {
+        if (session_ && session_->ticket->isCancelled) {
+            session_.reset();
+        }
+        const std::optional<Clock::duration> idle = queue_->idleFor();
+        if (!session_ || !idle) {
+            return;
+        }
+        if (*idle >= endAfter) {
+            session_->listener.finish();
+        } else {
+            isHeard_ = *idle >= hearAfter;
+            session_->listener.offerPartial(isHeard_);
+        }
+    }
+
+    std::shared_ptr<Queue> queue_;
+    SpeechModel model_;
+    std::string locale_;
+    std::optional<std::filesystem::path> detector_;
+    std::optional<LiveVoice> voice_;
+    std::optional<SpeechRecognizer> recognizer_;
+    /// The request whose events come now; its session ends before it where an error does.
+    std::shared_ptr<Ticket> last_;
+    std::optional<Session> session_;
+    /// Whether the open utterance was heard in the pause of delivery that lasts.
+    bool isHeard_ = false;
+};
+
+LiveListener::LiveListener(SpeechModel model, std::string locale, std::optional<std::filesystem::path> detector)
+    : queue_(std::make_shared<Queue>()),
+      thread_([worker = std::make_shared<Worker>(queue_, std::move(model), std::move(locale), std::move(detector))] {
+          worker->run();
+      }) {}
+
+LiveListener::~LiveListener() {
+    queue_->close();
+}
+
+std::unique_ptr<SpeechRequest> LiveListener::open(SpeechRequest::OnResult onResult) {
+    return std::make_unique<Request>(queue_, std::move(onResult));
+}
+
+} // namespace varnic

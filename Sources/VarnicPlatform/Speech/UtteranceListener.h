@@ -1,0 +1,79 @@
+#pragma once
+
+#include "VarnicPlatform/Speech/LiveVoice.h"
+#include "VarnicPlatform/Speech/SpeechRequest.h"
+#include "VarnicPlatform/Speech/StretchHearing.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace varnic {
+
+/// Hears the sound of one request as it comes in, utterance by utterance. Memory does not grow with the request. One
+/// thread, on which it also decodes and reports.
+class UtteranceListener {
+public:
+    static constexpr int rate = SpeechRecognizer::rate;
+
+    /// `voice` must outlive it. An error that `decode` throws costs the words of the utterance, no more.
+    UtteranceListener(LiveVoice& voice, StretchHearing::Decode decode, SpeechRequest::OnResult report);
+
+    /// The next samples at `rate`. Reports the final result of each utterance whose end is in them. Throws
+    /// TranscriberError where the speech detector fails.
+    void add(std::span<const float> samples);
+
+    /// So many samples without sound; costs the same however many.
+    void skip(std::int64_t samples);
+
+    /// Called when there is time: reports what is said so far if there is enough new, or if there is anything new and
+    /// `pausing` tells that nothing more may come for now.
+    void offerPartial(bool pausing);
+
+    /// Ends the open utterance, if there is one, with its final result. More may follow.
+    void finish();
+
+    [[nodiscard]] bool isOpen() const { return open_; }
+
+private:
+    /// What was heard of the open utterance, and up to where that is.
+    struct Heard {
+        std::int64_t end = 0;
+        std::vector<TimedWord> words;
+    };
+
+    void lookAt(std::span<const float> frame);
+    void begin();
+    void follow(bool speaks);
+    void cut();
+    void close(std::int64_t end);
+    void forget(std::int64_t before);
+    const std::vector<TimedWord>& hear(std::int64_t end);
+    [[nodiscard]] std::int64_t soundEnd() const;
+    [[nodiscard]] double partialStep() const;
+    [[nodiscard]] double fromFirst(std::int64_t position) const;
+    void report(const std::vector<TimedWord>& words, bool isFinal);
+
+    LiveVoice& voice_;
+    StretchHearing::Decode decode_;
+    SpeechRequest::OnResult report_;
+    /// Positions are samples since the request began. The kept sound begins at `first_`, as do its levels; whole frames
+    /// of it were looked at up to `position_`.
+    std::vector<float> sound_;
+    TrackLevels track_;
+    std::int64_t first_ = 0;
+    std::int64_t position_ = 0;
+
+    bool open_ = false;
+    bool speaks_ = false;
+    bool shown_ = false;
+    std::int64_t soundStart_ = 0;
+    std::int64_t speechStart_ = 0;
+    std::int64_t speechEnd_ = 0;
+    std::optional<Heard> heard_;
+    /// Seconds that the last decoding took.
+    double cost_ = 0;
+};
+
+} // namespace varnic
