@@ -13,6 +13,8 @@ constexpr std::size_t remembered = 1000;
 constexpr std::size_t measuredEvery = 5;
 /// Frames around audible sound that the detector gets too.
 constexpr std::size_t audibleMargin = 25;
+/// Pauses that count as speech when its level is measured, in seconds.
+constexpr double bridgedPause = 0.6;
 /// Twice as loud as full scale, and so quiet that it would be noise.
 constexpr float leastGain = 0.05F;
 constexpr float mostGain = 100;
@@ -53,7 +55,7 @@ void LiveVoice::measure(float level) {
         return;
     }
     untilMeasured_ = measuredEvery - 1;
-    const std::vector<VoiceActivity::Range> loud = VoiceActivity::detect(levels, recent_.frame, onset, hangover);
+    const std::vector<VoiceActivity::Range> loud = VoiceActivity::detect(levels, recent_.frame, onset, bridgedPause);
     if (!loud.empty()) {
         const float mean = SpeechStretches::meanLevel(loud, recent_);
         gain_ = std::clamp(std::pow(10.0F, (SpeechStretches::speechLevel - mean) / 20), leastGain, mostGain);

@@ -37,7 +37,7 @@ constexpr double quickStep = 0.7;
 constexpr double slowStep = 1.5;
 constexpr double shortUtterance = 5;
 /// The share of the time that hearing unfinished utterances may take on one side.
-constexpr double partialShare = 0.2;
+constexpr double partialShare = 0.15;
 
 double secondsOf(std::int64_t samples) {
     return static_cast<double>(samples) / UtteranceListener::rate;
