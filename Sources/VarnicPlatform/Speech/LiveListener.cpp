@@ -23,7 +23,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// The thread is not woken for less sound than this, in samples of the processing format.
-constexpr std::size_t leastSound = 4800;
+constexpr std::size_t leastSound = 2400;
 /// When no sound has come for so long, the open utterance is heard as it stands; when for longer, it is over.
 constexpr std::chrono::milliseconds hearAfter{300};
 constexpr std::chrono::milliseconds endAfter{800};

@@ -91,8 +91,7 @@ void LiveRecognizer::append(const PcmBuffer& buffer, double at) {
 
 void LiveRecognizer::endAudio() {
     const std::scoped_lock lock(lock_);
-    isOver_ = true;
-    if (request_) {
+    if (!std::exchange(isOver_, true) && request_) {
         request_->endAudio();
     }
 }

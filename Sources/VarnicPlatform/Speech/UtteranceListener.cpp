@@ -1,7 +1,5 @@
 #include "VarnicPlatform/Speech/UtteranceListener.h"
 
-#include "VarnicCore/Audio/CaptureSource.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -48,13 +46,16 @@ float levelOf(std::span<const float> samples) {
     for (const float sample : samples) {
         squares += static_cast<double>(sample) * static_cast<double>(sample);
     }
-    return static_cast<float>(10 * std::log10(std::max(squares / static_cast<double>(samples.size()), 1e-12)));
+    // What is no number is no sound.
+    const double power = std::isfinite(squares) ? squares / static_cast<double>(samples.size()) : 0;
+    return static_cast<float>(10 * std::log10(std::max(power, 1e-12)));
 }
 
 } // namespace
 
-UtteranceListener::UtteranceListener(LiveVoice& voice, StretchHearing::Decode decode, SpeechRequest::OnResult report)
-    : voice_(voice), decode_(std::move(decode)), report_(std::move(report)) {
+UtteranceListener::UtteranceListener(LiveVoice& voice, StretchHearing::Decode decode, SpeechRequest::OnResult report,
+                                     Clock clock)
+    : voice_(voice), decode_(std::move(decode)), report_(std::move(report)), clock_(std::move(clock)) {
     voice_.interrupt();
 }
 
@@ -182,7 +183,7 @@ const std::vector<TimedWord>& UtteranceListener::hear(std::int64_t end) {
     if (heard_ && heard_->end == end) {
         return heard_->words;
     }
-    const double began = HostClock::now();
+    const double began = clock_();
     std::vector<float> samples(sound_.begin() + (soundStart_ - first_), sound_.begin() + (end - first_));
     std::ranges::for_each(samples, [gain = voice_.gain()](float& sample) { sample *= gain; });
     const SpeechStretch stretch{{fromFirst(speechStart_), fromFirst(std::min(speechEnd_, end))},
@@ -197,7 +198,7 @@ const std::vector<TimedWord>& UtteranceListener::hear(std::int64_t end) {
     for (TimedWord& word : heard.words) {
         word.start += secondsOf(first_);
     }
-    cost_ = HostClock::now() - began;
+    cost_ = clock_() - began;
     return heard_.emplace(std::move(heard)).words;
 }
 

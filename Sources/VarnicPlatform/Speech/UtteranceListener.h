@@ -1,10 +1,12 @@
 #pragma once
 
+#include "VarnicCore/Audio/CaptureSource.h"
 #include "VarnicPlatform/Speech/LiveVoice.h"
 #include "VarnicPlatform/Speech/SpeechRequest.h"
 #include "VarnicPlatform/Speech/StretchHearing.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
@@ -17,8 +19,13 @@ class UtteranceListener {
 public:
     static constexpr int rate = SpeechRecognizer::rate;
 
-    /// `voice` must outlive it. An error that `decode` throws costs the words of the utterance, no more.
-    UtteranceListener(LiveVoice& voice, StretchHearing::Decode decode, SpeechRequest::OnResult report);
+    /// Seconds on a clock that does not leap.
+    using Clock = std::function<double()>;
+
+    /// `voice` must outlive it. An error that `decode` throws costs the words of the utterance, no more. The slower
+    /// decoding is by the clock, the fewer unfinished results there are.
+    UtteranceListener(LiveVoice& voice, StretchHearing::Decode decode, SpeechRequest::OnResult report,
+                      Clock clock = HostClock::now);
 
     /// The next samples at `rate`. Reports the final result of each utterance whose end is in them. Throws
     /// TranscriberError where the speech detector fails.
@@ -58,6 +65,7 @@ private:
     LiveVoice& voice_;
     StretchHearing::Decode decode_;
     SpeechRequest::OnResult report_;
+    Clock clock_;
     /// Positions are samples since the request began. The kept sound begins at `first_`, as do its levels; whole frames
     /// of it were looked at up to `position_`.
     std::vector<float> sound_;

@@ -130,7 +130,7 @@ TEST_F(LiveRecognizerTest, append_timesWithGaps_becomeSilenceOfTheirLength) {
     EXPECT_EQ(requests_[0]->calls.back().first, "append") << "an early buffer runs on";
 }
 
-TEST_F(LiveRecognizerTest, endAudio_withAnOpenRequest_endsItAndItsLastResultCommits) {
+TEST_F(LiveRecognizerTest, endAudio_beforeAnySound_opensNothing) {
     recogniser_->endAudio();
     append(0);
     EXPECT_TRUE(requests_.empty()) << "nothing follows the end";
@@ -138,6 +138,7 @@ TEST_F(LiveRecognizerTest, endAudio_withAnOpenRequest_endsItAndItsLastResultComm
 
 TEST_F(LiveRecognizerTest, endAudio_whileSpeaking_commitsAndTakesNoMore) {
     append(0);
+    recogniser_->endAudio();
     recogniser_->endAudio();
     EXPECT_EQ(requests_[0]->calls, (Calls{{"append", 0.1}, {"end", 0}}));
     append(0.1);

@@ -26,6 +26,7 @@ protected:
 
     Recognition decode(std::span<const float> samples) {
         heard_.push_back(static_cast<double>(samples.size()) / rate);
+        now_ += cost_;
         if (fails_) {
             throw std::runtime_error("no memory");
         }
@@ -45,11 +46,15 @@ protected:
     bool says_ = true;
     bool fails_ = false;
     int time_ = 0;
+    double now_ = 0;
+    /// Seconds that a decoding takes.
+    double cost_ = 0.01;
     std::vector<double> heard_;
     std::vector<SpeechResult> results_;
     LiveVoice voice_{std::nullopt};
     UtteranceListener listener_{voice_, [this](std::span<const float> samples) { return decode(samples); },
-                                [this](const SpeechResult& result) { results_.push_back(result); }};
+                                [this](const SpeechResult& result) { results_.push_back(result); },
+                                [this] { return now_; }};
 };
 
 TEST_F(UtteranceListenerTest, add_pausesOfDifferentLength_endUtterancesFromSixTenthsOn) {
@@ -89,6 +94,17 @@ TEST_F(UtteranceListenerTest, offerPartial_whileSpeaking_hearsAgainOnlyWhatIsNew
     EXPECT_LE(results_.size(), 13U) << "every 1.5 s once it is long";
     EXPECT_FALSE(results_.back().isFinal);
     EXPECT_NEAR(results_.back().words.at(0).start, 1, 0.1);
+}
+
+TEST_F(UtteranceListenerTest, offerPartial_engineIsSlow_hearsLessOften) {
+    cost_ = 0.9;
+    hear(1, false);
+    for (int piece = 0; piece < 140; ++piece) {
+        hear(0.1, true);
+        listener_.offerPartial(false);
+    }
+    EXPECT_GE(results_.size(), 2U);
+    EXPECT_LE(results_.size(), 3U);
 }
 
 TEST_F(UtteranceListenerTest, offerPartial_inThePause_isTheFinalResultWithoutHearingAgain) {
@@ -156,6 +172,15 @@ TEST_F(UtteranceListenerTest, add_engineFailsOrHearsNothing_onlyThatUtteranceIsL
     hear(1, true);
     hear(1, false);
     EXPECT_EQ(texts(), (Texts{"…Nr. 2", "", "Nr. 4"}));
+}
+
+TEST_F(UtteranceListenerTest, add_samplesThatAreNoNumbers_areNoSpeech) {
+    hear(1, true);
+    listener_.add(std::vector<float>(3 * rate, std::nanf("")));
+    EXPECT_EQ(texts(), Texts{"Nr. 1"});
+    hear(1, true);
+    hear(1, false);
+    EXPECT_EQ(texts(), (Texts{"Nr. 1", "Nr. 2"}));
 }
 
 } // namespace
