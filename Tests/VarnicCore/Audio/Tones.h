@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <filesystem>
@@ -31,15 +30,16 @@ inline std::vector<float> readAll(AudioReader reader) {
     return all;
 }
 
-/// Whether the samples from `from` on are that tone, allowing for an encoder's losses.
+/// Whether the samples from `from` on are that tone, allowing for an encoder's losses but not for a shift by a sample.
 inline ::testing::AssertionResult isToneFrom(const std::vector<float>& samples, std::size_t from, std::size_t count,
                                              double rate) {
-    double worst = 0;
+    double squares = 0;
     for (std::size_t index = from; index < from + count; ++index) {
         const double expected = 0.5 * std::cos(2 * M_PI * 1000 * static_cast<double>(index) / rate);
-        worst = std::max(worst, std::abs(static_cast<double>(samples.at(index)) - expected));
+        squares += std::pow(static_cast<double>(samples.at(index)) - expected, 2);
     }
-    return worst < 0.06 ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << "off by " << worst;
+    const double off = std::sqrt(squares / static_cast<double>(count));
+    return off < 0.02 ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << "off by " << off;
 }
 
 } // namespace varnic
