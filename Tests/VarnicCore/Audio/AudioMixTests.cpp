@@ -15,7 +15,7 @@ namespace {
 
 TEST(AudioMix, stereo_twoTracks_areLeftAndRightAndAsLongAsTheLonger) {
     const SoundFiles files;
-    const auto you = files.tone("you.wav", 2, "-ar 44100 -ac 2");
+    const auto you = files.tone("you.wav", 2, "-ar 44100 -af \"pan=stereo|c0=c0|c1=c0\"");
     const auto them =
         files.make("them.wav", "-f lavfi -i \"aevalsrc='if(lt(t,2.5),0,0.25*sin(2*PI*200*t))':s=48000:d=3.5\"");
     const auto mix = files.path("mix.m4a");
