@@ -25,6 +25,19 @@ const std::vector<Command>& commands() {
           {"language", true},
           {"json", false}},
          transcribe},
+        {"recover",
+         "[options]",
+         "make notes of recordings that were cut off",
+         R"(Finds recordings whose program was killed, or that a power cut ended, writes down what there is of them and files
+the notes. Recordings that are still running are left alone.
+
+  --your-name NAME   your name, for the follow-up email
+  --their-name NAME  the other party's name
+  --language LOCALE  the language spoken (en-US unless given); a speech model for it must be installed
+  --json             print an array of the notes as the library stores them
+)",
+         {{"your-name", true}, {"their-name", true}, {"language", true}, {"json", false}},
+         recover},
         {"list",
          "[--json]",
          "list the notes of the library, newest first",

@@ -1,22 +1,20 @@
-#include "VarnicCLI/Command.h"
+#include "VarnicCLI/CallFiling.h"
 #include "VarnicCLI/Files.h"
-#include "VarnicCLI/NotePrinter.h"
-#include "VarnicCLI/Terminal.h"
 #include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/Audio/AudioReader.h"
 #include "VarnicCore/Library/Folders.h"
-#include "VarnicCore/Pipeline/CallProcessor.h"
-#include "VarnicCore/Summariser/ExtractiveSummariser.h"
+#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Library/RecordingMark.h"
 #include "VarnicCore/Text/Unicode.h"
-#include "VarnicCore/Text/Wording.h"
-#include "VarnicPlatform/Speech/SpeechModel.h"
-#include "VarnicPlatform/Speech/SpeechTranscriber.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <csignal>
-#include <memory>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace varnic::cli {
 
@@ -24,10 +22,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The audio folder of a call that is being filed: gone again unless the note was saved.
+/// The audio folder of a call that is being filed: gone again unless the note was saved. Its mark keeps others from
+/// taking it for a recording that died, and after a kill lets them find it.
 class AudioFolder {
 public:
-    explicit AudioFolder(fs::path folder) : folder_(std::move(folder)) { Folders::make(folder_); }
+    /// Throws LibraryError.
+    AudioFolder(fs::path folder, const RecordingMark& mark)
+        : folder_(std::move(folder)), mark_(makeMarked(folder_, mark)) {}
 
     AudioFolder(const AudioFolder&) = delete;
     AudioFolder& operator=(const AudioFolder&) = delete;
@@ -49,10 +50,24 @@ public:
         return track;
     }
 
-    void keep() { kept_ = true; }
+    void keep() {
+        mark_.remove();
+        kept_ = true;
+    }
 
 private:
+    static RecordingMarkFile makeMarked(const fs::path& folder, const RecordingMark& mark) {
+        Folders::make(folder);
+        try {
+            return RecordingMarkFile::create(folder, mark);
+        } catch (...) {
+            Folders::removeAll(folder);
+            throw;
+        }
+    }
+
     fs::path folder_;
+    RecordingMarkFile mark_;
     bool kept_ = false;
 };
 
@@ -65,97 +80,55 @@ double checkedDuration(const fs::path& recording) {
     return duration;
 }
 
-/// Turns, as long as it lives, an interrupt or a polite kill into a request to stop, so that no half-filed call is left
-/// behind.
-class Interruption {
-public:
-    Interruption() {
-        std::signal(SIGINT, note);
-        std::signal(SIGTERM, note);
+/// Checks the recordings and tells from them when the call was and how long. Throws with the user's sentence.
+Recording describe(const Arguments& arguments, const std::vector<fs::path>& files) {
+    Recording recording{
+        .noteID = Uuid::random(), .startedAt = currentDate(), .source = arguments.valueOr("source", "Call")};
+    for (const fs::path& file : files) {
+        recording.duration = std::max(recording.duration, checkedDuration(file));
+        recording.startedAt = std::min(recording.startedAt, modifiedAt(file));
     }
-
-    Interruption(const Interruption&) = delete;
-    Interruption& operator=(const Interruption&) = delete;
-
-    ~Interruption() {
-        std::signal(SIGINT, SIG_DFL);
-        std::signal(SIGTERM, SIG_DFL);
-    }
-
-    [[nodiscard]] static bool happened() { return raised != 0; }
-
-private:
-    static void note(int /*signal*/) { raised = 1; }
-
-    inline static volatile std::sig_atomic_t raised = 0;
-};
+    recording.audioFolder = recording.noteID.text();
+    return recording;
+}
 
 } // namespace
 
 ExitCode transcribe(const Arguments& arguments) {
     arguments.expectNoWords();
-    const auto you = arguments.value("you");
-    const auto them = arguments.value("them");
-    if (!you && !them) {
-        throw UsageError("give a recording with --you, --them or both");
-    }
-    Recording recording{
-        .noteID = Uuid::random(), .startedAt = currentDate(), .source = arguments.valueOr("source", "Call")};
-    for (const auto& file : {you, them}) {
-        if (file) {
-            recording.duration = std::max(recording.duration, checkedDuration(*file));
-            recording.startedAt = std::min(recording.startedAt, modifiedAt(*file));
+    std::vector<fs::path> files;
+    std::vector<Speaker> sides;
+    for (const Speaker speaker : allSpeakers) {
+        if (const auto file = arguments.value(std::string(rawValue(speaker)))) {
+            files.emplace_back(*file);
+            sides.push_back(speaker);
         }
     }
+    if (files.empty()) {
+        throw UsageError("give a recording with --you, --them or both");
+    }
+    Recording recording = describe(arguments, files);
+    const FilingOptions options = FilingOptions::from(arguments);
     const Interruption interruption;
     LibraryStore store(libraryFolder());
-    AudioFolder audio(store.audioFolder(recording.noteID));
-    if (you) {
-        recording.tracks.you = audio.add(*you, Speaker::you);
+    AudioFolder audio(store.audioFolder(recording.noteID),
+                      {recording.noteID, recording.startedAt, recording.source, sides});
+    for (std::size_t side = 0; side < files.size(); ++side) {
+        auto& track = sides[side] == Speaker::you ? recording.tracks.you : recording.tracks.them;
+        track = audio.add(files[side], sides[side]);
     }
-    if (them) {
-        recording.tracks.them = audio.add(*them, Speaker::them);
-    }
-    recording.audioFolder = recording.noteID.text();
-
-    const std::string yourName = arguments.valueOr("your-name", "");
-    const DigestContext context{.callDate = recording.startedAt,
-                                .yourName = yourName,
-                                .themName = arguments.valueOr("their-name", ""),
-                                .source = recording.source};
-    const std::string language = arguments.valueOr("language", "en-US");
-    const CallProcessor processor(std::make_shared<SpeechTranscriber>(language, SpeechModels::dataDirectories()),
-                                  std::make_shared<ExtractiveSummariser>());
-    Note note = [&] {
-        Terminal::ProgressBar bar;
-        std::stop_source stop;
-        return processor.process(
-            recording, context,
-            [&](ProcessingStage stage) {
-                bar.show(stage);
-                if (Interruption::happened()) {
-                    stop.request_stop();
-                }
-            },
-            stop.get_token());
-    }();
+    const Note note = makeNote(recording, options);
     if (Interruption::happened()) {
         throw std::runtime_error("Stopped. Nothing was filed.");
     }
-    note.call->language = language;
     store.save(note);
     audio.keep();
-
-    if (arguments.has("json")) {
+    if (options.json) {
         fmt::print("{}\n", LibraryStore::encoded(note));
     } else {
-        print(note, yourName, Region::user());
+        printFiled(note, options);
     }
-    if (note.call->problem) {
-        fmt::print(stderr, "varnic-cli: {}\n", Wording::shown(*note.call->problem));
-        return ExitCode::failure;
-    }
-    return ExitCode::success;
+    return tellProblem(note);
 }
 
 } // namespace varnic::cli

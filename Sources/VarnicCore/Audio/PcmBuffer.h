@@ -31,6 +31,8 @@ namespace TrackFormat {
 
 inline constexpr double sampleRate = 48000;
 inline constexpr AudioFormat processing{48000, 1};
+/// Bits a second of a compressed track.
+inline constexpr int bitRate = 64'000;
 
 } // namespace TrackFormat
 

@@ -1,6 +1,7 @@
 #include "VarnicCore/Audio/AudioError.h"
 #include "VarnicCore/Audio/AudioReader.h"
 #include "VarnicCore/Audio/SoundFiles.h"
+#include "VarnicCore/Audio/Tones.h"
 
 #include <gtest/gtest.h>
 
@@ -12,26 +13,6 @@
 
 namespace varnic {
 namespace {
-
-std::vector<float> readAll(AudioReader reader) {
-    std::vector<float> all;
-    PcmBuffer block;
-    while (reader.read(block)) {
-        all.insert(all.end(), block.channels.front().begin(), block.channels.front().end());
-    }
-    return all;
-}
-
-/// Whether the samples from `from` on are the tone that SoundFiles makes, allowing for an encoder's losses.
-::testing::AssertionResult isToneFrom(const std::vector<float>& samples, std::size_t from, std::size_t count,
-                                      double rate) {
-    double worst = 0;
-    for (std::size_t index = from; index < from + count; ++index) {
-        const double expected = 0.5 * std::cos(2 * M_PI * 1000 * static_cast<double>(index) / rate);
-        worst = std::max(worst, std::abs(static_cast<double>(samples.at(index)) - expected));
-    }
-    return worst < 0.06 ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << "off by " << worst;
-}
 
 struct Encoding {
     std::string name;

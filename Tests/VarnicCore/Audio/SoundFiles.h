@@ -39,6 +39,12 @@ public:
         return path(name);
     }
 
+    /// What a command prints, run in the folder.
+    [[nodiscard]] std::string output(const std::string& command) const {
+        run(command + " > output.txt");
+        return bytesOf(path("output.txt"));
+    }
+
     [[nodiscard]] static std::string bytesOf(const std::filesystem::path& file) {
         std::ifstream in(file, std::ios::binary);
         return {std::istreambuf_iterator<char>(in), {}};

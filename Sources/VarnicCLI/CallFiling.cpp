@@ -1,0 +1,54 @@
+#include "VarnicCLI/CallFiling.h"
+
+#include "VarnicCLI/NotePrinter.h"
+#include "VarnicCLI/Terminal.h"
+#include "VarnicCore/Summariser/ExtractiveSummariser.h"
+#include "VarnicCore/Text/Wording.h"
+#include "VarnicPlatform/Speech/SpeechModel.h"
+#include "VarnicPlatform/Speech/SpeechTranscriber.h"
+
+#include <fmt/format.h>
+
+#include <memory>
+
+namespace varnic::cli {
+
+FilingOptions FilingOptions::from(const Arguments& arguments) {
+    return {arguments.valueOr("your-name", ""), arguments.valueOr("their-name", ""),
+            arguments.valueOr("language", "en-US"), arguments.has("json")};
+}
+
+Note makeNote(const Recording& recording, const FilingOptions& options) {
+    const DigestContext context{.callDate = recording.startedAt,
+                                .yourName = options.yourName,
+                                .themName = options.themName,
+                                .source = recording.source};
+    const CallProcessor processor(
+        std::make_shared<SpeechTranscriber>(options.language, SpeechModels::dataDirectories()),
+        std::make_shared<ExtractiveSummariser>());
+    Terminal::ProgressBar bar;
+    std::stop_source stop;
+    const auto progress = [&](ProcessingStage stage) {
+        bar.show(stage);
+        if (Interruption::happened()) {
+            stop.request_stop();
+        }
+    };
+    Note note = processor.process(recording, context, progress, stop.get_token());
+    note.call->language = options.language;
+    return note;
+}
+
+void printFiled(const Note& note, const FilingOptions& options) {
+    print(note, options.yourName, Region::user());
+}
+
+ExitCode tellProblem(const Note& note) {
+    if (!note.call || !note.call->problem) {
+        return ExitCode::success;
+    }
+    fmt::print(stderr, "varnic-cli: {}\n", Wording::shown(*note.call->problem));
+    return ExitCode::failure;
+}
+
+} // namespace varnic::cli

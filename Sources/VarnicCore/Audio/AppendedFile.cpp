@@ -1,0 +1,78 @@
+#include "VarnicCore/Audio/AppendedFile.h"
+
+#include "VarnicCore/Library/LibraryError.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace varnic {
+
+namespace {
+
+/// False on failure, with the reason in errno; part of the bytes may then be written.
+bool writeAt(int file, std::int64_t offset, std::span<const std::uint8_t> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::pwrite(file, bytes.data(), bytes.size(), offset);
+        if (count < 0 && errno != EINTR) {
+            return false;
+        }
+        if (count > 0) {
+            bytes = bytes.subspan(static_cast<std::size_t>(count));
+            offset += count;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+AppendedFile AppendedFile::create(const std::filesystem::path& path) {
+    ::unlink(path.c_str());
+    FileDescriptor descriptor(
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!descriptor.isOpen()) {
+        throw LibraryError::fromErrno("made", path);
+    }
+    return {path, std::move(descriptor)};
+}
+
+AppendedFile::AppendedFile(std::filesystem::path path, FileDescriptor descriptor)
+    : path_(std::move(path)), descriptor_(std::move(descriptor)) {}
+
+void AppendedFile::append(std::span<const std::uint8_t> piece) {
+    requireName();
+    if (!writeAt(descriptor_.number(), size_, piece)) {
+        const LibraryError failure = LibraryError::fromErrno("written", path_);
+        // Where even this fails, the next piece is written over the remains.
+        static_cast<void>(::ftruncate(descriptor_.number(), size_));
+        throw failure;
+    }
+    size_ += static_cast<std::int64_t>(piece.size());
+}
+
+void AppendedFile::overwrite(std::int64_t offset, std::span<const std::uint8_t> bytes) {
+    if (!writeAt(descriptor_.number(), offset, bytes)) {
+        throw LibraryError::fromErrno("written", path_);
+    }
+}
+
+void AppendedFile::sync() {
+    requireName();
+    // Some file systems cannot force a file; they answer EINVAL.
+    if (::fdatasync(descriptor_.number()) != 0 && errno != EINVAL) {
+        throw LibraryError::fromErrno("written", path_);
+    }
+}
+
+void AppendedFile::requireName() const {
+    struct stat status{};
+    if (::fstat(descriptor_.number(), &status) == 0 && status.st_nlink == 0) {
+        throw LibraryError("written", path_, std::make_error_code(std::errc::no_such_file_or_directory));
+    }
+}
+
+} // namespace varnic

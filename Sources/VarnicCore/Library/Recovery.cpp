@@ -1,0 +1,135 @@
+#include "VarnicCore/Library/Recovery.h"
+
+#include "VarnicCore/Audio/AudioFiles.h"
+#include "VarnicCore/Library/Folders.h"
+#include "VarnicCore/Library/LibraryError.h"
+
+#include <algorithm>
+#include <chrono>
+#include <optional>
+#include <utility>
+
+namespace varnic::Recovery {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// A side's file that holds sound.
+struct Track {
+    fs::path file;
+    /// Seconds.
+    double length = 0;
+};
+
+/// Where a side has several files, the usual form of a track goes first.
+std::optional<Track> trackOf(const std::vector<fs::path>& entries, Speaker speaker) {
+    std::optional<Track> best;
+    for (const fs::path& entry : entries) {
+        if (entry.stem() != rawValue(speaker) || (best && entry.extension() != ".m4a")) {
+            continue;
+        }
+        if (const double length = AudioFiles::duration(entry); length > 0) {
+            best = Track{entry, length};
+        }
+    }
+    return best;
+}
+
+/// When the recording began that ended with the last change of the track.
+Date startOf(const Track& track) {
+    std::error_code failure;
+    const auto changed = fs::last_write_time(track.file, failure);
+    if (failure) {
+        return Date{};
+    }
+    return std::chrono::floor<std::chrono::milliseconds>(std::chrono::file_clock::to_sys(changed) -
+                                                         std::chrono::duration<double>(track.length));
+}
+
+bool holdsTracks(const std::vector<fs::path>& entries) {
+    return std::ranges::any_of(entries, [](const fs::path& entry) {
+        return std::ranges::any_of(allSpeakers, [&](Speaker speaker) { return entry.stem() == rawValue(speaker); });
+    });
+}
+
+/// Whether the recording's note is saved, or was and has been deleted.
+bool isFiled(const LibraryStore& store, const Uuid& id) {
+    std::error_code ignored;
+    return fs::exists(store.url(id), ignored) || fs::exists(store.url(id).string() + ".damaged", ignored) ||
+           fs::exists(store.deletedDir() / id.text(), ignored);
+}
+
+Recording describe(const fs::path& folder, const Uuid& id, const std::optional<RecordingMark>& mark) {
+    const std::vector<fs::path> entries = Folders::entries(folder);
+    const std::optional<Track> you = trackOf(entries, Speaker::you);
+    const std::optional<Track> them = trackOf(entries, Speaker::them);
+    Recording recording{.noteID = id, .source = "Call", .audioFolder = id.text()};
+    std::optional<Date> start;
+    for (const std::optional<Track>& track : {you, them}) {
+        if (track) {
+            recording.duration = std::max(recording.duration, track->length);
+            start = std::min(start.value_or(Date::max()), startOf(*track));
+        }
+    }
+    recording.tracks.you = you ? std::optional(you->file) : std::nullopt;
+    recording.tracks.them = them ? std::optional(them->file) : std::nullopt;
+    recording.startedAt = mark ? mark->startedAt : start.value_or(Date{});
+    if (mark) {
+        recording.source = mark->source;
+    }
+    return recording;
+}
+
+/// A folder that holds a mark. Its note is looked for once the mark is ours: before that a living process may be about
+/// to save it, and after that nobody is.
+std::optional<DeadRecording> marked(const LibraryStore& store, const fs::path& folder, const Uuid& id) {
+    std::optional<RecordingMarkFile> mark = RecordingMarkFile::adopt(folder);
+    if (!mark) {
+        return std::nullopt;
+    }
+    if (isFiled(store, id)) {
+        mark->remove();
+        return std::nullopt;
+    }
+    return DeadRecording{describe(folder, id, mark->read()), folder, std::move(*mark)};
+}
+
+/// A folder that holds none, but tracks: it gets one.
+std::optional<DeadRecording> unmarked(const LibraryStore& store, const fs::path& folder, const Uuid& id) {
+    if (isFiled(store, id) || !holdsTracks(Folders::entries(folder))) {
+        return std::nullopt;
+    }
+    try {
+        Recording recording = describe(folder, id, std::nullopt);
+        const RecordingMark known{id, recording.startedAt, recording.source, recording.tracks.speakers()};
+        RecordingMarkFile mark = RecordingMarkFile::create(folder, known);
+        if (isFiled(store, id)) {
+            mark.remove();
+            return std::nullopt;
+        }
+        return DeadRecording{std::move(recording), folder, std::move(mark)};
+    } catch (const LibraryError&) {
+        return std::nullopt; // a library that takes no mark takes no note either
+    }
+}
+
+} // namespace
+
+std::vector<DeadRecording> find(const LibraryStore& store) {
+    std::vector<DeadRecording> dead;
+    for (const fs::path& folder : Folders::entries(store.audioDir())) {
+        const auto id = Uuid::parse(folder.filename().string());
+        if (!id || store.audioFolder(*id) != folder) {
+            continue;
+        }
+        auto found = RecordingMarkFile::isIn(folder) ? marked(store, folder, *id) : unmarked(store, folder, *id);
+        if (found) {
+            dead.push_back(std::move(*found));
+        }
+    }
+    std::ranges::sort(dead, {}, [](const DeadRecording& one) { return one.recording.startedAt; });
+    return dead;
+}
+
+} // namespace varnic::Recovery

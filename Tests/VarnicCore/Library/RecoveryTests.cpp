@@ -1,0 +1,206 @@
+#include "VarnicCore/Audio/AudioMix.h"
+#include "VarnicCore/Audio/TrackWriter.h"
+#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Library/Recovery.h"
+#include "VarnicCore/Library/TemporaryLibrary.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <string>
+#include <vector>
+
+namespace varnic {
+namespace {
+
+namespace fs = std::filesystem;
+
+class RecoveryTest : public ::testing::Test {
+protected:
+    [[nodiscard]] fs::path makeFolder() const {
+        fs::create_directories(folder());
+        return folder();
+    }
+
+    [[nodiscard]] fs::path folder() const { return library_.store.audioFolder(mark_.id); }
+
+    /// A finished track, as an unmarked folder or an import has it.
+    void track(const std::string& name, double seconds) const {
+        AudioMix::render({}, seconds, makeFolder() / name, name.ends_with(".m4a"));
+    }
+
+    [[nodiscard]] std::vector<DeadRecording> find() const { return Recovery::find(library_.store); }
+
+    TemporaryLibrary library_;
+    RecordingMark mark_{Uuid::random(), parseDate("2026-03-14T09:26:53.589Z"), "Zoom", {Speaker::you, Speaker::them}};
+};
+
+/// A child process that records both sides for `seconds`, marked, and then waits.
+class Recorder {
+public:
+    Recorder(const fs::path& folder, const RecordingMark& mark, double seconds) {
+        std::array<int, 2> ends{};
+        EXPECT_EQ(::pipe(ends.data()), 0);
+        child_ = ::fork();
+        if (child_ == 0) {
+            const RecordingMarkFile file = RecordingMarkFile::create(folder, mark);
+            TrackWriter you(folder / "you.m4a", Speaker::you, true);
+            TrackWriter them(folder / "them.m4a", Speaker::them, true);
+            for (double at = 0; at < seconds; at += 0.5) {
+                you.append({48'000, {std::vector<float>(24'000, 0.1F)}}, at);
+                them.append({48'000, {std::vector<float>(24'000, 0.1F)}}, at);
+            }
+            static_cast<void>(::write(ends[1], "x", 1));
+            while (true) {
+                ::pause();
+            }
+        }
+        char told = 0;
+        EXPECT_EQ(::read(ends[0], &told, 1), 1);
+        ::close(ends[0]);
+        ::close(ends[1]);
+    }
+
+    Recorder(const Recorder&) = delete;
+    Recorder& operator=(const Recorder&) = delete;
+
+    ~Recorder() { kill(); }
+
+    void kill() {
+        if (child_ > 0) {
+            ::kill(child_, SIGKILL);
+            ::waitpid(child_, nullptr, 0);
+            child_ = 0;
+        }
+    }
+
+private:
+    pid_t child_ = 0;
+};
+
+TEST_F(RecoveryTest, find_killedRecorder_givesItsTracksOnceItIsDead) {
+    Recorder recorder(makeFolder(), mark_, 10);
+    EXPECT_TRUE(find().empty()) << "it lives";
+    recorder.kill();
+    const std::vector<DeadRecording> dead = find();
+    ASSERT_EQ(dead.size(), 1U);
+    const Recording& recording = dead[0].recording;
+    EXPECT_TRUE(dead[0].hasSound());
+    EXPECT_EQ(dead[0].folder, folder());
+    EXPECT_EQ(dead[0].mark.read(), mark_);
+    EXPECT_EQ(recording.noteID, mark_.id);
+    EXPECT_EQ(recording.startedAt, mark_.startedAt);
+    EXPECT_EQ(recording.source, "Zoom");
+    EXPECT_EQ(recording.audioFolder, mark_.id.text());
+    EXPECT_EQ(recording.tracks, (CallTracks{folder() / "you.m4a", folder() / "them.m4a"}));
+    EXPECT_GT(recording.duration, 8);
+    EXPECT_LE(recording.duration, 10);
+    EXPECT_TRUE(find().empty()) << "it is in our hands";
+}
+
+TEST_F(RecoveryTest, find_givenUp_findsItAgain) {
+    {
+        const RecordingMarkFile file = RecordingMarkFile::create(makeFolder(), mark_);
+    }
+    track("them.m4a", 3);
+    for (int round = 0; round < 2; ++round) {
+        const std::vector<DeadRecording> dead = find();
+        ASSERT_EQ(dead.size(), 1U);
+        EXPECT_EQ(dead[0].recording.tracks, (CallTracks{std::nullopt, folder() / "them.m4a"}));
+        EXPECT_EQ(dead[0].recording.duration, 3);
+    }
+    find()[0].mark.remove();
+    EXPECT_FALSE(RecordingMarkFile::isIn(folder()));
+}
+
+TEST_F(RecoveryTest, find_noteSaved_onlyRemovesTheMark) {
+    {
+        const RecordingMarkFile file = RecordingMarkFile::create(makeFolder(), mark_);
+    }
+    track("you.m4a", 3);
+    Note note(mark_.startedAt, "Saved");
+    note.id = mark_.id;
+    library_.store.save(note);
+    EXPECT_TRUE(find().empty());
+    EXPECT_EQ(TemporaryLibrary::names(folder()), std::set<std::string>{"you.m4a"});
+    library_.store.remove(mark_.id);
+    track("you.m4a", 3);
+    EXPECT_TRUE(find().empty()) << "what the user deleted stays so";
+}
+
+TEST_F(RecoveryTest, find_markDamagedOrMissing_isToldFromTheTracks) {
+    const std::vector<std::string> contents{"",
+                                            "{",
+                                            "[]",
+                                            "null",
+                                            R"({"id": 7, "startedAt": "x"})",
+                                            "\xFF",
+                                            R"({"process": "me"})",
+                                            std::string(100'000, '[')};
+    track("you.m4a", 3);
+    track("them.caf", 4.5);
+    const auto check = [this](const std::string& what) {
+        SCOPED_TRACE(what.substr(0, 30));
+        const std::vector<DeadRecording> dead = find();
+        ASSERT_EQ(dead.size(), 1U);
+        EXPECT_EQ(dead[0].recording.noteID, mark_.id);
+        EXPECT_EQ(dead[0].recording.source, "Call");
+        EXPECT_EQ(dead[0].recording.duration, 4.5);
+        EXPECT_EQ(dead[0].recording.tracks, (CallTracks{folder() / "you.m4a", folder() / "them.caf"}));
+        const auto changed = std::chrono::file_clock::to_sys(fs::last_write_time(folder() / "them.caf"));
+        EXPECT_NEAR(std::chrono::duration<double>(changed - dead[0].recording.startedAt).count(), 4.5, 0.01);
+    };
+    for (const std::string& content : contents) {
+        TemporaryLibrary::write(folder() / "recording.json", content);
+        check(content);
+    }
+    fs::remove(folder() / "recording.json");
+    check("none");
+}
+
+TEST_F(RecoveryTest, find_noSoundInIt_saysSo) {
+    {
+        const RecordingMarkFile file = RecordingMarkFile::create(makeFolder(), mark_);
+    }
+    ASSERT_EQ(find().size(), 1U);
+    EXPECT_FALSE(find()[0].hasSound()) << "killed before there was a track";
+    {
+        const TrackWriter writer(folder() / "you.m4a", Speaker::you, true);
+    }
+    TemporaryLibrary::write(folder() / "them.m4a", std::string(5000, 'x'));
+    ASSERT_EQ(find().size(), 1U);
+    EXPECT_FALSE(find()[0].hasSound());
+    EXPECT_EQ(find()[0].recording.startedAt, mark_.startedAt);
+}
+
+TEST_F(RecoveryTest, find_otherFolders_areLeftAlone) {
+    fs::create_directories(library_.store.audioDir() / Uuid::random().text());
+    fs::create_directories(library_.store.audioDir() / "notes of mine");
+    TemporaryLibrary::write(library_.store.audioDir() / "notes of mine" / "you.m4a", "x");
+    TemporaryLibrary::write(library_.store.audioDir() / Uuid::random().text(), "a file");
+    fs::create_directories(makeFolder() / "recording.json");
+    EXPECT_TRUE(find().empty());
+    fs::remove(folder() / "recording.json");
+    ASSERT_EQ(::mkfifo((folder() / "recording.json").c_str(), 0600), 0);
+    EXPECT_TRUE(find().empty()) << "and a pipe doesn't hang it";
+}
+
+TEST_F(RecoveryTest, create_folderInOtherHands_isRefused) {
+    const RecordingMarkFile first = RecordingMarkFile::create(makeFolder(), mark_);
+    EXPECT_THROW(RecordingMarkFile::create(folder(), mark_), LibraryError);
+    EXPECT_THROW(RecordingMarkFile::create(folder() / "gone", mark_), LibraryError);
+    EXPECT_EQ(first.read(), mark_);
+    struct stat status{};
+    ASSERT_EQ(::stat((folder() / "recording.json").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+    EXPECT_EQ(TemporaryLibrary::names(folder()), std::set<std::string>{"recording.json"});
+}
+
+} // namespace
+} // namespace varnic
