@@ -1,0 +1,14 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/// Which programs run on this machine. Any thread.
+namespace varnic::RunningPrograms {
+
+/// The bundle identifiers of the calling applications and browsers that run for this user, each once, in no order.
+/// `proc` is where the kernel tells of processes (proc(5)); what cannot be read there is passed over.
+std::vector<std::string> identifiers(const std::filesystem::path& proc = "/proc");
+
+} // namespace varnic::RunningPrograms
