@@ -1,0 +1,347 @@
+#include "Varnic/Recording/RecordingController.h"
+
+#include "Varnic/Background.h"
+#include "Varnic/Recording/RecordingHealth.h"
+#include "VarnicPlatform/Speech/SpeechModel.h"
+
+#include <QCoro/QCoroTimer>
+#include <QMetaObject>
+
+#include <algorithm>
+#include <chrono>
+
+namespace varnic {
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+constexpr std::array bothSides{Speaker::you, Speaker::them};
+/// How long sound that was played before the stop may take to arrive.
+constexpr auto lateSound = 250ms;
+/// How long the recognisers get for their last words.
+constexpr auto lastWords = 1200ms;
+
+std::optional<std::uintmax_t> freeBytes(const fs::path& folder) {
+    std::error_code error;
+    const fs::space_info space = fs::space(folder, error);
+    return error ? std::nullopt : std::optional(space.available);
+}
+
+std::unique_ptr<LiveRecognizer> installedRecognizer(Speaker speaker, const std::string& locale,
+                                                    LiveRecognizer::Lines onPartial, LiveRecognizer::Lines onCommit) {
+    return LiveRecognizer::create(speaker, locale, SpeechModels::dataDirectories(), std::move(onPartial),
+                                  std::move(onCommit));
+}
+
+} // namespace
+
+RecordingController::RecordingController(QObject* parent)
+    : QObject(parent), makeRecognizer(installedRecognizer), diskSpace(freeBytes) {
+    ticker_.setInterval(50ms);
+    ticker_.setTimerType(Qt::PreciseTimer);
+    connect(&ticker_, &QTimer::timeout, this, &RecordingController::tick);
+    healthTimer_.setInterval(1s);
+    connect(&healthTimer_, &QTimer::timeout, this, &RecordingController::checkHealth);
+}
+
+RecordingController::~RecordingController() {
+    if (capture_) {
+        capture_->stop();
+    }
+    if (recorder_) {
+        recorder_->cancelRecognizers();
+    }
+}
+
+bool RecordingController::isPaused() const {
+    return recorder_ && recorder_->pauses().isPaused();
+}
+
+std::vector<Segment> RecordingController::liveSegments() const {
+    std::vector<Segment> lines = committed_;
+    for (const auto& [speaker, unfinished] : partial_) {
+        lines.insert(lines.end(), unfinished.begin(), unfinished.end());
+    }
+    std::ranges::stable_sort(lines, {}, &Segment::start);
+    return lines;
+}
+
+QCoro::Task<> RecordingController::start(Uuid noteID, fs::path folder, std::shared_ptr<CaptureSource> capture,
+                                         std::optional<std::string> liveLocale, std::string source) {
+    if (isBusy(state_)) {
+        co_return;
+    }
+    const int session = ++session_;
+    setState(Session::Starting());
+    noteID_ = noteID;
+    folder_ = folder;
+    reset(std::move(source));
+    std::exception_ptr failure;
+    try {
+        fs::create_directories(folder);
+        mark_ = std::make_shared<RecordingMarkFile>(RecordingMarkFile::create(
+            folder, {noteID, currentDate(), source_, std::vector(bothSides.begin(), bothSides.end())}));
+        const auto recorder = std::make_shared<TrackRecorder>(folder, makeRecognizers(liveLocale));
+        recorder_ = recorder;
+        hostStart_ = HostClock::now();
+        startedAt_ = currentDate();
+        // Held here, since the recording may be discarded while the devices are still opening.
+        const auto open = [capture, recorder, hostStart = hostStart_] {
+            return capture->start(hostStart, [recorder](Speaker speaker, PcmBuffer buffer, double at) {
+                recorder->deliver(speaker, std::move(buffer), at);
+            });
+        };
+        auto sides = co_await inBackground(open);
+        if (session_ != session) {
+            capture->stop();
+            co_return;
+        }
+        capture_ = capture;
+        begin(std::move(sides));
+    } catch (const std::exception& error) {
+        if (session_ == session) {
+            fail(error.what());
+        }
+        failure = std::current_exception();
+    }
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
+
+QCoro::Task<std::optional<RecordingResult>> RecordingController::stop() {
+    if (!isRecording(state_) || !recorder_) {
+        co_return std::nullopt;
+    }
+    const int session = session_;
+    const auto recorder = recorder_;
+    const auto capture = std::exchange(capture_, nullptr);
+    const double wall = recorder->pauses().elapsed(now());
+    setState(Session::Stopping());
+    ticker_.stop();
+    healthTimer_.stop();
+    const auto close = [capture] { capture->stop(); };
+    co_await inBackground(close);
+    co_await QCoro::sleepFor(lateSound);
+    const auto pad = [recorder, wall] {
+        const double length = std::max(wall, recorder->longest());
+        recorder->pad(length);
+        return length;
+    };
+    const double target = co_await inBackground(pad);
+    if (recorder->hasRecognizers()) {
+        recorder->endAudio();
+        co_await QCoro::sleepFor(lastWords);
+    }
+    const auto finish = [recorder] { recorder->close(); };
+    co_await inBackground(finish);
+    if (session_ != session) {
+        co_return std::nullopt;
+    }
+    RecordingResult result{.noteID = noteID_,
+                           .folder = folder_,
+                           .tracks = {},
+                           .startedAt = startedAt_,
+                           .duration = target,
+                           .source = source_,
+                           .live = liveSegments(),
+                           .mark = mark_};
+    for (const Speaker speaker : bothSides) {
+        const fs::path file = TrackRecorder::trackFile(folder_, speaker);
+        if (std::ranges::find(sides_, speaker) == sides_.end()) {
+            std::error_code ignored;
+            fs::remove(file, ignored);
+        } else {
+            (speaker == Speaker::you ? result.tracks.you : result.tracks.them) = file;
+        }
+    }
+    release();
+    setState(Session::Idle());
+    co_return result;
+}
+
+void RecordingController::discard() {
+    ++session_;
+    // The mark is held until the folder is gone, so that nobody takes it for a recording that died.
+    const auto mark = mark_;
+    release();
+    std::error_code ignored;
+    fs::remove_all(folder_, ignored);
+    setState(Session::Idle());
+}
+
+void RecordingController::pause() {
+    if (isRecording(state_) && recorder_) {
+        recorder_->pauses().pause(now());
+        Q_EMIT stateChanged();
+    }
+}
+
+void RecordingController::resume() {
+    if (isPaused()) {
+        recorder_->pauses().resume(now());
+        expectedSince_.clear();
+        Q_EMIT stateChanged();
+    }
+}
+
+void RecordingController::loadDemo(double elapsed, std::vector<InkSample> samples, std::vector<Segment> committed,
+                                   std::map<Speaker, std::vector<Segment>> partial, std::string source) {
+    elapsed_ = elapsed;
+    samples_ = std::move(samples);
+    committed_ = std::move(committed);
+    partial_ = std::move(partial);
+    source_ = std::move(source);
+    setState(Session::Recording{
+        currentDate() - std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::duration<double>(elapsed))});
+}
+
+void RecordingController::clearDemo() {
+    reset("Call");
+    setState(Session::Idle());
+}
+
+void RecordingController::setState(SessionState state) {
+    state_ = std::move(state);
+    Q_EMIT stateChanged();
+}
+
+void RecordingController::setWarning(std::optional<std::string> warning) {
+    if (warning_ != warning) {
+        warning_ = std::move(warning);
+        Q_EMIT warningChanged();
+    }
+}
+
+void RecordingController::reset(std::string source) {
+    source_ = std::move(source);
+    elapsed_ = 0;
+    samples_.clear();
+    committed_.clear();
+    partial_.clear();
+    sides_.clear();
+    expectedSince_.clear();
+    setWarning(std::nullopt);
+    Q_EMIT transcriptChanged();
+}
+
+TrackRecorder::Recognizers RecordingController::makeRecognizers(const std::optional<std::string>& locale) {
+    TrackRecorder::Recognizers recognizers;
+    if (!locale) {
+        return recognizers;
+    }
+    for (const Speaker speaker : bothSides) {
+        if (auto recognizer = makeRecognizer(speaker, *locale, onMain(&RecordingController::takePartial),
+                                             onMain(&RecordingController::takeCommitted))) {
+            recognizers[speaker] = std::move(recognizer);
+        }
+    }
+    return recognizers;
+}
+
+LiveRecognizer::Lines RecordingController::onMain(void (RecordingController::*take)(Speaker, std::vector<Segment>)) {
+    return [this, take, session = session_](Speaker speaker, std::vector<Segment> lines) {
+        QMetaObject::invokeMethod(
+            this,
+            [this, take, session, speaker, lines = std::move(lines)] {
+                if (session_ == session && isBusy(state_)) {
+                    (this->*take)(speaker, lines);
+                }
+            },
+            Qt::QueuedConnection);
+    };
+}
+
+void RecordingController::takePartial(Speaker speaker, std::vector<Segment> lines) {
+    partial_[speaker] = std::move(lines);
+    Q_EMIT transcriptChanged();
+}
+
+void RecordingController::takeCommitted(Speaker speaker, std::vector<Segment> lines) {
+    committed_.insert(committed_.end(), lines.begin(), lines.end());
+    partial_[speaker].clear();
+    Q_EMIT transcriptChanged();
+}
+
+void RecordingController::begin(std::vector<Speaker> sides) {
+    sides_ = std::move(sides);
+    checkHealth();
+    setState(Session::Recording{startedAt_});
+    ticker_.start();
+    healthTimer_.start();
+}
+
+void RecordingController::fail(const std::string& message) {
+    if (mark_) {
+        mark_->remove();
+    }
+    release();
+    setState(Session::Failed{message});
+}
+
+void RecordingController::tick() {
+    if (!isRecording(state_)) {
+        return;
+    }
+    elapsed_ = recorder_->pauses().elapsed(now());
+    InkSample sample = recorder_->levels().tick();
+    if (std::ranges::find(sides_, Speaker::you) == sides_.end()) {
+        sample.you = 0;
+    }
+    if (std::ranges::find(sides_, Speaker::them) == sides_.end()) {
+        sample.them = 0;
+    }
+    if (samples_.size() == samplesKept) {
+        samples_.erase(samples_.begin());
+    }
+    samples_.push_back(sample);
+    Q_EMIT ticked();
+}
+
+void RecordingController::checkHealth() {
+    const RecordingHealth health{.sides = sides_,
+                                 .silent = silentSides(),
+                                 .diskSpace = diskSpace(folder_),
+                                 .writeProblem = recorder_->writeProblem()};
+    setWarning(health.warning());
+    if (health.mustStop() && isRecording(state_)) {
+        Q_EMIT mustStop();
+    }
+}
+
+std::vector<Speaker> RecordingController::silentSides() {
+    std::vector<Speaker> silent;
+    const double current = HostClock::now();
+    for (const Speaker side : sides_) {
+        if (!capture_->expects(side) || isPaused()) {
+            expectedSince_.erase(side);
+            continue;
+        }
+        const double since = expectedSince_.try_emplace(side, current).first->second;
+        if (current - std::max(since, recorder_->lastDelivery(side)) > RecordingHealth::silenceAllowed) {
+            silent.push_back(side);
+        }
+    }
+    return silent;
+}
+
+double RecordingController::now() const {
+    return HostClock::now() - hostStart_;
+}
+
+void RecordingController::release() {
+    ticker_.stop();
+    healthTimer_.stop();
+    if (const auto capture = std::exchange(capture_, nullptr)) {
+        capture->stop();
+    }
+    if (const auto recorder = std::exchange(recorder_, nullptr)) {
+        recorder->cancelRecognizers();
+        recorder->close();
+    }
+    mark_.reset();
+}
+
+} // namespace varnic

@@ -1,0 +1,166 @@
+#pragma once
+
+#include "Varnic/Recording/TrackRecorder.h"
+#include "VarnicCore/Audio/CaptureSource.h"
+#include "VarnicCore/Library/RecordingMark.h"
+#include "VarnicCore/Models/Segment.h"
+#include "VarnicCore/Models/Uuid.h"
+#include "VarnicCore/Pipeline/CallProcessor.h"
+#include "VarnicCore/Pipeline/SessionState.h"
+
+#include <QCoro/QCoroTask>
+#include <QObject>
+#include <QTimer>
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace varnic {
+
+/// What a recording left behind.
+struct RecordingResult {
+    Uuid noteID;
+    std::filesystem::path folder;
+    CallTracks tracks;
+    Date startedAt;
+    /// Seconds, the length of both tracks.
+    double duration = 0;
+    std::string source;
+    /// The live transcript, unfinished lines included.
+    std::vector<Segment> live;
+    /// Tells the folder from one whose recording died. To be removed once the call is filed.
+    std::shared_ptr<RecordingMarkFile> mark;
+};
+
+/// Runs one recording from the first sound to the closed files, and shows how it fares. It knows nothing of notes but
+/// an id. Main thread.
+class RecordingController : public QObject {
+    Q_OBJECT
+
+public:
+    using MakeRecognizer = std::function<std::unique_ptr<LiveRecognizer>(
+        Speaker speaker, const std::string& locale, LiveRecognizer::Lines onPartial, LiveRecognizer::Lines onCommit)>;
+
+    /// The display moves 20 times a second and remembers a minute.
+    static constexpr std::size_t samplesKept = 1200;
+
+    explicit RecordingController(QObject* parent = nullptr);
+    RecordingController(const RecordingController&) = delete;
+    RecordingController& operator=(const RecordingController&) = delete;
+    ~RecordingController() override;
+
+    /// Makes a side's live recogniser, or nothing where the machine can't; the speech models of this machine unless
+    /// replaced.
+    MakeRecognizer makeRecognizer;
+    /// Bytes left on the disk of a folder, if known; the file system's word unless replaced.
+    std::function<std::optional<std::uintmax_t>(const std::filesystem::path&)> diskSpace;
+
+    [[nodiscard]] const SessionState& state() const { return state_; }
+
+    /// Seconds of recorded sound.
+    [[nodiscard]] double elapsed() const { return elapsed_; }
+
+    /// How loud it was, 20 a second, oldest first.
+    [[nodiscard]] const std::vector<InkSample>& samples() const { return samples_; }
+
+    /// Final lines of the live transcript.
+    [[nodiscard]] const std::vector<Segment>& committed() const { return committed_; }
+
+    /// Unfinished lines of each side.
+    [[nodiscard]] const std::map<Speaker, std::vector<Segment>>& partial() const { return partial_; }
+
+    /// The sides that really record.
+    [[nodiscard]] const std::vector<Speaker>& sides() const { return sides_; }
+
+    [[nodiscard]] const std::string& source() const { return source_; }
+
+    /// What the user should know about the recording as it runs.
+    [[nodiscard]] const std::optional<std::string>& warning() const { return warning_; }
+
+    [[nodiscard]] const Uuid& noteID() const { return noteID_; }
+
+    [[nodiscard]] Date startedAt() const { return startedAt_; }
+
+    [[nodiscard]] bool isPaused() const;
+
+    /// All lines, final or not, by their start.
+    [[nodiscard]] std::vector<Segment> liveSegments() const;
+
+    /// Returns when sound comes in; at once while another recording runs. `liveLocale` asks for a live transcript.
+    /// Throws CaptureError, AudioError or std::filesystem::filesystem_error, and then `state` tells the failure too.
+    QCoro::Task<> start(Uuid noteID, std::filesystem::path folder, std::shared_ptr<CaptureSource> capture,
+                        std::optional<std::string> liveLocale, std::string source);
+
+    /// Ends the recording and closes its files; nothing when none was running.
+    QCoro::Task<std::optional<RecordingResult>> stop();
+
+    /// Ends the recording and removes its folder.
+    void discard();
+
+    /// From here on nothing is recorded, and `elapsed` stands still.
+    void pause();
+    void resume();
+
+    /// Shows a recording that isn't one.
+    void loadDemo(double elapsed, std::vector<InkSample> samples, std::vector<Segment> committed,
+                  std::map<Speaker, std::vector<Segment>> partial, std::string source);
+    void clearDemo();
+
+Q_SIGNALS:
+    void stateChanged();
+    /// 20 times a second while recording: `elapsed` and `samples` have changed.
+    void ticked();
+    void transcriptChanged();
+    void warningChanged();
+    /// The disk is full: whoever holds the recording should stop it now.
+    void mustStop();
+
+private:
+    struct Pieces;
+
+    void setState(SessionState state);
+    void setWarning(std::optional<std::string> warning);
+    void reset(std::string source);
+    TrackRecorder::Recognizers makeRecognizers(const std::optional<std::string>& locale);
+    LiveRecognizer::Lines onMain(void (RecordingController::*take)(Speaker, std::vector<Segment>));
+    void takePartial(Speaker speaker, std::vector<Segment> lines);
+    void takeCommitted(Speaker speaker, std::vector<Segment> lines);
+    void begin(std::vector<Speaker> sides);
+    void fail(const std::string& message);
+    void tick();
+    void checkHealth();
+    std::vector<Speaker> silentSides();
+    [[nodiscard]] double now() const;
+    void release();
+
+    SessionState state_;
+    double elapsed_ = 0;
+    std::vector<InkSample> samples_;
+    std::vector<Segment> committed_;
+    std::map<Speaker, std::vector<Segment>> partial_;
+    std::vector<Speaker> sides_;
+    std::string source_ = "Call";
+    std::optional<std::string> warning_;
+
+    Uuid noteID_;
+    Date startedAt_;
+    std::filesystem::path folder_;
+    /// Time zero on the HostClock.
+    double hostStart_ = 0;
+    /// Counts recordings, so that what comes late from an earlier one is told apart.
+    int session_ = 0;
+    std::shared_ptr<CaptureSource> capture_;
+    std::shared_ptr<TrackRecorder> recorder_;
+    std::shared_ptr<RecordingMarkFile> mark_;
+    /// Since when a side has been expected to deliver, in seconds since time zero.
+    std::map<Speaker, double> expectedSince_;
+    QTimer ticker_;
+    QTimer healthTimer_;
+};
+
+} // namespace varnic

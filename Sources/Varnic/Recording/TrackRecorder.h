@@ -1,0 +1,78 @@
+#pragma once
+
+#include "Varnic/Recording/LevelBox.h"
+#include "Varnic/Recording/PauseClock.h"
+#include "Varnic/SerialQueue.h"
+#include "VarnicCore/Audio/PcmBuffer.h"
+#include "VarnicCore/Audio/TrackWriter.h"
+#include "VarnicPlatform/Speech/LiveRecognizer.h"
+
+#include <array>
+#include <atomic>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace varnic {
+
+/// The part of a recording that runs beside the main thread: each side's sound on its way into its track, into the
+/// eye's levels and into the live recogniser. All writing of both sides happens in order of delivery on one queue of
+/// its own.
+class TrackRecorder {
+public:
+    using Recognizers = std::map<Speaker, std::unique_ptr<LiveRecognizer>>;
+
+    /// Makes the files "you.m4a" and "them.m4a" in the folder. Throws AudioError.
+    TrackRecorder(const std::filesystem::path& folder, Recognizers recognizers);
+
+    static std::filesystem::path trackFile(const std::filesystem::path& folder, Speaker speaker);
+
+    /// Takes a piece of sound of `at` seconds since time zero. Any thread, at once.
+    void deliver(Speaker speaker, PcmBuffer buffer, double at);
+
+    [[nodiscard]] LevelBox& levels() { return levels_; }
+
+    [[nodiscard]] PauseClock& pauses() { return pauses_; }
+
+    /// When sound of this side last came in, on the HostClock; 0 before the first.
+    [[nodiscard]] double lastDelivery(Speaker speaker) const { return lastDelivery_[index(speaker)]; }
+
+    /// Why the last piece of sound could not be written; nothing while all is well. Any thread.
+    [[nodiscard]] std::optional<std::string> writeProblem() const;
+
+    /// Seconds of the longer track, with all that has been delivered. Waits for the queue.
+    [[nodiscard]] double longest();
+
+    /// Brings both tracks to this length, in seconds, at the least. Waits for the queue.
+    void pad(double target);
+
+    [[nodiscard]] bool hasRecognizers() const { return !recognizers_.empty(); }
+
+    /// Lets the recognisers come to their last words.
+    void endAudio();
+    /// Ends the recognisers; none of them calls back any more.
+    void cancelRecognizers();
+
+    /// Closes the files. Nothing may be delivered any more.
+    void close();
+
+private:
+    static std::size_t index(Speaker speaker) { return speaker == Speaker::you ? 0 : 1; }
+
+    void write(Speaker speaker, const PcmBuffer& buffer, double at);
+    void note(std::optional<std::string> problem);
+
+    LevelBox levels_;
+    PauseClock pauses_;
+    std::array<std::atomic<double>, 2> lastDelivery_{};
+    mutable std::mutex problemLock_;
+    std::optional<std::string> problem_;
+    std::map<Speaker, std::unique_ptr<TrackWriter>> writers_;
+    Recognizers recognizers_;
+    /// Last, so that its work ends before what it works on.
+    SerialQueue queue_;
+};
+
+} // namespace varnic

@@ -1,0 +1,231 @@
+#include "Varnic/Recording/RecordingController.h"
+
+#include "Varnic/EventLoop.h"
+#include "Varnic/HandCapture.h"
+#include "VarnicCore/Audio/AudioFiles.h"
+#include "VarnicCore/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+namespace varnic {
+namespace {
+
+namespace fs = std::filesystem;
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+/// An engine whose results the test gives.
+class ScriptedEngine {
+public:
+    RecordingController::MakeRecognizer factory() {
+        return [this](Speaker speaker, const std::string&, LiveRecognizer::Lines onPartial,
+                      LiveRecognizer::Lines onCommit) {
+            partial[speaker] = onPartial;
+            commit[speaker] = onCommit;
+            return std::make_unique<LiveRecognizer>(
+                speaker, [](const SpeechRequest::OnResult&) { return std::make_unique<Deaf>(); }, onPartial, onCommit);
+        };
+    }
+
+    std::map<Speaker, LiveRecognizer::Lines> partial;
+    std::map<Speaker, LiveRecognizer::Lines> commit;
+
+private:
+    class Deaf final : public SpeechRequest {
+        void append(const PcmBuffer& /*buffer*/) override {}
+
+        void skip(double /*seconds*/) override {}
+
+        void endAudio() override {}
+
+        void cancel() override {}
+    };
+};
+
+class RecordingControllerTests : public testing::Test {
+protected:
+    void start(const std::shared_ptr<CaptureSource>& capture, const std::optional<std::string>& locale = std::nullopt) {
+        // QCoro::waitFor does not come back from a coroutine that throws.
+        std::exception_ptr failure;
+        const auto run = [&]() -> QCoro::Task<> {
+            try {
+                auto task = controller.start(Uuid::random(), folder, capture, locale, "Call");
+                co_await task;
+            } catch (...) {
+                failure = std::current_exception();
+            }
+        };
+        QCoro::waitFor(run());
+        if (failure) {
+            std::rethrow_exception(failure);
+        }
+    }
+
+    std::optional<RecordingResult> stop() { return QCoro::waitFor(controller.stop()); }
+
+    static Segment line(Speaker speaker, double start, std::string text) {
+        return Segment(speaker, start, start + 1, std::move(text));
+    }
+
+    TemporaryFolder temporary;
+    fs::path folder = temporary.path() / "audio" / "call";
+    RecordingController controller;
+};
+
+TEST_F(RecordingControllerTests, stop_oneSideSpeaksInTheMiddle_bothTracksAreAlignedAndOfOneLength) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+    start(capture);
+    EXPECT_TRUE(fs::exists(folder / "recording.json"));
+    capture->play(Speaker::you, 0, 10);
+    capture->play(Speaker::them, 4, 2);
+    const auto result = stop();
+
+    ASSERT_TRUE(result);
+    EXPECT_EQ(controller.state(), SessionState(Session::Idle()));
+    EXPECT_TRUE(capture->isStopped);
+    EXPECT_NEAR(result->duration, 10, 0.001);
+    EXPECT_NEAR(AudioFiles::duration(*result->tracks.you), 10, 0.001);
+    EXPECT_NEAR(AudioFiles::duration(*result->tracks.them), 10, 0.001);
+    const std::vector<float> levels = AudioFiles::frameLevels(*result->tracks.them, 0.5);
+    for (std::size_t i = 0; i < levels.size(); ++i) {
+        EXPECT_EQ(levels[i] > -20, i >= 8 && i < 12) << i;
+    }
+    EXPECT_TRUE(fs::exists(folder / "recording.json")) << "until the call is filed";
+}
+
+TEST_F(RecordingControllerTests, start_microphoneOnly_recordsOneSideAndSaysSo) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you});
+    start(capture);
+    EXPECT_EQ(controller.warning(), "Recording your side only — their side needs Screen Recording.");
+    capture->play(Speaker::you, 0, 1);
+    ASSERT_TRUE(waitUntil([&] { return !controller.samples().empty() && controller.samples().back().you > 0.5F; }));
+    EXPECT_EQ(controller.samples().back().them, 0);
+    const auto result = stop();
+
+    ASSERT_TRUE(result);
+    EXPECT_THAT(result->tracks.speakers(), ElementsAre(Speaker::you));
+    EXPECT_FALSE(fs::exists(folder / "them.m4a"));
+}
+
+TEST_F(RecordingControllerTests, start_whatCannotBeOpened_failsAndCanBeTriedAgain) {
+    const auto capture = std::make_shared<HandCapture>(std::vector<Speaker>{});
+    capture->failure = CaptureError::micFailed("no input device");
+    EXPECT_THROW(start(capture), CaptureError);
+    EXPECT_EQ(controller.state(), SessionState(Session::Failed{"The microphone couldn’t start: no input device"}));
+    EXPECT_FALSE(fs::exists(folder / "recording.json"));
+
+    folder = "/proc/none";
+    EXPECT_THROW(start(std::make_shared<HandCapture>(std::vector{Speaker::you})), std::exception);
+
+    folder = temporary.path() / "again";
+    start(std::make_shared<HandCapture>(std::vector{Speaker::you}));
+    EXPECT_TRUE(isRecording(controller.state()));
+}
+
+TEST_F(RecordingControllerTests, start_whileRecording_doesNothing) {
+    start(std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them}));
+    const Uuid id = controller.noteID();
+    const auto second = std::make_shared<HandCapture>(std::vector{Speaker::you});
+    second->failure = CaptureError::nothingToRecord();
+    start(second);
+    EXPECT_EQ(controller.noteID(), id);
+    EXPECT_THAT(controller.sides(), SizeIs(2));
+}
+
+TEST_F(RecordingControllerTests, stop_nothingRuns_givesNothing) {
+    EXPECT_FALSE(stop());
+}
+
+TEST_F(RecordingControllerTests, discard_leavesNothing) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+    start(capture);
+    capture->play(Speaker::you, 0, 1);
+    controller.discard();
+    EXPECT_EQ(controller.state(), SessionState(Session::Idle()));
+    EXPECT_FALSE(fs::exists(folder));
+
+    auto starting = controller.start(Uuid::random(), folder, capture, std::nullopt, "Call");
+    capture->isStopped = false;
+    controller.discard();
+    QCoro::waitFor(starting);
+    EXPECT_TRUE(capture->isStopped);
+    EXPECT_EQ(controller.state(), SessionState(Session::Idle()));
+    EXPECT_FALSE(fs::exists(folder));
+}
+
+TEST_F(RecordingControllerTests, liveLines_comeAndGo_showAsOneTranscript) {
+    ScriptedEngine engine;
+    controller.makeRecognizer = engine.factory();
+    start(std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them}), "en-US");
+    engine.partial[Speaker::them](Speaker::them, {line(Speaker::them, 2, "Hel")});
+    engine.partial[Speaker::them](Speaker::them, {line(Speaker::them, 2, "Hello")});
+    engine.commit[Speaker::you](Speaker::you, {line(Speaker::you, 3, "Hi.")});
+    engine.partial[Speaker::you](Speaker::you, {line(Speaker::you, 1, "Well")});
+    ASSERT_TRUE(waitUntil([&] { return controller.liveSegments().size() == 3; }));
+    const auto lines = controller.liveSegments();
+    EXPECT_THAT((std::vector{lines[0].text, lines[1].text, lines[2].text}), ElementsAre("Well", "Hello", "Hi."));
+
+    engine.commit[Speaker::you](Speaker::you, {line(Speaker::you, 1, "Well then.")});
+    ASSERT_TRUE(waitUntil([&] { return controller.committed().size() == 2; }));
+    EXPECT_THAT(controller.partial().at(Speaker::you), IsEmpty());
+
+    const auto late = engine.commit[Speaker::you];
+    EXPECT_THAT(stop()->live, SizeIs(3));
+    start(std::make_shared<HandCapture>(std::vector{Speaker::you}));
+    late(Speaker::you, {line(Speaker::you, 9, "of another call")});
+    QCoreApplication::processEvents();
+    EXPECT_THAT(controller.liveSegments(), IsEmpty());
+}
+
+TEST_F(RecordingControllerTests, pause_soundInBetween_isNotRecorded) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you});
+    start(capture);
+    controller.pause();
+    EXPECT_TRUE(controller.isPaused());
+    const double paused = HostClock::now();
+    capture->play(Speaker::you, 50, 3);
+    controller.resume();
+    const double pause = HostClock::now() - paused;
+    capture->play(Speaker::you, 60, 1);
+    const auto result = stop();
+    EXPECT_NEAR(result->duration, 61 - pause, 0.05);
+    const std::vector<float> levels = AudioFiles::frameLevels(*result->tracks.you, 1);
+    EXPECT_LT(levels.at(51), -60);
+    EXPECT_GT(levels.at(60), -20);
+}
+
+TEST_F(RecordingControllerTests, health_diskFills_warnsAndAsksToBeStopped) {
+    std::uintmax_t space = 400'000'000;
+    controller.diskSpace = [&space](const fs::path&) { return space; };
+    bool mustStop = false;
+    QObject::connect(&controller, &RecordingController::mustStop, [&mustStop] { mustStop = true; });
+    start(std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them}));
+    EXPECT_EQ(controller.warning(), "The disk is almost full — 400 MB left.");
+    EXPECT_FALSE(mustStop);
+    space = 90'000'000;
+    EXPECT_TRUE(waitUntil([&] { return mustStop; }));
+}
+
+TEST_F(RecordingControllerTests, health_expectedSideDeliversNothing_warnsUntilSoundReturns) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+    start(capture);
+    EXPECT_FALSE(controller.warning());
+    capture->expected = {Speaker::you};
+    ASSERT_TRUE(waitUntil([&] { return controller.warning().has_value(); }));
+    EXPECT_EQ(controller.warning(), "The microphone has gone silent.");
+    capture->play(Speaker::you, 6, 1);
+    EXPECT_TRUE(waitUntil([&] { return !controller.warning(); }));
+}
+
+TEST_F(RecordingControllerTests, samples_longRecording_keepTheLastMinute) {
+    std::vector<InkSample> minute(RecordingController::samplesKept, InkSample{1, 1});
+    start(std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them}));
+    controller.loadDemo(60, minute, {}, {}, "Call");
+    ASSERT_TRUE(waitUntil([&] { return controller.samples().back() == InkSample{}; }));
+    EXPECT_THAT(controller.samples(), SizeIs(RecordingController::samplesKept));
+}
+
+} // namespace
+} // namespace varnic
