@@ -26,10 +26,10 @@ Note makeNote(const Recording& recording, const FilingOptions& options) {
     const CallProcessor processor(
         std::make_shared<SpeechTranscriber>(options.language, SpeechModels::dataDirectories()),
         std::make_shared<ExtractiveSummariser>());
-    Terminal::ProgressBar bar;
+    Terminal::StatusLine line;
     std::stop_source stop;
     const auto progress = [&](ProcessingStage stage) {
-        bar.show(stage);
+        line.show(Terminal::bar(stage));
         if (Interruption::happened()) {
             stop.request_stop();
         }

@@ -16,12 +16,6 @@ std::string styled(std::string_view text, int code, std::FILE* stream) {
     return isStyled(stream) ? fmt::format("\033[{}m{}\033[0m", code, text) : std::string(text);
 }
 
-std::string draw(ProcessingStage stage) {
-    const double part = stage.kind == ProcessingStage::Kind::transcribing ? stage.fraction : 1;
-    const auto full = static_cast<std::size_t>(part * static_cast<double>(barWidth));
-    return fmt::format("[{}{}] {}", std::string(full, '#'), std::string(barWidth - full, '.'), stage.label());
-}
-
 } // namespace
 
 bool isStyled(std::FILE* stream) {
@@ -36,24 +30,31 @@ std::string faint(std::string_view text, std::FILE* stream) {
     return styled(text, 2, stream);
 }
 
-ProgressBar::ProgressBar() : isTerminal_(isatty(STDERR_FILENO) == 1) {}
+StatusLine::StatusLine() : isTerminal_(isatty(STDERR_FILENO) == 1) {}
 
-ProgressBar::~ProgressBar() {
-    if (!drawn_.empty()) {
-        fmt::print(stderr, "{}", eraseLine);
-    }
-}
-
-void ProgressBar::show(ProcessingStage stage) {
+void StatusLine::show(const std::string& text) {
     if (!isTerminal_) {
         return;
     }
-    const std::string bar = draw(stage);
     const std::lock_guard guard(lock_);
-    if (bar != drawn_) {
-        fmt::print(stderr, "{}{}", eraseLine, bar);
-        drawn_ = bar;
+    if (text != drawn_) {
+        fmt::print(stderr, "{}{}", eraseLine, text);
+        drawn_ = text;
     }
+}
+
+void StatusLine::clear() {
+    const std::lock_guard guard(lock_);
+    if (!drawn_.empty()) {
+        fmt::print(stderr, "{}", eraseLine);
+        drawn_.clear();
+    }
+}
+
+std::string bar(ProcessingStage stage) {
+    const double part = stage.kind == ProcessingStage::Kind::transcribing ? stage.fraction : 1;
+    const auto full = static_cast<std::size_t>(part * static_cast<double>(barWidth));
+    return fmt::format("[{}{}] {}", std::string(full, '#'), std::string(barWidth - full, '.'), stage.label());
 }
 
 } // namespace varnic::cli::Terminal

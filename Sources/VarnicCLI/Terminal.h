@@ -19,21 +19,27 @@ std::string bold(std::string_view text, std::FILE* stream = stdout);
 /// The text in a fainter tone where the stream is a terminal, else as it is.
 std::string faint(std::string_view text, std::FILE* stream = stdout);
 
-/// A bar on standard error that is drawn over itself and removed at the end; silent where that is no terminal.
-class ProgressBar {
+/// A line on standard error that is drawn over itself and removed at the end; silent where that is no terminal. Any
+/// thread.
+class StatusLine {
 public:
-    ProgressBar();
-    ProgressBar(const ProgressBar&) = delete;
-    ProgressBar& operator=(const ProgressBar&) = delete;
-    ~ProgressBar();
+    StatusLine();
+    StatusLine(const StatusLine&) = delete;
+    StatusLine& operator=(const StatusLine&) = delete;
+    ~StatusLine() { clear(); }
 
-    /// Any thread.
-    void show(ProcessingStage stage);
+    void show(const std::string& text);
+
+    /// Makes room for other output.
+    void clear();
 
 private:
     std::mutex lock_;
     bool isTerminal_;
     std::string drawn_;
 };
+
+/// How far a call is, as a bar and a text.
+std::string bar(ProcessingStage stage);
 
 } // namespace varnic::cli::Terminal
