@@ -25,6 +25,14 @@ const std::vector<Command>& commands() {
           {"language", true},
           {"json", false}},
          transcribe},
+        {"devices",
+         "[--json]",
+         "tell what would be recorded and what is missing",
+         R"(
+  --json  print an object with microphone, output, playing, missing
+)",
+         {{"json", false}},
+         devices},
         {"list",
          "[--json]",
          "list the notes of the library, newest first",

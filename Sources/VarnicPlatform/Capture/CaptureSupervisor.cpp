@@ -153,7 +153,7 @@ void CaptureSupervisor::tendMicrophone(double now) {
         }
         return;
     }
-    const bool isInPlace = microphone_ && microphone_->source() == source->id && !microphone_->hasFailed();
+    const bool isInPlace = microphone_ && microphone_->source() == source->id;
     const bool isSilent = isInPlace && microphoneWatchdog_.barks(now, microphoneRing_.lastPush());
     if (isSilent) {
         addProblem("The microphone stopped delivering sound.");
@@ -164,12 +164,12 @@ void CaptureSupervisor::tendMicrophone(double now) {
 }
 
 void CaptureSupervisor::tendPrograms(double now) {
-    const bool isInPlace = programs_ && !programs_->hasFailed();
-    const bool isSilent = isInPlace && programs_->isPlaying() && programsWatchdog_.barks(now, programsRing_.lastPush());
+    const bool isSilent = programs_ && (programs_->isPlaying() || programs_->hasFailed()) &&
+                          programsWatchdog_.barks(now, programsRing_.lastPush());
     if (isSilent) {
         addProblem("The Mac’s sound stopped coming in.");
     }
-    if (!isInPlace || isSilent) {
+    if (!programs_ || isSilent) {
         makePrograms(now);
     }
 }

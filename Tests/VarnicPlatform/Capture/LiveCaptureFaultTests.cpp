@@ -78,7 +78,7 @@ TEST_P(LiveCaptureKills, serverEnds_startedAgain_bothSidesReturn) {
     ASSERT_TRUE(comesToReport(connectionLost));
     EXPECT_TRUE(recorder_.capture.expects(Speaker::you));
     EXPECT_TRUE(recorder_.capture.expects(Speaker::them));
-    // The session manager and the PulseAudio server lose their connection too.
+    // The session manager loses its connection too.
     run("kill wireplumber KILL");
     run("start pipewire");
     run("start wireplumber");

@@ -159,6 +159,10 @@ struct Layout {
     int rate;
 };
 
+void PrintTo(const Layout& layout, std::ostream* out) {
+    *out << layout.name;
+}
+
 class LiveCaptureLayouts : public LiveCaptureTest, public testing::WithParamInterface<Layout> {};
 
 TEST_P(LiveCaptureLayouts, start_player_everyChannelIsHeard) {

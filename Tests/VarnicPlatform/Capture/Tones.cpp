@@ -37,7 +37,7 @@ std::vector<float> sweep(int rate) {
     std::vector<float> samples(static_cast<std::size_t>(length * rate));
     for (std::size_t i = 0; i < samples.size(); ++i) {
         const double time = static_cast<double>(i) / rate;
-        samples[i] = static_cast<float>(loudness * std::sin(turn * (500 * time + 5500 * time * time / (2 * length))));
+        samples[i] = static_cast<float>(loudness * std::sin(turn * (500 * time + 2000 * time * time / (2 * length))));
     }
     return samples;
 }
@@ -75,17 +75,27 @@ double amplitude(std::span<const float> samples, double frequency) {
 }
 
 std::size_t find(std::span<const float> pattern, std::span<const float> samples) {
+    constexpr std::size_t stride = 4;
+    const auto thinned = [](std::span<const float> row) {
+        std::vector<float> thin;
+        for (std::size_t i = 0; i < row.size(); i += stride) {
+            thin.push_back(row[i]);
+        }
+        return thin;
+    };
+    const std::vector<float> needle = thinned(pattern);
+    const std::vector<float> hay = thinned(samples);
     std::size_t best = 0;
     float most = 0;
-    for (std::size_t at = 0; at + pattern.size() <= samples.size(); ++at) {
-        const float fit =
-            std::inner_product(pattern.begin(), pattern.end(), samples.begin() + static_cast<long>(at), 0.0F);
+    for (std::size_t at = 0; at + needle.size() <= hay.size(); ++at) {
+        const float* place = hay.data() + at;
+        const float fit = std::inner_product(needle.begin(), needle.end(), place, 0.0F);
         if (fit > most) {
             most = fit;
             best = at;
         }
     }
-    return best;
+    return best * stride;
 }
 
 } // namespace varnic::Tones

@@ -16,7 +16,7 @@ inline constexpr double loudness = 0.25;
 /// A sine of so many seconds for each frequency, a row each; 0 Hz is silence.
 std::vector<std::vector<float>> sines(const std::vector<double>& frequencies, double seconds, int rate = 48'000);
 
-/// A fifth of a second that sweeps from 500 to 6000 Hz: it has one place only where it fits.
+/// A fifth of a second that sweeps from 500 to 2500 Hz: it has one place only where it fits.
 std::vector<float> sweep(int rate = 48'000);
 
 /// Writes rows as 16-bit WAV.
@@ -25,7 +25,7 @@ void write(const std::filesystem::path& file, const std::vector<std::vector<floa
 /// How loud the sine is in the samples, which are at 48,000 Hz.
 double amplitude(std::span<const float> samples, double frequency);
 
-/// Where the pattern fits best.
+/// Where the pattern, of less than 6000 Hz, fits best; to a tenth of a millisecond.
 std::size_t find(std::span<const float> pattern, std::span<const float> samples);
 
 } // namespace Tones
