@@ -30,6 +30,7 @@ const std::vector<Command>& commands();
 
 ExitCode transcribe(const Arguments& arguments);
 ExitCode recover(const Arguments& arguments);
+ExitCode devices(const Arguments& arguments);
 ExitCode list(const Arguments& arguments);
 ExitCode show(const Arguments& arguments);
 ExitCode digest(const Arguments& arguments);

@@ -38,6 +38,14 @@ the notes. Recordings that are still running are left alone.
 )",
          {{"your-name", true}, {"their-name", true}, {"language", true}, {"json", false}},
          recover},
+        {"devices",
+         "[--json]",
+         "tell what would be recorded and what is missing",
+         R"(
+  --json  print an object with microphone, output, playing, missing
+)",
+         {{"json", false}},
+         devices},
         {"list",
          "[--json]",
          "list the notes of the library, newest first",

@@ -15,6 +15,9 @@ from pathlib import Path
 
 PROGRAM, FIXTURES, RECORDINGS = sys.argv[1:4]
 del sys.argv[1:4]
+sys.path.insert(0, FIXTURES)
+
+from sound_system import SoundSystem  # noqa: E402
 
 
 def words(text: str) -> list[str]:
@@ -198,6 +201,33 @@ class Tools(CommandLine):
         self.assertEqual(self.run_cli("import", self.folder / "missing.md").returncode, 1)
         self.assertEqual(self.run_cli("export", "0000").returncode, 1)
         self.assertEqual(self.run_cli("export", "0000", "--format", "pdf").returncode, 2)
+
+
+class Devices(CommandLine):
+    def devices(self, environment, *args):
+        environment = {name: value for name, value in (os.environ | environment).items() if value}
+        return subprocess.run([PROGRAM, "devices", *args], capture_output=True, text=True, env=environment)
+
+    def test_a_sound_system_is_described(self):
+        with SoundSystem(pulse=False) as sound:
+            run = self.devices(sound.environment, "--json")
+            self.assertEqual(run.returncode, 0, run.stderr)
+            self.assertEqual(json.loads(run.stdout), {"microphone": "Virtual test-mic", "output": "Virtual test-sink",
+                                                      "playing": [], "missing": []})
+            self.assertIn("Virtual test-mic", self.devices(sound.environment).stdout)
+
+    def test_a_missing_microphone_is_told(self):
+        with SoundSystem(pulse=False, source=False) as sound:
+            run = self.devices(sound.environment)
+            self.assertEqual(run.returncode, 0, run.stderr)
+            self.assertIn("no microphone", run.stdout)
+
+    def test_no_sound_system_is_told(self):
+        run = self.devices({"XDG_RUNTIME_DIR": str(self.folder), "PIPEWIRE_REMOTE": ""})
+        self.assertEqual((run.returncode, run.stdout), (1, ""))
+        self.assertIn("PipeWire, isn’t running", run.stderr)
+        run = self.devices({"XDG_RUNTIME_DIR": str(self.folder), "PIPEWIRE_REMOTE": ""}, "--json")
+        self.assertEqual(len(json.loads(run.stdout)["missing"]), 1)
 
 
 class BadInput(CommandLine):

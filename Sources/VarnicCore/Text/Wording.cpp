@@ -14,9 +14,11 @@ struct Phrase {
 
 /// Longer phrases stand before those that they contain.
 constexpr std::array phrases{
-    Phrase{"this Mac", "this computer"}, Phrase{"my Mac", "my computer"},       Phrase{"your Mac", "your computer"},
-    Phrase{"the Mac", "the computer"},   Phrase{"Keychain", "key ring"},        Phrase{"keychain", "key ring"},
-    Phrase{"Finder", "Files"},           Phrase{"System Settings", "Settings"}, Phrase{"macOS", "Linux"},
+    Phrase{"this Mac", "this computer"},   Phrase{"my Mac", "my computer"},
+    Phrase{"your Mac", "your computer"},   Phrase{"The Mac", "The computer"},
+    Phrase{"the Mac", "the computer"},     Phrase{"Keychain", "key ring"},
+    Phrase{"keychain", "key ring"},        Phrase{"Finder", "Files"},
+    Phrase{"System Settings", "Settings"}, Phrase{"macOS", "Linux"},
 };
 
 } // namespace

@@ -1,0 +1,65 @@
+#include "VarnicCLI/Command.h"
+#include "VarnicCLI/Terminal.h"
+#include "VarnicCore/Library/NoteJson.h"
+#include "VarnicPlatform/Capture/SoundSurvey.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <nlohmann/json.hpp>
+
+namespace varnic::cli {
+
+namespace {
+
+/// What keeps sides of a call from being recorded, a sentence each.
+std::vector<std::string> missing(const SoundSurvey& survey) {
+    if (!survey.isReachable) {
+        return {"The sound system, PipeWire, isn’t running: nothing can be recorded."};
+    }
+    if (!survey.hasSound) {
+        return {"PipeWire is running, but has no sound devices: nothing can be recorded. If PulseAudio runs the sound, "
+                "install pipewire-pulse in its place."};
+    }
+    std::vector<std::string> sentences;
+    if (!survey.microphone) {
+        sentences.emplace_back("There is no microphone: your side can’t be recorded.");
+    }
+    if (!survey.output) {
+        sentences.emplace_back("There is no sound output: the other side can’t be heard or recorded.");
+    }
+    return sentences;
+}
+
+nlohmann::json orNull(const std::optional<std::string>& text) {
+    return text ? nlohmann::json(*text) : nlohmann::json();
+}
+
+} // namespace
+
+ExitCode devices(const Arguments& arguments) {
+    arguments.expectNoWords();
+    const SoundSurvey survey = SoundSurvey::take();
+    const std::vector<std::string> sentences = missing(survey);
+    const ExitCode code = survey.microphone || survey.output ? ExitCode::success : ExitCode::failure;
+    if (arguments.has("json")) {
+        fmt::print("{}\n", jsonText({{"microphone", orNull(survey.microphone)},
+                                     {"output", orNull(survey.output)},
+                                     {"playing", survey.playing},
+                                     {"missing", sentences}}));
+        return code;
+    }
+    if (survey.microphone) {
+        fmt::print("{}   {}\n", Terminal::bold("Microphone"), *survey.microphone);
+    }
+    if (survey.output) {
+        fmt::print("{}       {}\n", Terminal::bold("Output"), *survey.output);
+        fmt::print("{}  {}\n", Terminal::bold("Playing now"),
+                   survey.playing.empty() ? "nothing" : fmt::format("{}", fmt::join(survey.playing, ", ")));
+    }
+    for (const std::string& sentence : sentences) {
+        fmt::print(code == ExitCode::success ? stdout : stderr, "{}\n", sentence);
+    }
+    return code;
+}
+
+} // namespace varnic::cli

@@ -1,0 +1,187 @@
+#include "VarnicPlatform/Capture/CaptureSupervisor.h"
+
+#include "VarnicCore/Audio/CaptureError.h"
+#include "VarnicCore/Audio/CaptureSource.h"
+
+#include <algorithm>
+
+namespace varnic {
+
+namespace {
+
+/// Seconds. A headset that changes to its telephone profile takes a few to open.
+constexpr double openingTime = 6;
+constexpr double answerTime = 3;
+constexpr double tick = 0.1;
+constexpr double shortestRetry = 0.1;
+constexpr double longestRetry = 3;
+
+} // namespace
+
+bool Watchdog::barks(double now, double lastPush) {
+    if (lastPush > since_) {
+        patience_ = shortest;
+    }
+    if (now - std::max(since_, lastPush) < patience_) {
+        return false;
+    }
+    patience_ = std::min(patience_ * 2, longest);
+    return true;
+}
+
+CaptureSupervisor::CaptureSupervisor(FrameRing& microphoneRing, FrameRing& programsRing)
+    : microphoneRing_(microphoneRing), programsRing_(programsRing), connection_([this] { onChange(); }) {}
+
+bool CaptureSupervisor::connect() {
+    const SoundConnection::Lock lock(connection_);
+    return connection_.open() && connection_.settle(answerTime);
+}
+
+void CaptureSupervisor::openMicrophone() {
+    const SoundConnection::Lock lock(connection_);
+    const SoundNode* source = connection_.graph().microphone();
+    if (source == nullptr) {
+        throw CaptureError::micFailed("no input device");
+    }
+    const std::string name = source->description.empty() ? source->name : source->description;
+    makeMicrophone(*source, HostClock::now());
+    const auto hasCome = [this] { return microphoneRing_.lastPush() > 0; };
+    const auto isDecided = [&] { return hasCome() || microphone_->hasFailed() || connection_.isLost(); };
+    if (!connection_.waitFor(isDecided, openingTime) || !hasCome()) {
+        microphone_.reset();
+        throw CaptureError::micFailed("no sound comes from “" + name + "”");
+    }
+    wantsMicrophone_ = true;
+}
+
+void CaptureSupervisor::openPrograms() {
+    const SoundConnection::Lock lock(connection_);
+    if (!connection_.graph().hasSound()) {
+        throw CaptureError::systemAudioFailed(
+            "PipeWire is running, but has no sound devices. Does PulseAudio run the sound?");
+    }
+    makePrograms(HostClock::now());
+    const auto isDecided = [this] { return programs_->isReady() || programs_->hasFailed() || connection_.isLost(); };
+    if (!connection_.waitFor(isDecided, openingTime) || !programs_->isReady()) {
+        programs_.reset();
+        throw CaptureError::systemAudioFailed("PipeWire refused the connection.");
+    }
+    wantsPrograms_ = true;
+    onChange();
+}
+
+void CaptureSupervisor::watch() {
+    const SoundConnection::Lock lock(connection_);
+    connection_.every(tick, [this] { tend(); });
+}
+
+void CaptureSupervisor::close() {
+    const SoundConnection::Lock lock(connection_);
+    connection_.stopTicking();
+    microphone_.reset();
+    programs_.reset();
+    connection_.close();
+}
+
+std::vector<std::string> CaptureSupervisor::problems() const {
+    const std::scoped_lock lock(problemsLock_);
+    return problems_;
+}
+
+void CaptureSupervisor::addProblem(const std::string& sentence) {
+    const std::scoped_lock lock(problemsLock_);
+    if (std::ranges::find(problems_, sentence) == problems_.end()) {
+        problems_.push_back(sentence);
+    }
+}
+
+void CaptureSupervisor::onChange() {
+    // The first objects are told while the graph is being made.
+    if (!connection_.isOpen()) {
+        return;
+    }
+    if (microphone_) {
+        microphone_->verify(connection_.graph());
+    }
+    if (programs_) {
+        programs_->relink(connection_.graph());
+        const bool wasExpected = expectsPrograms_.exchange(programs_->isPlaying());
+        if (programs_->isPlaying() && !wasExpected) {
+            programsWatchdog_.attempted(HostClock::now());
+        }
+    }
+}
+
+/// In the loop's thread, some times a second. What fails in a callback is mended here, since the library does not like
+/// to lose an object while it calls back for it.
+void CaptureSupervisor::tend() {
+    const double now = HostClock::now();
+    if (!tendConnection(now)) {
+        return;
+    }
+    if (wantsMicrophone_) {
+        tendMicrophone(now);
+    }
+    if (wantsPrograms_) {
+        tendPrograms(now);
+    }
+}
+
+/// Whether there is a connection.
+bool CaptureSupervisor::tendConnection(double now) {
+    if (connection_.isLost()) {
+        addProblem("The connection to the sound system was lost.");
+        microphone_.reset();
+        programs_.reset();
+        connection_.close();
+        expectsPrograms_ = wantsPrograms_;
+        retryDelay_ = shortestRetry;
+    }
+    if (!connection_.isOpen() && now >= retryAt_ && !connection_.open()) {
+        retryAt_ = now + retryDelay_;
+        retryDelay_ = std::min(retryDelay_ * 2, longestRetry);
+    }
+    return connection_.isOpen();
+}
+
+void CaptureSupervisor::tendMicrophone(double now) {
+    const SoundNode* source = connection_.graph().microphone();
+    if (source == nullptr) {
+        if (microphone_) {
+            microphone_.reset();
+            addProblem("The microphone is gone.");
+        }
+        return;
+    }
+    const bool isInPlace = microphone_ && microphone_->source() == source->id;
+    const bool isSilent = isInPlace && microphoneWatchdog_.barks(now, microphoneRing_.lastPush());
+    if (isSilent) {
+        addProblem("The microphone stopped delivering sound.");
+    }
+    if (!isInPlace || isSilent) {
+        makeMicrophone(*source, now);
+    }
+}
+
+void CaptureSupervisor::tendPrograms(double now) {
+    const bool isSilent = programs_ && (programs_->isPlaying() || programs_->hasFailed()) &&
+                          programsWatchdog_.barks(now, programsRing_.lastPush());
+    if (isSilent) {
+        addProblem("The Mac’s sound stopped coming in.");
+    }
+    if (!programs_ || isSilent) {
+        makePrograms(now);
+    }
+}
+
+void CaptureSupervisor::makeMicrophone(const SoundNode& source, double now) {
+    microphone_.emplace(connection_.core(), source, microphoneRing_);
+    microphoneWatchdog_.attempted(now);
+}
+
+void CaptureSupervisor::makePrograms(double now) {
+    programs_.emplace(connection_.core(), programsRing_);
+    programsWatchdog_.attempted(now);
+}
+
+} // namespace varnic

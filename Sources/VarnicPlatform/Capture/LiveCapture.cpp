@@ -1,0 +1,165 @@
+#include "VarnicPlatform/Capture/LiveCapture.h"
+
+#include "VarnicCore/Audio/CaptureError.h"
+#include "VarnicCore/Audio/ClockFollower.h"
+#include "VarnicPlatform/Capture/CaptureSupervisor.h"
+
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <condition_variable>
+#include <thread>
+
+namespace varnic {
+
+namespace {
+
+/// Some seconds of 32-bit floats at 48,000 Hz.
+constexpr std::uint32_t bytesPerChannel = 1U << 20U;
+constexpr std::chrono::milliseconds drainInterval{20};
+
+/// One side on its way from its ring to the consumer.
+struct Side {
+    Speaker speaker;
+    FrameRing ring;
+    ClockFollower follower{};
+
+    void drain(double hostStart, const CaptureSource::Deliver& deliver) {
+        double stamp = 0;
+        PcmBuffer block;
+        while (ring.pop(stamp, block)) {
+            if (auto piece = follower.follow(stamp - hostStart, block)) {
+                deliver(speaker, std::move(piece->sound), piece->at);
+            }
+        }
+    }
+};
+
+} // namespace
+
+/// What lives from start to stop.
+class LiveCapture::Session {
+public:
+    explicit Session(double hostStart) : hostStart_(hostStart), supervisor_(you_.ring, them_.ring) {}
+
+    /// The sides that started; what went wrong with others is among the problems.
+    std::vector<Speaker> open(bool wantMic, bool wantSystem) {
+        if (!supervisor_.connect()) {
+            supervisor_.addProblem("The sound system, PipeWire, isn’t running.");
+            return {};
+        }
+        if (wantMic) {
+            attempt(Speaker::you, &CaptureSupervisor::openMicrophone);
+        }
+        if (wantSystem) {
+            attempt(Speaker::them, &CaptureSupervisor::openPrograms);
+        }
+        return sides_;
+    }
+
+    /// Begins to deliver.
+    void run(Deliver deliver) {
+        supervisor_.watch();
+        drainer_ = std::jthread([this, deliver = std::move(deliver)](const std::stop_token& stop) {
+            std::mutex lock;
+            std::unique_lock held(lock);
+            std::condition_variable_any never;
+            while (!stop.stop_requested()) {
+                never.wait_for(held, stop, drainInterval, [] { return false; });
+                you_.drain(hostStart_, deliver);
+                them_.drain(hostStart_, deliver);
+            }
+        });
+    }
+
+    /// Ends delivery, with what is in the rings handed out.
+    void close() {
+        supervisor_.close();
+        isClosed_ = true;
+        if (drainer_.joinable()) {
+            drainer_.request_stop();
+            drainer_.join();
+        }
+    }
+
+    [[nodiscard]] std::vector<std::string> problems() const { return supervisor_.problems(); }
+
+    [[nodiscard]] bool expects(Speaker speaker) const {
+        return !isClosed_ && std::ranges::find(sides_, speaker) != sides_.end() &&
+               (speaker == Speaker::you || supervisor_.expectsPrograms());
+    }
+
+    [[nodiscard]] std::uint64_t lostFrames() const { return you_.ring.lostFrames() + them_.ring.lostFrames(); }
+
+private:
+    void attempt(Speaker speaker, void (CaptureSupervisor::*openSide)()) {
+        try {
+            (supervisor_.*openSide)();
+            sides_.push_back(speaker);
+        } catch (const CaptureError& error) {
+            supervisor_.addProblem(error.what());
+        }
+    }
+
+    double hostStart_;
+    std::vector<Speaker> sides_;
+    Side you_{.speaker = Speaker::you, .ring = FrameRing(1, bytesPerChannel)};
+    Side them_{.speaker = Speaker::them, .ring = FrameRing(2, 2 * bytesPerChannel)};
+    CaptureSupervisor supervisor_;
+    std::atomic<bool> isClosed_ = false;
+    std::jthread drainer_;
+};
+
+LiveCapture::LiveCapture() = default;
+
+LiveCapture::~LiveCapture() {
+    LiveCapture::stop();
+}
+
+std::vector<Speaker> LiveCapture::start(double hostStart, Deliver deliver) {
+    stop();
+    ++startCount_;
+    if (!wantMic && !wantSystem) {
+        throw CaptureError::nothingToRecord();
+    }
+    const auto session = std::make_shared<Session>(hostStart);
+    const std::vector<Speaker> sides = session->open(wantMic, wantSystem);
+    {
+        const std::scoped_lock lock(lock_);
+        session_ = session;
+    }
+    if (sides.empty()) {
+        session->close();
+        throw CaptureError::micFailed(fmt::format("{}", fmt::join(session->problems(), " ")));
+    }
+    session->run(std::move(deliver));
+    return sides;
+}
+
+void LiveCapture::stop() {
+    if (const auto session = current()) {
+        session->close();
+    }
+}
+
+std::vector<std::string> LiveCapture::problems() const {
+    const auto session = current();
+    return session ? session->problems() : std::vector<std::string>();
+}
+
+bool LiveCapture::expects(Speaker speaker) const {
+    const auto session = current();
+    return session && session->expects(speaker);
+}
+
+std::uint64_t LiveCapture::lostFrames() const {
+    const auto session = current();
+    return session ? session->lostFrames() : 0;
+}
+
+std::shared_ptr<LiveCapture::Session> LiveCapture::current() const {
+    const std::scoped_lock lock(lock_);
+    return session_;
+}
+
+} // namespace varnic

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <pipewire/pipewire.h>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace varnic {
+
+/// A device or a program's stream. Ids are the server's, and are used again after a removal.
+struct SoundNode {
+    std::uint32_t id = 0;
+    std::string mediaClass;
+    std::string name;
+    std::string description;
+    std::uint32_t client = 0;
+    int priority = 0;
+    /// The rest is known of programs' streams only, and once `isJudged`.
+    std::string program;
+    bool isJudged = false;
+    bool isRunning = false;
+    /// Part of a loopback or filter chain, whose sound passes elsewhere again.
+    bool isGrouped = false;
+    bool isOwnPlayback = false;
+};
+
+/// One channel's way into or out of a node.
+struct SoundPort {
+    std::uint32_t node = 0;
+    bool isOutput = false;
+    std::string channel;
+};
+
+struct SoundLink {
+    std::uint32_t outputNode = 0;
+    std::uint32_t inputNode = 0;
+};
+
+/// What the sound server has, followed through its registry. Lives and is called in the loop's thread, or with the loop
+/// locked.
+class SoundGraph {
+public:
+    /// `onChange` is called after each change.
+    SoundGraph(pw_core* core, std::function<void()> onChange);
+    SoundGraph(const SoundGraph&) = delete;
+    SoundGraph& operator=(const SoundGraph&) = delete;
+    ~SoundGraph();
+
+    /// The default microphone, or the best other one; null where there is none. Never a sink's monitor.
+    [[nodiscard]] const SoundNode* microphone() const;
+    /// The default output, or the best other one; null where there is none.
+    [[nodiscard]] const SoundNode* output() const;
+    /// Whether there is a device or a program's stream at all.
+    [[nodiscard]] bool hasSound() const;
+    /// The streams of other programs that play.
+    [[nodiscard]] std::vector<const SoundNode*> programs() const;
+
+    [[nodiscard]] const std::map<std::uint32_t, SoundPort>& ports() const { return ports_; }
+
+    /// Whether a microphone is linked into the node.
+    [[nodiscard]] bool hearsMicrophone(std::uint32_t node) const;
+
+private:
+    struct Bound;
+    struct Events;
+
+    void add(std::uint32_t id, const std::string& type, const spa_dict& properties);
+    void addNode(std::uint32_t id, const spa_dict& properties);
+    void remove(std::uint32_t id);
+    void bind(std::uint32_t id, const char* type, std::uint32_t version, const void* events);
+    void judge(std::uint32_t id, const pw_node_info& info);
+    void judgeClient(std::uint32_t id, const pw_client_info& info);
+    void setDefault(const std::string& key, const char* value);
+    [[nodiscard]] const SoundNode* best(const char* mediaClass, const std::string& defaultName) const;
+
+    pw_registry* registry_;
+    spa_hook listener_{};
+    std::function<void()> onChange_;
+    std::map<std::uint32_t, SoundNode> nodes_;
+    std::map<std::uint32_t, SoundPort> ports_;
+    std::map<std::uint32_t, SoundLink> links_;
+    /// Clients whose information has come, and whether they are this program.
+    std::map<std::uint32_t, bool> clients_;
+    std::map<std::uint32_t, std::unique_ptr<Bound>> bound_;
+    std::string defaultSource_;
+    std::string defaultSink_;
+};
+
+} // namespace varnic

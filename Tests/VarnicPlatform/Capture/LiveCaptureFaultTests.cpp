@@ -1,0 +1,162 @@
+#include "VarnicPlatform/Capture/LiveCaptureTest.h"
+
+#include "VarnicCore/Audio/CaptureError.h"
+
+#include <cstdlib>
+
+namespace varnic {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// What a start that fails says.
+std::string failure(Recorder& recorder) {
+    try {
+        recorder.start();
+    } catch (const CaptureError& error) {
+        return error.what();
+    }
+    return "";
+}
+
+constexpr const char* connectionLost = "The connection to the sound system was lost.";
+
+TEST_F(LiveCaptureTest, start_noServer_saysSoOnce) {
+    setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
+    EXPECT_EQ(failure(recorder_), "The microphone couldn’t start: The sound system, PipeWire, isn’t running.");
+}
+
+TEST_F(LiveCaptureTest, start_serverWithoutDevices_saysSo) {
+    startSystem({"--no-nodes", "--no-pulse"});
+    EXPECT_THAT(failure(recorder_), HasSubstr("no input device"));
+    EXPECT_THAT(failure(recorder_), HasSubstr("Does PulseAudio run the sound?"));
+}
+
+TEST_F(LiveCaptureTest, start_noSource_recordsTheirSideOnly) {
+    startSystem({"--no-source"});
+    EXPECT_THAT(recorder_.start(), ElementsAre(Speaker::them));
+    EXPECT_THAT(recorder_.capture.problems(), ElementsAre("The microphone couldn’t start: no input device"));
+    play();
+    EXPECT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+    EXPECT_TRUE(recorder_.track(Speaker::you).empty());
+}
+
+TEST_F(LiveCaptureTest, start_noSourceAndMicrophoneOnly_throws) {
+    startSystem({"--no-source"});
+    recorder_.capture.wantSystem = false;
+    EXPECT_EQ(failure(recorder_), "The microphone couldn’t start: The microphone couldn’t start: no input device");
+}
+
+TEST_F(LiveCaptureTest, start_noSink_hearsWhatPlaysOnceThereIsOne) {
+    startSystem({"--no-sink", "--no-pulse"});
+    EXPECT_THAT(recorder_.start(), ElementsAre(Speaker::you, Speaker::them));
+    run("add-sink late");
+    play();
+    EXPECT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+}
+
+TEST_F(LiveCaptureTest, start_noSessionManager_saysThatTheMicrophoneIsSilent) {
+    startSystem({"--no-session"});
+    EXPECT_THAT(recorder_.start(), ElementsAre(Speaker::them));
+    EXPECT_THAT(recorder_.capture.problems(),
+                ElementsAre("The microphone couldn’t start: no sound comes from “Virtual test-mic”"));
+}
+
+class LiveCaptureKills : public LiveCaptureTest, public testing::WithParamInterface<const char*> {
+protected:
+    [[nodiscard]] static std::string how() { return GetParam(); }
+};
+
+TEST_P(LiveCaptureKills, serverEnds_startedAgain_bothSidesReturn) {
+    startSystem();
+    recorder_.start();
+    feedMicrophone();
+    play();
+    ASSERT_TRUE(bothSidesHear());
+    run("kill pipewire " + how());
+    ASSERT_TRUE(comesToReport(connectionLost));
+    EXPECT_TRUE(recorder_.capture.expects(Speaker::you));
+    EXPECT_TRUE(recorder_.capture.expects(Speaker::them));
+    // The session manager loses its connection too.
+    run("kill wireplumber KILL");
+    run("start pipewire");
+    run("start wireplumber");
+    feedMicrophone();
+    play();
+    EXPECT_TRUE(bothSidesHear());
+}
+
+TEST_P(LiveCaptureKills, sessionManagerEnds_startedAgain_bothSidesReturn) {
+    startSystem();
+    recorder_.start();
+    const std::string feed = feedMicrophone();
+    const std::string player = play();
+    ASSERT_TRUE(bothSidesHear());
+    run("kill wireplumber " + how());
+    ASSERT_TRUE(comesToReport("The microphone stopped delivering sound."));
+    EXPECT_TRUE(recorder_.capture.expects(Speaker::you));
+    run("start wireplumber");
+    run("stop " + feed);
+    run("stop " + player);
+    feedMicrophone();
+    play();
+    EXPECT_TRUE(bothSidesHear());
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, LiveCaptureKills, testing::Values("TERM", "KILL"),
+                         [](const auto& test) { return test.param; });
+
+TEST_F(LiveCaptureTest, defaultSourceChanges_isFollowed) {
+    startSystem();
+    run("add-source second");
+    recorder_.start();
+    feedMicrophone();
+    run("feed " + tone({600}) + " second");
+    ASSERT_TRUE(recorder_.comesToHear(Speaker::you, micTone));
+    run("default-source second");
+    EXPECT_TRUE(recorder_.comesToHear(Speaker::you, 600));
+    EXPECT_TRUE(recorder_.comesToMiss(Speaker::you, micTone));
+    run("default-source test-mic");
+    EXPECT_TRUE(recorder_.comesToHear(Speaker::you, micTone));
+}
+
+TEST_F(LiveCaptureTest, defaultSinkChanges_isFollowed) {
+    startSystem();
+    run("add-sink second");
+    recorder_.start();
+    play();
+    ASSERT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+    run("default-sink second");
+    EXPECT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+}
+
+TEST_F(LiveCaptureTest, sinkVanishes_playersMoveOn_isFollowed) {
+    startSystem();
+    run("add-sink second");
+    run("default-sink second");
+    recorder_.start();
+    play();
+    ASSERT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+    run("remove second");
+    EXPECT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+}
+
+TEST_F(LiveCaptureTest, microphoneVanishes_neverTheMonitorInstead_returns) {
+    startSystem();
+    recorder_.start();
+    feedMicrophone();
+    play();
+    ASSERT_TRUE(bothSidesHear());
+    run("remove test-mic");
+    ASSERT_TRUE(comesToReport("The microphone is gone."));
+    EXPECT_TRUE(recorder_.capture.expects(Speaker::you));
+    ASSERT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+    EXPECT_LT(recorder_.loudness(Speaker::you, playerTone), Tones::loudness / 50);
+    run("add-source plugged");
+    run("feed " + tone({600}) + " plugged");
+    EXPECT_TRUE(recorder_.comesToHear(Speaker::you, 600));
+}
+
+} // namespace
+} // namespace varnic

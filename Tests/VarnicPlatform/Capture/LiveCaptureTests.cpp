@@ -1,0 +1,202 @@
+#include "VarnicPlatform/Capture/LiveCaptureTest.h"
+
+#include "VarnicCore/Audio/CaptureError.h"
+#include "VarnicPlatform/Capture/OwnPlayer.h"
+
+#include <algorithm>
+
+namespace varnic {
+namespace {
+
+using testing::ElementsAre;
+
+TEST_F(LiveCaptureTest, start_soundOnBothSides_eachSideHearsItsOwn) {
+    startSystem();
+    EXPECT_THAT(recorder_.start(), ElementsAre(Speaker::you, Speaker::them));
+    feedMicrophone();
+    play();
+    ASSERT_TRUE(bothSidesHear());
+    EXPECT_LT(recorder_.loudness(Speaker::you, playerTone), Tones::loudness / 100);
+    EXPECT_LT(recorder_.loudness(Speaker::them, micTone), Tones::loudness / 100);
+    EXPECT_NEAR(recorder_.loudness(Speaker::you, micTone), Tones::loudness, 0.01);
+    EXPECT_NEAR(recorder_.loudness(Speaker::them, playerTone), Tones::loudness, 0.01);
+    EXPECT_THAT(recorder_.capture.problems(), testing::IsEmpty());
+}
+
+TEST_F(LiveCaptureTest, start_soundHeardOnBothSidesAtOnce_isAligned) {
+    startSystem();
+    std::vector<float> sound(2 * 48'000);
+    std::ranges::copy(Tones::sweep(), std::back_inserter(sound));
+    sound.resize(4 * std::size_t{48'000});
+    const auto file = folder_.path() / "sweep.wav";
+    Tones::write(file, {sound});
+    recorder_.start();
+    // Sound from before the player counts too.
+    ASSERT_TRUE(comes([&] { return recorder_.track(Speaker::you).size() > 48'000; }));
+    const double before = recorder_.now();
+    const std::string player = run("play " + file.string());
+    run("link " + player + ":output_FL test-mic:input_MONO");
+    ASSERT_TRUE(comes([&] { return recorder_.now() > before + 4; }));
+    recorder_.capture.stop();
+    const auto you = static_cast<double>(Tones::find(Tones::sweep(), recorder_.track(Speaker::you))) / 48'000;
+    const auto them = static_cast<double>(Tones::find(Tones::sweep(), recorder_.track(Speaker::them))) / 48'000;
+    EXPECT_GT(them, before + 1.9);
+    EXPECT_LT(them, before + 4);
+    EXPECT_NEAR(you, them, 0.1);
+    RecordProperty("millisecondsLate", std::to_string((you - them) * 1000));
+}
+
+TEST_F(LiveCaptureTest, start_ownPlayback_isLeftOut) {
+    startSystem();
+    recorder_.start();
+    const OwnPlayer own(700);
+    run("play " + tone({900}) + " '' 'varnic.playback=true'");
+    play();
+    ASSERT_TRUE(own.comesToPlay());
+    ASSERT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+    ASSERT_TRUE(recorder_.comesToMiss(Speaker::them, 700));
+    EXPECT_TRUE(recorder_.comesToMiss(Speaker::them, 900));
+}
+
+TEST_F(LiveCaptureTest, start_programSpeaksPulse_isHeard) {
+    startSystem();
+    recorder_.start();
+    run("play-pulse " + tone({playerTone}));
+    EXPECT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+}
+
+TEST_F(LiveCaptureTest, start_playsAlready_isHeard) {
+    startSystem();
+    play();
+    recorder_.start();
+    EXPECT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+}
+
+TEST_F(LiveCaptureTest, start_withoutSystem_givesYou) {
+    startSystem();
+    recorder_.capture.wantSystem = false;
+    EXPECT_THAT(recorder_.start(), ElementsAre(Speaker::you));
+    play();
+    feedMicrophone();
+    EXPECT_TRUE(recorder_.comesToHear(Speaker::you, micTone));
+    EXPECT_TRUE(recorder_.track(Speaker::them).empty());
+}
+
+TEST_F(LiveCaptureTest, start_neitherSide_throwsNothingToRecord) {
+    startSystem();
+    const int before = LiveCapture::startCount();
+    recorder_.capture.wantMic = false;
+    recorder_.capture.wantSystem = false;
+    EXPECT_THROW(
+        try { recorder_.start(); } catch (const CaptureError& error) {
+            EXPECT_EQ(error, CaptureError::nothingToRecord());
+            throw;
+        },
+        CaptureError);
+    EXPECT_EQ(LiveCapture::startCount(), before + 1);
+}
+
+TEST_F(LiveCaptureTest, start_timeZeroIsYetToCome_deliversFromZero) {
+    startSystem();
+    recorder_.hostStart += 2;
+    recorder_.start();
+    feedMicrophone();
+    EXPECT_TRUE(comes([&] { return recorder_.track(Speaker::you).size() > 4800; }));
+}
+
+TEST_F(LiveCaptureTest, stop_twice_deliversNothingMore) {
+    startSystem();
+    recorder_.capture.stop();
+    recorder_.start();
+    ASSERT_TRUE(comes([&] { return !recorder_.track(Speaker::you).empty(); }));
+    recorder_.capture.stop();
+    const std::size_t length = recorder_.track(Speaker::you).size();
+    EXPECT_FALSE(recorder_.capture.expects(Speaker::you));
+    recorder_.capture.stop();
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    EXPECT_EQ(recorder_.track(Speaker::you).size(), length);
+}
+
+TEST_F(LiveCaptureTest, expects_player_onlyWhileItPlays) {
+    startSystem();
+    EXPECT_FALSE(recorder_.capture.expects(Speaker::you));
+    recorder_.start();
+    EXPECT_TRUE(recorder_.capture.expects(Speaker::you));
+    EXPECT_FALSE(recorder_.capture.expects(Speaker::them));
+    const std::string player = play();
+    EXPECT_TRUE(comes([&] { return recorder_.capture.expects(Speaker::them); }));
+    run("stop " + player);
+    EXPECT_TRUE(comes([&] { return !recorder_.capture.expects(Speaker::them); }));
+}
+
+TEST_F(LiveCaptureTest, start_twoPlayersOnTwoSinks_addUp) {
+    startSystem();
+    run("add-sink second");
+    recorder_.start();
+    run("play " + tone({440}) + " test-sink");
+    run("play " + tone({550}) + " second");
+    ASSERT_TRUE(recorder_.comesToHear(Speaker::them, 440));
+    ASSERT_TRUE(recorder_.comesToHear(Speaker::them, 550));
+    EXPECT_NEAR(recorder_.loudness(Speaker::them, 440), Tones::loudness, 0.01);
+    EXPECT_NEAR(recorder_.loudness(Speaker::them, 550), Tones::loudness, 0.01);
+}
+
+TEST_F(LiveCaptureTest, start_playerComesTenTimes_isHeardEachTime) {
+    startSystem();
+    recorder_.start();
+    const std::string file = tone({playerTone});
+    for (int turn = 0; turn < 10; ++turn) {
+        const std::string player = run("play " + file);
+        ASSERT_TRUE(recorder_.comesToHear(Speaker::them, playerTone)) << turn;
+        run("stop " + player);
+        ASSERT_TRUE(comes([&] { return !recorder_.capture.expects(Speaker::them); }));
+    }
+}
+
+struct Layout {
+    const char* name;
+    std::vector<double> channels;
+    int rate;
+};
+
+void PrintTo(const Layout& layout, std::ostream* out) {
+    *out << layout.name;
+}
+
+class LiveCaptureLayouts : public LiveCaptureTest, public testing::WithParamInterface<Layout> {};
+
+TEST_P(LiveCaptureLayouts, start_player_everyChannelIsHeard) {
+    startSystem();
+    recorder_.start();
+    run("play " + tone(GetParam().channels, GetParam().rate));
+    for (const double frequency : GetParam().channels) {
+        EXPECT_TRUE(frequency == 0 || recorder_.comesToHear(Speaker::them, frequency, Tones::loudness / 8))
+            << frequency;
+    }
+}
+
+// The fourth of six is the bass, which no stereo sound keeps.
+INSTANTIATE_TEST_SUITE_P(Players, LiveCaptureLayouts,
+                         testing::Values(Layout{"mono", {300}, 48'000}, Layout{"stereo", {300, 500}, 44'100},
+                                         Layout{"surround", {300, 500, 700, 0, 900, 1100}, 48'000}),
+                         [](const auto& test) { return test.param.name; });
+
+class LiveCaptureRates : public LiveCaptureTest, public testing::WithParamInterface<int> {};
+
+TEST_P(LiveCaptureRates, start_graphRate_soundKeepsItsPitchAndPace) {
+    startSystem({"--rate", std::to_string(GetParam())});
+    recorder_.start();
+    feedMicrophone();
+    play();
+    ASSERT_TRUE(bothSidesHear());
+    EXPECT_NEAR(recorder_.loudness(Speaker::them, playerTone), Tones::loudness, 0.02);
+    const double before = recorder_.now();
+    ASSERT_TRUE(comes([&] { return recorder_.now() > before + 1; }));
+    EXPECT_GT(static_cast<double>(recorder_.track(Speaker::them).size()) / 48'000, before);
+    EXPECT_GT(static_cast<double>(recorder_.track(Speaker::you).size()) / 48'000, before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Graphs, LiveCaptureRates, testing::Values(16'000, 44'100, 96'000));
+
+} // namespace
+} // namespace varnic

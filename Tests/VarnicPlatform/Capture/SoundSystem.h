@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdio>
+#include <map>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace varnic {
+
+/// A private sound system as long as it lives, in the environment of this process; see Tests/fixtures/sound_system.py
+/// for the options and the commands.
+class SoundSystem {
+public:
+    explicit SoundSystem(const std::vector<std::string>& options = {});
+    SoundSystem(const SoundSystem&) = delete;
+    SoundSystem& operator=(const SoundSystem&) = delete;
+    ~SoundSystem();
+
+    /// Gives the command and what it answered. Throws std::runtime_error if that was an error.
+    std::string operator()(const std::string& command);
+
+private:
+    [[nodiscard]] std::string readLine() const;
+    void stop();
+
+    pid_t process_ = -1;
+    std::FILE* commands_ = nullptr;
+    std::FILE* answers_ = nullptr;
+    std::map<std::string, std::string> environmentBefore_;
+};
+
+} // namespace varnic
