@@ -58,15 +58,16 @@ inline constexpr std::string_view fontTable = R"(<?xml version="1.0" encoding="U
 </w:fonts>
 )";
 
-/// Laid out as by Word 2013 and later, without its mode for older files.
+/// Laid out as by Word 2013 and later, without its mode for older files. The space between two paragraphs is the sum of
+/// theirs, not the larger one, as elsewhere.
 inline std::string settings() {
     return fmt::format(R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
 <w:settings xmlns:w="{}">
 <w:defaultTabStop w:val="{}"/>
-<w:compat><w:compatSetting w:name="compatibilityMode" w:uri="http://schemas.microsoft.com/office/word" w:val="15"/></w:compat>
+<w:compat><w:doNotUseHTMLParagraphAutoSpacing/><w:compatSetting w:name="compatibilityMode" w:uri="http://schemas.microsoft.com/office/word" w:val="15"/></w:compat>
 </w:settings>
 )",
-                       wordNamespace, WordUnits::twips(WordUnits::tabInterval));
+                       wordNamespace, WordUnits::twips(tabInterval));
 }
 
 } // namespace varnic::DocxParts

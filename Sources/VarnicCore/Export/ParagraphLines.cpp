@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t stretchBytes = 4096;
 
 const char* families(Typeface typeface) {
-    return typeface == Typeface::serif ? "Vollkorn,Georgia,Inter" : "Inter";
+    return typeface == Typeface::serif ? "Vollkorn,Georgia,serif" : "Inter";
 }
 
 guint16 part(double value) {
@@ -67,12 +67,27 @@ void setIndent(PangoLayout* layout, const ParagraphStyle& style, bool isFirst) {
     pango_layout_set_indent(layout, Pango::units(first - style.headIndent));
 }
 
-void setTabStop(PangoLayout* layout, const ParagraphStyle& style) {
+/// The paragraph's own stop, and behind it those at every interval from the margin.
+void setTabs(PangoLayout* layout, const ParagraphStyle& style) {
+    std::vector<double> stops;
     if (style.tabStop) {
-        const Pango::TabArray tabs(pango_tab_array_new_with_positions(
-            1, FALSE, PANGO_TAB_LEFT, Pango::units(*style.tabStop - commonIndent(style))));
-        pango_layout_set_tabs(layout, tabs.get());
+        stops.push_back(*style.tabStop);
     }
+    const double next = tabInterval * (std::floor(style.tabStop.value_or(0) / tabInterval) + 1);
+    stops.insert(stops.end(), {next, next + tabInterval}); // Pango goes on with the last two's distance
+    const Pango::TabArray tabs(pango_tab_array_new(static_cast<gint>(stops.size()), FALSE));
+    for (std::size_t i = 0; i < stops.size(); ++i) {
+        pango_tab_array_set_tab(tabs.get(), static_cast<gint>(i), PANGO_TAB_LEFT,
+                                Pango::units(stops[i] - commonIndent(style)));
+    }
+    pango_layout_set_tabs(layout, tabs.get());
+}
+
+PangoAlignment alignment(const Paragraph& paragraph) {
+    if (paragraph.style.alignment == Alignment::centred) {
+        return PANGO_ALIGN_CENTER;
+    }
+    return paragraph.isRightToLeft ? PANGO_ALIGN_RIGHT : PANGO_ALIGN_LEFT;
 }
 
 } // namespace
@@ -141,15 +156,16 @@ Pango::Layout ParagraphLines::stretch(std::size_t end) const {
     pango_layout_set_width(layout.get(), Pango::units(std::max(width_ - commonIndent(style), 1.0)));
     pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
     pango_layout_set_auto_dir(layout.get(), FALSE);
-    pango_layout_set_alignment(layout.get(),
-                               style.alignment == Alignment::centred ? PANGO_ALIGN_CENTER : PANGO_ALIGN_LEFT);
+    pango_layout_set_alignment(layout.get(), alignment(paragraph_));
     setIndent(layout.get(), style, position_ == 0);
-    setTabStop(layout.get(), style);
+    setTabs(layout.get(), style);
     return layout;
 }
 
 Pango::Attributes ParagraphLines::attributes(std::size_t end) const {
     Pango::Attributes list(pango_attr_list_new());
+    // A word that is broken because it is wider than the line gets no hyphen.
+    add(list.get(), pango_attr_insert_hyphens_new(FALSE), 0, end - position_);
     std::size_t start = 0;
     for (const Run& run : paragraph_.runs) {
         const std::size_t from = std::max(start, position_);

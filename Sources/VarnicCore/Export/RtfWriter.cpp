@@ -129,7 +129,7 @@ private:
                             paragraph.isRightToLeft ? "\\rtlpar" : "\\ltrpar", alignment(paragraph),
                             twips(style.before), twips(style.after), WordUnits::lines(style.lineHeightMultiple));
         if (style.firstLineIndent != 0 || style.headIndent != 0) {
-            out_ += fmt::format("\\fi{}\\{}{}", twips(style.firstLineIndent - style.headIndent),
+            out_ += fmt::format("\\fi{0}\\{1}{2}\\lin{2}", twips(style.firstLineIndent - style.headIndent),
                                 paragraph.isRightToLeft ? "ri" : "li", twips(style.headIndent));
         }
         if (style.tabStop) {
@@ -159,18 +159,18 @@ private:
     }
 
     void addRowDefinition(const StyledTable& table, double width, bool isHeader) {
-        const int padding = twips(StyledTable::padding);
-        out_ += fmt::format("\\trowd\\trgaph{0}\\trleft0\\trftsWidth3\\trwWidth{1}\\trautofit0"
-                            "\\trpaddl{0}\\trpaddt{0}\\trpaddr{0}\\trpaddb{0}"
-                            "\\trpaddfl3\\trpaddft3\\trpaddfr3\\trpaddfb3{2}\n",
-                            padding, twips(width), isHeader ? "\\trhdr" : "");
+        out_ += fmt::format("\\trowd\\trleft0\\trftsWidth3\\trwWidth{}\\trautofit0{}\n", twips(width),
+                            isHeader ? "\\trhdr" : "");
         const std::string border =
             fmt::format("\\brdrs\\brdrw{}\\brdrcf{}", twips(StyledTable::borderWidth), number(StyledTable::border));
         const std::string shade = isHeader ? fmt::format("\\clcbpat{}", number(StyledTable::headerBackground)) : "";
         for (std::size_t column = 1; column <= table.columns; ++column) {
             const double right = width * static_cast<double>(column) / static_cast<double>(table.columns);
-            out_ += fmt::format("\\clvertalt\\clbrdrt{0}\\clbrdrl{0}\\clbrdrb{0}\\clbrdrr{0}{1}\\cellx{2}\n", border,
-                                shade, twips(right));
+            // The padding is each cell's, not the row's: by that, some programs would move the table to the left.
+            out_ += fmt::format("\\clvertalt\\clbrdrt{0}\\clbrdrl{0}\\clbrdrb{0}\\clbrdrr{0}{1}"
+                                "\\clpadl{2}\\clpadt{2}\\clpadr{2}\\clpadb{2}\\clpadfl3\\clpadft3\\clpadfr3\\clpadfb3"
+                                "\\cellx{3}\n",
+                                border, shade, twips(StyledTable::padding), twips(right));
         }
     }
 
@@ -199,7 +199,7 @@ std::string facts(const StyledText& text) {
 
 std::string page(PageSize size, double margin) {
     return fmt::format("\\paperw{0}\\paperh{1}\\margl{2}\\margr{2}\\margt{2}\\margb{2}\\deftab{3}", twips(size.width),
-                       twips(size.height), twips(margin), twips(WordUnits::tabInterval));
+                       twips(size.height), twips(margin), twips(tabInterval));
 }
 
 } // namespace

@@ -45,6 +45,9 @@ struct Run {
     bool operator==(const Run&) const = default;
 };
 
+/// From one tab stop to the next, in points, where a paragraph has none of its own.
+inline constexpr double tabInterval = 28;
+
 enum class Alignment { leading, centred };
 
 /// What a paragraph is to a program that knows of more than looks.
@@ -58,6 +61,7 @@ struct ParagraphStyle {
     /// Of the lines behind the first.
     double headIndent = 0;
     double lineHeightMultiple = 1.15;
+    /// Behind it, or without one, a tab goes to the next multiple of `tabInterval`.
     std::optional<double> tabStop;
     Alignment alignment = Alignment::leading;
     ParagraphRole role = ParagraphRole::text;

@@ -8,9 +8,6 @@
 /// Lengths and colours as RTF and Word files count them. For the implementation files of this folder.
 namespace varnic::WordUnits {
 
-/// From one tab to the next, in points, where a paragraph has no stop of its own.
-inline constexpr double tabInterval = 28;
-
 /// Twentieths of a point.
 inline int twips(double points) {
     return static_cast<int>(std::lround(points * 20));
