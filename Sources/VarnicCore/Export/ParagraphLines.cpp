@@ -10,8 +10,13 @@ namespace varnic {
 
 namespace {
 
-/// Bytes that are laid out at once: enough for a page's worth of lines, few enough for Pango to break them fast.
-constexpr std::size_t stretchBytes = 4096;
+/// Bytes that are laid out at once: enough for some lines, few enough for Pango, which looks at all that is left for
+/// every line that it breaks.
+constexpr std::size_t stretchBytes = 1024;
+
+/// A line of more bytes, such as a letter with thousands of accents, is broken here: the shaping of one takes time by
+/// the square of its length.
+constexpr std::size_t mostStretchBytes = 4096;
 
 const char* families(Typeface typeface) {
     return typeface == Typeface::serif ? "Vollkorn,Georgia,serif" : "Inter";
@@ -127,22 +132,22 @@ std::optional<TextLine> ParagraphLines::next() {
 }
 
 void ParagraphLines::layOutStretch() {
-    // The last line of a stretch is known only with what follows, so it begins the next one.
-    for (std::size_t bytes = stretchBytes;; bytes *= 2) {
-        const std::size_t end = stretchEnd(bytes);
+    std::size_t bytes = stretchBytes;
+    std::size_t end = stretchEnd(bytes);
+    layout_ = stretch(end);
+    while (pango_layout_get_line_count(layout_.get()) == 1 && end < text_.size() && bytes < mostStretchBytes) {
+        bytes *= 2;
+        end = stretchEnd(bytes);
         layout_ = stretch(end);
-        const int count = pango_layout_get_line_count(layout_.get());
-        if (end == text_.size()) {
-            isFinished_ = true;
-            linesLeft_ = count;
-            break;
-        }
-        if (count > 1) {
-            linesLeft_ = count - 1;
-            position_ +=
-                static_cast<std::size_t>(pango_layout_get_line_readonly(layout_.get(), linesLeft_)->start_index);
-            break;
-        }
+    }
+    linesLeft_ = pango_layout_get_line_count(layout_.get());
+    isFinished_ = end == text_.size();
+    if (!isFinished_ && linesLeft_ > 1) {
+        // The last line of a stretch is known only with what follows, so it begins the next one.
+        --linesLeft_;
+        position_ += static_cast<std::size_t>(pango_layout_get_line_readonly(layout_.get(), linesLeft_)->start_index);
+    } else {
+        position_ = end;
     }
     lines_.reset(pango_layout_get_iter(layout_.get()));
 }
