@@ -88,6 +88,9 @@ ExitCode exportNote(const Arguments& arguments) {
                                 .includeEmail = !arguments.has("no-email"),
                                 .yourName = arguments.valueOr("your-name", std::string(label(Speaker::you)))};
     const std::string bytes = Exporter::data(note, format, options, Region::user());
+    if (bytes.empty()) {
+        throw std::runtime_error(fmt::format("The {} file couldn’t be made.", title(format)));
+    }
     const auto output = arguments.value("output");
     if (output) {
         writeFile(destination(*output, note, format), bytes);
