@@ -4,7 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
+#include <string>
+#include <vector>
 
 namespace varnic {
 
@@ -20,6 +21,16 @@ constexpr std::size_t mostStretchBytes = 4096;
 
 const char* families(Typeface typeface) {
     return typeface == Typeface::serif ? "Vollkorn,Georgia,serif" : "Inter";
+}
+
+/// The font as Pango looks for it: the family with those that stand in for it.
+Pango::FontDescription fontDescription(const Font& font) {
+    Pango::FontDescription description(pango_font_description_new());
+    pango_font_description_set_family_static(description.get(), families(font.typeface));
+    pango_font_description_set_absolute_size(description.get(), Pango::units(font.size));
+    pango_font_description_set_weight(description.get(), font.semibold ? PANGO_WEIGHT_SEMIBOLD : PANGO_WEIGHT_NORMAL);
+    pango_font_description_set_style(description.get(), font.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+    return description;
 }
 
 guint16 part(double value) {
@@ -96,15 +107,6 @@ PangoAlignment alignment(const Paragraph& paragraph) {
 }
 
 } // namespace
-
-Pango::FontDescription fontDescription(const Font& font) {
-    Pango::FontDescription description(pango_font_description_new());
-    pango_font_description_set_family_static(description.get(), families(font.typeface));
-    pango_font_description_set_absolute_size(description.get(), Pango::units(font.size));
-    pango_font_description_set_weight(description.get(), font.semibold ? PANGO_WEIGHT_SEMIBOLD : PANGO_WEIGHT_NORMAL);
-    pango_font_description_set_style(description.get(), font.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
-    return description;
-}
 
 void TextLine::draw(cairo_t* canvas, double left, double top) const {
     cairo_move_to(canvas, left + x, top + baseline);

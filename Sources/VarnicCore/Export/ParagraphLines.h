@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace varnic {
 
@@ -69,8 +70,5 @@ private:
     /// How many lines of the stretch are still to be given.
     int linesLeft_ = 0;
 };
-
-/// The font as Pango looks for it: the family with those that stand in for it, in points.
-Pango::FontDescription fontDescription(const Font& font);
 
 } // namespace varnic

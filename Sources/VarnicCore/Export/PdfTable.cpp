@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <deque>
+#include <functional>
 #include <numeric>
 #include <utility>
+#include <vector>
 
 namespace varnic::PdfTable {
 

@@ -7,8 +7,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
+#include <string_view>
 #include <variant>
+#include <vector>
 
 namespace varnic::RtfWriter {
 
