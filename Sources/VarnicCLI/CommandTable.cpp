@@ -102,15 +102,15 @@ seconds, and text. "-" reads standard input. Nothing is stored.
          decks},
         {"export",
          "ID [options]",
-         "write a note as Markdown",
+         "write a note as Markdown, PDF, RTF or Word file",
          R"(ID is a note's id or the beginning of one, as `list` prints it.
 
-  --format markdown  the only format yet
+  --format FORMAT    markdown (unless given), pdf, rtf or docx
   -o, --output FILE  write to FILE, or into it under the note's title if it is a folder
   --your-name NAME   the name that stands for you
   --no-transcript    leave the transcript out
   --no-email         leave the follow-up email out
-  --json             print an object with fileName and text
+  --json             print an object with fileName and text (markdown only)
 )",
          {{"format", true},
           {"output", true, 'o'},

@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 #include <simdjson.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -60,28 +61,44 @@ fs::path destination(const fs::path& asked, const Note& note, ExportFormat forma
     return fs::is_directory(asked) ? asked / Exporter::fileName(note, format) : asked;
 }
 
+/// The format asked for, when what is asked for besides goes with it.
+ExportFormat formatOf(const Arguments& arguments) {
+    const std::string name = arguments.valueOr("format", "markdown");
+    const auto format = exportFormatFrom(name);
+    if (!format) {
+        throw UsageError(fmt::format("{} isn’t a format", name));
+    }
+    if (format != ExportFormat::markdown && arguments.has("json")) {
+        throw UsageError("--json goes with markdown only");
+    }
+    if (format != ExportFormat::markdown && !arguments.has("output") && isatty(STDOUT_FILENO) == 1) {
+        throw UsageError(fmt::format("a terminal can’t show a {} file; name a file with -o", title(*format)));
+    }
+    return *format;
+}
+
 } // namespace
 
 ExitCode exportNote(const Arguments& arguments) {
     const std::string& id = arguments.onlyWord("note’s id");
-    const auto format = exportFormatFrom(arguments.valueOr("format", "markdown"));
-    if (format != ExportFormat::markdown) {
-        throw UsageError("the only format yet is markdown");
-    }
+    const ExportFormat format = formatOf(arguments);
     LibraryStore store(libraryFolder());
     const Note note = Wording::shown(findNote(store, id));
     const ExportOptions options{.includeTranscript = !arguments.has("no-transcript"),
                                 .includeEmail = !arguments.has("no-email"),
                                 .yourName = arguments.valueOr("your-name", std::string(label(Speaker::you)))};
-    const std::string text = Exporter::markdown(note, options, Region::user());
+    const std::string bytes = Exporter::data(note, format, options, Region::user());
+    if (bytes.empty()) {
+        throw std::runtime_error(fmt::format("The {} file couldn’t be made.", title(format)));
+    }
     const auto output = arguments.value("output");
     if (output) {
-        writeFile(destination(*output, note, *format), text);
+        writeFile(destination(*output, note, format), bytes);
     }
     if (arguments.has("json")) {
-        fmt::print("{}\n", jsonText({{"fileName", Exporter::fileName(note, *format)}, {"text", text}}));
+        fmt::print("{}\n", jsonText({{"fileName", Exporter::fileName(note, format)}, {"text", bytes}}));
     } else if (!output) {
-        fmt::print("{}", text);
+        fmt::print("{}", bytes);
     }
     return ExitCode::success;
 }

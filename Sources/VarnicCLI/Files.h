@@ -12,8 +12,8 @@ namespace varnic::cli {
 /// The bytes of a regular file; "-" reads standard input.
 std::string readFile(const std::filesystem::path& file);
 
-/// Writes the text in place of what the file held.
-void writeFile(const std::filesystem::path& file, std::string_view text);
+/// Writes the bytes in place of what the file held, all or nothing. A device or a pipe is written to as it is.
+void writeFile(const std::filesystem::path& file, std::string_view bytes);
 
 /// When the file was last written.
 Date modifiedAt(const std::filesystem::path& file);

@@ -200,7 +200,55 @@ class Tools(CommandLine):
         self.assertEqual(len(json.loads(self.succeed("list", "--json"))), 2)
         self.assertEqual(self.run_cli("import", self.folder / "missing.md").returncode, 1)
         self.assertEqual(self.run_cli("export", "0000").returncode, 1)
-        self.assertEqual(self.run_cli("export", "0000", "--format", "pdf").returncode, 2)
+
+    def test_every_format_is_written_to_files_folders_and_pipes(self):
+        imported = json.loads(self.succeed("import", self.notes, "--json"))
+        garden = next(one["id"] for one in imported if one["title"] == "Garden plan")
+        for kind, start in (("pdf", b"%PDF-"), ("rtf", b"{\\rtf1"), ("docx", b"PK\x03\x04")):
+            with self.subTest(kind):
+                self.succeed("export", garden, "--format", kind, "-o", self.folder)
+                written = (self.folder / f"Garden plan.{kind}").read_bytes()
+                self.assertTrue(written.startswith(start))
+                environment = os.environ | {"VARNIC_DATA_DIR": str(self.library), "TZ": "UTC", "LC_ALL": "C.UTF-8"}
+                for more in ([], ["-o", "/dev/stdout"]):
+                    piped = subprocess.run([PROGRAM, "export", garden, "--format", kind, *more], capture_output=True,
+                                           env=environment, check=True)
+                    self.assertEqual(piped.stdout, written)
+        self.assertEqual(sorted(path.suffix for path in self.folder.iterdir() if path.is_file()),
+                         [".docx", ".pdf", ".rtf"])
+
+    def test_an_exported_file_has_the_usual_permissions_and_replaces_what_a_link_leads_to(self):
+        imported = json.loads(self.succeed("import", self.notes / "garden.md", "--json"))
+        new, old, link = self.folder / "new.md", self.folder / "old.md", self.folder / "link.md"
+        old.write_text("old")
+        old.chmod(0o640)
+        link.symlink_to(old)
+        mask = os.umask(0o027)
+        self.addCleanup(os.umask, mask)
+        self.succeed("export", imported[0]["id"], "-o", new)
+        self.succeed("export", imported[0]["id"], "-o", link)
+        self.assertEqual(new.stat().st_mode & 0o777, 0o640)
+        self.assertEqual(old.stat().st_mode & 0o777, 0o640)
+        self.assertTrue(link.is_symlink())
+        self.assertEqual(old.read_text(), new.read_text())
+
+    def test_an_export_that_cannot_be_is_refused_with_a_sentence(self):
+        [note] = json.loads(self.succeed("import", self.notes / "garden.md", "--json"))
+        for args, code in ((["--format", "odt"], 2), (["--format", "pdf", "--json"], 2),
+                           (["--format", "pdf", "-o", self.folder / "missing" / "x.pdf"], 1),
+                           (["--format", "pdf", "-o", "/dev/full"], 1)):
+            with self.subTest(args):
+                run = self.run_cli("export", note["id"], *args)
+                self.assertEqual(run.returncode, code)
+                self.assertRegex(run.stderr, r"\Avarnic-cli: .+\n\Z")
+        master, terminal = os.openpty()
+        self.addCleanup(os.close, master)
+        environment = os.environ | {"VARNIC_DATA_DIR": str(self.library)}
+        run = subprocess.run([PROGRAM, "export", note["id"], "--format", "pdf"], stdout=terminal,
+                             stderr=subprocess.PIPE, text=True, env=environment)
+        os.close(terminal)
+        self.assertEqual(run.returncode, 2)
+        self.assertIn("terminal", run.stderr)
 
 
 class Devices(CommandLine):

@@ -1,8 +1,8 @@
 #include "VarnicCore/Export/Exporter.h"
 
+#include "VarnicCore/Export/ExportParts.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Text/Unicode.h"
-#include "VarnicCore/Transcript/Diarisation.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -17,10 +17,9 @@ namespace varnic::Exporter {
 
 namespace {
 
-constexpr std::size_t longestName = 80;
+using ExportParts::nameOf;
 
-/// Turns of one speaker that lie no further apart than this, in seconds, are one paragraph of the transcript.
-constexpr double turnGap = 2.0;
+constexpr std::size_t longestName = 80;
 
 bool isRefusedInFileNames(char c) {
     constexpr std::string_view refused = R"(/:\?%*|"<>)";
@@ -70,10 +69,6 @@ using Lines = std::vector<std::string>;
 void addSpaced(Lines& lines, std::string line) {
     lines.push_back(std::move(line));
     lines.emplace_back();
-}
-
-std::string nameOf(Speaker speaker, const Note& note, const ExportOptions& options) {
-    return note.call ? note.call->name(speaker, options.yourName) : CallRecord{}.name(speaker, options.yourName);
 }
 
 /// Who owes a to-do and when, behind its text; empty when neither is known.
@@ -169,8 +164,12 @@ void addEmail(Lines& lines, const EmailDraft& email) {
 }
 
 void addTranscript(Lines& lines, const Note& note, const ExportOptions& options) {
+    const std::vector<Segment> turns = ExportParts::transcript(note, options);
+    if (turns.empty()) {
+        return;
+    }
     addSpaced(lines, "## Transcript");
-    for (const Segment& turn : Diarisation::turns(note.call->segments, turnGap)) {
+    for (const Segment& turn : turns) {
         addSpaced(lines, fmt::format("**{}** [{}]: {}", nameOf(turn.speaker, note, options), Clock::stamp(turn.start),
                                      escaped(turn.text)));
     }
@@ -212,12 +211,10 @@ std::string markdown(const Note& note, const ExportOptions& options, const Regio
         addSpaced(lines, "*" + metaLine(*note.call, region) + "*");
     }
     addBlocks(lines, note, options);
-    if (options.includeEmail && note.call && note.call->digest && !note.call->digest->email.body.empty()) {
-        addEmail(lines, note.call->digest->email);
+    if (const EmailDraft* email = ExportParts::email(note, options)) {
+        addEmail(lines, *email);
     }
-    if (options.includeTranscript && note.call && !note.call->segments.empty()) {
-        addTranscript(lines, note, options);
-    }
+    addTranscript(lines, note, options);
     return joined(lines);
 }
 

@@ -2,9 +2,10 @@
 
 #include "VarnicCore/Library/FileDescriptor.h"
 #include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Models/Uuid.h"
 
 #include <fcntl.h>
-#include <stdlib.h> // NOLINT(modernize-deprecated-headers): mkostemps is POSIX's
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -18,15 +19,18 @@ namespace {
 using std::filesystem::path;
 
 constexpr std::string_view suffix = ".tmp";
-constexpr std::string_view placesForRandom = ".XXXXXX";
+
+/// A name that is short enough also where the target's is as long as a name can be.
+std::string besides(const path& target) {
+    return (target.parent_path() / ("." + Uuid::random().text() + std::string(suffix))).string();
+}
 
 /// A new file beside the target, removed unless it has been moved away.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(const path& target)
-        : path_((target.parent_path() / ".").string() + target.filename().string() + std::string(placesForRandom) +
-                std::string(suffix)),
-          descriptor_(::mkostemps(path_.data(), static_cast<int>(suffix.size()), O_CLOEXEC)) {
+    /// The process's file mode mask takes away from the mode.
+    TemporaryFile(const path& target, mode_t mode)
+        : path_(besides(target)), descriptor_(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode)) {
         if (!descriptor_.isOpen()) {
             throw LibraryError::fromErrno("written", target);
         }
@@ -53,6 +57,8 @@ public:
         return ::fsync(descriptor_.number()) == 0;
     }
 
+    [[nodiscard]] bool setMode(mode_t mode) const { return ::fchmod(descriptor_.number(), mode) == 0; }
+
     [[nodiscard]] bool moveTo(const path& target) {
         if (std::rename(path_.c_str(), target.c_str()) != 0) {
             return false;
@@ -74,9 +80,15 @@ bool forceToDisk(const path& folder) {
 
 } // namespace
 
-void replace(const path& file, std::string_view bytes) {
-    TemporaryFile temporary(file);
-    if (!temporary.write(bytes) || !temporary.moveTo(file) || !forceToDisk(file.parent_path() / ".")) {
+void replace(const path& file, std::string_view bytes, Readers readers) {
+    constexpr mode_t forOwner = 0600;
+    constexpr mode_t forAll = 0666;
+    constexpr mode_t modeBits = 0777;
+    TemporaryFile temporary(file, readers == Readers::owner ? forOwner : forAll);
+    struct stat old{};
+    const bool keepsMode = readers == Readers::asUsual && ::stat(file.c_str(), &old) == 0;
+    if ((keepsMode && !temporary.setMode(old.st_mode & modeBits)) || !temporary.write(bytes) ||
+        !temporary.moveTo(file) || !forceToDisk(file.parent_path() / ".")) {
         throw LibraryError::fromErrno("written", file);
     }
 }
