@@ -31,6 +31,8 @@ const std::vector<Command>& commands();
 ExitCode transcribe(const Arguments& arguments);
 ExitCode list(const Arguments& arguments);
 ExitCode show(const Arguments& arguments);
+ExitCode summarise(const Arguments& arguments);
+ExitCode key(const Arguments& arguments);
 ExitCode digest(const Arguments& arguments);
 ExitCode search(const Arguments& arguments);
 ExitCode todos(const Arguments& arguments);

@@ -1,5 +1,6 @@
 #include "VarnicCLI/Command.h"
 #include "VarnicCLI/Files.h"
+#include "VarnicCLI/Interruption.h"
 #include "VarnicCLI/NotePrinter.h"
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCLI/UserLibrary.h"
@@ -15,7 +16,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <csignal>
 #include <memory>
 
 namespace varnic::cli {
@@ -65,31 +65,6 @@ double checkedDuration(const fs::path& recording) {
     return duration;
 }
 
-/// Turns, as long as it lives, an interrupt or a polite kill into a request to stop, so that no half-filed call is left
-/// behind.
-class Interruption {
-public:
-    Interruption() {
-        std::signal(SIGINT, note);
-        std::signal(SIGTERM, note);
-    }
-
-    Interruption(const Interruption&) = delete;
-    Interruption& operator=(const Interruption&) = delete;
-
-    ~Interruption() {
-        std::signal(SIGINT, SIG_DFL);
-        std::signal(SIGTERM, SIG_DFL);
-    }
-
-    [[nodiscard]] static bool happened() { return raised != 0; }
-
-private:
-    static void note(int /*signal*/) { raised = 1; }
-
-    inline static volatile std::sig_atomic_t raised = 0;
-};
-
 } // namespace
 
 ExitCode transcribe(const Arguments& arguments) {
@@ -128,18 +103,10 @@ ExitCode transcribe(const Arguments& arguments) {
                                   std::make_shared<ExtractiveSummariser>());
     Note note = [&] {
         Terminal::ProgressBar bar;
-        std::stop_source stop;
         return processor.process(
-            recording, context,
-            [&](ProcessingStage stage) {
-                bar.show(stage);
-                if (Interruption::happened()) {
-                    stop.request_stop();
-                }
-            },
-            stop.get_token());
+            recording, context, [&bar](ProcessingStage stage) { bar.show(stage); }, interruption.token());
     }();
-    if (Interruption::happened()) {
+    if (interruption.happened()) {
         throw std::runtime_error("Stopped. Nothing was filed.");
     }
     note.call->language = language;
