@@ -14,6 +14,7 @@
 #include <fmt/format.h>
 
 #include <memory>
+#include <optional>
 #include <stdexcept>
 
 namespace varnic::cli {
@@ -80,7 +81,7 @@ CallDigest digestOf(const CallRecord& call, const std::string& yourName, const A
 
 /// The note with the digest. A title that the user chose stays.
 Note withDigest(Note note, const CallDigest& digest) {
-    const auto& old = note.call ? note.call->digest : std::nullopt;
+    const std::optional<CallDigest> old = note.call ? note.call->digest : std::nullopt;
     const bool replaceTitle = note.title.empty() || (old && old->title == note.title);
     NoteEditor::apply(digest, note, replaceTitle, currentDate());
     return note;
