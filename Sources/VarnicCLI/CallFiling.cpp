@@ -18,7 +18,7 @@ FilingOptions FilingOptions::from(const Arguments& arguments) {
             arguments.valueOr("language", "en-US"), arguments.has("json")};
 }
 
-Note makeNote(const Recording& recording, const FilingOptions& options) {
+Note makeNote(const Recording& recording, const FilingOptions& options, const std::stop_token& stop) {
     const DigestContext context{.callDate = recording.startedAt,
                                 .yourName = options.yourName,
                                 .themName = options.themName,
@@ -27,14 +27,8 @@ Note makeNote(const Recording& recording, const FilingOptions& options) {
         std::make_shared<SpeechTranscriber>(options.language, SpeechModels::dataDirectories()),
         std::make_shared<ExtractiveSummariser>());
     Terminal::StatusLine line;
-    std::stop_source stop;
-    const auto progress = [&](ProcessingStage stage) {
-        line.show(Terminal::bar(stage));
-        if (Interruption::happened()) {
-            stop.request_stop();
-        }
-    };
-    Note note = processor.process(recording, context, progress, stop.get_token());
+    Note note = processor.process(
+        recording, context, [&line](ProcessingStage stage) { line.show(Terminal::bar(stage)); }, stop);
     note.call->language = options.language;
     return note;
 }

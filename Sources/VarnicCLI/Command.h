@@ -33,6 +33,8 @@ ExitCode recover(const Arguments& arguments);
 ExitCode devices(const Arguments& arguments);
 ExitCode list(const Arguments& arguments);
 ExitCode show(const Arguments& arguments);
+ExitCode summarise(const Arguments& arguments);
+ExitCode key(const Arguments& arguments);
 ExitCode digest(const Arguments& arguments);
 ExitCode search(const Arguments& arguments);
 ExitCode todos(const Arguments& arguments);

@@ -75,6 +75,28 @@ seconds, and text. "-" reads standard input. Nothing is stored.
 )",
          {{"your-name", true}, {"their-name", true}, {"json", false}},
          digest},
+        {"summarise",
+         "ID [options]",
+         "have an AI provider or a local model summarise a call",
+         R"(Sends the transcript with the call's date, source and names, and nothing else of the note, to the provider and puts
+its summary into the note. ID is a note's id or the beginning of one, as `list` prints it. If it fails, the note stays
+as it was.
+
+  --provider NAME   anthropic, or openAICompatible for any server of that kind; given by --server alone, too
+  --model NAME      the model (for anthropic claude-haiku-5-5 unless given)
+  --server URL      the server's base URL (http://localhost:11434/v1 unless given); for anthropic a gateway to it
+  --your-name NAME  your name, for the follow-up email
+  --json            print the note as the library stores it
+)",
+         {{"provider", true}, {"model", true}, {"server", true}, {"your-name", true}, {"json", false}},
+         summarise},
+        {"key",
+         "set|remove PROVIDER",
+         "keep a provider's API key in the key ring, or remove it",
+         R"(PROVIDER is anthropic or openAICompatible. The key is read from standard input, without showing it.
+)",
+         {},
+         key},
         {"search",
          "QUERY... [--json]",
          "search titles, notes, transcripts and emails",

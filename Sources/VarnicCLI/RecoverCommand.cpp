@@ -1,4 +1,5 @@
 #include "VarnicCLI/CallFiling.h"
+#include "VarnicCLI/Interruption.h"
 #include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/Library/NoteJson.h"
 #include "VarnicCore/Library/Recovery.h"
@@ -15,9 +16,10 @@ namespace {
 
 /// The note of a recording; the call's audio stays whatever happens. Throws LibraryError, and the recording is then
 /// found again.
-Note recovered(LibraryStore& store, DeadRecording& dead, const FilingOptions& options) {
-    Note note = makeNote(dead.recording, options);
-    if (Interruption::happened() && note.call->segments.empty()) {
+Note recovered(LibraryStore& store, DeadRecording& dead, const FilingOptions& options,
+               const Interruption& interruption) {
+    Note note = makeNote(dead.recording, options, interruption.token());
+    if (interruption.happened() && note.call->segments.empty()) {
         note.call->problem = "Varnic was quit before this call was transcribed — choose Transcribe Again.";
     }
     store.save(note);
@@ -45,7 +47,7 @@ ExitCode recover(const Arguments& arguments) {
             discard(store, dead);
             continue;
         }
-        const Note note = recovered(store, dead, options);
+        const Note note = recovered(store, dead, options, interruption);
         notes.push_back(encode(note));
         if (!options.json) {
             fmt::print("Recovered a recording of {}\n\n", Clock::length(dead.recording.duration));
@@ -54,7 +56,7 @@ ExitCode recover(const Arguments& arguments) {
         if (tellProblem(note) == ExitCode::failure) {
             code = ExitCode::failure;
         }
-        if (Interruption::happened()) {
+        if (interruption.happened()) {
             break; // the others are found again
         }
     }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 
 namespace varnic::cli::Terminal {
@@ -14,6 +15,12 @@ constexpr std::string_view eraseLine = "\r\033[K";
 
 std::string styled(std::string_view text, int code, std::FILE* stream) {
     return isStyled(stream) ? fmt::format("\033[{}m{}\033[0m", code, text) : std::string(text);
+}
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void noteInterrupt(int /*signal*/) {
+    interrupted = 1;
 }
 
 } // namespace
@@ -28,6 +35,27 @@ std::string bold(std::string_view text, std::FILE* stream) {
 
 std::string faint(std::string_view text, std::FILE* stream) {
     return styled(text, 2, stream);
+}
+
+SilentInput::SilentInput() {
+    struct sigaction action{};
+    action.sa_handler = noteInterrupt; // Without SA_RESTART, so that a read ends.
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+    tcgetattr(STDIN_FILENO, &before_);
+    termios silent = before_;
+    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
+}
+
+SilentInput::~SilentInput() {
+    tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_);
+    std::signal(SIGINT, SIG_DFL);
+    std::signal(SIGTERM, SIG_DFL);
+}
+
+bool SilentInput::wasInterrupted() {
+    return interrupted != 0;
 }
 
 StatusLine::StatusLine() : isTerminal_(isatty(STDERR_FILENO) == 1) {}

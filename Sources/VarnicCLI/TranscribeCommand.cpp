@@ -1,5 +1,6 @@
 #include "VarnicCLI/CallFiling.h"
 #include "VarnicCLI/Files.h"
+#include "VarnicCLI/Interruption.h"
 #include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/Audio/AudioReader.h"
 #include "VarnicCore/Library/Folders.h"
@@ -117,8 +118,8 @@ ExitCode transcribe(const Arguments& arguments) {
         auto& track = sides[side] == Speaker::you ? recording.tracks.you : recording.tracks.them;
         track = audio.add(files[side], sides[side]);
     }
-    const Note note = makeNote(recording, options);
-    if (Interruption::happened()) {
+    const Note note = makeNote(recording, options, interruption.token());
+    if (interruption.happened()) {
         throw std::runtime_error("Stopped. Nothing was filed.");
     }
     store.save(note);

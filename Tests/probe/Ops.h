@@ -21,5 +21,6 @@ Operations libraryOps();
 Operations sessionOps();
 Operations exchangeOps();
 Operations updateOps();
+Operations aiOps();
 
 } // namespace varnic::probe

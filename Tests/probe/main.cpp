@@ -2,6 +2,8 @@
 
 #include "probe/Ops.h"
 
+#include "VarnicCore/AISummariser/AIError.h"
+
 #include <fmt/format.h>
 
 #include <cstdio>
@@ -15,13 +17,13 @@ using namespace varnic::probe;
 Operations allOperations() {
     Operations all;
     for (auto group :
-         {textOps, noteOps, editorOps, callOps, summariserOps, libraryOps, sessionOps, exchangeOps, updateOps}) {
+         {textOps, noteOps, editorOps, callOps, summariserOps, libraryOps, sessionOps, exchangeOps, updateOps, aiOps}) {
         all.merge(group());
     }
     return all;
 }
 
-Json failure(const char* type, const std::string& message) {
+Json failure(std::string_view type, const std::string& message) {
     return {{"error", {{"type", type}, {"message", message}}}};
 }
 
@@ -42,6 +44,8 @@ Json answer(const Operations& operations, const std::string& line) {
         return failure("probe", error.what());
     } catch (const varnic::DecodeError& error) {
         return failure("DecodeError", error.what());
+    } catch (const varnic::AIError& error) {
+        return failure(error.name(), error.what());
     } catch (const std::exception& error) {
         return failure("error", error.what());
     }

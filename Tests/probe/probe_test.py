@@ -74,6 +74,24 @@ class ProbeTest(unittest.TestCase):
         fresh = blocks[1]["id"]
         self.assertEqual(answer["ok"]["results"], [True, {"newBlock": fresh}, {"leftList": fresh}, None, "call", 2])
 
+    def test_an_ai_digest_is_made_of_what_the_transport_answers(self):
+        settings = {"enabled": False, "provider": "anthropic", "anthropicModel": "claude-haiku-5-5",
+                    "compatBaseURL": "", "compatModel": "", "askEachTime": True}
+        context = {"callDate": "2026-03-14T20:00:00Z", "yourName": "", "themName": "", "source": "Zoom"}
+        call = {"settings": settings, "segments": [], "context": context, "now": "2026-03-14T21:00:00Z"}
+        text = json.dumps({"content": [{"type": "text", "text": '{"summary": ["A"]}'}]})
+        digest, no_key, refused, made = ask(
+            request("ai.digest", **call, key="k", status=200, body=text),
+            request("ai.digest", **call, status=200, body=text),
+            request("ai.digest", **call, key="k", status=200, body='{"stop_reason": "refusal"}'),
+            request("ai.request", **call, key="k", timeZone="Asia/Kolkata"),
+        )
+        self.assertEqual((digest["ok"]["summary"], digest["ok"]["createdAt"]), (["A"], "2026-03-14T21:00:00.000Z"))
+        self.assertEqual(no_key["error"], {"type": "noKey", "message": "Add your API key in Settings › Summaries."})
+        self.assertEqual(refused["error"]["type"], "refused")
+        self.assertEqual(made["ok"]["headers"]["x-api-key"], "k")
+        self.assertEqual(made["ok"]["body"]["messages"][0]["content"], "Call: Zoom, 2026-03-15\n")
+
     def test_a_digest_carries_the_requests_clock_and_nouns(self):
         segment = {"id": "1B5D6A1E-5B1C-4B57-9C43-7C6F2A7B8E11", "speaker": "them", "start": 0, "end": 4}
         text = "We decided that pricing moves and pricing stays. Can you send the deck by Friday?"

@@ -1,0 +1,84 @@
+#include "VarnicCLI/Command.h"
+#include "VarnicCLI/Providers.h"
+#include "VarnicCLI/Terminal.h"
+#include "VarnicCore/Text/Unicode.h"
+#include "VarnicCore/Text/Wording.h"
+#include "VarnicPlatform/KeyStore/KeychainStore.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+
+#include <unistd.h>
+
+namespace varnic::cli {
+
+namespace {
+
+/// More bytes than any provider's key has.
+constexpr std::size_t longestKey = 16UL * 1024;
+
+/// Standard input up to its end, or up to the end of the line at a terminal; no more than makes it too long for a key.
+std::string readInput(bool isTerminal) {
+    std::string text;
+    char byte = 0;
+    while (text.size() <= longestKey && ::read(STDIN_FILENO, &byte, 1) == 1 && !(isTerminal && byte == '\n')) {
+        text += byte;
+    }
+    return text;
+}
+
+std::string checkedKey(const std::string& input) {
+    std::string key(Unicode::trim(input));
+    if (key.empty()) {
+        throw std::runtime_error("No key was given, so nothing was changed.");
+    }
+    if (input.size() > longestKey || std::ranges::any_of(key, [](char c) { return c < ' ' || c > '~'; })) {
+        throw std::runtime_error("A key is one line of plain letters, digits and signs.");
+    }
+    return key;
+}
+
+std::string readKey(AIProviderKind provider) {
+    const bool isTerminal = ::isatty(STDIN_FILENO) == 1;
+    if (!isTerminal) {
+        return checkedKey(readInput(false));
+    }
+    const Terminal::SilentInput silent;
+    fmt::print(stderr, "API key for {} (it isn’t shown): ", title(provider));
+    const std::string input = readInput(true);
+    fmt::print(stderr, "\n");
+    if (Terminal::SilentInput::wasInterrupted()) {
+        throw std::runtime_error("Stopped. Nothing was changed.");
+    }
+    return checkedKey(input);
+}
+
+void store(const std::optional<std::string>& key, AIProviderKind provider) {
+    try {
+        KeychainStore().setKey(key, std::string(rawValue(provider)));
+    } catch (const KeyStoreError& error) {
+        throw std::runtime_error(Wording::shown(error.what()));
+    }
+}
+
+} // namespace
+
+ExitCode key(const Arguments& arguments) {
+    const auto& words = arguments.words();
+    if (words.size() != 2 || (words[0] != "set" && words[0] != "remove")) {
+        throw UsageError("say set or remove, and the provider");
+    }
+    const AIProviderKind provider = providerNamed(words[1]);
+    if (words[0] == "remove") {
+        store(std::nullopt, provider);
+        return ExitCode::success;
+    }
+    store(readKey(provider), provider);
+    return ExitCode::success;
+}
+
+} // namespace varnic::cli
