@@ -1,6 +1,6 @@
 """The command-line program from outside: a call becomes a note, and bad input becomes a sentence.
 
-Usage: cli_test.py PROGRAM FIXTURES RECORDINGS
+Usage: cli_test.py PROGRAM MAKE_CALL RECORDINGS
 """
 
 import json
@@ -13,7 +13,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-PROGRAM, FIXTURES, RECORDINGS = sys.argv[1:4]
+PROGRAM, MAKE_CALL, RECORDINGS = sys.argv[1:4]
 del sys.argv[1:4]
 sys.path.insert(0, FIXTURES)
 
@@ -56,9 +56,9 @@ class CommandLine(unittest.TestCase):
 
 class Transcribe(CommandLine):
     def test_a_call_of_two_voices_becomes_a_note(self):
-        subprocess.run([sys.executable, f"{FIXTURES}/make_call.py", self.folder], check=True)
+        subprocess.run([MAKE_CALL, self.folder], check=True)
         call = json.loads((self.folder / "call.json").read_text())
-        output = self.succeed("transcribe", "--you", self.folder / "you.wav", "--them", self.folder / "them.wav",
+        output = self.succeed("transcribe", "--you", self.folder / "you.caf", "--them", self.folder / "them.caf",
                               "--your-name", "Sam", "--their-name", "Maya", "--source", "Zoom", "--json")
         note = json.loads(output)
         segments = note["call"]["segments"]
@@ -88,7 +88,7 @@ class Transcribe(CommandLine):
         self.assertGreaterEqual(len(note["call"]["digest"]["summary"]), 3)
 
         name = note["id"]
-        self.assertEqual(self.stored(), [f"audio/{name}/them.wav", f"audio/{name}/you.wav", f"notes/{name}.json"])
+        self.assertEqual(self.stored(), [f"audio/{name}/them.caf", f"audio/{name}/you.caf", f"notes/{name}.json"])
         self.assertEqual((self.library / "notes" / f"{name}.json").read_text().strip(), output.strip())
         shown = self.succeed("show", name[:8].lower())
         self.assertIn(note["title"], shown)
@@ -138,6 +138,72 @@ class Transcribe(CommandLine):
         self.assertIn("can’t be transcribed on this computer yet", run.stderr)
         self.assertIn("Mac", json.loads(run.stdout)["call"]["problem"])
         self.assertEqual(len(self.stored()), 2)
+
+
+class Recover(CommandLine):
+    ID = "0B5D6A1E-5B1C-4B57-9C43-7C6F2A7B8E11"
+
+    def cut_off(self, name, track=None, mark=None):
+        """The audio folder of a recording whose program died."""
+        folder = self.library / "audio" / name
+        folder.mkdir(parents=True)
+        if track:
+            (folder / "them.wav").write_bytes(Path(track).read_bytes())
+        if mark is not None:
+            (folder / "recording.json").write_text(mark)
+        return folder
+
+    def test_a_cut_off_recording_becomes_a_note_once(self):
+        mark = {"id": self.ID, "startedAt": "2026-03-14T09:26:53.589Z", "source": "Zoom", "sides": ["them"],
+                "process": 1}
+        self.cut_off(self.ID, f"{RECORDINGS}/beckett.wav", json.dumps(mark))
+        self.assertRegex(self.succeed("recover", "--your-name", "Sam"),
+                         r"\ARecovered a recording of under a minute\n\n(.+\n)+")
+        self.assertEqual(self.stored(), [f"audio/{self.ID}/them.wav", f"notes/{self.ID}.json"])
+        note = json.loads(self.succeed("show", self.ID, "--json"))
+        self.assertEqual((note["call"]["startedAt"], note["call"]["source"]), (mark["startedAt"], "Zoom"))
+        self.assertIn("try again", " ".join(s["text"] for s in note["call"]["segments"]).lower())
+        self.assertEqual(self.succeed("recover"), "There is nothing to recover.\n")
+        self.assertEqual(json.loads(self.succeed("recover", "--json")), [])
+
+    def test_a_killed_transcription_is_recovered_without_a_model_and_keeps_its_audio(self):
+        environment = os.environ | {"VARNIC_DATA_DIR": str(self.library)}
+        track = Path(f"{RECORDINGS}/two_cities.wav")
+        with subprocess.Popen([PROGRAM, "transcribe", "--them", track], env=environment,
+                              stdout=subprocess.DEVNULL) as run:
+            while run.poll() is None and not any(copy.stat().st_size == track.stat().st_size
+                                                 for copy in self.library.glob("audio/*/them.wav")):
+                pass
+            run.send_signal(signal.SIGSTOP)
+            self.assertEqual(self.succeed("recover"), "There is nothing to recover.\n", "it lives")
+            run.kill()
+        run = self.run_cli("recover", "--language", "de-DE", "--json")
+        self.assertEqual(run.returncode, 1)
+        self.assertIn("German", run.stderr)
+        [note] = json.loads(run.stdout)
+        self.assertIn("German", note["call"]["problem"])
+        self.assertEqual(self.stored(), [f"audio/{note['id']}/them.wav", f"notes/{note['id']}.json"])
+
+    def test_a_recording_without_sound_goes_to_the_deleted_ones(self):
+        self.cut_off(self.ID, mark="{")
+        run = self.run_cli("recover")
+        self.assertEqual((run.returncode, run.stdout), (0, "There is nothing to recover.\n"))
+        self.assertIn("before it held any sound", run.stderr)
+        self.assertEqual(self.stored(), [f"Deleted/{self.ID}/audio/recording.json"])
+
+    def test_an_interrupted_recovery_files_the_call_for_another_try(self):
+        self.cut_off(self.ID, f"{RECORDINGS}/two_cities.wav", "")
+        environment = os.environ | {"VARNIC_DATA_DIR": str(self.library)}
+        with subprocess.Popen([PROGRAM, "recover"], env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
+                              text=True) as run:
+            # From the moment on that the models are open it listens.
+            while run.poll() is None and not list(Path(f"/proc/{run.pid}/task").glob("*"))[1:]:
+                pass
+            run.send_signal(signal.SIGINT)
+            _, error = run.communicate()
+        self.assertEqual((run.returncode, error), (1, "varnic-cli: Varnic was quit before this call was transcribed — "
+                                                      "choose Transcribe Again.\n"))
+        self.assertEqual(self.stored(), [f"audio/{self.ID}/them.wav", f"notes/{self.ID}.json"])
 
 
 class Tools(CommandLine):

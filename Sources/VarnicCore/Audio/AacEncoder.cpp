@@ -12,6 +12,8 @@ namespace {
 constexpr float loudest = 16;
 
 Ffmpeg::Codec openEncoder(AudioFormat format, int bitRate) {
+    // FFmpeg's log belongs to the process, and the encoder has something to say each time it closes.
+    av_log_set_level(AV_LOG_QUIET);
     const AVCodec* encoder = avcodec_find_encoder_by_name("aac");
     if (encoder == nullptr) {
         throw std::runtime_error("FFmpeg has no AAC encoder.");

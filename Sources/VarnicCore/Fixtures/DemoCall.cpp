@@ -6,13 +6,13 @@ namespace varnic::DemoCall {
 
 const std::vector<std::pair<Speaker, std::string>>& lines() {
     static const std::vector<std::pair<Speaker, std::string>> call{
-        {Speaker::them, "Good morning, let's talk about the launch."},
-        {Speaker::you, "Of course. First of all, the pricing."},
+        {Speaker::them, "Good morning, thanks for making the time."},
+        {Speaker::you, "Of course. First of all, the onboarding."},
         {Speaker::them, "We decided to keep the price at forty dollars a month."},
         {Speaker::you, "Good. The budget for the launch is ten thousand dollars."},
         {Speaker::them, "Can you send me the revised onboarding designs by Friday?"},
         {Speaker::you, "Sure, I'll send the designs by Friday."},
-        {Speaker::them, "The pricing page still shows the old price, and customers are confused."},
+        {Speaker::them, "The pricing page still shows the old numbers, and customers are confused."},
         {Speaker::you, "Agreed. I'll update the pricing page tomorrow."},
         {Speaker::them, "We need to finalise the launch date next week."},
         {Speaker::you, "We decided on the second of June because the office is closed in May."},
