@@ -1,6 +1,6 @@
 """The command-line program from outside: a call becomes a note, and bad input becomes a sentence.
 
-Usage: cli_test.py PROGRAM MAKE_CALL RECORDINGS
+Usage: cli_test.py PROGRAM FIXTURES MAKE_CALL RECORDINGS
 """
 
 import json
@@ -13,8 +13,8 @@ import tempfile
 import unittest
 from pathlib import Path
 
-PROGRAM, MAKE_CALL, RECORDINGS = sys.argv[1:4]
-del sys.argv[1:4]
+PROGRAM, FIXTURES, MAKE_CALL, RECORDINGS = sys.argv[1:5]
+del sys.argv[1:5]
 sys.path.insert(0, FIXTURES)
 
 from sound_system import SoundSystem  # noqa: E402
