@@ -29,6 +29,7 @@ struct Command {
 const std::vector<Command>& commands();
 
 ExitCode transcribe(const Arguments& arguments);
+ExitCode record(const Arguments& arguments);
 ExitCode recover(const Arguments& arguments);
 ExitCode devices(const Arguments& arguments);
 ExitCode list(const Arguments& arguments);

@@ -25,6 +25,26 @@ const std::vector<Command>& commands() {
           {"language", true},
           {"json", false}},
          transcribe},
+        {"record",
+         "[options]",
+         "record a call and turn it into a note",
+         R"(Records the microphone and what other programs play until Ctrl-C, then writes down what was said and files the
+note. Ctrl-C again while it writes ends that: the note then holds the recording alone.
+
+  --for SECONDS      stop by itself after so long
+  --mic-only         record the microphone alone
+  --no-live          write nothing down while the call runs; the transcript is then made from the recording
+  --your-name NAME   your name, for the follow-up email
+  --language LOCALE  the language spoken; a speech model for it must be installed
+  --json             print the note as the library stores it
+)",
+         {{"for", true},
+          {"mic-only", false},
+          {"no-live", false},
+          {"your-name", true},
+          {"language", true},
+          {"json", false}},
+         record},
         {"recover",
          "[options]",
          "make notes of recordings that were cut off",

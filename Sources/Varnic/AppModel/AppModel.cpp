@@ -1,0 +1,89 @@
+#include "Varnic/AppModel/AppModel.h"
+
+#include "VarnicCore/AISummariser/URLSessionTransport.h"
+#include "VarnicPlatform/Capture/LiveCapture.h"
+#include "VarnicPlatform/KeyStore/KeychainStore.h"
+#include "VarnicPlatform/Speech/SpeechModel.h"
+#include "VarnicPlatform/Speech/SpeechTranscriber.h"
+
+#include <glib.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <string_view>
+
+namespace varnic {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What one request to an AI may take.
+constexpr auto requestTimeout = std::chrono::seconds(120);
+
+std::string_view environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? std::string_view() : value;
+}
+
+/// The user's full name as the account has it; GLib says "Unknown" where there is none.
+std::string_view accountName() {
+    const std::string_view name = g_get_real_name();
+    return name == "Unknown" ? std::string_view() : name;
+}
+
+std::shared_ptr<KeyStore> keyStore(bool isScratch) {
+    if (isScratch) {
+        return std::make_shared<MemoryKeyStore>();
+    }
+    return std::make_shared<KeychainStore>("app.brevin.varnic.ai");
+}
+
+} // namespace
+
+AppPlaces AppPlaces::fromEnvironment() {
+    if (const std::string_view folder = environment("VARNIC_DATA_DIR"); !folder.empty()) {
+        auto settings = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
+                                                    "app.brevin.varnic.selftest", "settings");
+        if (environment("VARNIC_SELFTEST") != "persist") {
+            settings->clear();
+        }
+        return {.dataDirectory = folder, .isScratch = true, .settings = std::move(settings)};
+    }
+    return {.dataDirectory = fs::path(g_get_user_data_dir()) / "Varnic" / "Library",
+            .isScratch = false,
+            .settings = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, "Varnic", "settings")};
+}
+
+AppModel::AppModel(AppPlaces places, QObject* parent)
+    : QObject(parent), settings(std::move(places.settings), accountName(), Region::user().locale),
+      keys(keyStore(places.isScratch)), transport(std::make_shared<URLSessionTransport>(requestTimeout)),
+      makeTranscriber([this] {
+          return std::make_shared<SpeechTranscriber>(settings.localeID.value(), SpeechModels::dataDirectories());
+      }),
+      makeCapture([] { return std::make_shared<LiveCapture>(); }), store_(std::move(places.dataDirectory)),
+      recorder_(std::make_unique<RecordingController>()) {
+    connect(recorder_.get(), &RecordingController::mustStop, this, [this] {
+        flash({.text = "Recording stopped — the disk is full", .symbol = "exclamationmark.triangle"});
+        stopRecording();
+    });
+}
+
+AppModel::~AppModel() {
+    flushSaves();
+}
+
+bool AppModel::hasKey() const {
+    return !keys->key(settings.ai.value().keyAccount()).value_or("").empty();
+}
+
+void AppModel::setKey(const std::string& value) {
+    try {
+        keys->setKey(QString::fromStdString(value).trimmed().toStdString(), settings.ai.value().keyAccount());
+        Q_EMIT keyChanged();
+    } catch (const std::exception&) {
+        flash({.text = "Couldn’t save the key to the Keychain", .symbol = "exclamationmark.triangle"});
+    }
+}
+
+} // namespace varnic

@@ -1,0 +1,228 @@
+#pragma once
+
+#include "Varnic/AppModel/AppSettings.h"
+#include "Varnic/AppModel/Desktop.h"
+#include "Varnic/AppModel/LibraryQueue.h"
+#include "Varnic/AppModel/ToastMessage.h"
+#include "Varnic/Recording/RecordingController.h"
+#include "VarnicCore/AISummariser/HTTPTransport.h"
+#include "VarnicCore/AISummariser/KeyStore.h"
+#include "VarnicCore/Editor/NoteEditor.h"
+#include "VarnicCore/Library/Flashcards.h"
+#include "VarnicCore/Library/NoteSearch.h"
+#include "VarnicCore/Library/Todos.h"
+#include "VarnicCore/Models/Note.h"
+#include "VarnicCore/Models/Region.h"
+#include "VarnicCore/Pipeline/CallProcessor.h"
+#include "VarnicCore/Pipeline/ProcessingStage.h"
+
+#include <QCoro/QCoroTask>
+#include <QObject>
+#include <QProperty>
+#include <QTimer>
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace varnic {
+
+/// Which list the sidebar shows.
+enum class LibrarySection { all, calls, notes, todos, cards };
+
+/// Where the application's data lies, from the environment.
+struct AppPlaces {
+    std::filesystem::path dataDirectory;
+    /// Data and settings are for trying out: no key ring is touched.
+    bool isScratch = false;
+    std::unique_ptr<QSettings> settings;
+
+    /// $VARNIC_DATA_DIR with settings of its own, which are wiped unless VARNIC_SELFTEST is "persist"; else the user's
+    /// library and settings.
+    static AppPlaces fromEnvironment();
+};
+
+/// What a call says that was not transcribed because the program ended.
+inline constexpr const char* quitProblem =
+    "Varnic was quit before this call was transcribed — choose Transcribe Again.";
+
+/// The one object that windows, menus and commands talk to. It owns the notes in memory, the library on disk, the
+/// settings and the recorder; nothing else writes a note. Main thread; flows that take long suspend and let it go on.
+/// It must outlive the flows that it runs: quit with `quit`.
+class AppModel : public QObject {
+    Q_OBJECT
+
+public:
+    explicit AppModel(AppPlaces places, QObject* parent = nullptr);
+    AppModel(const AppModel&) = delete;
+    AppModel& operator=(const AppModel&) = delete;
+    ~AppModel() override;
+
+    // What views show. All but the notes tell of their changes by themselves.
+
+    /// Every note of the library, in no order.
+    [[nodiscard]] const std::vector<Note>& notes() const { return notes_; }
+
+    QProperty<LibrarySection> section{LibrarySection::all};
+    /// The note that is open.
+    QProperty<std::optional<Uuid>> selection;
+    /// What is searched for.
+    QProperty<std::string> query;
+    QProperty<std::optional<ToastMessage>> toast;
+    /// The block that the editor is to focus.
+    QProperty<std::optional<Uuid>> focusBlock;
+    /// About note files that cannot be read.
+    QProperty<std::optional<std::string>> loadProblem;
+    /// The notes that are being written down or summarised.
+    QProperty<std::map<Uuid, ProcessingStage>> processing;
+    /// The notes that an AI is summarising.
+    QProperty<std::set<Uuid>> aiRunning;
+    /// How the last try of an AI failed.
+    QProperty<std::map<Uuid, std::string>> aiError;
+    QProperty<bool> showTranscript{false};
+    QProperty<bool> showConsent{false};
+    QProperty<bool> showSetup{false};
+    /// The note whose cards are studied.
+    QProperty<std::optional<Uuid>> studyDeck;
+
+    /// A request to the player to jump.
+    struct Seek {
+        Uuid note;
+        /// Seconds into the call.
+        double time = 0;
+
+        bool operator==(const Seek&) const = default;
+    };
+
+    QProperty<std::optional<Seek>> seek;
+
+    // What the flows work with; tests and demonstrations replace it.
+
+    AppSettings settings;
+    Desktop desktop;
+    std::shared_ptr<KeyStore> keys;
+    std::shared_ptr<HTTPTransport> transport;
+    std::function<std::shared_ptr<const Transcriber>()> makeTranscriber;
+    std::function<std::shared_ptr<CaptureSource>()> makeCapture;
+    /// Where the user lives.
+    Region region = Region::user();
+    /// While true nothing is written to disk and no hotkey is registered.
+    bool isDemo = false;
+
+    [[nodiscard]] RecordingController& recorder() { return *recorder_; }
+
+    [[nodiscard]] const std::filesystem::path& dataDirectory() const { return store_.root(); }
+
+    [[nodiscard]] std::filesystem::path audioFolder(const Uuid& id) const { return store_.audioFolder(id); }
+
+    // Lists, computed at each call.
+
+    /// The notes of the section, pinned ones first, else newest first.
+    [[nodiscard]] std::vector<const Note*> visibleNotes() const;
+    /// The note, or null; valid until the notes change.
+    [[nodiscard]] const Note* note(std::optional<Uuid> id) const;
+    /// The note that a running recording will become.
+    [[nodiscard]] std::optional<Uuid> liveNoteID() const;
+    [[nodiscard]] std::vector<NoteMatch> searchResults() const;
+    [[nodiscard]] std::vector<OpenTodo> openTodos() const;
+    [[nodiscard]] std::vector<Flashcards::Deck> decks() const;
+    [[nodiscard]] int dueCardCount() const;
+
+    // Loading, editing, saving.
+
+    /// Reads the library, and files recordings that died.
+    QCoro::Task<> load();
+    /// Changes a note; one that comes out the same is not saved.
+    void update(Uuid id, bool saveNow, const std::function<void(Note&)>& change);
+    Uuid newNote(std::string title = {}, std::vector<Block> blocks = {});
+    /// Moves the note to the deleted ones, but never that of a running recording.
+    void remove(Uuid id);
+    /// Brings a deleted note back, in the library's form or else as given.
+    QCoro::Task<> restore(Note note);
+    /// Writes what is pending and returns when it is on disk.
+    void flushSaves();
+    void flash(ToastMessage message);
+    void selectFirstIfNeeded();
+
+    void togglePin(Uuid id);
+    void toggleTodo(Uuid note, Uuid block);
+    void grade(Uuid note, Uuid card, Flashcards::Grade grade);
+    void renameThem(Uuid id, std::string name);
+
+    // Keys of AI providers.
+
+    [[nodiscard]] bool hasKey() const;
+    void setKey(const std::string& value);
+
+    // Recording.
+
+    /// What a press of the record button means now.
+    void toggleRecording();
+    void consentAccepted();
+    QCoro::Task<> startRecording(bool allowWithoutThem);
+    /// Ends the recording and files the call; its id, or nothing when none ran.
+    QCoro::Task<std::optional<Uuid>> stopRecording();
+    /// Ends the recording and files what there is, without transcribing.
+    QCoro::Task<> stopRecordingForQuit();
+    void discardRecording();
+
+    // Calls.
+
+    QCoro::Task<> process(Recording recording);
+    QCoro::Task<> importAudio(std::filesystem::path file);
+    QCoro::Task<> chooseImport();
+    QCoro::Task<> retranscribe(Uuid id);
+    QCoro::Task<> runAI(Uuid id);
+    void useLocalSummary(Uuid id);
+    void removeAudio(Uuid id);
+
+    /// Ends what is being transcribed or summarised as soon as it can; the notes say so.
+    void cancelProcessing() { stopProcessing_.request_stop(); }
+
+    // Taking notes elsewhere.
+
+    QCoro::Task<> exportAudio(Uuid id);
+    QCoro::Task<> exportNote(Uuid id, ExportFormat format);
+    /// Throws what the writer throws.
+    void exportFile(Uuid id, ExportFormat format, const std::filesystem::path& file) const;
+    [[nodiscard]] ExportOptions exportOptions() const;
+    void copyEmail(Uuid id);
+    [[nodiscard]] std::optional<std::string> mailtoURL(Uuid id) const;
+    void openInMail(Uuid id);
+    void copyHeadsUp();
+
+Q_SIGNALS:
+    /// The list of notes or one of them has changed.
+    void notesChanged();
+    /// Whether there is a key for the AI provider may have changed.
+    void keyChanged();
+
+private:
+    [[nodiscard]] Note* find(Uuid id);
+    void scheduleSave(Uuid id, bool immediately);
+    /// `whenSaved`, if given, is done off the main thread once the note is on disk.
+    void saveNow(Uuid id, SerialQueue::Work whenSaved = nullptr);
+    void setStage(Uuid id, std::optional<ProcessingStage> stage);
+    QCoro::Task<> recoverRecordings();
+    [[nodiscard]] CallProcessor processor() const;
+    [[nodiscard]] DigestContext context(const CallRecord& call) const;
+    [[nodiscard]] DigestContext context(Date startedAt, std::string themName, std::string source) const;
+    void file(Note finished);
+    [[nodiscard]] CallTracks existingTracks(const Note& note) const;
+    void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
+
+    std::vector<Note> notes_;
+    LibraryQueue store_;
+    std::unique_ptr<RecordingController> recorder_;
+    /// Saves that wait for the user to pause.
+    std::map<Uuid, std::unique_ptr<QTimer>> saveTasks_;
+    std::stop_source stopProcessing_;
+};
+
+} // namespace varnic

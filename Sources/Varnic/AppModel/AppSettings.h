@@ -1,0 +1,68 @@
+#pragma once
+
+#include "VarnicCore/AISummariser/AISettings.h"
+#include "VarnicCore/Pipeline/Consent.h"
+
+#include <QProperty>
+#include <QSettings>
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace varnic {
+
+/// The key combinations that can be chosen for the global hotkey.
+enum class HotkeyChoice { ctrlOptCmdR, optShiftR, ctrlShiftR };
+
+inline constexpr std::array allHotkeyChoices{HotkeyChoice::ctrlOptCmdR, HotkeyChoice::optShiftR,
+                                             HotkeyChoice::ctrlShiftR};
+
+/// The form in which a choice is stored.
+std::string_view rawValue(HotkeyChoice choice);
+std::optional<HotkeyChoice> hotkeyChoiceFrom(std::string_view rawValue);
+
+/// The user's settings. Each is read once, when this is made; a later change is written to the store at once. Main
+/// thread.
+class AppSettings {
+public:
+    /// `userName` is the user's full name and `locale` the current locale's identifier, the first values of `yourName`
+    /// and `localeID`.
+    AppSettings(std::unique_ptr<QSettings> store, std::string_view userName, std::string_view locale);
+
+    /// The user's name in digests and messages; may be empty.
+    QProperty<std::string> yourName;
+    /// The reminder to tell the other party has been accepted once.
+    QProperty<bool> consentSeen;
+    QProperty<bool> remindEveryTime;
+    QProperty<Consent::Tone> headsUpTone;
+    QProperty<bool> showPill;
+    QProperty<bool> hotkeyEnabled;
+    QProperty<HotkeyChoice> hotkey;
+    /// Whether recordings stay after they have been transcribed.
+    QProperty<bool> keepAudio;
+    QProperty<bool> liveTranscript;
+    /// What is spoken, such as "en-GB".
+    QProperty<std::string> localeID;
+    QProperty<AISettings> ai;
+
+    /// From here on changes are for this run only, and not written.
+    void keepForThisRun() { writers_.clear(); }
+
+    /// Settings that belong to windows and not to the application.
+    [[nodiscard]] QSettings& store() { return *store_; }
+
+private:
+    template <typename Value, typename Encode>
+    void keep(const char* key, QProperty<Value>& property, Encode encode);
+
+    std::unique_ptr<QSettings> store_;
+    /// What writes a setting as it changes.
+    std::vector<QPropertyNotifier> writers_;
+};
+
+} // namespace varnic

@@ -1,0 +1,55 @@
+#include "Varnic/AppModel/AppModel.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace varnic {
+
+std::vector<const Note*> AppModel::visibleNotes() const {
+    std::vector<const Note*> visible;
+    visible.reserve(notes_.size());
+    for (const Note& note : notes_) {
+        const bool isHidden = (section.value() == LibrarySection::calls && !note.isCall()) ||
+                              (section.value() == LibrarySection::notes && note.isCall());
+        if (!isHidden) {
+            visible.push_back(&note);
+        }
+    }
+    std::ranges::stable_sort(visible, [](const Note* a, const Note* b) {
+        return std::pair(a->pinned, a->created) > std::pair(b->pinned, b->created);
+    });
+    return visible;
+}
+
+const Note* AppModel::note(std::optional<Uuid> id) const {
+    const auto found = id ? std::ranges::find(notes_, *id, &Note::id) : notes_.end();
+    return found == notes_.end() ? nullptr : &*found;
+}
+
+Note* AppModel::find(Uuid id) {
+    const auto found = std::ranges::find(notes_, id, &Note::id);
+    return found == notes_.end() ? nullptr : &*found;
+}
+
+std::optional<Uuid> AppModel::liveNoteID() const {
+    return isBusy(recorder_->state()) ? std::optional(recorder_->noteID()) : std::nullopt;
+}
+
+std::vector<NoteMatch> AppModel::searchResults() const {
+    return NoteSearch::search(query.value(), notes_);
+}
+
+std::vector<OpenTodo> AppModel::openTodos() const {
+    return Todos::open(notes_, region);
+}
+
+std::vector<Flashcards::Deck> AppModel::decks() const {
+    return Flashcards::decks(notes_, currentDate(), region);
+}
+
+int AppModel::dueCardCount() const {
+    const auto all = decks();
+    return std::transform_reduce(all.begin(), all.end(), 0, std::plus(), [](const auto& deck) { return deck.due; });
+}
+
+} // namespace varnic

@@ -1,0 +1,179 @@
+#include "Varnic/AppModel/AppModel.h"
+
+#include "Varnic/Background.h"
+#include "VarnicCore/Pipeline/CallSource.h"
+#include "VarnicCore/Pipeline/SessionState.h"
+#include "VarnicCore/Summariser/ExtractiveSummariser.h"
+#include "VarnicCore/Transcript/Diarisation.h"
+#include "VarnicPlatform/Capture/LiveCapture.h"
+#include "VarnicPlatform/Capture/Permissions.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace varnic {
+
+namespace {
+
+/// How alike two lines at the same time must be for the microphone's to count as an echo.
+constexpr double echoThreshold = 0.5;
+
+constexpr const char* warningSymbol = "exclamationmark.triangle";
+
+std::vector<Block> placeholder() {
+    return {Block{.kind = BlockKind::heading, .text = "Notes"}, Block{}};
+}
+
+CallRecord callRecord(const RecordingResult& result) {
+    return {.startedAt = result.startedAt,
+            .duration = result.duration,
+            .source = result.source,
+            .audioFolder = result.noteID.text(),
+            .tracks = result.tracks.speakers()};
+}
+
+std::vector<Segment> mergedLive(const std::vector<Segment>& live) {
+    std::vector<Segment> you;
+    std::vector<Segment> them;
+    std::ranges::partition_copy(live, std::back_inserter(you), std::back_inserter(them),
+                                [](const Segment& line) { return line.speaker == Speaker::you; });
+    return Diarisation::merge(you, them, echoThreshold);
+}
+
+} // namespace
+
+void AppModel::toggleRecording() {
+    const bool seen = settings.consentSeen.value() && !settings.remindEveryTime.value();
+    const SessionState state = showConsent.value() ? SessionState(Session::AskingConsent()) : recorder_->state();
+    switch (SessionLogic::toggle(state, seen)) {
+    case SessionLogic::Action::showConsent:
+        desktop.activate();
+        showConsent = true;
+        break;
+    case SessionLogic::Action::start:
+        startRecording(false);
+        break;
+    case SessionLogic::Action::stop:
+        stopRecording();
+        break;
+    case SessionLogic::Action::none:
+        break;
+    }
+}
+
+void AppModel::consentAccepted() {
+    settings.consentSeen = true;
+    showConsent = false;
+    startRecording(false);
+}
+
+QCoro::Task<> AppModel::startRecording(bool allowWithoutThem) {
+    if (isBusy(recorder_->state())) {
+        co_return;
+    }
+    // Whoever gets here has said yes to recording. Asking the sound server may take a moment.
+    const auto survey = [locale = settings.localeID.value()] {
+        return Permissions::States{
+            Permissions::microphone(true), Permissions::screen(true),
+            Permissions::speech(true, locale, SpeechModels::installed(SpeechModels::dataDirectories()))};
+    };
+    const Permissions::States may = co_await inBackground(survey);
+    if (isBusy(recorder_->state())) {
+        co_return;
+    }
+    const bool screen = may.screen == PermissionState::granted;
+    if (!screen && !allowWithoutThem) {
+        showSetup = true;
+        co_return;
+    }
+    const Uuid id = Uuid::random();
+    const auto capture = makeCapture();
+    if (auto* live = dynamic_cast<LiveCapture*>(capture.get())) {
+        live->wantSystem = live->wantSystem && screen;
+        live->wantMic = live->wantMic && may.mic == PermissionState::granted;
+    }
+    const std::string source(CallSource::guess(desktop.runningPrograms(), desktop.frontProgram()));
+    const bool isLive = settings.liveTranscript.value() && may.speech == PermissionState::granted;
+    std::optional<std::string> locale;
+    if (isLive) {
+        locale = settings.localeID.value();
+    }
+    try {
+        auto starting = recorder_->start(id, store_.audioFolder(id), capture, std::move(locale), source);
+        co_await starting;
+    } catch (const std::exception& error) {
+        // Nothing was recorded, and nothing of it stays.
+        store_.removeAudio(id);
+        flash({.text = error.what(), .symbol = warningSymbol});
+        co_return;
+    }
+    if (liveNoteID() != id) {
+        co_return;
+    }
+    query = std::string();
+    if (section.value() != LibrarySection::calls) {
+        section = LibrarySection::all;
+    }
+    selection = id;
+    desktop.refreshPill();
+    desktop.playSound("Tink");
+}
+
+QCoro::Task<std::optional<Uuid>> AppModel::stopRecording() {
+    const auto result = co_await recorder_->stop();
+    if (!result) {
+        co_return std::nullopt;
+    }
+    desktop.refreshPill();
+    desktop.playSound("Pop");
+    const Uuid id = result->noteID;
+    notes_.insert(notes_.begin(),
+                  Note(id, fmt::format("{} · {}", result->source, region.format(result->startedAt, "d MMM, HH:mm")),
+                       result->startedAt, placeholder(), callRecord(*result)));
+    Q_EMIT notesChanged();
+    selection = id;
+    // Until the note is on disk, the recording counts as one to be recovered.
+    saveNow(id, [mark = result->mark] { mark->remove(); });
+    Recording recording{.noteID = id,
+                        .tracks = result->tracks,
+                        .live = settings.liveTranscript.value() ? std::optional(result->live) : std::nullopt,
+                        .startedAt = result->startedAt,
+                        .duration = result->duration,
+                        .source = result->source,
+                        .audioFolder = id.text()};
+    co_await process(std::move(recording));
+    co_return id;
+}
+
+QCoro::Task<> AppModel::stopRecordingForQuit() {
+    const auto result = co_await recorder_->stop();
+    if (!result) {
+        co_return;
+    }
+    CallRecord call = callRecord(*result);
+    call.segments = mergedLive(result->live);
+    std::optional<CallDigest> digest;
+    if (call.segments.empty()) {
+        call.problem = quitProblem;
+    } else {
+        digest = ExtractiveSummariser::makeDigest(call.segments, context(call), region, currentDate());
+        call.digest = digest;
+    }
+    store_.save(
+        NoteEditor::callNote(result->noteID, std::move(call), digest, region, currentDate()), [](const Note&) {},
+        [mark = result->mark] { mark->remove(); });
+    store_.flush();
+}
+
+void AppModel::discardRecording() {
+    const Uuid id = recorder_->noteID();
+    recorder_->discard();
+    desktop.refreshPill();
+    if (selection.value() == id) {
+        selection = std::nullopt;
+        selectFirstIfNeeded();
+    }
+}
+
+} // namespace varnic

@@ -1,0 +1,117 @@
+#include "Varnic/AppModel/AppModel.h"
+
+#include "Varnic/Background.h"
+#include "VarnicCore/Audio/AudioMix.h"
+#include "VarnicCore/Export/Exporter.h"
+#include "VarnicCore/Library/AtomicWrite.h"
+
+#include <QUrl>
+
+#include <fmt/format.h>
+
+namespace varnic {
+
+namespace {
+
+constexpr const char* warningSymbol = "exclamationmark.triangle";
+constexpr const char* copySymbol = "doc.on.doc";
+
+const EmailDraft* emailOf(const Note* note) {
+    return note != nullptr && note->call && note->call->digest ? &note->call->digest->email : nullptr;
+}
+
+} // namespace
+
+void AppModel::removeAudio(Uuid id) {
+    store_.removeAudio(id);
+    editCall(id, [](CallRecord& call) {
+        call.audioFolder.reset();
+        call.tracks.clear();
+    });
+    flash({.text = "Audio removed — the transcript stays", .symbol = "waveform.slash"});
+}
+
+QCoro::Task<> AppModel::exportAudio(Uuid id) {
+    const Note* stored = note(id);
+    if (stored == nullptr || !stored->call) {
+        co_return;
+    }
+    const CallTracks tracks = existingTracks(*stored);
+    if (tracks.speakers().empty()) {
+        co_return;
+    }
+    std::filesystem::path name = Exporter::fileName(*stored, ExportFormat::markdown);
+    std::string suggested = name.replace_extension(".m4a").string();
+    const auto file = co_await desktop.chooseDestination(std::move(suggested));
+    if (!file) {
+        co_return;
+    }
+    const auto mix = [tracks, file = *file] { AudioMix::stereo(tracks.you, tracks.them, file); };
+    try {
+        co_await inBackground(mix);
+        flash({.text = "Saved the recording (you left, them right)", .symbol = "waveform"});
+    } catch (const std::exception&) {
+        flash({.text = "Couldn’t save the recording", .symbol = warningSymbol});
+    }
+}
+
+QCoro::Task<> AppModel::exportNote(Uuid id, ExportFormat format) {
+    const Note* stored = note(id);
+    if (stored == nullptr) {
+        co_return;
+    }
+    std::string suggested = Exporter::fileName(*stored, format);
+    const auto file = co_await desktop.chooseDestination(std::move(suggested));
+    if (!file) {
+        co_return;
+    }
+    try {
+        exportFile(id, format, *file);
+        flash({.text = fmt::format("Exported {}", title(format)), .symbol = "square.and.arrow.up"});
+    } catch (const std::exception& error) {
+        flash({.text = fmt::format("Export failed: {}", error.what()), .symbol = warningSymbol});
+    }
+}
+
+void AppModel::exportFile(Uuid id, ExportFormat format, const std::filesystem::path& file) const {
+    if (const Note* stored = note(id)) {
+        AtomicWrite::replace(file, Exporter::data(*stored, format, exportOptions(), region),
+                             AtomicWrite::Readers::asUsual);
+    }
+}
+
+ExportOptions AppModel::exportOptions() const {
+    const std::string& name = settings.yourName.value();
+    return {.includeTranscript = true, .includeEmail = true, .yourName = name.empty() ? "You" : name};
+}
+
+void AppModel::copyEmail(Uuid id) {
+    if (const EmailDraft* email = emailOf(note(id))) {
+        desktop.copyText(fmt::format("Subject: {}\n\n{}", email->subject, email->body));
+        flash({.text = "Email copied", .symbol = copySymbol});
+    }
+}
+
+std::optional<std::string> AppModel::mailtoURL(Uuid id) const {
+    const EmailDraft* email = emailOf(note(id));
+    if (email == nullptr) {
+        return std::nullopt;
+    }
+    const auto encoded = [](const std::string& text) {
+        return QUrl::toPercentEncoding(QString::fromStdString(text)).toStdString();
+    };
+    return fmt::format("mailto:?subject={}&body={}", encoded(email->subject), encoded(email->body));
+}
+
+void AppModel::openInMail(Uuid id) {
+    if (const auto url = mailtoURL(id)) {
+        desktop.openURL(*url);
+    }
+}
+
+void AppModel::copyHeadsUp() {
+    desktop.copyText(Consent::headsUp(settings.headsUpTone.value(), settings.yourName.value()));
+    flash({.text = "Heads-up copied — paste it into the call’s chat", .symbol = copySymbol});
+}
+
+} // namespace varnic

@@ -1,0 +1,67 @@
+#include "Varnic/AppModel/AppModel.h"
+
+#include "Varnic/Background.h"
+#include "VarnicCore/AISummariser/SummariserFactory.h"
+#include "VarnicCore/Summariser/ExtractiveSummariser.h"
+
+#include <fmt/format.h>
+
+namespace varnic {
+
+namespace {
+
+/// Whether the note's title is the one that its digest gave it.
+bool hasDigestsTitle(const Note& note) {
+    return note.call && note.call->digest && note.title == note.call->digest->title;
+}
+
+bool canBeSummarised(const Note* note) {
+    return note != nullptr && note->call && !note->call->segments.empty();
+}
+
+template <typename Container, typename Change>
+void change(QProperty<Container>& property, Change apply) {
+    Container values = property.value();
+    apply(values);
+    property = std::move(values);
+}
+
+} // namespace
+
+QCoro::Task<> AppModel::runAI(Uuid id) {
+    const Note* stored = note(id);
+    if (!canBeSummarised(stored) || aiRunning.value().contains(id)) {
+        co_return;
+    }
+    const std::shared_ptr<Summariser> summariser = SummariserFactory::ai(settings.ai.value(), *keys, transport);
+    if (!summariser) {
+        co_return;
+    }
+    change(aiRunning, [id](auto& running) { running.insert(id); });
+    change(aiError, [id](auto& errors) { errors.erase(id); });
+    const auto work = [summariser, segments = stored->call->segments, told = context(*stored->call),
+                       stop = stopProcessing_.get_token()] { return summariser->digest(segments, told, stop); };
+    try {
+        const CallDigest digest = co_await inBackground(work);
+        update(id, true, [&digest](Note& note) {
+            NoteEditor::apply(digest, note, hasDigestsTitle(note) || note.title.empty(), currentDate());
+        });
+        flash({.text = fmt::format("Summary by {}", digest.provider), .symbol = "sparkles"});
+    } catch (const std::exception& error) {
+        change(aiError, [&](auto& errors) { errors[id] = error.what(); });
+    }
+    change(aiRunning, [id](auto& running) { running.erase(id); });
+}
+
+void AppModel::useLocalSummary(Uuid id) {
+    const Note* stored = note(id);
+    if (!canBeSummarised(stored)) {
+        return;
+    }
+    const CallDigest digest =
+        ExtractiveSummariser::makeDigest(stored->call->segments, context(*stored->call), region, currentDate());
+    update(id, true, [&digest](Note& note) { NoteEditor::apply(digest, note, hasDigestsTitle(note), currentDate()); });
+    change(aiError, [id](auto& errors) { errors.erase(id); });
+}
+
+} // namespace varnic

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "VarnicCore/Models/Uuid.h"
+
+#include <functional>
+#include <string>
+
+namespace varnic {
+
+/// A short notice. Two are different even where their words are equal.
+struct ToastMessage {
+    std::string text;
+    /// The name of its icon.
+    std::string symbol;
+    /// Takes back what it tells of, where that is possible.
+    std::function<void()> undo = nullptr;
+    Uuid id = Uuid::random();
+
+    bool operator==(const ToastMessage& other) const { return id == other.id; }
+};
+
+} // namespace varnic

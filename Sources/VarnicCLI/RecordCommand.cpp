@@ -1,0 +1,188 @@
+#include "Varnic/AppModel/AppModel.h"
+#include "VarnicCLI/CallFiling.h"
+#include "VarnicCLI/Interruption.h"
+#include "VarnicCLI/Terminal.h"
+#include "VarnicCore/Models/Clock.h"
+#include "VarnicCore/Text/Wording.h"
+#include "VarnicPlatform/Capture/LiveCapture.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <limits>
+
+namespace varnic::cli {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The seconds of `--for`; without it, as long as it takes.
+double limit(const Arguments& arguments) {
+    const auto text = arguments.value("for");
+    if (!text) {
+        return std::numeric_limits<double>::infinity();
+    }
+    double seconds = 0;
+    const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), seconds);
+    if (error != std::errc() || end != text->data() + text->size() || !(seconds > 0)) {
+        throw UsageError(fmt::format("--for wants seconds, not “{}”", *text));
+    }
+    return seconds;
+}
+
+/// A level of 0 to 1 as a bar that is read at a glance.
+std::string meter(float level) {
+    constexpr std::array<std::string_view, 9> bars{" ", "▁", "▂", "▃", "▄", "▅", "▆", "▇", "█"};
+    const auto step = static_cast<std::size_t>(std::clamp(level, 0.0F, 1.0F) * 8 + 0.5F);
+    return std::string(bars[step]);
+}
+
+/// One recording, from its first sound to its note, on the terminal.
+class RecordingSession {
+public:
+    RecordingSession(AppModel& model, const Interruption& interruption, double limit, std::string yourName)
+        : model_(model), interruption_(interruption), limit_(limit),
+          yourName_(yourName.empty() ? "You" : std::move(yourName)) {}
+
+    /// Throws std::runtime_error when nothing could be recorded. The finished note.
+    Note run() {
+        // Without a screen there is no sheet to ask on: what can be recorded is, and the rest is said.
+        QCoro::waitFor(model_.startRecording(true));
+        if (!isRecording(model_.recorder().state())) {
+            throw std::runtime_error(Wording::shown(model_.toast.value() ? model_.toast.value()->text : "") +
+                                     " `varnic-cli devices` tells what is missing.");
+        }
+        id_ = model_.recorder().noteID();
+        fmt::print(stderr, "Recording. Ctrl-C stops.\n");
+        QEventLoop loop;
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, [&] {
+            step();
+            if (isFinished()) {
+                loop.quit();
+            }
+        });
+        timer.start(50ms);
+        loop.exec();
+        model_.flushSaves();
+        return *model_.note(id_);
+    }
+
+private:
+    void step() {
+        RecordingController& recorder = model_.recorder();
+        printNewLines();
+        printNewWarning();
+        if (isRecording(recorder.state())) {
+            line_.show(status());
+            if (interruption_.count() > 0 || recorder.elapsed() >= limit_) {
+                stoppedBy_ = interruption_.count();
+                model_.stopRecording();
+            }
+            return;
+        }
+        const auto& stages = model_.processing.value();
+        if (const auto stage = stages.find(id_); stage != stages.end()) {
+            line_.show(Terminal::bar(stage->second));
+            if (interruption_.count() > stoppedBy_) {
+                model_.cancelProcessing();
+            }
+        }
+    }
+
+    [[nodiscard]] bool isFinished() const {
+        return !isBusy(model_.recorder().state()) && model_.note(id_) != nullptr && model_.processing.value().empty() &&
+               model_.aiRunning.value().empty();
+    }
+
+    [[nodiscard]] std::string status() const {
+        const RecordingController& recorder = model_.recorder();
+        const InkSample level = recorder.samples().empty() ? InkSample() : recorder.samples().back();
+        std::string text =
+            fmt::format("● {}  you {}  them {}", Clock::stamp(recorder.elapsed()), meter(level.you), meter(level.them));
+        if (recorder.warning()) {
+            text += "  " + Wording::shown(*recorder.warning());
+        }
+        return text;
+    }
+
+    void printNewLines() {
+        const auto& lines = model_.recorder().committed();
+        for (; printed_ < lines.size(); ++printed_) {
+            const Segment& said = lines[printed_];
+            line_.clear();
+            fmt::print(stderr, "{} {}: {}\n", Clock::stamp(said.start), CallRecord().name(said.speaker, yourName_),
+                       said.text);
+        }
+    }
+
+    /// For those who don't watch the line: a warning stays in what was printed.
+    void printNewWarning() {
+        if (model_.recorder().warning() != warned_) {
+            warned_ = model_.recorder().warning();
+            if (warned_) {
+                line_.clear();
+                fmt::print(stderr, "varnic-cli: {}\n", Wording::shown(*warned_));
+            }
+        }
+    }
+
+    AppModel& model_;
+    const Interruption& interruption_;
+    double limit_;
+    std::string yourName_;
+    Uuid id_;
+    Terminal::StatusLine line_;
+    std::size_t printed_ = 0;
+    std::optional<std::string> warned_;
+    /// Interrupts until the recording stopped; the next one stops what follows.
+    int stoppedBy_ = 0;
+};
+
+/// What went wrong on the way, though the call was recorded.
+void tellTroubles(const LiveCapture& capture) {
+    for (const std::string& problem : capture.problems()) {
+        fmt::print(stderr, "varnic-cli: {}\n", Wording::shown(problem));
+    }
+    if (const auto lost = capture.lostFrames(); lost > 0) {
+        fmt::print(stderr, "varnic-cli: {:.1f} seconds of sound were lost: the computer was too busy.\n",
+                   static_cast<double>(lost) / TrackFormat::sampleRate);
+    }
+}
+
+} // namespace
+
+ExitCode record(const Arguments& arguments) {
+    arguments.expectNoWords();
+    const double seconds = limit(arguments);
+    const Interruption interruption; // Ahead of all that starts threads.
+    int argumentCount = 0;
+    const QCoreApplication application(argumentCount, nullptr);
+    AppModel model(AppPlaces::fromEnvironment());
+    model.settings.keepForThisRun();
+    model.settings.liveTranscript = !arguments.has("no-live");
+    model.settings.localeID = arguments.valueOr("language", model.settings.localeID.value());
+    model.settings.yourName = arguments.valueOr("your-name", model.settings.yourName.value());
+    const auto capture = std::make_shared<LiveCapture>();
+    capture->wantSystem = !arguments.has("mic-only");
+    model.makeCapture = [capture] { return capture; };
+    FilingOptions options = FilingOptions::from(arguments);
+    options.yourName = model.settings.yourName.value();
+    const Note note = RecordingSession(model, interruption, seconds, options.yourName).run();
+    tellTroubles(*capture);
+    if (options.json) {
+        fmt::print("{}\n", LibraryStore::encoded(note));
+    } else {
+        printFiled(note, options);
+    }
+    return tellProblem(note);
+}
+
+} // namespace varnic::cli

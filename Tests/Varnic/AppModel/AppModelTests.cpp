@@ -1,0 +1,133 @@
+#include "Varnic/AppModel/ScratchModel.h"
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+namespace varnic {
+namespace {
+
+namespace fs = std::filesystem;
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+std::vector<std::string> titles(const std::vector<const Note*>& notes) {
+    std::vector<std::string> result;
+    for (const Note* note : notes) {
+        result.push_back(note->title);
+    }
+    return result;
+}
+
+class AppModelTests : public testing::Test {
+protected:
+    [[nodiscard]] std::string toastText() { return model->toast.value() ? model->toast.value()->text : ""; }
+
+    ScratchModel model;
+};
+
+TEST_F(AppModelTests, load_unreadableFiles_loadsTheOthersAndSaysSo) {
+    model->newNote("Kept");
+    model->flushSaves();
+    for (const auto& [file, problem] : std::vector<std::pair<std::string, std::string>>{
+             {"bad.json", "1 note file couldn’t be read and was left as is."},
+             {"worse.json", "2 note files couldn’t be read and were left as is."}}) {
+        std::ofstream(model.folder() / "Library" / "notes" / file) << "{";
+        model.restart();
+        model.load();
+        EXPECT_EQ(model->loadProblem.value(), problem);
+        EXPECT_THAT(titles(model->visibleNotes()), ElementsAre("Kept"));
+        EXPECT_EQ(model->selection.value(), model->notes().front().id);
+    }
+}
+
+TEST_F(AppModelTests, visibleNotes_sectionsAndPins) {
+    const Uuid first = model->newNote("First");
+    model->newNote("Second");
+    Note call(Uuid::random(), "Call", currentDate(), {}, CallRecord{});
+    QCoro::waitFor(model->restore(call));
+    model->togglePin(first);
+    EXPECT_EQ(titles(model->visibleNotes()).front(), "First");
+    model->section = LibrarySection::calls;
+    EXPECT_THAT(titles(model->visibleNotes()), ElementsAre("Call"));
+    model->section = LibrarySection::notes;
+    EXPECT_THAT(titles(model->visibleNotes()), SizeIs(2));
+}
+
+TEST_F(AppModelTests, update_quickEdits_areWrittenTogetherAfterAPause) {
+    const Uuid id = model->newNote("A");
+    model->flushSaves();
+    const auto file = model.folder() / "Library" / "notes" / (id.text() + ".json");
+    const auto written = fs::last_write_time(file);
+    int changes = 0;
+    QObject::connect(&*model, &AppModel::notesChanged, [&changes] { ++changes; });
+    for (const char* title : {"AB", "ABC", "ABC"}) {
+        model->update(id, false, [title](Note& note) { note.title = title; });
+    }
+    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(fs::last_write_time(file), written);
+    EXPECT_TRUE(waitUntil([&] { return fs::last_write_time(file) != written; }));
+    EXPECT_EQ(model.stored().front().title, "ABC");
+}
+
+TEST_F(AppModelTests, save_fails_saysSoAndKeepsTheEdit) {
+    const Uuid id = model->newNote("A");
+    model->flushSaves();
+    fs::remove_all(model.folder() / "Library");
+    std::ofstream(model.folder() / "Library") << "in the way";
+    model->update(id, true, [](Note& note) { note.title = "B"; });
+    EXPECT_TRUE(waitUntil([&] { return toastText() == "Couldn’t save “B”"; }));
+    fs::remove(model.folder() / "Library");
+    fs::create_directories(model.folder() / "Library" / "notes");
+    model->update(id, true, [](Note& note) { note.title = "C"; });
+    EXPECT_EQ(model.stored().front().title, "C");
+}
+
+TEST_F(AppModelTests, newNote_elsewhere_movesToTheNotes) {
+    model->section = LibrarySection::todos;
+    model->query = std::string("x");
+    const Uuid id = model->newNote();
+    EXPECT_EQ(model->section.value(), LibrarySection::notes);
+    EXPECT_EQ(model->query.value(), "");
+    EXPECT_EQ(model->selection.value(), id);
+    EXPECT_EQ(model->focusBlock.value(), model->note(id)->blocks.front().id);
+    model->section = LibrarySection::all;
+    model->newNote();
+    EXPECT_EQ(model->section.value(), LibrarySection::all);
+}
+
+TEST_F(AppModelTests, remove_thenUndo_bringsTheLastEditBack) {
+    const Uuid first = model->newNote("First");
+    const Uuid second = model->newNote("Second");
+    const std::vector<Uuid> order{model->visibleNotes()[0]->id, model->visibleNotes()[1]->id};
+    model->selection = order[1];
+    model->update(order[1], false, [](Note& note) { note.blocks.front().text = "unsaved"; });
+    model->remove(order[1]);
+    EXPECT_EQ(model->selection.value(), order[0]);
+    EXPECT_EQ(toastText(), fmt::format("Deleted “{}”", order[1] == first ? "First" : "Second"));
+    EXPECT_THAT(model.stored(), SizeIs(1));
+    model->toast.value()->undo();
+    ASSERT_TRUE(waitUntil([&] { return model->notes().size() == 2; }));
+    EXPECT_EQ(model->selection.value(), order[1]);
+    EXPECT_EQ(model->note(order[1])->blocks.front().text, "unsaved");
+    EXPECT_THAT(model.stored(), SizeIs(2));
+
+    model->remove(first);
+    model->remove(second);
+    EXPECT_EQ(model->selection.value(), std::nullopt);
+}
+
+TEST_F(AppModelTests, demo_nothingIsWritten) {
+    model->isDemo = true;
+    const Uuid id = model->newNote("Demo");
+    model->update(id, true, [](Note& note) { note.title = "Shown"; });
+    EXPECT_THAT(model.stored(), IsEmpty());
+    model->remove(id);
+    EXPECT_THAT(model->notes(), IsEmpty());
+}
+
+} // namespace
+} // namespace varnic

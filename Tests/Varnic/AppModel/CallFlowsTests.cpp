@@ -1,0 +1,280 @@
+#include "Varnic/AppModel/ScratchModel.h"
+#include "Varnic/HandCapture.h"
+#include "VarnicCore/Audio/SoundFiles.h"
+#include "VarnicCore/Fixtures/DemoCall.h"
+#include "VarnicPlatform/Capture/Permissions.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <atomic>
+
+namespace varnic {
+namespace {
+
+namespace fs = std::filesystem;
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Field;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+/// A server whose answers the test gives.
+class ScriptedTransport final : public HTTPTransport {
+public:
+    HTTPResponse answer{.status = 200, .body = ""};
+    mutable std::atomic<int> requests = 0;
+    std::atomic<bool> isSilent = false;
+
+    [[nodiscard]] HTTPResponse send(const HTTPRequest& /*request*/, std::stop_token /*stop*/) const override {
+        ++requests;
+        isSilent.wait(true);
+        return answer;
+    }
+};
+
+class CallFlowsTests : public testing::Test {
+protected:
+    CallFlowsTests() {
+        Permissions::override = {PermissionState::granted, PermissionState::granted, PermissionState::granted};
+        prepare();
+    }
+
+    ~CallFlowsTests() override { Permissions::override.reset(); }
+
+    void prepare() {
+        model->settings.liveTranscript = false;
+        model->settings.consentSeen = true;
+        model->makeCapture = [this] { return capture = std::make_shared<HandCapture>(sides); };
+        model->makeTranscriber = [this] {
+            auto transcriber = std::make_shared<FakeTranscriber>();
+            transcriber->segments = DemoCall::segments(0, 1);
+            transcriber->delay = delay;
+            transcriber->failure = failure;
+            return transcriber;
+        };
+    }
+
+    /// A recording of a second, up to where the transcription runs.
+    QCoro::Task<std::optional<Uuid>> record() {
+        QCoro::waitFor(model->startRecording(false));
+        capture->play(Speaker::you, 0, 1);
+        auto stopping = model->stopRecording();
+        EXPECT_TRUE(waitUntil([&] { return !model->processing.value().empty() || stopping.isReady(); }));
+        return stopping;
+    }
+
+    [[nodiscard]] std::string toastText() { return model->toast.value() ? model->toast.value()->text : ""; }
+
+    [[nodiscard]] std::vector<fs::path> audioFolders() {
+        model->flushSaves();
+        return {fs::directory_iterator(model.folder() / "Library" / "audio"), {}};
+    }
+
+    ScratchModel model;
+    std::vector<Speaker> sides{Speaker::you, Speaker::them};
+    std::shared_ptr<HandCapture> capture;
+    double delay = 0;
+    std::optional<TranscriberError> failure;
+};
+
+TEST_F(CallFlowsTests, toggle_withoutConsent_asksFirst) {
+    model->settings.consentSeen = false;
+    model->toggleRecording();
+    EXPECT_TRUE(model->showConsent.value());
+    model->toggleRecording();
+    EXPECT_FALSE(isBusy(model->recorder().state()));
+    model->consentAccepted();
+    ASSERT_TRUE(waitUntil([&] { return isRecording(model->recorder().state()); }));
+    EXPECT_EQ(model->selection.value(), model->recorder().noteID());
+    EXPECT_TRUE(model->settings.consentSeen.value());
+    model->toggleRecording();
+    EXPECT_TRUE(waitUntil([&] { return model->notes().size() == 1 && model->processing.value().empty(); }));
+}
+
+TEST_F(CallFlowsTests, start_systemSoundDenied_showsSetupUnlessAllowed) {
+    Permissions::override->screen = PermissionState::denied;
+    QCoro::waitFor(model->startRecording(false));
+    EXPECT_TRUE(model->showSetup.value());
+    EXPECT_FALSE(isBusy(model->recorder().state()));
+    QCoro::waitFor(model->startRecording(true));
+    EXPECT_TRUE(isRecording(model->recorder().state()));
+}
+
+TEST_F(CallFlowsTests, start_fails_leavesNothingButAToast) {
+    model->makeCapture = [this] {
+        capture = std::make_shared<HandCapture>(sides);
+        capture->failure = CaptureError::nothingToRecord();
+        return capture;
+    };
+    QCoro::waitFor(model->startRecording(false));
+    EXPECT_EQ(toastText(), CaptureError::nothingToRecord().what());
+    EXPECT_THAT(model->notes(), IsEmpty());
+    EXPECT_THAT(audioFolders(), IsEmpty());
+}
+
+TEST_F(CallFlowsTests, stop_typingMeanwhile_isKeptBehindTheDigest) {
+    delay = 0.4;
+    auto stopping = record();
+    const Uuid id = *model->selection.value();
+    EXPECT_THAT(model->note(id)->title, HasSubstr("Call · "));
+    EXPECT_THAT(model.stored(), SizeIs(1)) << "the placeholder";
+    EXPECT_FALSE(fs::exists(model->audioFolder(id) / "recording.json"));
+    model->update(id, false, [](Note& note) {
+        note.blocks.back().text = "typed";
+        note.blocks.push_back(Block::table({{"", ""}}));
+        note.blocks.emplace_back();
+    });
+    ASSERT_EQ(QCoro::waitFor(stopping), id);
+
+    const Note& note = *model->note(id);
+    ASSERT_TRUE(note.call->digest);
+    EXPECT_THAT(note.call->segments, SizeIs(DemoCall::lines().size()));
+    EXPECT_EQ(note.blocks[note.blocks.size() - 2].text, "typed");
+    EXPECT_EQ(note.blocks.back().kind, BlockKind::table);
+    EXPECT_EQ(std::ranges::count(note.blocks, "Notes", &Block::text), 1) << "the digest's own";
+    EXPECT_THAT(model.stored(), ElementsAre(note));
+}
+
+TEST_F(CallFlowsTests, stop_noteDeletedMeanwhile_comesBack) {
+    delay = 0.4;
+    auto stopping = record();
+    model->remove(*model->selection.value());
+    EXPECT_THAT(model->notes(), IsEmpty());
+    const auto id = QCoro::waitFor(stopping);
+    ASSERT_THAT(model->notes(), SizeIs(1));
+    EXPECT_EQ(model->notes().front().id, id);
+    EXPECT_THAT(model.stored(), SizeIs(1));
+}
+
+TEST_F(CallFlowsTests, start_whileTheLastCallIsTranscribed_recordsASecondOne) {
+    delay = 1;
+    auto first = record();
+    auto second = record();
+    QCoro::waitFor(first);
+    QCoro::waitFor(second);
+    EXPECT_THAT(model.stored(), SizeIs(2));
+    EXPECT_THAT(audioFolders(), SizeIs(2));
+}
+
+TEST_F(CallFlowsTests, stop_audioNotKept_leavesTheTranscript) {
+    model->settings.keepAudio = false;
+    const auto id = QCoro::waitFor(record());
+    EXPECT_THAT(audioFolders(), IsEmpty());
+    EXPECT_FALSE(model->note(id)->call->audioFolder);
+    EXPECT_THAT(model->note(id)->call->segments, Not(IsEmpty()));
+    QCoro::waitFor(model->retranscribe(*id));
+    EXPECT_EQ(model->note(id)->call->problem, "Nobody was heard on this recording.");
+}
+
+TEST_F(CallFlowsTests, quit_whileRecording_savesTheCall) {
+    QCoro::waitFor(model->startRecording(false));
+    capture->play(Speaker::you, 0, 1);
+    QCoro::waitFor(model->stopRecordingForQuit());
+    model.restart();
+    prepare();
+    model.load();
+    ASSERT_THAT(model->notes(), SizeIs(1));
+    const Uuid id = model->notes().front().id;
+    EXPECT_EQ(model->note(id)->call->problem,
+              "Varnic was quit before this call was transcribed — choose Transcribe Again.");
+    QCoro::waitFor(model->retranscribe(id));
+    EXPECT_FALSE(model->note(id)->call->problem);
+    EXPECT_THAT(model->note(id)->call->segments, Not(IsEmpty()));
+}
+
+TEST_F(CallFlowsTests, retranscribe_fails_saysSoAndKeepsTheTranscript) {
+    const Uuid id = *QCoro::waitFor(record());
+    const auto segments = model->note(id)->call->segments;
+    failure = TranscriberError::unavailable();
+    QCoro::waitFor(model->retranscribe(id));
+    EXPECT_EQ(model->note(id)->call->problem, TranscriberError::unavailable().what());
+    EXPECT_EQ(model->note(id)->call->segments, segments);
+    EXPECT_THAT(model->processing.value(), IsEmpty());
+}
+
+TEST_F(CallFlowsTests, import_soundFile_isTheOtherSide) {
+    const SoundFiles files;
+    QCoro::waitFor(model->importAudio(files.tone("Board Meeting.wav", 2)));
+    ASSERT_THAT(model->notes(), SizeIs(1));
+    const CallRecord& call = *model->notes().front().call;
+    EXPECT_EQ(call.themName, "Speaker");
+    EXPECT_EQ(call.source, "Imported recording");
+    EXPECT_NEAR(call.duration, 2, 0.001);
+    EXPECT_THAT(call.segments, Each(Field(&Segment::speaker, Speaker::them)));
+}
+
+TEST_F(CallFlowsTests, import_whatHoldsNoSound_leavesNothing) {
+    const SoundFiles files;
+    for (const auto& [file, text] : std::vector<std::pair<fs::path, std::string>>{
+             {files.write("notes.txt", "not a sound"), "That file has no audio Varnic can read"},
+             {files.write("empty.m4a", ""), "That file has no audio Varnic can read"},
+             {files.path("missing.wav"), "Couldn’t read that file"}}) {
+        QCoro::waitFor(model->importAudio(file));
+        EXPECT_EQ(toastText(), text);
+    }
+    EXPECT_THAT(model->notes(), IsEmpty());
+    EXPECT_THAT(audioFolders(), IsEmpty());
+}
+
+class AIFlowTests : public CallFlowsTests {
+protected:
+    AIFlowTests() {
+        model->settings.ai =
+            AISettings{.enabled = true, .provider = AIProviderKind::openAICompatible, .compatModel = "small"};
+        model->transport = transport;
+        answer(R"({"title":"Fresh","summary":["It went well."]})");
+        id = *QCoro::waitFor(record());
+    }
+
+    void answer(const std::string& content) const {
+        transport->answer = {.status = 200,
+                             .body = nlohmann::json{{"choices", {{{"message", {{"content", content}}}}}}}.dump()};
+    }
+
+    std::shared_ptr<ScriptedTransport> transport = std::make_shared<ScriptedTransport>();
+    Uuid id;
+};
+
+TEST_F(AIFlowTests, runAI_twiceAtOnce_runsOnce) {
+    transport->isSilent = true;
+    auto first = model->runAI(id);
+    QCoro::waitFor(model->runAI(id));
+    transport->isSilent = false;
+    transport->isSilent.notify_all();
+    QCoro::waitFor(first);
+    EXPECT_EQ(transport->requests, 1);
+    EXPECT_EQ(model->note(id)->title, "Fresh");
+    EXPECT_EQ(toastText(), "Summary by small");
+    EXPECT_THAT(model->aiRunning.value(), IsEmpty());
+}
+
+TEST_F(AIFlowTests, runAI_titleOfTheUsersOwn_stays) {
+    model->update(id, true, [](Note& note) { note.title = "Mine"; });
+    QCoro::waitFor(model->runAI(id));
+    EXPECT_EQ(model->note(id)->title, "Mine");
+    EXPECT_EQ(model->note(id)->call->digest->title, "Fresh");
+}
+
+TEST_F(AIFlowTests, runAI_fails_leavesTheNoteAsItWas) {
+    const auto before = model.stored();
+    transport->answer = {.status = 429, .body = ""};
+    QCoro::waitFor(model->runAI(id));
+    EXPECT_EQ(model->aiError.value().at(id), "The provider is rate-limiting your key. Try again in a minute.");
+    EXPECT_EQ(model.stored(), before);
+    model->useLocalSummary(id);
+    EXPECT_THAT(model->aiError.value(), IsEmpty());
+}
+
+TEST_F(AIFlowTests, stop_automatic_asksTheAI) {
+    model->settings.ai = AISettings{
+        .enabled = true, .provider = AIProviderKind::openAICompatible, .compatModel = "small", .askEachTime = false};
+    const auto other = QCoro::waitFor(record());
+    EXPECT_EQ(model->note(other)->call->digest->provider, "small");
+}
+
+} // namespace
+} // namespace varnic

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Varnic/AppModel/AppModel.h"
+#include "Varnic/EventLoop.h"
+#include "VarnicCore/Library/Folders.h"
+#include "VarnicCore/TemporaryFolder.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace varnic {
+
+/// The application on a library and settings of the test's own.
+class ScratchModel {
+public:
+    ScratchModel() { restart(); }
+
+    AppModel& operator*() { return *model_; }
+
+    AppModel* operator->() { return model_.get(); }
+
+    [[nodiscard]] std::filesystem::path folder() const { return temporary_.path(); }
+
+    /// The program ends and starts again.
+    void restart() {
+        model_.reset();
+        model_ = std::make_unique<AppModel>(
+            AppPlaces{.dataDirectory = folder() / "Library",
+                      .isScratch = true,
+                      .settings = std::make_unique<QSettings>(
+                          QString::fromStdString((folder() / "settings.ini").string()), QSettings::IniFormat)});
+        model_->region = Region{.locale = "en_GB", .timeZone = "UTC"};
+    }
+
+    void load() { QCoro::waitFor(model_->load()); }
+
+    /// What is on disk.
+    [[nodiscard]] std::vector<Note> stored() {
+        model_->flushSaves();
+        LibraryStore store(folder() / "Library");
+        return store.loadAll(currentDate());
+    }
+
+private:
+    TemporaryFolder temporary_;
+    std::unique_ptr<AppModel> model_;
+};
+
+} // namespace varnic
