@@ -85,9 +85,10 @@ RecordingMarkFile RecordingMarkFile::create(const fs::path& folder, const Record
     }
     static_cast<void>(::flock(descriptor.number(), LOCK_EX | LOCK_NB)); // a new file is nobody else's
     if (!writeAll(descriptor.number(), textOf(mark)) || ::rename(unnamed.c_str(), file.c_str()) != 0) {
-        const LibraryError failure = LibraryError::fromErrno("written", file);
+        const int reason = errno;
         ::unlink(unnamed.c_str());
-        throw failure;
+        errno = reason;
+        throw LibraryError::fromErrno("written", file);
     }
     return {file, std::move(descriptor)};
 }

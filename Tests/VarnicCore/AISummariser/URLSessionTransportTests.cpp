@@ -172,6 +172,7 @@ TEST_F(Provider, digest_ofEveryFailure_givesItsSentence) {
         {"status-503", busy, busy},
         {"status-529", busy, busy},
         {"status-500", "The provider answered 500: boom", "The provider answered 500: boom"},
+        {"parrot", "The provider answered 500: bad key …", "The provider answered 500: bad key Bearer …"},
         {"status-201", "The provider answered 201: boom", "The provider answered 201: boom"},
         {"bare-404", "The provider answered 404: not found", "The provider answered 404: not found"},
         {"bare-599", "The provider answered 599: server error", "The provider answered 599: server error"},
