@@ -4,6 +4,7 @@
 #include "VarnicCore/AISummariser/ServerAddress.h"
 
 #include <curl/curl.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -21,11 +22,11 @@ using SteadyClock = std::chrono::steady_clock;
 using Kind = TransportError::Kind;
 
 /// Ends one of libcurl's objects.
-template <auto cleanUp>
+template <auto Function>
 struct CleanUp {
     template <typename Handle>
     void operator()(Handle* handle) const {
-        cleanUp(handle);
+        Function(handle);
     }
 };
 
@@ -59,7 +60,7 @@ HeaderList headerList(const HTTPRequest& request) {
         list.reset(longer);
     };
     for (const auto& [name, value] : request.headers) {
-        add(name + ": " + value);
+        add(fmt::format("{}: {}", name, value));
     }
     add("Expect:"); // No waiting for leave to send a long body.
     return list;
@@ -224,9 +225,9 @@ private:
         return true;
     }
 
-    template <bool (Exchange::*add)(std::string_view)>
+    template <bool (Exchange::*Add)(std::string_view)>
     static std::size_t receive(const char* bytes, std::size_t /*one*/, std::size_t size, void* self) {
-        return (static_cast<Exchange*>(self)->*add)({bytes, size}) ? size : 0;
+        return (static_cast<Exchange*>(self)->*Add)({bytes, size}) ? size : 0;
     }
 
     /// Bytes. Below what libcurl would take for a broken connection.

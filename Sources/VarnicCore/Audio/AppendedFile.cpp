@@ -46,10 +46,11 @@ AppendedFile::AppendedFile(std::filesystem::path path, FileDescriptor descriptor
 void AppendedFile::append(std::span<const std::uint8_t> piece) {
     requireName();
     if (!writeAt(descriptor_.number(), size_, piece)) {
-        const LibraryError failure = LibraryError::fromErrno("written", path_);
+        const int reason = errno;
         // Where even this fails, the next piece is written over the remains.
         static_cast<void>(::ftruncate(descriptor_.number(), size_));
-        throw failure;
+        errno = reason;
+        throw LibraryError::fromErrno("written", path_);
     }
     size_ += static_cast<std::int64_t>(piece.size());
 }

@@ -64,6 +64,12 @@ public:
         return comes([&] { return loudness(speaker, frequency, since) > least; });
     }
 
+    /// Whether the sine comes to be heard as loud as it is made. A player that a busy machine stops for a moment spoils
+    /// a window, but not all of them.
+    [[nodiscard]] bool comesToHearInFull(Speaker speaker, double frequency, double tolerance = 0.01) const {
+        return comes([&] { return std::abs(loudness(speaker, frequency) - Tones::loudness) < tolerance; });
+    }
+
     /// Whether a side comes to be without the sine, in sound from after this call.
     [[nodiscard]] bool comesToMiss(Speaker speaker, double frequency) const {
         const double since = now();
