@@ -46,8 +46,8 @@ std::vector<const std::uint8_t*> rowsOf(const PcmBuffer& buffer) {
 float soundLevel(const PcmBuffer& buffer) {
     double squares = 0;
     for (const std::vector<float>& row : buffer.channels) {
-        for (const double sample : row) {
-            squares += sample * sample;
+        for (const float sample : row) {
+            squares += static_cast<double>(sample) * static_cast<double>(sample);
         }
     }
     const std::size_t count = buffer.frames() * buffer.channels.size();

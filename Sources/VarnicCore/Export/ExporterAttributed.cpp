@@ -94,27 +94,40 @@ private:
     void addBlock(const Block& block) {
         switch (block.kind) {
         case BlockKind::paragraph:
-            return add(block.text, body, ink, spaced(0, 6));
+            add(block.text, body, ink, spaced(0, 6));
+            break;
         case BlockKind::heading:
-            return add(block.text, serif(17, true), ink, headingStyle(10));
+            add(block.text, serif(17, true), ink, headingStyle(10));
+            break;
         case BlockKind::subheading:
-            return add(block.text, serif(14, true), ink, inRole(ParagraphRole::subheading, spaced(6, 4)));
+            add(block.text, serif(14, true), ink, inRole(ParagraphRole::subheading, spaced(6, 4)));
+            break;
         case BlockKind::todo:
-            return addTodo(block);
+            addTodo(block);
+            break;
         case BlockKind::bullet:
-            return add("•\t" + block.text, body, ink, listItem(4, 18));
+            add("•\t" + block.text, body, ink, listItem(4, 18));
+            break;
         case BlockKind::quote:
-            return add(block.text, serif(12, false, true), muted, indented(18, 18, 0, 6));
+            add(block.text, serif(12, false, true), muted, indented(18, 18, 0, 6));
+            break;
         case BlockKind::flashcard:
             add("Q  " + block.text, serif(12, true), ink, indented(14, 14, 4, 1));
-            return add("A  " + block.back, body, ink, indented(14, 14, 0, 8));
+            add("A  " + block.back, body, ink, indented(14, 14, 0, 8));
+            break;
         case BlockKind::table:
-            return addTable(block.rows);
+            addTable(block.rows);
+            break;
         case BlockKind::divider:
-            ParagraphStyle style = spaced(6, 10);
-            style.alignment = Alignment::centred;
-            return add("⁂", body, muted, style);
+            addDivider();
+            break;
         }
+    }
+
+    void addDivider() {
+        ParagraphStyle style = spaced(6, 10);
+        style.alignment = Alignment::centred;
+        add("⁂", body, muted, style);
     }
 
     void addTodo(const Block& todo) {

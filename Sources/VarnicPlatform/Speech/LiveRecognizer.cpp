@@ -22,7 +22,7 @@ constexpr double tolerance = 0.05;
 
 /// Takes the results of all the requests, which may outlive the recogniser.
 struct LiveRecognizer::Handler {
-    Speaker speaker;
+    Speaker speaker = Speaker::you;
     Lines onPartial;
     Lines onCommit;
     /// Held while a callback runs, which may itself cancel.
