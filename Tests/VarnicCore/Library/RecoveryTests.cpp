@@ -28,17 +28,17 @@ protected:
         return folder();
     }
 
-    [[nodiscard]] fs::path folder() const { return library_.store.audioFolder(mark_.id); }
+    [[nodiscard]] fs::path folder() const { return library.store.audioFolder(mark.id); }
 
     /// A finished track, as an unmarked folder or an import has it.
     void track(const std::string& name, double seconds) const {
         AudioMix::render({}, seconds, makeFolder() / name, name.ends_with(".m4a"));
     }
 
-    [[nodiscard]] std::vector<DeadRecording> find() const { return Recovery::find(library_.store); }
+    [[nodiscard]] std::vector<DeadRecording> find() const { return Recovery::find(library.store); }
 
-    TemporaryLibrary library_;
-    RecordingMark mark_{Uuid::random(), parseDate("2026-03-14T09:26:53.589Z"), "Zoom", {Speaker::you, Speaker::them}};
+    TemporaryLibrary library;
+    RecordingMark mark{Uuid::random(), parseDate("2026-03-14T09:26:53.589Z"), "Zoom", {Speaker::you, Speaker::them}};
 };
 
 /// A child process that records both sides for `seconds`, marked, and then waits.
@@ -85,7 +85,7 @@ private:
 };
 
 TEST_F(RecoveryTest, find_killedRecorder_givesItsTracksOnceItIsDead) {
-    Recorder recorder(makeFolder(), mark_, 10);
+    Recorder recorder(makeFolder(), mark, 10);
     EXPECT_TRUE(find().empty()) << "it lives";
     recorder.kill();
     const std::vector<DeadRecording> dead = find();
@@ -93,11 +93,11 @@ TEST_F(RecoveryTest, find_killedRecorder_givesItsTracksOnceItIsDead) {
     const Recording& recording = dead[0].recording;
     EXPECT_TRUE(dead[0].hasSound());
     EXPECT_EQ(dead[0].folder, folder());
-    EXPECT_EQ(dead[0].mark.read(), mark_);
-    EXPECT_EQ(recording.noteID, mark_.id);
-    EXPECT_EQ(recording.startedAt, mark_.startedAt);
+    EXPECT_EQ(dead[0].mark.read(), mark);
+    EXPECT_EQ(recording.noteID, mark.id);
+    EXPECT_EQ(recording.startedAt, mark.startedAt);
     EXPECT_EQ(recording.source, "Zoom");
-    EXPECT_EQ(recording.audioFolder, mark_.id.text());
+    EXPECT_EQ(recording.audioFolder, mark.id.text());
     EXPECT_EQ(recording.tracks, (CallTracks{folder() / "you.m4a", folder() / "them.m4a"}));
     EXPECT_GT(recording.duration, 8);
     EXPECT_LE(recording.duration, 10);
@@ -106,7 +106,7 @@ TEST_F(RecoveryTest, find_killedRecorder_givesItsTracksOnceItIsDead) {
 
 TEST_F(RecoveryTest, find_givenUp_findsItAgain) {
     {
-        const RecordingMarkFile file = RecordingMarkFile::create(makeFolder(), mark_);
+        const RecordingMarkFile file = RecordingMarkFile::create(makeFolder(), mark);
     }
     track("them.m4a", 3);
     for (int round = 0; round < 2; ++round) {
@@ -121,15 +121,15 @@ TEST_F(RecoveryTest, find_givenUp_findsItAgain) {
 
 TEST_F(RecoveryTest, find_noteSaved_onlyRemovesTheMark) {
     {
-        const RecordingMarkFile file = RecordingMarkFile::create(makeFolder(), mark_);
+        const RecordingMarkFile file = RecordingMarkFile::create(makeFolder(), mark);
     }
     track("you.m4a", 3);
-    Note note(mark_.startedAt, "Saved");
-    note.id = mark_.id;
-    library_.store.save(note);
+    Note note(mark.startedAt, "Saved");
+    note.id = mark.id;
+    library.store.save(note);
     EXPECT_TRUE(find().empty());
     EXPECT_EQ(TemporaryLibrary::names(folder()), std::set<std::string>{"you.m4a"});
-    library_.store.remove(mark_.id);
+    library.store.remove(mark.id);
     track("you.m4a", 3);
     EXPECT_TRUE(find().empty()) << "what the user deleted stays so";
 }
@@ -149,7 +149,7 @@ TEST_F(RecoveryTest, find_markDamagedOrMissing_isToldFromTheTracks) {
         SCOPED_TRACE(what.substr(0, 30));
         const std::vector<DeadRecording> dead = find();
         ASSERT_EQ(dead.size(), 1U);
-        EXPECT_EQ(dead[0].recording.noteID, mark_.id);
+        EXPECT_EQ(dead[0].recording.noteID, mark.id);
         EXPECT_EQ(dead[0].recording.source, "Call");
         EXPECT_EQ(dead[0].recording.duration, 4.5);
         EXPECT_EQ(dead[0].recording.tracks, (CallTracks{folder() / "you.m4a", folder() / "them.caf"}));
@@ -166,7 +166,7 @@ TEST_F(RecoveryTest, find_markDamagedOrMissing_isToldFromTheTracks) {
 
 TEST_F(RecoveryTest, find_noSoundInIt_saysSo) {
     {
-        const RecordingMarkFile file = RecordingMarkFile::create(makeFolder(), mark_);
+        const RecordingMarkFile file = RecordingMarkFile::create(makeFolder(), mark);
     }
     ASSERT_EQ(find().size(), 1U);
     EXPECT_FALSE(find()[0].hasSound()) << "killed before there was a track";
@@ -176,14 +176,14 @@ TEST_F(RecoveryTest, find_noSoundInIt_saysSo) {
     TemporaryLibrary::write(folder() / "them.m4a", std::string(5000, 'x'));
     ASSERT_EQ(find().size(), 1U);
     EXPECT_FALSE(find()[0].hasSound());
-    EXPECT_EQ(find()[0].recording.startedAt, mark_.startedAt);
+    EXPECT_EQ(find()[0].recording.startedAt, mark.startedAt);
 }
 
 TEST_F(RecoveryTest, find_otherFolders_areLeftAlone) {
-    fs::create_directories(library_.store.audioDir() / Uuid::random().text());
-    fs::create_directories(library_.store.audioDir() / "notes of mine");
-    TemporaryLibrary::write(library_.store.audioDir() / "notes of mine" / "you.m4a", "x");
-    TemporaryLibrary::write(library_.store.audioDir() / Uuid::random().text(), "a file");
+    fs::create_directories(library.store.audioDir() / Uuid::random().text());
+    fs::create_directories(library.store.audioDir() / "notes of mine");
+    TemporaryLibrary::write(library.store.audioDir() / "notes of mine" / "you.m4a", "x");
+    TemporaryLibrary::write(library.store.audioDir() / Uuid::random().text(), "a file");
     fs::create_directories(makeFolder() / "recording.json");
     EXPECT_TRUE(find().empty());
     fs::remove(folder() / "recording.json");
@@ -192,10 +192,10 @@ TEST_F(RecoveryTest, find_otherFolders_areLeftAlone) {
 }
 
 TEST_F(RecoveryTest, create_folderInOtherHands_isRefused) {
-    const RecordingMarkFile first = RecordingMarkFile::create(makeFolder(), mark_);
-    EXPECT_THROW(RecordingMarkFile::create(folder(), mark_), LibraryError);
-    EXPECT_THROW(RecordingMarkFile::create(folder() / "gone", mark_), LibraryError);
-    EXPECT_EQ(first.read(), mark_);
+    const RecordingMarkFile first = RecordingMarkFile::create(makeFolder(), mark);
+    EXPECT_THROW(RecordingMarkFile::create(folder(), mark), LibraryError);
+    EXPECT_THROW(RecordingMarkFile::create(folder() / "gone", mark), LibraryError);
+    EXPECT_EQ(first.read(), mark);
     struct stat status{};
     ASSERT_EQ(::stat((folder() / "recording.json").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
