@@ -138,7 +138,7 @@ TEST(TrackWriter, append_sourceThatChangesItsForm_keepsTimeAndTone) {
     TrackWriter writer(files.path("them.m4a"), Speaker::them, true);
     for (const AudioFormat form : forms) {
         // Two seconds in pieces whose lengths don't divide evenly; the tone is at its peak at each whole second.
-        const auto frames = static_cast<std::size_t>(2 * form.rate);
+        const auto frames = 2 * static_cast<std::size_t>(form.rate);
         appendTone(writer, form, frames, 1021);
     }
     writer.close();

@@ -22,7 +22,7 @@ struct ClosePipe {
 inline std::string outputOf(const std::string& command) {
     std::unique_ptr<std::FILE, ClosePipe> pipe(::popen((command + " 2>&1").c_str(), "r"));
     std::string output;
-    std::array<char, 4096> buffer;
+    std::array<char, 4096> buffer{};
     while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), pipe.get())) {
         output.append(buffer.data(), count);
     }

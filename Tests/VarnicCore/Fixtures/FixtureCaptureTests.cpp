@@ -29,30 +29,30 @@ protected:
         for (std::size_t index = 0; index < frames; ++index) {
             samples.push_back(static_cast<float>(index) / 100'000);
         }
-        AudioMix::write(samples, folder_.path() / name, false);
-        return folder_.path() / name;
+        AudioMix::write(samples, folder.path() / name, false);
+        return folder.path() / name;
     }
 
     CaptureSource::Deliver keep() {
         return [this](Speaker speaker, const PcmBuffer& buffer, double at) {
-            const std::lock_guard guard(lock_);
-            pieces_.push_back({speaker, at, buffer.channels[0]});
+            const std::lock_guard guard(mutex);
+            delivered.push_back({speaker, at, buffer.channels[0]});
         };
     }
 
     std::vector<Piece> playAll(FixtureCapture& capture) {
-        pieces_.clear();
+        delivered.clear();
         capture.start(1000, keep());
         while (!capture.finished()) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         capture.stop();
-        return pieces_;
+        return delivered;
     }
 
-    TemporaryFolder folder_;
-    std::mutex lock_;
-    std::vector<Piece> pieces_;
+    TemporaryFolder folder;
+    std::mutex mutex;
+    std::vector<Piece> delivered;
 };
 
 TEST_F(FixtureCaptureTest, start_anySpeed_deliversTheSamePiecesInOrder) {
@@ -84,7 +84,7 @@ TEST_F(FixtureCaptureTest, start_oneOrNoSide) {
     } catch (const CaptureError& error) {
         EXPECT_EQ(error, CaptureError::nothingToRecord());
     }
-    FixtureCapture gone(folder_.path() / "gone.caf", std::nullopt, 1);
+    FixtureCapture gone(folder.path() / "gone.caf", std::nullopt, 1);
     EXPECT_THROW(gone.start(0, keep()), AudioError);
 }
 
@@ -93,11 +93,11 @@ TEST_F(FixtureCaptureTest, stop_inTheMiddle_endsDelivery) {
     capture.stop();
     capture.start(0, keep());
     capture.stop();
-    const std::size_t count = pieces_.size();
+    const std::size_t count = delivered.size();
     capture.stop();
     EXPECT_FALSE(capture.finished());
     EXPECT_LT(count, 100U);
-    EXPECT_EQ(pieces_.size(), count);
+    EXPECT_EQ(delivered.size(), count);
 }
 
 } // namespace

@@ -23,43 +23,43 @@ std::string failure(Recorder& recorder) {
 constexpr const char* connectionLost = "The connection to the sound system was lost.";
 
 TEST_F(LiveCaptureTest, start_noServer_saysSoOnce) {
-    setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
-    EXPECT_EQ(failure(recorder_), "The microphone couldn’t start: The sound system, PipeWire, isn’t running.");
+    setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
+    EXPECT_EQ(failure(recorder), "The microphone couldn’t start: The sound system, PipeWire, isn’t running.");
 }
 
 TEST_F(LiveCaptureTest, start_serverWithoutDevices_saysSo) {
     startSystem({"--no-nodes", "--no-pulse"});
-    EXPECT_THAT(failure(recorder_), HasSubstr("no input device"));
-    EXPECT_THAT(failure(recorder_), HasSubstr("Does PulseAudio run the sound?"));
+    EXPECT_THAT(failure(recorder), HasSubstr("no input device"));
+    EXPECT_THAT(failure(recorder), HasSubstr("Does PulseAudio run the sound?"));
 }
 
 TEST_F(LiveCaptureTest, start_noSource_recordsTheirSideOnly) {
     startSystem({"--no-source"});
-    EXPECT_THAT(recorder_.start(), ElementsAre(Speaker::them));
-    EXPECT_THAT(recorder_.capture.problems(), ElementsAre("The microphone couldn’t start: no input device"));
+    EXPECT_THAT(recorder.start(), ElementsAre(Speaker::them));
+    EXPECT_THAT(recorder.capture.problems(), ElementsAre("The microphone couldn’t start: no input device"));
     play();
-    EXPECT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
-    EXPECT_TRUE(recorder_.track(Speaker::you).empty());
+    EXPECT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
+    EXPECT_TRUE(recorder.track(Speaker::you).empty());
 }
 
 TEST_F(LiveCaptureTest, start_noSourceAndMicrophoneOnly_throws) {
     startSystem({"--no-source"});
-    recorder_.capture.wantSystem = false;
-    EXPECT_EQ(failure(recorder_), "The microphone couldn’t start: The microphone couldn’t start: no input device");
+    recorder.capture.wantSystem = false;
+    EXPECT_EQ(failure(recorder), "The microphone couldn’t start: The microphone couldn’t start: no input device");
 }
 
 TEST_F(LiveCaptureTest, start_noSink_hearsWhatPlaysOnceThereIsOne) {
     startSystem({"--no-sink", "--no-pulse"});
-    EXPECT_THAT(recorder_.start(), ElementsAre(Speaker::you, Speaker::them));
+    EXPECT_THAT(recorder.start(), ElementsAre(Speaker::you, Speaker::them));
     run("add-sink late");
     play();
-    EXPECT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+    EXPECT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
 }
 
 TEST_F(LiveCaptureTest, start_noSessionManager_saysThatTheMicrophoneIsSilent) {
     startSystem({"--no-session"});
-    EXPECT_THAT(recorder_.start(), ElementsAre(Speaker::them));
-    EXPECT_THAT(recorder_.capture.problems(),
+    EXPECT_THAT(recorder.start(), ElementsAre(Speaker::them));
+    EXPECT_THAT(recorder.capture.problems(),
                 ElementsAre("The microphone couldn’t start: no sound comes from “Virtual test-mic”"));
 }
 
@@ -70,14 +70,14 @@ protected:
 
 TEST_P(LiveCaptureKills, serverEnds_startedAgain_bothSidesReturn) {
     startSystem();
-    recorder_.start();
+    recorder.start();
     feedMicrophone();
     play();
     ASSERT_TRUE(bothSidesHear());
     run("kill pipewire " + how());
     ASSERT_TRUE(comesToReport(connectionLost));
-    EXPECT_TRUE(recorder_.capture.expects(Speaker::you));
-    EXPECT_TRUE(recorder_.capture.expects(Speaker::them));
+    EXPECT_TRUE(recorder.capture.expects(Speaker::you));
+    EXPECT_TRUE(recorder.capture.expects(Speaker::them));
     // The session manager loses its connection too.
     run("kill wireplumber KILL");
     run("start pipewire");
@@ -89,13 +89,13 @@ TEST_P(LiveCaptureKills, serverEnds_startedAgain_bothSidesReturn) {
 
 TEST_P(LiveCaptureKills, sessionManagerEnds_startedAgain_bothSidesReturn) {
     startSystem();
-    recorder_.start();
+    recorder.start();
     const std::string feed = feedMicrophone();
     const std::string player = play();
     ASSERT_TRUE(bothSidesHear());
     run("kill wireplumber " + how());
     ASSERT_TRUE(comesToReport("The microphone stopped delivering sound."));
-    EXPECT_TRUE(recorder_.capture.expects(Speaker::you));
+    EXPECT_TRUE(recorder.capture.expects(Speaker::you));
     run("start wireplumber");
     run("stop " + feed);
     run("stop " + player);
@@ -110,52 +110,52 @@ INSTANTIATE_TEST_SUITE_P(Signals, LiveCaptureKills, testing::Values("TERM", "KIL
 TEST_F(LiveCaptureTest, defaultSourceChanges_isFollowed) {
     startSystem();
     run("add-source second");
-    recorder_.start();
+    recorder.start();
     feedMicrophone();
     run("feed " + tone({600}) + " second");
-    ASSERT_TRUE(recorder_.comesToHear(Speaker::you, micTone));
+    ASSERT_TRUE(recorder.comesToHear(Speaker::you, micTone));
     run("default-source second");
-    EXPECT_TRUE(recorder_.comesToHear(Speaker::you, 600));
-    EXPECT_TRUE(recorder_.comesToMiss(Speaker::you, micTone));
+    EXPECT_TRUE(recorder.comesToHear(Speaker::you, 600));
+    EXPECT_TRUE(recorder.comesToMiss(Speaker::you, micTone));
     run("default-source test-mic");
-    EXPECT_TRUE(recorder_.comesToHear(Speaker::you, micTone));
+    EXPECT_TRUE(recorder.comesToHear(Speaker::you, micTone));
 }
 
 TEST_F(LiveCaptureTest, defaultSinkChanges_isFollowed) {
     startSystem();
     run("add-sink second");
-    recorder_.start();
+    recorder.start();
     play();
-    ASSERT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+    ASSERT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
     run("default-sink second");
-    EXPECT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+    EXPECT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
 }
 
 TEST_F(LiveCaptureTest, sinkVanishes_playersMoveOn_isFollowed) {
     startSystem();
     run("add-sink second");
     run("default-sink second");
-    recorder_.start();
+    recorder.start();
     play();
-    ASSERT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+    ASSERT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
     run("remove second");
-    EXPECT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+    EXPECT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
 }
 
 TEST_F(LiveCaptureTest, microphoneVanishes_neverTheMonitorInstead_returns) {
     startSystem();
-    recorder_.start();
+    recorder.start();
     feedMicrophone();
     play();
     ASSERT_TRUE(bothSidesHear());
     run("remove test-mic");
     ASSERT_TRUE(comesToReport("The microphone is gone."));
-    EXPECT_TRUE(recorder_.capture.expects(Speaker::you));
-    ASSERT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
-    EXPECT_LT(recorder_.loudness(Speaker::you, playerTone), Tones::loudness / 50);
+    EXPECT_TRUE(recorder.capture.expects(Speaker::you));
+    ASSERT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
+    EXPECT_LT(recorder.loudness(Speaker::you, playerTone), Tones::loudness / 50);
     run("add-source plugged");
     run("feed " + tone({600}) + " plugged");
-    EXPECT_TRUE(recorder_.comesToHear(Speaker::you, 600));
+    EXPECT_TRUE(recorder.comesToHear(Speaker::you, 600));
 }
 
 } // namespace

@@ -19,14 +19,14 @@ protected:
     static constexpr double micTone = 1000;
     static constexpr double playerTone = 440;
 
-    void startSystem(const std::vector<std::string>& options = {}) { system_.emplace(options); }
+    void startSystem(const std::vector<std::string>& options = {}) { system.emplace(options); }
 
     /// The command with its answer.
-    std::string run(const std::string& command) { return (*system_)(command); }
+    std::string run(const std::string& command) { return (*system)(command); }
 
     /// A file with a sine a channel, long enough for any test.
     std::string tone(const std::vector<double>& frequencies, int rate = 48'000) {
-        const auto file = folder_.path() / ("tone" + std::to_string(++files_) + ".wav");
+        const auto file = folder.path() / ("tone" + std::to_string(++files) + ".wav");
         Tones::write(file, Tones::sines(frequencies, 60, rate), rate);
         return file;
     }
@@ -37,23 +37,23 @@ protected:
 
     /// Whether both sides come to hear what is said and played.
     [[nodiscard]] bool bothSidesHear() const {
-        return recorder_.comesToHear(Speaker::you, micTone) && recorder_.comesToHear(Speaker::them, playerTone);
+        return recorder.comesToHear(Speaker::you, micTone) && recorder.comesToHear(Speaker::them, playerTone);
     }
 
     [[nodiscard]] bool comesToReport(const std::string& sentence) const {
-        return comes([&] { return testing::Value(recorder_.capture.problems(), testing::Contains(sentence)); });
+        return comes([&] { return testing::Value(recorder.capture.problems(), testing::Contains(sentence)); });
     }
 
     void TearDown() override {
-        recorder_.capture.stop();
-        EXPECT_EQ(recorder_.misplaced(), 0);
-        EXPECT_EQ(recorder_.capture.lostFrames(), 0U);
+        recorder.capture.stop();
+        EXPECT_EQ(recorder.misplaced(), 0);
+        EXPECT_EQ(recorder.capture.lostFrames(), 0U);
     }
 
-    TemporaryFolder folder_;
-    std::optional<SoundSystem> system_;
-    Recorder recorder_;
-    int files_ = 0;
+    TemporaryFolder folder;
+    std::optional<SoundSystem> system;
+    Recorder recorder;
+    int files = 0;
 };
 
 } // namespace varnic

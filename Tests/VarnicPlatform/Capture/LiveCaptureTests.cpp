@@ -12,15 +12,15 @@ using testing::ElementsAre;
 
 TEST_F(LiveCaptureTest, start_soundOnBothSides_eachSideHearsItsOwn) {
     startSystem();
-    EXPECT_THAT(recorder_.start(), ElementsAre(Speaker::you, Speaker::them));
+    EXPECT_THAT(recorder.start(), ElementsAre(Speaker::you, Speaker::them));
     feedMicrophone();
     play();
     ASSERT_TRUE(bothSidesHear());
-    EXPECT_LT(recorder_.loudness(Speaker::you, playerTone), Tones::loudness / 100);
-    EXPECT_LT(recorder_.loudness(Speaker::them, micTone), Tones::loudness / 100);
-    EXPECT_TRUE(recorder_.comesToHearInFull(Speaker::you, micTone));
-    EXPECT_TRUE(recorder_.comesToHearInFull(Speaker::them, playerTone));
-    EXPECT_THAT(recorder_.capture.problems(), testing::IsEmpty());
+    EXPECT_LT(recorder.loudness(Speaker::you, playerTone), Tones::loudness / 100);
+    EXPECT_LT(recorder.loudness(Speaker::them, micTone), Tones::loudness / 100);
+    EXPECT_TRUE(recorder.comesToHearInFull(Speaker::you, micTone));
+    EXPECT_TRUE(recorder.comesToHearInFull(Speaker::them, playerTone));
+    EXPECT_THAT(recorder.capture.problems(), testing::IsEmpty());
 }
 
 TEST_F(LiveCaptureTest, start_soundHeardOnBothSidesAtOnce_isAligned) {
@@ -28,18 +28,18 @@ TEST_F(LiveCaptureTest, start_soundHeardOnBothSidesAtOnce_isAligned) {
     std::vector<float> sound(2 * 48'000);
     std::ranges::copy(Tones::sweep(), std::back_inserter(sound));
     sound.resize(4 * std::size_t{48'000});
-    const auto file = folder_.path() / "sweep.wav";
+    const auto file = folder.path() / "sweep.wav";
     Tones::write(file, {sound});
-    recorder_.start();
+    recorder.start();
     // Sound from before the player counts too.
-    ASSERT_TRUE(comes([&] { return recorder_.track(Speaker::you).size() > 48'000; }));
-    const double before = recorder_.now();
+    ASSERT_TRUE(comes([&] { return recorder.track(Speaker::you).size() > 48'000; }));
+    const double before = recorder.now();
     const std::string player = run("play " + file.string());
     run("link " + player + ":output_FL test-mic:input_MONO");
-    ASSERT_TRUE(comes([&] { return recorder_.now() > before + 4; }));
-    recorder_.capture.stop();
-    const auto you = static_cast<double>(Tones::find(Tones::sweep(), recorder_.track(Speaker::you))) / 48'000;
-    const auto them = static_cast<double>(Tones::find(Tones::sweep(), recorder_.track(Speaker::them))) / 48'000;
+    ASSERT_TRUE(comes([&] { return recorder.now() > before + 4; }));
+    recorder.capture.stop();
+    const auto you = static_cast<double>(Tones::find(Tones::sweep(), recorder.track(Speaker::you))) / 48'000;
+    const auto them = static_cast<double>(Tones::find(Tones::sweep(), recorder.track(Speaker::them))) / 48'000;
     EXPECT_GT(them, before + 1.9);
     EXPECT_LT(them, before + 4);
     EXPECT_NEAR(you, them, 0.1);
@@ -48,47 +48,47 @@ TEST_F(LiveCaptureTest, start_soundHeardOnBothSidesAtOnce_isAligned) {
 
 TEST_F(LiveCaptureTest, start_ownPlayback_isLeftOut) {
     startSystem();
-    recorder_.start();
+    recorder.start();
     const OwnPlayer own(700);
     run("play " + tone({900}) + " '' 'varnic.playback=true'");
     play();
     ASSERT_TRUE(own.comesToPlay());
-    ASSERT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
-    ASSERT_TRUE(recorder_.comesToMiss(Speaker::them, 700));
-    EXPECT_TRUE(recorder_.comesToMiss(Speaker::them, 900));
+    ASSERT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
+    ASSERT_TRUE(recorder.comesToMiss(Speaker::them, 700));
+    EXPECT_TRUE(recorder.comesToMiss(Speaker::them, 900));
 }
 
 TEST_F(LiveCaptureTest, start_programSpeaksPulse_isHeard) {
     startSystem();
-    recorder_.start();
+    recorder.start();
     run("play-pulse " + tone({playerTone}));
-    EXPECT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+    EXPECT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
 }
 
 TEST_F(LiveCaptureTest, start_playsAlready_isHeard) {
     startSystem();
     play();
-    recorder_.start();
-    EXPECT_TRUE(recorder_.comesToHear(Speaker::them, playerTone));
+    recorder.start();
+    EXPECT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
 }
 
 TEST_F(LiveCaptureTest, start_withoutSystem_givesYou) {
     startSystem();
-    recorder_.capture.wantSystem = false;
-    EXPECT_THAT(recorder_.start(), ElementsAre(Speaker::you));
+    recorder.capture.wantSystem = false;
+    EXPECT_THAT(recorder.start(), ElementsAre(Speaker::you));
     play();
     feedMicrophone();
-    EXPECT_TRUE(recorder_.comesToHear(Speaker::you, micTone));
-    EXPECT_TRUE(recorder_.track(Speaker::them).empty());
+    EXPECT_TRUE(recorder.comesToHear(Speaker::you, micTone));
+    EXPECT_TRUE(recorder.track(Speaker::them).empty());
 }
 
 TEST_F(LiveCaptureTest, start_neitherSide_throwsNothingToRecord) {
     startSystem();
     const int before = LiveCapture::startCount();
-    recorder_.capture.wantMic = false;
-    recorder_.capture.wantSystem = false;
+    recorder.capture.wantMic = false;
+    recorder.capture.wantSystem = false;
     EXPECT_THROW(
-        try { recorder_.start(); } catch (const CaptureError& error) {
+        try { recorder.start(); } catch (const CaptureError& error) {
             EXPECT_EQ(error, CaptureError::nothingToRecord());
             throw;
         },
@@ -98,58 +98,58 @@ TEST_F(LiveCaptureTest, start_neitherSide_throwsNothingToRecord) {
 
 TEST_F(LiveCaptureTest, start_timeZeroIsYetToCome_deliversFromZero) {
     startSystem();
-    recorder_.hostStart += 2;
-    recorder_.start();
+    recorder.hostStart += 2;
+    recorder.start();
     feedMicrophone();
-    EXPECT_TRUE(comes([&] { return recorder_.track(Speaker::you).size() > 4800; }));
+    EXPECT_TRUE(comes([&] { return recorder.track(Speaker::you).size() > 4800; }));
 }
 
 TEST_F(LiveCaptureTest, stop_twice_deliversNothingMore) {
     startSystem();
-    recorder_.capture.stop();
-    recorder_.start();
-    ASSERT_TRUE(comes([&] { return !recorder_.track(Speaker::you).empty(); }));
-    recorder_.capture.stop();
-    const std::size_t length = recorder_.track(Speaker::you).size();
-    EXPECT_FALSE(recorder_.capture.expects(Speaker::you));
-    recorder_.capture.stop();
+    recorder.capture.stop();
+    recorder.start();
+    ASSERT_TRUE(comes([&] { return !recorder.track(Speaker::you).empty(); }));
+    recorder.capture.stop();
+    const std::size_t length = recorder.track(Speaker::you).size();
+    EXPECT_FALSE(recorder.capture.expects(Speaker::you));
+    recorder.capture.stop();
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    EXPECT_EQ(recorder_.track(Speaker::you).size(), length);
+    EXPECT_EQ(recorder.track(Speaker::you).size(), length);
 }
 
 TEST_F(LiveCaptureTest, expects_player_onlyWhileItPlays) {
     startSystem();
-    EXPECT_FALSE(recorder_.capture.expects(Speaker::you));
-    recorder_.start();
-    EXPECT_TRUE(recorder_.capture.expects(Speaker::you));
-    EXPECT_FALSE(recorder_.capture.expects(Speaker::them));
+    EXPECT_FALSE(recorder.capture.expects(Speaker::you));
+    recorder.start();
+    EXPECT_TRUE(recorder.capture.expects(Speaker::you));
+    EXPECT_FALSE(recorder.capture.expects(Speaker::them));
     const std::string player = play();
-    EXPECT_TRUE(comes([&] { return recorder_.capture.expects(Speaker::them); }));
+    EXPECT_TRUE(comes([&] { return recorder.capture.expects(Speaker::them); }));
     run("stop " + player);
-    EXPECT_TRUE(comes([&] { return !recorder_.capture.expects(Speaker::them); }));
+    EXPECT_TRUE(comes([&] { return !recorder.capture.expects(Speaker::them); }));
 }
 
 TEST_F(LiveCaptureTest, start_twoPlayersOnTwoSinks_addUp) {
     startSystem();
     run("add-sink second");
-    recorder_.start();
+    recorder.start();
     run("play " + tone({440}) + " test-sink");
     run("play " + tone({550}) + " second");
-    ASSERT_TRUE(recorder_.comesToHear(Speaker::them, 440));
-    ASSERT_TRUE(recorder_.comesToHear(Speaker::them, 550));
-    EXPECT_TRUE(recorder_.comesToHearInFull(Speaker::them, 440));
-    EXPECT_TRUE(recorder_.comesToHearInFull(Speaker::them, 550));
+    ASSERT_TRUE(recorder.comesToHear(Speaker::them, 440));
+    ASSERT_TRUE(recorder.comesToHear(Speaker::them, 550));
+    EXPECT_TRUE(recorder.comesToHearInFull(Speaker::them, 440));
+    EXPECT_TRUE(recorder.comesToHearInFull(Speaker::them, 550));
 }
 
 TEST_F(LiveCaptureTest, start_playerComesTenTimes_isHeardEachTime) {
     startSystem();
-    recorder_.start();
+    recorder.start();
     const std::string file = tone({playerTone});
     for (int turn = 0; turn < 10; ++turn) {
         const std::string player = run("play " + file);
-        ASSERT_TRUE(recorder_.comesToHear(Speaker::them, playerTone)) << turn;
+        ASSERT_TRUE(recorder.comesToHear(Speaker::them, playerTone)) << turn;
         run("stop " + player);
-        ASSERT_TRUE(comes([&] { return !recorder_.capture.expects(Speaker::them); }));
+        ASSERT_TRUE(comes([&] { return !recorder.capture.expects(Speaker::them); }));
     }
 }
 
@@ -167,11 +167,10 @@ class LiveCaptureLayouts : public LiveCaptureTest, public testing::WithParamInte
 
 TEST_P(LiveCaptureLayouts, start_player_everyChannelIsHeard) {
     startSystem();
-    recorder_.start();
+    recorder.start();
     run("play " + tone(GetParam().channels, GetParam().rate));
     for (const double frequency : GetParam().channels) {
-        EXPECT_TRUE(frequency == 0 || recorder_.comesToHear(Speaker::them, frequency, Tones::loudness / 8))
-            << frequency;
+        EXPECT_TRUE(frequency == 0 || recorder.comesToHear(Speaker::them, frequency, Tones::loudness / 8)) << frequency;
     }
 }
 
@@ -185,15 +184,15 @@ class LiveCaptureRates : public LiveCaptureTest, public testing::WithParamInterf
 
 TEST_P(LiveCaptureRates, start_graphRate_soundKeepsItsPitchAndPace) {
     startSystem({"--rate", std::to_string(GetParam())});
-    recorder_.start();
+    recorder.start();
     feedMicrophone();
     play();
     ASSERT_TRUE(bothSidesHear());
-    EXPECT_TRUE(recorder_.comesToHearInFull(Speaker::them, playerTone, 0.02));
-    const double before = recorder_.now();
-    ASSERT_TRUE(comes([&] { return recorder_.now() > before + 1; }));
-    EXPECT_GT(static_cast<double>(recorder_.track(Speaker::them).size()) / 48'000, before);
-    EXPECT_GT(static_cast<double>(recorder_.track(Speaker::you).size()) / 48'000, before);
+    EXPECT_TRUE(recorder.comesToHearInFull(Speaker::them, playerTone, 0.02));
+    const double before = recorder.now();
+    ASSERT_TRUE(comes([&] { return recorder.now() > before + 1; }));
+    EXPECT_GT(static_cast<double>(recorder.track(Speaker::them).size()) / 48'000, before);
+    EXPECT_GT(static_cast<double>(recorder.track(Speaker::you).size()) / 48'000, before);
 }
 
 INSTANTIATE_TEST_SUITE_P(Graphs, LiveCaptureRates, testing::Values(16'000, 44'100, 96'000));

@@ -14,8 +14,7 @@ constexpr int rate = 48'000;
 
 } // namespace
 
-OwnPlayer::OwnPlayer(double frequency)
-    : frequency_(frequency), loop_(pw_thread_loop_new("player", nullptr)), stream_(nullptr) {
+OwnPlayer::OwnPlayer(double frequency) : frequency_(frequency), loop_(pw_thread_loop_new("player", nullptr)) {
     static constexpr pw_stream_events events{
         .version = PW_VERSION_STREAM_EVENTS,
         .process = [](void* data) { static_cast<OwnPlayer*>(data)->process(); },

@@ -26,8 +26,7 @@ private:
     double frequency_;
     std::atomic<std::int64_t> frames_ = 0;
     pw_thread_loop* loop_;
-    pw_stream* stream_;
-    spa_hook listener_{};
+    pw_stream* stream_ = nullptr;
 };
 
 } // namespace varnic

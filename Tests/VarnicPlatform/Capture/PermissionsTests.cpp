@@ -18,7 +18,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 class PermissionsTest : public LiveCaptureTest {
-protected:
+public:
     ~PermissionsTest() override { Permissions::override.reset(); }
 };
 
@@ -40,7 +40,7 @@ TEST_F(PermissionsTest, readings_noSource_microphoneDeniedOnly) {
 }
 
 TEST_F(PermissionsTest, readings_noServer_denied) {
-    setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
     EXPECT_EQ(Permissions::microphone(true), denied);
     EXPECT_EQ(Permissions::screen(true), denied);
 }

@@ -53,112 +53,112 @@ protected:
 
     void append(double at, double seconds = 0.1) {
         const auto frames = static_cast<std::size_t>(seconds * TrackFormat::sampleRate + 0.5);
-        recogniser_->append({TrackFormat::processing.rate, {std::vector<float>(frames)}}, at);
+        recogniser->append({TrackFormat::processing.rate, {std::vector<float>(frames)}}, at);
     }
 
     LiveRecognizer::Lines keep(std::vector<Segment>& lines) {
         return [this, &lines](Speaker speaker, const std::vector<Segment>& told) {
             EXPECT_EQ(speaker, Speaker::them);
-            ++calls_;
+            ++calls;
             lines = told;
         };
     }
 
-    std::vector<std::shared_ptr<Script>> requests_;
-    std::vector<Segment> partial_;
-    std::vector<Segment> committed_;
-    int calls_ = 0;
-    std::unique_ptr<LiveRecognizer> recogniser_ = std::make_unique<LiveRecognizer>(
+    std::vector<std::shared_ptr<Script>> requests;
+    std::vector<Segment> partial;
+    std::vector<Segment> committed;
+    int calls = 0;
+    std::unique_ptr<LiveRecognizer> recogniser = std::make_unique<LiveRecognizer>(
         Speaker::them,
         [this](SpeechRequest::OnResult onResult) {
-            requests_.push_back(std::make_shared<Script>(Script{std::move(onResult), {}}));
-            return std::make_unique<ScriptedRequest>(requests_.back());
+            requests.push_back(std::make_shared<Script>(Script{std::move(onResult), {}}));
+            return std::make_unique<ScriptedRequest>(requests.back());
         },
-        keep(partial_), keep(committed_));
+        keep(partial), keep(committed));
 };
 
 TEST_F(LiveRecognizerTest, append_firstBuffer_opensARequestThatBeginsWithIt) {
-    EXPECT_TRUE(requests_.empty());
+    EXPECT_TRUE(requests.empty());
     append(7.25);
-    ASSERT_EQ(requests_.size(), 1U);
-    EXPECT_EQ(requests_[0]->seconds("skip"), 0);
-    requests_[0]->say("Hello", 1, true);
-    ASSERT_EQ(committed_.size(), 1U);
-    EXPECT_EQ(committed_[0].start, 8.25);
-    EXPECT_EQ(committed_[0].text, "Hello.");
+    ASSERT_EQ(requests.size(), 1U);
+    EXPECT_EQ(requests[0]->seconds("skip"), 0);
+    requests[0]->say("Hello", 1, true);
+    ASSERT_EQ(committed.size(), 1U);
+    EXPECT_EQ(committed[0].start, 8.25);
+    EXPECT_EQ(committed[0].text, "Hello.");
 }
 
 TEST_F(LiveRecognizerTest, append_moreThanFiftySecondsOn_rotatesAndTheOldRequestStillCommits) {
     append(0);
     append(50);
-    EXPECT_EQ(requests_.size(), 1U) << "exactly fifty seconds";
+    EXPECT_EQ(requests.size(), 1U) << "exactly fifty seconds";
     append(50.1);
-    ASSERT_EQ(requests_.size(), 2U);
-    EXPECT_EQ(requests_[0]->calls.back().first, "end");
-    EXPECT_EQ(requests_[1]->calls, (Calls{{"append", 0.1}}));
-    requests_[0]->say("Before", 49, true);
-    EXPECT_EQ(committed_.at(0).start, 49);
-    requests_[1]->say("After", 3, true);
-    EXPECT_NEAR(committed_.at(0).start, 53.1, 1e-9);
-    EXPECT_NEAR(committed_.at(0).end, 53.6, 1e-9);
+    ASSERT_EQ(requests.size(), 2U);
+    EXPECT_EQ(requests[0]->calls.back().first, "end");
+    EXPECT_EQ(requests[1]->calls, (Calls{{"append", 0.1}}));
+    requests[0]->say("Before", 49, true);
+    EXPECT_EQ(committed.at(0).start, 49);
+    requests[1]->say("After", 3, true);
+    EXPECT_NEAR(committed.at(0).start, 53.1, 1e-9);
+    EXPECT_NEAR(committed.at(0).end, 53.6, 1e-9);
 }
 
 TEST_F(LiveRecognizerTest, result_byItsKind_isPartialOrCommitted) {
     append(0);
-    requests_[0]->say("Hel", 1, false);
-    EXPECT_EQ(partial_.at(0).text, "Hel.");
-    EXPECT_TRUE(committed_.empty());
-    requests_[0]->onResult({{{"One.", 1, 0.5}, {"Two.", 3, 0.5}}, "One. Two.", true});
-    EXPECT_EQ(committed_.size(), 2U) << "a pause of more than 1.2 seconds ends a line";
-    requests_[0]->onResult({{}, "", true});
-    EXPECT_TRUE(committed_.empty()) << "nothing was said: the partial line goes";
-    EXPECT_EQ(calls_, 3);
+    requests[0]->say("Hel", 1, false);
+    EXPECT_EQ(partial.at(0).text, "Hel.");
+    EXPECT_TRUE(committed.empty());
+    requests[0]->onResult({{{"One.", 1, 0.5}, {"Two.", 3, 0.5}}, "One. Two.", true});
+    EXPECT_EQ(committed.size(), 2U) << "a pause of more than 1.2 seconds ends a line";
+    requests[0]->onResult({{}, "", true});
+    EXPECT_TRUE(committed.empty()) << "nothing was said: the partial line goes";
+    EXPECT_EQ(calls, 3);
 }
 
 TEST_F(LiveRecognizerTest, append_timesWithGaps_becomeSilenceOfTheirLength) {
     append(10);
     append(14.1);
-    EXPECT_EQ(requests_[0]->calls.at(1).first, "skip");
-    EXPECT_NEAR(requests_[0]->seconds("skip"), 4, 1e-9);
+    EXPECT_EQ(requests[0]->calls.at(1).first, "skip");
+    EXPECT_NEAR(requests[0]->seconds("skip"), 4, 1e-9);
     double at = 14.2;
     for (int piece = 0; piece < 100; ++piece, at += 0.11) {
         append(at);
     }
-    const double given = requests_[0]->seconds("skip") + requests_[0]->seconds("append");
+    const double given = requests[0]->seconds("skip") + requests[0]->seconds("append");
     EXPECT_NEAR(given, at - 0.01 - 10, 0.05) << "a hundred gaps of 0.01 s";
     append(at - 0.06);
-    EXPECT_EQ(requests_[0]->calls.back().first, "append") << "an early buffer runs on";
+    EXPECT_EQ(requests[0]->calls.back().first, "append") << "an early buffer runs on";
 }
 
 TEST_F(LiveRecognizerTest, endAudio_beforeAnySound_opensNothing) {
-    recogniser_->endAudio();
+    recogniser->endAudio();
     append(0);
-    EXPECT_TRUE(requests_.empty()) << "nothing follows the end";
+    EXPECT_TRUE(requests.empty()) << "nothing follows the end";
 }
 
 TEST_F(LiveRecognizerTest, endAudio_whileSpeaking_commitsAndTakesNoMore) {
     append(0);
-    recogniser_->endAudio();
-    recogniser_->endAudio();
-    EXPECT_EQ(requests_[0]->calls, (Calls{{"append", 0.1}, {"end", 0}}));
+    recogniser->endAudio();
+    recogniser->endAudio();
+    EXPECT_EQ(requests[0]->calls, (Calls{{"append", 0.1}, {"end", 0}}));
     append(0.1);
     append(60);
-    EXPECT_EQ(requests_.size(), 1U);
-    EXPECT_EQ(requests_[0]->calls.back().first, "end");
-    requests_[0]->say("Bye", 0, true);
-    EXPECT_EQ(committed_.at(0).text, "Bye.");
+    EXPECT_EQ(requests.size(), 1U);
+    EXPECT_EQ(requests[0]->calls.back().first, "end");
+    requests[0]->say("Bye", 0, true);
+    EXPECT_EQ(committed.at(0).text, "Bye.");
 }
 
 TEST_F(LiveRecognizerTest, cancel_withRequestsAtWork_silencesAllOfThem) {
     append(0);
     append(60);
-    recogniser_->cancel();
-    EXPECT_EQ(requests_[1]->calls.back().first, "cancel");
-    requests_[0]->say("Old", 1, true);
-    requests_[1]->say("New", 1, false);
-    recogniser_.reset();
-    requests_[1]->say("Late", 1, true);
-    EXPECT_EQ(calls_, 0);
+    recogniser->cancel();
+    EXPECT_EQ(requests[1]->calls.back().first, "cancel");
+    requests[0]->say("Old", 1, true);
+    requests[1]->say("New", 1, false);
+    recogniser.reset();
+    requests[1]->say("Late", 1, true);
+    EXPECT_EQ(calls, 0);
 }
 
 } // namespace

@@ -40,7 +40,7 @@ std::vector<float> samplesOf(const fs::path& file) {
 class LiveSpeechTest : public testing::Test {
 protected:
     void start(const std::vector<fs::path>& directories = {data}) {
-        recogniser_ = LiveRecognizer::create(
+        recogniser = LiveRecognizer::create(
             Speaker::you, "en-US", directories,
             [this](Speaker, const std::vector<Segment>& lines) { take(lines, false); },
             [this](Speaker, const std::vector<Segment>& lines) { take(lines, true); });
@@ -51,7 +51,7 @@ protected:
         constexpr std::ptrdiff_t step = 960;
         for (auto from = samples.begin(); from != samples.end();) {
             const auto to = from + std::min(step, samples.end() - from);
-            recogniser_->append({TrackFormat::processing.rate, {{from, to}}}, at);
+            recogniser->append({TrackFormat::processing.rate, {{from, to}}}, at);
             at += static_cast<double>(to - from) / rate;
             from = to;
         }
@@ -59,51 +59,51 @@ protected:
     }
 
     void take(const std::vector<Segment>& lines, bool isFinal) {
-        const std::scoped_lock lock(mutex_);
-        EXPECT_FALSE(isSilenced_);
+        const std::scoped_lock lock(mutex);
+        EXPECT_FALSE(isSilenced);
         if (isFinal) {
-            committed_.insert(committed_.end(), lines.begin(), lines.end());
+            committed.insert(committed.end(), lines.begin(), lines.end());
         }
-        heard_ += lines.size();
-        changed_.notify_all();
+        heard += lines.size();
+        changed.notify_all();
     }
 
     [[nodiscard]] bool waitFor(const std::function<bool()>& condition) {
-        std::unique_lock lock(mutex_);
-        return changed_.wait_for(lock, std::chrono::minutes(2), condition);
+        std::unique_lock lock(mutex);
+        return changed.wait_for(lock, std::chrono::minutes(2), condition);
     }
 
     [[nodiscard]] bool waitForLineBehind(double seconds) {
-        return waitFor([this, seconds] { return !committed_.empty() && committed_.back().end > seconds; });
+        return waitFor([this, seconds] { return !committed.empty() && committed.back().end > seconds; });
     }
 
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<Segment> committed_;
-    std::size_t heard_ = 0;
-    std::atomic<bool> isSilenced_ = false;
-    std::unique_ptr<LiveRecognizer> recogniser_;
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::vector<Segment> committed;
+    std::size_t heard = 0;
+    std::atomic<bool> isSilenced = false;
+    std::unique_ptr<LiveRecognizer> recogniser;
 };
 
 TEST_F(LiveSpeechTest, append_readSpeechFasterThanRealTime_commitsAllOfIt) {
     start();
     feed(samplesOf(recordings + "/two_cities.wav"), 0);
-    recogniser_->endAudio();
+    recogniser->endAudio();
     ASSERT_TRUE(waitForLineBehind(41));
-    EXPECT_LT(wordErrors(twoCities, textOf(committed_)), 0.1) << textOf(committed_);
-    EXPECT_TRUE(std::ranges::is_sorted(committed_, {}, &Segment::start));
-    EXPECT_LT(committed_.back().end, 44.4);
+    EXPECT_LT(wordErrors(twoCities, textOf(committed)), 0.1) << textOf(committed);
+    EXPECT_TRUE(std::ranges::is_sorted(committed, {}, &Segment::start));
+    EXPECT_LT(committed.back().end, 44.4);
 }
 
 TEST_F(LiveSpeechTest, append_speechAcrossARotation_losesHardlyAWord) {
     start();
     const double end = feed(samplesOf(recordings + "/two_cities.wav"), 30);
     feed(samplesOf(recordings + "/beckett.wav"), end);
-    recogniser_->endAudio();
+    recogniser->endAudio();
     ASSERT_TRUE(waitForLineBehind(end + 8));
     const std::string beckett = " Ever tried. Ever failed. No matter. Try again. Fail again. Fail better.";
-    EXPECT_LT(wordErrors(twoCities + beckett, textOf(committed_)), 0.12) << textOf(committed_);
-    EXPECT_TRUE(std::ranges::is_sorted(committed_, {}, &Segment::start)) << "old requests commit before new ones";
+    EXPECT_LT(wordErrors(twoCities + beckett, textOf(committed)), 0.12) << textOf(committed);
+    EXPECT_TRUE(std::ranges::is_sorted(committed, {}, &Segment::start)) << "old requests commit before new ones";
 }
 
 TEST_F(LiveSpeechTest, append_afterGaps_linesHaveTheTimesTheyWereSaidAt) {
@@ -115,8 +115,8 @@ TEST_F(LiveSpeechTest, append_afterGaps_linesHaveTheTimesTheyWereSaidAt) {
     for (const double at : times) {
         feed(line, at);
         ASSERT_TRUE(waitForLineBehind(at)) << "nothing comes behind it, and yet it ends";
-        const std::scoped_lock lock(mutex_);
-        const auto first = std::ranges::find_if(committed_, [at](const Segment& said) { return said.start > at; });
+        const std::scoped_lock lock(mutex);
+        const auto first = std::ranges::find_if(committed, [at](const Segment& said) { return said.start > at; });
         starts.push_back(first->start - at);
     }
     EXPECT_GT(starts[0], 0);
@@ -131,22 +131,22 @@ TEST_F(LiveSpeechTest, append_withoutDetector_findsSpeechByItsLevel) {
     fs::create_directory_symlink(data / "varnic/models", files.path("data/varnic/models"));
     start({files.path("data")});
     feed(samplesOf(recordings + "/beckett.wav"), 0);
-    recogniser_->endAudio();
+    recogniser->endAudio();
     ASSERT_TRUE(waitForLineBehind(8));
-    EXPECT_NE(textOf(committed_).find("better"), std::string::npos) << textOf(committed_);
+    EXPECT_NE(textOf(committed).find("better"), std::string::npos) << textOf(committed);
 }
 
 TEST_F(LiveSpeechTest, append_speechOfAllLevels_isHeard) {
     for (const float gain : {0.1F, 1.0F, 3.0F}) {
-        committed_.clear();
+        committed.clear();
         std::vector<float> samples = samplesOf(recordings + "/beckett.wav");
         std::ranges::for_each(samples, [gain](float& sample) { sample *= gain; });
         start();
         feed(samples, 0);
-        recogniser_->endAudio();
+        recogniser->endAudio();
         ASSERT_TRUE(waitForLineBehind(8)) << gain;
         const std::string said = "Ever tried. Ever failed. No matter. Try again. Fail again. Fail better.";
-        EXPECT_LT(wordErrors(said, textOf(committed_)), 0.3) << gain << ": " << textOf(committed_);
+        EXPECT_LT(wordErrors(said, textOf(committed)), 0.3) << gain << ": " << textOf(committed);
     }
 }
 
@@ -154,33 +154,33 @@ TEST_F(LiveSpeechTest, cancel_whileItHears_noCallbackRunsAfterwards) {
     const std::vector<float> samples = samplesOf(recordings + "/two_cities.wav");
     for (int run = 0; run < 3; ++run) {
         start();
-        isSilenced_ = false;
-        heard_ = 0;
+        isSilenced = false;
+        heard = 0;
         feed(samples, 0);
         if (run > 0) {
-            ASSERT_TRUE(waitFor([this] { return heard_ > 0; }));
+            ASSERT_TRUE(waitFor([this] { return heard > 0; }));
         }
-        recogniser_->cancel();
-        isSilenced_ = true;
+        recogniser->cancel();
+        isSilenced = true;
         feed(samples, 44);
-        recogniser_->endAudio();
-        recogniser_.reset();
+        recogniser->endAudio();
+        recogniser.reset();
     }
 }
 
 TEST_F(LiveSpeechTest, destroyed_whileItHears_endsWithoutACallback) {
     const std::vector<float> samples = samplesOf(recordings + "/two_cities.wav");
     start();
-    recogniser_.reset();
+    recogniser.reset();
     for (int run = 0; run < 3; ++run) {
         start();
-        isSilenced_ = false;
-        heard_ = 0;
+        isSilenced = false;
+        heard = 0;
         feed(samples, 0);
-        recogniser_->endAudio();
-        ASSERT_TRUE(run == 0 || waitFor([this] { return heard_ > 0; }));
-        recogniser_.reset();
-        isSilenced_ = true;
+        recogniser->endAudio();
+        ASSERT_TRUE(run == 0 || waitFor([this] { return heard > 0; }));
+        recogniser.reset();
+        isSilenced = true;
     }
 }
 
@@ -204,10 +204,10 @@ TEST_F(LiveSpeechTest, append_modelOrDetectorIsDamaged_theCallGoesOn) {
         }
     }
     start({files.path("model")});
-    ASSERT_NE(recogniser_, nullptr);
-    isSilenced_ = true;
+    ASSERT_NE(recogniser, nullptr);
+    isSilenced = true;
     feed(samplesOf(recordings + "/beckett.wav"), 0);
-    recogniser_->endAudio();
+    recogniser->endAudio();
 }
 
 } // namespace
