@@ -1,4 +1,5 @@
 #include "VarnicCLI/Command.h"
+#include "VarnicCLI/MissingDevices.h"
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Library/NoteJson.h"
 #include "VarnicPlatform/Capture/SoundSurvey.h"
@@ -11,25 +12,6 @@ namespace varnic::cli {
 
 namespace {
 
-/// What keeps sides of a call from being recorded, a sentence each.
-std::vector<std::string> missing(const SoundSurvey& survey) {
-    if (!survey.isReachable) {
-        return {"The sound system, PipeWire, isn’t running: nothing can be recorded."};
-    }
-    if (!survey.hasSound) {
-        return {"PipeWire is running, but has no sound devices: nothing can be recorded. If PulseAudio runs the sound, "
-                "install pipewire-pulse in its place."};
-    }
-    std::vector<std::string> sentences;
-    if (!survey.microphone) {
-        sentences.emplace_back("There is no microphone: your side can’t be recorded.");
-    }
-    if (!survey.output) {
-        sentences.emplace_back("There is no sound output: the other side can’t be heard or recorded.");
-    }
-    return sentences;
-}
-
 nlohmann::json orNull(const std::optional<std::string>& text) {
     return text ? nlohmann::json(*text) : nlohmann::json();
 }
@@ -39,7 +21,7 @@ nlohmann::json orNull(const std::optional<std::string>& text) {
 ExitCode devices(const Arguments& arguments) {
     arguments.expectNoWords();
     const SoundSurvey survey = SoundSurvey::take();
-    const std::vector<std::string> sentences = missing(survey);
+    const std::vector<std::string> sentences = missingDevices(survey);
     const ExitCode code = survey.microphone || survey.output ? ExitCode::success : ExitCode::failure;
     if (arguments.has("json")) {
         fmt::print("{}\n", jsonText({{"microphone", orNull(survey.microphone)},

@@ -1,7 +1,11 @@
 #include "Varnic/AppModel/AppModel.h"
 #include "VarnicCLI/CallFiling.h"
 #include "VarnicCLI/Interruption.h"
+#include "VarnicCLI/MissingDevices.h"
 #include "VarnicCLI/Terminal.h"
+#include "VarnicCLI/UserLibrary.h"
+#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Library/RecordingMark.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Text/Wording.h"
 #include "VarnicPlatform/Capture/LiveCapture.h"
@@ -47,8 +51,9 @@ std::string meter(float level) {
 /// One recording, from its first sound to its note, on the terminal.
 class RecordingSession {
 public:
-    RecordingSession(AppModel& model, const Interruption& interruption, double limit, std::string yourName)
-        : model_(model), interruption_(interruption), limit_(limit),
+    RecordingSession(AppModel& model, const LiveCapture& capture, const Interruption& interruption, double limit,
+                     std::string yourName)
+        : model_(model), capture_(capture), interruption_(interruption), limit_(limit),
           yourName_(yourName.empty() ? "You" : std::move(yourName)) {}
 
     /// Throws std::runtime_error when nothing could be recorded. The finished note.
@@ -60,6 +65,9 @@ public:
                                      " `varnic-cli devices` tells what is missing.");
         }
         id_ = model_.recorder().noteID();
+        for (const std::string& sentence : missingDevices(SoundSurvey::take())) {
+            tell(sentence);
+        }
         fmt::print(stderr, "Recording. Ctrl-C stops.\n");
         QEventLoop loop;
         QTimer timer;
@@ -79,7 +87,7 @@ private:
     void step() {
         RecordingController& recorder = model_.recorder();
         printNewLines();
-        printNewWarning();
+        printNewTroubles();
         if (isRecording(recorder.state())) {
             line_.show(status());
             if (interruption_.count() > 0 || recorder.elapsed() >= limit_) {
@@ -123,37 +131,65 @@ private:
         }
     }
 
-    /// For those who don't watch the line: a warning stays in what was printed.
-    void printNewWarning() {
+    /// For those who don't watch the line: what was printed stays.
+    void printNewTroubles() {
+        const std::vector<std::string> problems = capture_.problems();
+        for (; problemsTold_ < problems.size(); ++problemsTold_) {
+            tell(problems[problemsTold_]);
+        }
         if (model_.recorder().warning() != warned_) {
             warned_ = model_.recorder().warning();
             if (warned_) {
-                line_.clear();
-                fmt::print(stderr, "varnic-cli: {}\n", Wording::shown(*warned_));
+                tell(*warned_);
             }
+        }
+        if (const auto& toast = model_.toast.value(); toast && toast->id != toastTold_) {
+            toastTold_ = toast->id;
+            tell(toast->text);
         }
     }
 
+    void tell(std::string_view sentence) {
+        line_.clear();
+        fmt::print(stderr, "varnic-cli: {}\n", Wording::shown(sentence));
+    }
+
     AppModel& model_;
+    const LiveCapture& capture_;
     const Interruption& interruption_;
     double limit_;
     std::string yourName_;
     Uuid id_;
     Terminal::StatusLine line_;
     std::size_t printed_ = 0;
+    std::size_t problemsTold_ = 0;
     std::optional<std::string> warned_;
+    std::optional<Uuid> toastTold_;
     /// Interrupts until the recording stopped; the next one stops what follows.
     int stoppedBy_ = 0;
 };
 
-/// What went wrong on the way, though the call was recorded.
-void tellTroubles(const LiveCapture& capture) {
-    for (const std::string& problem : capture.problems()) {
-        fmt::print(stderr, "varnic-cli: {}\n", Wording::shown(problem));
-    }
+/// Sound that came but is in no track.
+void tellLoss(const LiveCapture& capture) {
     if (const auto lost = capture.lostFrames(); lost > 0) {
         fmt::print(stderr, "varnic-cli: {:.1f} seconds of sound were lost: the computer was too busy.\n",
                    static_cast<double>(lost) / TrackFormat::sampleRate);
+    }
+}
+
+/// The model saves in the background and tells of a failure, but not why. Throws std::runtime_error when the note isn't
+/// on disk.
+void makeSureOfSaving(const Note& note) {
+    LibraryStore store(libraryFolder());
+    if (store.load(note.id, currentDate()) == note) {
+        return;
+    }
+    try {
+        store.save(note);
+    } catch (const LibraryError& error) {
+        const bool isKept = RecordingMarkFile::isIn(store.audioFolder(note.id));
+        throw std::runtime_error(fmt::format(
+            "{}{}", error.what(), isKept ? " The recording is kept; `varnic-cli recover` makes its note." : ""));
     }
 }
 
@@ -175,13 +211,14 @@ ExitCode record(const Arguments& arguments) {
     model.makeCapture = [capture] { return capture; };
     FilingOptions options = FilingOptions::from(arguments);
     options.yourName = model.settings.yourName.value();
-    const Note note = RecordingSession(model, interruption, seconds, options.yourName).run();
-    tellTroubles(*capture);
+    const Note note = RecordingSession(model, *capture, interruption, seconds, options.yourName).run();
+    tellLoss(*capture);
     if (options.json) {
         fmt::print("{}\n", LibraryStore::encoded(note));
     } else {
         printFiled(note, options);
     }
+    makeSureOfSaving(note);
     return tellProblem(note);
 }
 

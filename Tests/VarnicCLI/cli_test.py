@@ -5,7 +5,6 @@ Usage: cli_test.py PROGRAM FIXTURES MAKE_CALL RECORDINGS
 
 import json
 import os
-import re
 import signal
 import subprocess
 import sys
@@ -18,20 +17,7 @@ del sys.argv[1:5]
 sys.path.insert(0, FIXTURES)
 
 from sound_system import SoundSystem  # noqa: E402
-
-
-def words(text: str) -> list[str]:
-    return re.findall(r"[a-z0-9']+", text.lower())
-
-
-def word_errors(said: list[str], written: list[str]) -> int:
-    """The edit distance between two lists of words."""
-    row = list(range(len(written) + 1))
-    for i, a in enumerate(said, 1):
-        diagonal, row[0] = row[0], i
-        for j, b in enumerate(written, 1):
-            diagonal, row[j] = row[j], min(row[j] + 1, row[j - 1] + 1, diagonal + (a != b))
-    return row[-1]
+from words import word_errors, words  # noqa: E402
 
 
 class CommandLine(unittest.TestCase):

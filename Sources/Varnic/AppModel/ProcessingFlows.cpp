@@ -120,11 +120,12 @@ QCoro::Task<> AppModel::process(Recording recording) {
     setStage(id, std::nullopt);
     file(std::move(finished));
     if (const Note* filed = note(id); !settings.keepAudio.value() && filed->call) {
-        store_.removeAudio(id);
         editCall(id, [](CallRecord& call) {
             call.audioFolder.reset();
             call.tracks.clear();
         });
+        // Not before the transcript is on disk: until then the sound is all there is.
+        saveNow(id, [this, id] { store_.removeAudio(id); });
     }
     const AISettings& ai = settings.ai.value();
     if (const Note* filed = note(id); ai.enabled && !ai.askEachTime && filed->call && !filed->call->segments.empty()) {

@@ -80,10 +80,11 @@ QCoro::Task<> RecordingController::start(Uuid noteID, fs::path folder, std::shar
     reset(std::move(source));
     std::exception_ptr failure;
     try {
-        fs::create_directories(folder);
+        // Opening the models takes a moment, which is no part of the recording that the mark tells of.
+        auto recognizers = makeRecognizers(liveLocale);
         mark_ = std::make_shared<RecordingMarkFile>(RecordingMarkFile::create(
             folder, {noteID, currentDate(), source_, std::vector(bothSides.begin(), bothSides.end())}));
-        const auto recorder = std::make_shared<TrackRecorder>(folder, makeRecognizers(liveLocale));
+        const auto recorder = std::make_shared<TrackRecorder>(folder, std::move(recognizers));
         recorder_ = recorder;
         hostStart_ = HostClock::now();
         startedAt_ = currentDate();

@@ -92,7 +92,7 @@ public:
     [[nodiscard]] std::vector<Segment> liveSegments() const;
 
     /// Returns when sound comes in; at once while another recording runs. `liveLocale` asks for a live transcript.
-    /// Throws CaptureError, AudioError or std::filesystem::filesystem_error, and then `state` tells the failure too.
+    /// Throws CaptureError or LibraryError, and then `state` tells the failure too.
     QCoro::Task<> start(Uuid noteID, std::filesystem::path folder, std::shared_ptr<CaptureSource> capture,
                         std::optional<std::string> liveLocale, std::string source);
 

@@ -90,11 +90,14 @@ void TrackWriter::append(const PcmBuffer& buffer, std::optional<double> at) {
 
 void TrackWriter::writeSilence(double seconds) {
     const double frames = std::min(seconds * TrackFormat::sampleRate, mostSilentFrames);
-    if (!(frames >= 1)) {
-        return;
+    if (frames >= 1) {
+        drainConverter();
+        writeSilentFrames(static_cast<std::size_t>(frames));
     }
-    drainConverter();
-    for (auto left = static_cast<std::size_t>(frames); left > 0;) {
+}
+
+void TrackWriter::writeSilentFrames(std::size_t frames) {
+    for (std::size_t left = frames; left > 0;) {
         const std::size_t part = std::min(left, chunkFrames);
         write({TrackFormat::processing.rate, {std::vector<float>(part)}});
         left -= part;
@@ -102,10 +105,13 @@ void TrackWriter::writeSilence(double seconds) {
 }
 
 void TrackWriter::pad(double target) {
-    if (seconds() < target) {
-        drainConverter();
-        writeSilence(target - seconds());
+    if (!(seconds() < target)) {
+        return;
     }
+    drainConverter();
+    // Counted in frames: rounding the difference of seconds would leave the two tracks of a call a frame apart.
+    const auto whole = std::llround(std::min(target * TrackFormat::sampleRate, mostSilentFrames));
+    writeSilentFrames(static_cast<std::size_t>(std::max<std::int64_t>(whole - framesWritten_, 0)));
 }
 
 void TrackWriter::close() {

@@ -63,6 +63,7 @@ public:
 private:
     PcmBuffer convert(const PcmBuffer& buffer);
     void drainConverter();
+    void writeSilentFrames(std::size_t frames);
     void write(const PcmBuffer& sound);
 
     std::filesystem::path url_;

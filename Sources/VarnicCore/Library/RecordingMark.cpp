@@ -1,5 +1,6 @@
 #include "VarnicCore/Library/RecordingMark.h"
 
+#include "VarnicCore/Library/Folders.h"
 #include "VarnicCore/Library/LibraryError.h"
 #include "VarnicCore/Library/NoteJson.h"
 
@@ -26,6 +27,8 @@ namespace {
 constexpr const char* fileName = "recording.json";
 /// Far more than a mark has.
 constexpr std::size_t mostBytes = 65'536;
+/// How often a folder that others take for an unborn one and remove is made again.
+constexpr int attempts = 5;
 
 std::string textOf(const RecordingMark& mark) {
     nlohmann::json sides = nlohmann::json::array();
@@ -63,6 +66,18 @@ bool lock(int file) {
     return process == json.end() || !process->is_number_integer() || !isAlive(process->get<pid_t>());
 }
 
+bool isUnnamed(const fs::path& file) {
+    return file.filename().string().starts_with(fmt::format(".{}.", fileName)) && file.extension() == ".tmp";
+}
+
+/// Removes a mark that has no name yet, unless a living process has it.
+void removeUnnamed(const fs::path& file) {
+    const FileDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (descriptor.isOpen() && lock(descriptor.number())) {
+        ::unlink(file.c_str());
+    }
+}
+
 bool writeAll(int file, std::string_view bytes) {
     return ::write(file, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()) && ::fsync(file) == 0;
 }
@@ -72,8 +87,21 @@ bool writeAll(int file, std::string_view bytes) {
 RecordingMarkFile::RecordingMarkFile(fs::path file, FileDescriptor descriptor)
     : file_(std::move(file)), descriptor_(std::move(descriptor)) {}
 
-/// The file is locked and filled before it gets its name, so that nobody finds it otherwise.
 RecordingMarkFile RecordingMarkFile::create(const fs::path& folder, const RecordingMark& mark) {
+    for (int attempt = 1;; ++attempt) {
+        Folders::make(folder);
+        try {
+            return place(folder, mark);
+        } catch (const LibraryError& error) {
+            if (error.code() != std::errc::no_such_file_or_directory || attempt == attempts) {
+                throw;
+            }
+        }
+    }
+}
+
+/// The file is locked and filled before it gets its name, so that nobody finds it otherwise.
+RecordingMarkFile RecordingMarkFile::place(const fs::path& folder, const RecordingMark& mark) {
     const fs::path file = folder / fileName;
     if (isIn(folder) && !adopt(folder)) {
         throw LibraryError("made", file, std::make_error_code(std::errc::file_exists));
@@ -83,7 +111,8 @@ RecordingMarkFile RecordingMarkFile::create(const fs::path& folder, const Record
     if (!descriptor.isOpen()) {
         throw LibraryError::fromErrno("made", file);
     }
-    static_cast<void>(::flock(descriptor.number(), LOCK_EX | LOCK_NB)); // a new file is nobody else's
+    // Who has it now is about to remove it.
+    static_cast<void>(::flock(descriptor.number(), LOCK_EX));
     if (!writeAll(descriptor.number(), textOf(mark)) || ::rename(unnamed.c_str(), file.c_str()) != 0) {
         const int reason = errno;
         ::unlink(unnamed.c_str());
@@ -105,6 +134,15 @@ std::optional<RecordingMarkFile> RecordingMarkFile::adopt(const fs::path& folder
         return std::nullopt;
     }
     return RecordingMarkFile(file, std::move(descriptor));
+}
+
+void RecordingMarkFile::removeUnborn(const fs::path& folder) {
+    for (const fs::path& entry : Folders::entries(folder)) {
+        if (isUnnamed(entry)) {
+            removeUnnamed(entry);
+        }
+    }
+    ::rmdir(folder.c_str()); // which leaves a folder that holds something
 }
 
 bool RecordingMarkFile::isIn(const fs::path& folder) {

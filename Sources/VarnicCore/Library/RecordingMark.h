@@ -27,9 +27,12 @@ struct RecordingMark {
 /// that died. Without `remove` the file stays behind the object, as behind a crash. One thread at a time.
 class RecordingMarkFile {
 public:
-    /// Puts a locked mark in the folder, at one moment; do it before there is a track. Throws LibraryError, also when
-    /// another process holds the folder's mark.
+    /// Puts a locked mark in the folder, at one moment, and makes the folder where it is missing; do it before there is
+    /// a track. Throws LibraryError, also when another process holds the folder's mark.
     static RecordingMarkFile create(const std::filesystem::path& folder, const RecordingMark& mark);
+
+    /// Removes a folder whose process died before its mark stood. One that holds anything else stays.
+    static void removeUnborn(const std::filesystem::path& folder);
 
     /// Takes the mark of a folder over, whatever it holds; nothing where there is none or another process lives that
     /// holds it.
@@ -45,6 +48,8 @@ public:
 
 private:
     RecordingMarkFile(std::filesystem::path file, FileDescriptor descriptor);
+
+    static RecordingMarkFile place(const std::filesystem::path& folder, const RecordingMark& mark);
 
     std::filesystem::path file_;
     FileDescriptor descriptor_;

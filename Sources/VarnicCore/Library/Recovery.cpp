@@ -97,7 +97,11 @@ std::optional<DeadRecording> marked(const LibraryStore& store, const fs::path& f
 
 /// A folder that holds none, but tracks: it gets one.
 std::optional<DeadRecording> unmarked(const LibraryStore& store, const fs::path& folder, const Uuid& id) {
-    if (isFiled(store, id) || !holdsTracks(Folders::entries(folder))) {
+    if (isFiled(store, id)) {
+        return std::nullopt;
+    }
+    if (!holdsTracks(Folders::entries(folder))) {
+        RecordingMarkFile::removeUnborn(folder);
         return std::nullopt;
     }
     try {

@@ -35,6 +35,14 @@ struct Side {
     }
 };
 
+/// One error for all that kept both sides from starting. The microphone's own sentence, where there is one, comes first
+/// and begins as this error does; that beginning is said once.
+CaptureError nothingStarted(const std::vector<std::string>& problems) {
+    const std::string beginning = CaptureError::micFailed("").what();
+    const std::string all = fmt::format("{}", fmt::join(problems, " "));
+    return CaptureError::micFailed(all.starts_with(beginning) ? all.substr(beginning.size()) : all);
+}
+
 } // namespace
 
 /// What lives from start to stop.
@@ -130,7 +138,7 @@ std::vector<Speaker> LiveCapture::start(double hostStart, Deliver deliver) {
     }
     if (sides.empty()) {
         session->close();
-        throw CaptureError::micFailed(fmt::format("{}", fmt::join(session->problems(), " ")));
+        throw nothingStarted(session->problems());
     }
     session->run(std::move(deliver));
     return sides;

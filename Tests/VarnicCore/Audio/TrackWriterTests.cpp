@@ -102,6 +102,16 @@ TEST(TrackWriter, append_stamped_fillsGapsOfMoreThanATwentieth) {
     }
 }
 
+TEST(TrackWriter, pad_fromAnywhere_endsAtTheSameFrame) {
+    const TemporaryFolder folder;
+    for (std::size_t frames = 1; frames < 40'000; frames += 1'237) {
+        TrackWriter writer(folder.path() / "track.wav", Speaker::you, false);
+        writer.append({48'000, {std::vector<float>(frames)}}, std::nullopt);
+        writer.pad(12.913562);
+        EXPECT_EQ(writer.framesWritten(), 619'851) << frames;
+    }
+}
+
 TEST(TrackWriter, pad_andSilence_neverCut) {
     const SoundFiles files;
     TrackWriter writer(files.path("you.caf"), Speaker::you, false);

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,7 +15,9 @@
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <stop_token>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace varnic {
@@ -179,8 +183,36 @@ TEST_F(RecoveryTest, find_noSoundInIt_saysSo) {
     EXPECT_EQ(find()[0].recording.startedAt, mark.startedAt);
 }
 
+TEST_F(RecoveryTest, find_killedBeforeThereWasAMark_removesWhatIsLeft) {
+    const fs::path unnamed = makeFolder() / (".recording.json." + Uuid::random().text() + ".tmp");
+    TemporaryLibrary::write(unnamed, "{");
+    const int living = ::open(unnamed.c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(living, LOCK_EX), 0);
+    EXPECT_TRUE(find().empty());
+    EXPECT_TRUE(fs::exists(unnamed));
+    ::close(living);
+    EXPECT_TRUE(find().empty());
+    EXPECT_FALSE(fs::exists(folder()));
+    fs::create_directories(folder() / "of another program");
+    EXPECT_TRUE(find().empty());
+    EXPECT_TRUE(fs::exists(folder()));
+}
+
+TEST_F(RecoveryTest, create_whileOthersRecover_succeeds) {
+    std::jthread recovering([&](const std::stop_token& stop) {
+        while (!stop.stop_requested()) {
+            static_cast<void>(find());
+        }
+    });
+    for (int i = 0; i < 200; ++i) {
+        const RecordingMarkFile held = RecordingMarkFile::create(folder(), mark);
+        EXPECT_FALSE(RecordingMarkFile::adopt(folder())) << "it is held";
+        std::error_code ignored;
+        fs::remove_all(folder(), ignored);
+    }
+}
+
 TEST_F(RecoveryTest, find_otherFolders_areLeftAlone) {
-    fs::create_directories(library.store.audioDir() / Uuid::random().text());
     fs::create_directories(library.store.audioDir() / "notes of mine");
     TemporaryLibrary::write(library.store.audioDir() / "notes of mine" / "you.m4a", "x");
     TemporaryLibrary::write(library.store.audioDir() / Uuid::random().text(), "a file");
@@ -194,7 +226,7 @@ TEST_F(RecoveryTest, find_otherFolders_areLeftAlone) {
 TEST_F(RecoveryTest, create_folderInOtherHands_isRefused) {
     const RecordingMarkFile first = RecordingMarkFile::create(makeFolder(), mark);
     EXPECT_THROW(RecordingMarkFile::create(folder(), mark), LibraryError);
-    EXPECT_THROW(RecordingMarkFile::create(folder() / "gone", mark), LibraryError);
+    EXPECT_THROW(RecordingMarkFile::create(folder() / "recording.json", mark), LibraryError);
     EXPECT_EQ(first.read(), mark);
     struct stat status{};
     ASSERT_EQ(::stat((folder() / "recording.json").c_str(), &status), 0);

@@ -29,8 +29,9 @@ TEST_F(LiveCaptureTest, start_noServer_saysSoOnce) {
 
 TEST_F(LiveCaptureTest, start_serverWithoutDevices_saysSo) {
     startSystem({"--no-nodes", "--no-pulse"});
-    EXPECT_THAT(failure(recorder), HasSubstr("no input device"));
-    EXPECT_THAT(failure(recorder), HasSubstr("Does PulseAudio run the sound?"));
+    EXPECT_EQ(failure(recorder),
+              "The microphone couldn’t start: no input device The Mac’s sound couldn’t be captured: PipeWire is "
+              "running, but has no sound devices. Does PulseAudio run the sound?");
 }
 
 TEST_F(LiveCaptureTest, start_noSource_recordsTheirSideOnly) {
@@ -45,7 +46,7 @@ TEST_F(LiveCaptureTest, start_noSource_recordsTheirSideOnly) {
 TEST_F(LiveCaptureTest, start_noSourceAndMicrophoneOnly_throws) {
     startSystem({"--no-source"});
     recorder.capture.wantSystem = false;
-    EXPECT_EQ(failure(recorder), "The microphone couldn’t start: The microphone couldn’t start: no input device");
+    EXPECT_EQ(failure(recorder), "The microphone couldn’t start: no input device");
 }
 
 TEST_F(LiveCaptureTest, start_noSink_hearsWhatPlaysOnceThereIsOne) {
