@@ -2,19 +2,27 @@
 
 #include "VarnicCore/Models/Clock.h"
 
+#include <QPointer>
+
 #include <fmt/format.h>
 
 namespace varnic {
 
-QCoro::Task<> AppModel::recoverRecordings() {
+QCoro::Task<std::vector<Uuid>> AppModel::recoverRecordings() {
+    const QPointer self(this);
+    std::vector<Uuid> filed;
     if (isDemo) {
-        co_return;
+        co_return filed;
     }
     const auto found = co_await store_.deadRecordings();
+    if (!self) {
+        co_return filed;
+    }
     for (const auto& dead : found) {
         const Recording& recording = dead->recording;
         if (!dead->hasSound()) {
-            store_.removeAudio(recording.noteID);
+            // Among the deleted ones it is kept for a while.
+            store_.remove(recording.noteID);
             continue;
         }
         CallRecord call{.startedAt = recording.startedAt,
@@ -30,7 +38,12 @@ QCoro::Task<> AppModel::recoverRecordings() {
         saveNow(recording.noteID, [dead] { dead->mark.remove(); });
         flash({.text = fmt::format("Recovered a recording of {}", Clock::length(recording.duration)),
                .symbol = "waveform"});
+        filed.push_back(recording.noteID);
     }
+    if (!selection.value()) {
+        selectFirstIfNeeded();
+    }
+    co_return filed;
 }
 
 } // namespace varnic
