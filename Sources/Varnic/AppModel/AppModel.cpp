@@ -99,7 +99,7 @@ void AppModel::setKey(const std::string& value) {
 }
 
 std::unique_ptr<AISummariser> AppModel::aiSummariser() const {
-    return SummariserFactory::ai(settings.ai.value(), *keys, transport);
+    return SummariserFactory::ai(settings.ai.value(), *keys, transport, anthropicURL);
 }
 
 } // namespace varnic

@@ -112,6 +112,8 @@ public:
     Desktop desktop;
     std::shared_ptr<KeyStore> keys;
     std::shared_ptr<HTTPTransport> transport;
+    /// The Anthropic API, or a gateway to it.
+    std::string anthropicURL{AISettings::anthropicBaseURL};
     std::function<std::shared_ptr<const Transcriber>()> makeTranscriber;
     std::function<std::shared_ptr<CaptureSource>()> makeCapture;
     /// Where the user lives.
@@ -144,8 +146,16 @@ public:
     QCoro::Task<> load();
     /// The first part of `load`.
     QCoro::Task<> readLibrary();
-    /// The second part of `load`; the ids of what it filed.
-    QCoro::Task<std::vector<Uuid>> recoverRecordings();
+
+    struct Recovered {
+        /// What has become a call that waits for its transcript.
+        std::vector<Recording> calls;
+        /// Recordings without any sound, which are among the deleted notes now.
+        int soundless = 0;
+    };
+
+    /// The second part of `load`.
+    QCoro::Task<Recovered> recoverRecordings();
     /// Changes a note; one that comes out the same is not saved.
     void update(Uuid id, bool saveNow, const std::function<void(Note&)>& change);
     Uuid newNote(std::string title = {}, std::vector<Block> blocks = {});
@@ -153,8 +163,12 @@ public:
     void remove(Uuid id);
     /// Brings a deleted note back, in the library's form or else as given.
     QCoro::Task<> restore(Note note);
-    /// Writes what is pending and returns when it is on disk.
+    /// Writes what is pending and returns when it is on disk, or the toast says that it is not.
     void flushSaves();
+
+    /// Whether the note is on disk as it is here.
+    [[nodiscard]] bool isSaved(Uuid id) const { return !unsaved_.contains(id); }
+
     void flash(ToastMessage message);
     void selectFirstIfNeeded();
 

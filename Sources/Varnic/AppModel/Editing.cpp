@@ -1,5 +1,6 @@
 #include "Varnic/AppModel/AppModel.h"
 
+#include <QCoreApplication>
 #include <QPointer>
 
 #include <fmt/format.h>
@@ -130,6 +131,8 @@ void AppModel::flushSaves() {
         saveNow(id);
     }
     store_.flush();
+    // How the saves went, which the queue has told by now.
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
 }
 
 Uuid AppModel::newNote(std::string title, std::vector<Block> blocks) {

@@ -8,21 +8,22 @@
 
 namespace varnic {
 
-QCoro::Task<std::vector<Uuid>> AppModel::recoverRecordings() {
+QCoro::Task<AppModel::Recovered> AppModel::recoverRecordings() {
     const QPointer self(this);
-    std::vector<Uuid> filed;
+    Recovered recovered;
     if (isDemo) {
-        co_return filed;
+        co_return recovered;
     }
     const auto found = co_await store_.deadRecordings();
     if (!self) {
-        co_return filed;
+        co_return recovered;
     }
     for (const auto& dead : found) {
         const Recording& recording = dead->recording;
         if (!dead->hasSound()) {
             // Among the deleted ones it is kept for a while.
             store_.remove(recording.noteID);
+            ++recovered.soundless;
             continue;
         }
         CallRecord call{.startedAt = recording.startedAt,
@@ -38,12 +39,12 @@ QCoro::Task<std::vector<Uuid>> AppModel::recoverRecordings() {
         saveNow(recording.noteID, [dead] { dead->mark.remove(); });
         flash({.text = fmt::format("Recovered a recording of {}", Clock::length(recording.duration)),
                .symbol = "waveform"});
-        filed.push_back(recording.noteID);
+        recovered.calls.push_back(recording);
     }
     if (!selection.value()) {
         selectFirstIfNeeded();
     }
-    co_return filed;
+    co_return recovered;
 }
 
 } // namespace varnic
