@@ -31,7 +31,9 @@ def start(library, *words):
 
 def load(library):
     run = subprocess.run([WORKER, "load"], env=environment(library), capture_output=True, text=True, check=True)
-    return json.loads(run.stdout)
+    told = json.loads(run.stdout)
+    told["notes"].sort(key=lambda note: note["id"])
+    return told
 
 
 def make_note(library, number, title):
