@@ -18,6 +18,14 @@ FilingOptions FilingOptions::from(const Arguments& arguments) {
             arguments.valueOr("language", "en-US"), arguments.has("json")};
 }
 
+void applyForThisRun(const FilingOptions& options, AppSettings& settings) {
+    settings.keepForThisRun();
+    settings.yourName = options.yourName;
+    settings.localeID = options.language;
+    settings.keepAudio = true;
+    settings.ai = AISettings();
+}
+
 Note makeNote(const Recording& recording, const FilingOptions& options, const std::stop_token& stop) {
     const DigestContext context{.callDate = recording.startedAt,
                                 .yourName = options.yourName,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Varnic/AppModel/AppSettings.h"
 #include "VarnicCLI/Command.h"
 #include "VarnicCore/Pipeline/CallProcessor.h"
 
@@ -19,6 +20,9 @@ struct FilingOptions {
     /// From --your-name, --their-name, --language and --json.
     static FilingOptions from(const Arguments& arguments);
 };
+
+/// The application with these names and this language, for this run only and with its own summaries.
+void applyForThisRun(const FilingOptions& options, AppSettings& settings);
 
 /// Transcribes the recording and makes its note, with a progress bar; a request through `stop` ends it early, as a
 /// problem of the call. Stores nothing.

@@ -1,36 +1,26 @@
 #include "VarnicCLI/CallFiling.h"
-#include "VarnicCLI/Interruption.h"
-#include "VarnicCLI/UserLibrary.h"
+#include "VarnicCLI/FlowRunner.h"
 #include "VarnicCore/Library/NoteJson.h"
-#include "VarnicCore/Library/Recovery.h"
 #include "VarnicCore/Models/Clock.h"
+
+#include <QCoreApplication>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
-
-#include <vector>
 
 namespace varnic::cli {
 
 namespace {
 
-/// The note of a recording; the call's audio stays whatever happens. Throws LibraryError, and the recording is then
-/// found again.
-Note recovered(LibraryStore& store, DeadRecording& dead, const FilingOptions& options,
-               const Interruption& interruption) {
-    Note note = makeNote(dead.recording, options, interruption.token());
-    if (interruption.happened() && note.call->segments.empty()) {
-        note.call->problem = "Varnic was quit before this call was transcribed — choose Transcribe Again.";
+/// Writes down what was said; an interrupt leaves the call for another try.
+Note writtenDown(AppModel& model, const Interruption& interruption, const Recording& recording,
+                 const FilingOptions& options) {
+    model.renameThem(recording.noteID, options.themName);
+    if (!interruption.happened()) {
+        runFlow(model, interruption, [&] { return model.process(recording); });
     }
-    store.save(note);
-    dead.mark.remove();
-    return note;
-}
-
-/// What holds no sound goes to the deleted notes, which keep it for a while.
-void discard(const LibraryStore& store, DeadRecording& dead) {
-    store.remove(dead.recording.noteID);
-    fmt::print(stderr, "A recording that was cut off before it held any sound was deleted.\n");
+    saveOrThrow(model, recording.noteID);
+    return *model.note(recording.noteID);
 }
 
 } // namespace
@@ -38,26 +28,26 @@ void discard(const LibraryStore& store, DeadRecording& dead) {
 ExitCode recover(const Arguments& arguments) {
     arguments.expectNoWords();
     const FilingOptions options = FilingOptions::from(arguments);
-    const Interruption interruption;
-    LibraryStore store(libraryFolder());
+    const Interruption interruption; // Ahead of all that starts threads.
+    int argumentCount = 0;
+    const QCoreApplication application(argumentCount, nullptr);
+    AppModel model(AppPlaces::fromEnvironment());
+    applyForThisRun(options, model.settings);
+    const AppModel::Recovered recovered = QCoro::waitFor(model.recoverRecordings());
+    for (int i = 0; i < recovered.soundless; ++i) {
+        fmt::print(stderr, "A recording that was cut off before it held any sound was deleted.\n");
+    }
     nlohmann::json notes = nlohmann::json::array();
     ExitCode code = ExitCode::success;
-    for (DeadRecording& dead : Recovery::find(store)) {
-        if (!dead.hasSound()) {
-            discard(store, dead);
-            continue;
-        }
-        const Note note = recovered(store, dead, options, interruption);
+    for (const Recording& recording : recovered.calls) {
+        const Note note = writtenDown(model, interruption, recording, options);
         notes.push_back(encode(note));
         if (!options.json) {
-            fmt::print("Recovered a recording of {}\n\n", Clock::length(dead.recording.duration));
+            fmt::print("Recovered a recording of {}\n\n", Clock::length(recording.duration));
             printFiled(note, options);
         }
         if (tellProblem(note) == ExitCode::failure) {
             code = ExitCode::failure;
-        }
-        if (interruption.happened()) {
-            break; // the others are found again
         }
     }
     if (options.json) {

@@ -1,20 +1,18 @@
 #include "VarnicCLI/Command.h"
-#include "VarnicCLI/Interruption.h"
+#include "VarnicCLI/FlowRunner.h"
 #include "VarnicCLI/NotePrinter.h"
 #include "VarnicCLI/Providers.h"
 #include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/AISummariser/AIError.h"
 #include "VarnicCore/AISummariser/ServerAddress.h"
-#include "VarnicCore/AISummariser/SummariserFactory.h"
-#include "VarnicCore/AISummariser/URLSessionTransport.h"
-#include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Text/Wording.h"
 #include "VarnicPlatform/KeyStore/KeychainStore.h"
+
+#include <QCoreApplication>
 
 #include <fmt/format.h>
 
 #include <memory>
-#include <optional>
 #include <stdexcept>
 
 namespace varnic::cli {
@@ -46,8 +44,8 @@ std::string destination(const AISettings& settings, const std::string& anthropic
 }
 
 /// What to do about a failure on the command line; empty where the sentence says it all.
-std::string advice(const AIError& error, const AISettings& settings) {
-    switch (error.kind()) {
+std::string advice(AIError::Kind kind, const AISettings& settings) {
+    switch (kind) {
     case AIError::Kind::noKey:
     case AIError::Kind::badKey:
         return fmt::format("\nHere that is: varnic-cli key set {}", settings.keyAccount());
@@ -60,57 +58,68 @@ std::string advice(const AIError& error, const AISettings& settings) {
     }
 }
 
-CallDigest digestOf(const CallRecord& call, const std::string& yourName, const AISettings& settings,
-                    const std::string& anthropicURL) {
-    const Interruption interruption; // Ahead of the key ring, which starts a thread.
-    const auto summariser =
-        SummariserFactory::ai(settings, KeychainStore(), std::make_shared<URLSessionTransport>(), anthropicURL);
-    const DigestContext context{
-        .callDate = call.startedAt, .yourName = yourName, .themName = call.themName, .source = call.source};
+/// A request that cannot be made is told before anything is said of sending.
+void checkRequest(const AppModel& model, const CallRecord& call) {
+    const DigestContext context{.callDate = call.startedAt,
+                                .yourName = model.settings.yourName.value(),
+                                .themName = call.themName,
+                                .source = call.source};
     try {
-        // A request that cannot be made is told before anything is said of sending.
-        static_cast<void>(summariser->request(call.segments, context, Region::user()));
-        fmt::print(stderr, "Sending the transcript to {} …\n", destination(settings, anthropicURL));
-        return summariser->digest(call.segments, context, interruption.token());
-    } catch (const Cancellation&) {
-        throw std::runtime_error("Stopped. The note is as it was.");
+        static_cast<void>(model.aiSummariser()->request(call.segments, context, model.region));
     } catch (const AIError& error) {
-        throw std::runtime_error(error.what() + advice(error, settings));
+        throw std::runtime_error(error.what() + advice(error.kind(), model.settings.ai.value()));
     }
 }
 
-/// The note with the digest. A title that the user chose stays.
-Note withDigest(Note note, const CallDigest& digest) {
-    const std::optional<CallDigest> old = note.call ? note.call->digest : std::nullopt;
-    const bool replaceTitle = note.title.empty() || (old && old->title == note.title);
-    NoteEditor::apply(digest, note, replaceTitle, currentDate());
-    return note;
+/// Lets the provider summarise the note. Throws std::runtime_error with the user's sentence where that fails.
+void askProvider(AppModel& model, const Interruption& interruption, const Note& before) {
+    const Uuid& id = before.id;
+    runFlow(model, interruption, [&] { return model.runAI(id); });
+    if (const auto failed = model.aiError.value().find(id); failed != model.aiError.value().end()) {
+        const bool isBadKey = failed->second == AIError::badKey().what();
+        throw std::runtime_error(failed->second +
+                                 (isBadKey ? advice(AIError::Kind::badKey, model.settings.ai.value()) : ""));
+    }
+    const Note* note = model.note(id);
+    if (note == nullptr) {
+        throw std::runtime_error("The note is gone, so its summary was dropped.");
+    }
+    if (interruption.happened() && note->call->digest == before.call->digest) {
+        throw std::runtime_error("Stopped. The note is as it was.");
+    }
 }
 
 } // namespace
 
 ExitCode summarise(const Arguments& arguments) {
     const AISettings settings = settingsFrom(arguments);
-    const std::string anthropicURL = arguments.valueOr("server", std::string(AISettings::anthropicBaseURL));
-    const std::string yourName = arguments.valueOr("your-name", "");
-    LibraryStore store(libraryFolder());
-    const Note before = findNote(store, arguments.onlyWord("note"));
+    const std::string& word = arguments.onlyWord("note");
+    const Interruption interruption; // Ahead of all that starts threads.
+    int argumentCount = 0;
+    const QCoreApplication application(argumentCount, nullptr);
+    AppModel model(AppPlaces::fromEnvironment());
+    model.settings.keepForThisRun();
+    model.settings.ai = settings;
+    model.settings.yourName = arguments.valueOr("your-name", "");
+    model.keys = std::make_shared<KeychainStore>();
+    model.anthropicURL = arguments.valueOr("server", model.anthropicURL);
+    QCoro::waitFor(model.readLibrary());
+    if (const auto& problem = model.loadProblem.value()) {
+        fmt::print(stderr, "varnic-cli: {}\n", *problem);
+    }
+    const Note before = findNote(model.notes(), word);
     if (!before.call || before.call->segments.empty()) {
         throw std::runtime_error("This note has no transcript.");
     }
-    const CallDigest digest = digestOf(*before.call, yourName, settings, anthropicURL);
-
-    // As it is now: the user may have edited it in the meantime.
-    const auto current = store.load(before.id, currentDate());
-    if (!current) {
-        throw std::runtime_error("The note is gone, so its summary was dropped.");
-    }
-    const Note note = withDigest(*current, digest);
-    store.save(note);
+    checkRequest(model, *before.call);
+    fmt::print(stderr, "Sending the transcript to {} …\n", destination(settings, model.anthropicURL));
+    askProvider(model, interruption, before);
+    saveOrThrow(model, before.id);
+    const Note& note = *model.note(before.id);
     if (arguments.has("json")) {
         fmt::print("{}\n", LibraryStore::encoded(note));
     } else {
-        print(note, yourName, Region::user());
+        print(note, model.settings.yourName.value(), model.region);
     }
     return ExitCode::success;
 }

@@ -30,8 +30,11 @@ std::string shortId(const Note& note) {
 }
 
 Note findNote(LibraryStore& store, std::string_view idStart) {
+    return findNote(loadNotes(store), idStart);
+}
+
+Note findNote(std::vector<Note> notes, std::string_view idStart) {
     const std::string start = Unicode::upperCased(idStart);
-    std::vector<Note> notes = loadNotes(store);
     std::erase_if(notes, [&start](const Note& note) { return !note.id.text().starts_with(start); });
     if (start.empty() || notes.empty()) {
         throw std::runtime_error(fmt::format("No note’s id begins with “{}”.", idStart));

@@ -1,5 +1,7 @@
 #include "Varnic/AppModel/AppModel.h"
 
+#include "Varnic/Background.h"
+#include "VarnicCore/AISummariser/SummariserFactory.h"
 #include "VarnicCore/AISummariser/URLSessionTransport.h"
 #include "VarnicPlatform/Capture/LiveCapture.h"
 #include "VarnicPlatform/KeyStore/KeychainStore.h"
@@ -67,10 +69,20 @@ AppModel::AppModel(AppPlaces places, QObject* parent)
         flash({.text = "Recording stopped — the disk is full", .symbol = "exclamationmark.triangle"});
         stopRecording();
     });
+    settingWatchers_.push_back(settings.showPill.addNotifier([this] { desktop.refreshPill(); }));
+    const auto registerAnew = [this] {
+        if (!isDemo) {
+            desktop.applyHotkey();
+        }
+    };
+    settingWatchers_.push_back(settings.hotkeyEnabled.addNotifier(registerAnew));
+    settingWatchers_.push_back(settings.hotkey.addNotifier(registerAnew));
 }
 
 AppModel::~AppModel() {
+    stopProcessing_.request_stop();
     flushSaves();
+    backgroundThreads().waitForDone();
 }
 
 bool AppModel::hasKey() const {
@@ -84,6 +96,10 @@ void AppModel::setKey(const std::string& value) {
     } catch (const std::exception&) {
         flash({.text = "Couldn’t save the key to the Keychain", .symbol = "exclamationmark.triangle"});
     }
+}
+
+std::unique_ptr<AISummariser> AppModel::aiSummariser() const {
+    return SummariserFactory::ai(settings.ai.value(), *keys, transport, anthropicURL);
 }
 
 } // namespace varnic

@@ -3,8 +3,10 @@
 #include "Varnic/AppModel/AppSettings.h"
 #include "Varnic/AppModel/Desktop.h"
 #include "Varnic/AppModel/LibraryQueue.h"
+#include "Varnic/AppModel/LibraryWatch.h"
 #include "Varnic/AppModel/ToastMessage.h"
 #include "Varnic/Recording/RecordingController.h"
+#include "VarnicCore/AISummariser/AISummariser.h"
 #include "VarnicCore/AISummariser/HTTPTransport.h"
 #include "VarnicCore/AISummariser/KeyStore.h"
 #include "VarnicCore/Editor/NoteEditor.h"
@@ -21,6 +23,7 @@
 #include <QProperty>
 #include <QTimer>
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -53,8 +56,9 @@ inline constexpr const char* quitProblem =
     "Varnic was quit before this call was transcribed — choose Transcribe Again.";
 
 /// The one object that windows, menus and commands talk to. It owns the notes in memory, the library on disk, the
-/// settings and the recorder; nothing else writes a note. Main thread; flows that take long suspend and let it go on.
-/// It must outlive the flows that it runs: quit with `quit`.
+/// settings and the recorder; nothing else in this program writes a note, and what other programs write into the
+/// library is noticed once it is loaded. Main thread; flows that take long suspend and let it go on. The destructor
+/// ends what is being written down, saves, and waits for that; a flow whose model is gone ends where it is.
 class AppModel : public QObject {
     Q_OBJECT
 
@@ -108,6 +112,8 @@ public:
     Desktop desktop;
     std::shared_ptr<KeyStore> keys;
     std::shared_ptr<HTTPTransport> transport;
+    /// The Anthropic API, or a gateway to it.
+    std::string anthropicURL{AISettings::anthropicBaseURL};
     std::function<std::shared_ptr<const Transcriber>()> makeTranscriber;
     std::function<std::shared_ptr<CaptureSource>()> makeCapture;
     /// Where the user lives.
@@ -136,8 +142,20 @@ public:
 
     // Loading, editing, saving.
 
-    /// Reads the library, and files recordings that died.
+    /// Reads the library, watches it from here on, and files recordings that died.
     QCoro::Task<> load();
+    /// The first part of `load`.
+    QCoro::Task<> readLibrary();
+
+    struct Recovered {
+        /// What has become a call that waits for its transcript.
+        std::vector<Recording> calls;
+        /// Recordings without any sound, which are among the deleted notes now.
+        int soundless = 0;
+    };
+
+    /// The second part of `load`.
+    QCoro::Task<Recovered> recoverRecordings();
     /// Changes a note; one that comes out the same is not saved.
     void update(Uuid id, bool saveNow, const std::function<void(Note&)>& change);
     Uuid newNote(std::string title = {}, std::vector<Block> blocks = {});
@@ -145,8 +163,12 @@ public:
     void remove(Uuid id);
     /// Brings a deleted note back, in the library's form or else as given.
     QCoro::Task<> restore(Note note);
-    /// Writes what is pending and returns when it is on disk.
+    /// Writes what is pending and returns when it is on disk, or the toast says that it is not.
     void flushSaves();
+
+    /// Whether the note is on disk as it is here.
+    [[nodiscard]] bool isSaved(Uuid id) const { return !unsaved_.contains(id); }
+
     void flash(ToastMessage message);
     void selectFirstIfNeeded();
 
@@ -159,6 +181,8 @@ public:
 
     [[nodiscard]] bool hasKey() const;
     void setKey(const std::string& value);
+    /// What asks the AI provider of the settings; null where none is to be asked.
+    [[nodiscard]] std::unique_ptr<AISummariser> aiSummariser() const;
 
     // Recording.
 
@@ -182,8 +206,9 @@ public:
     void useLocalSummary(Uuid id);
     void removeAudio(Uuid id);
 
-    /// Ends what is being transcribed or summarised as soon as it can; the notes say so.
-    void cancelProcessing() { stopProcessing_.request_stop(); }
+    /// Ends what is being transcribed or summarised as soon as it can. A call without a transcript says so; what is
+    /// started later runs.
+    void cancelProcessing();
 
     // Taking notes elsewhere.
 
@@ -208,8 +233,12 @@ private:
     void scheduleSave(Uuid id, bool immediately);
     /// `whenSaved`, if given, is done off the main thread once the note is on disk.
     void saveNow(Uuid id, SerialQueue::Work whenSaved = nullptr);
+    void takeSaved(Uuid id, std::uint64_t edit, const std::string& title, const LibraryQueue::Saved& saved);
+    [[nodiscard]] std::optional<Uuid> selectionWithout(Uuid id) const;
+    [[nodiscard]] LibraryQueue::Changes onMain();
+    void takeChanges(std::vector<NoteChange> changes);
+    bool takeChange(const NoteChange& change);
     void setStage(Uuid id, std::optional<ProcessingStage> stage);
-    QCoro::Task<> recoverRecordings();
     [[nodiscard]] CallProcessor processor() const;
     [[nodiscard]] DigestContext context(const CallRecord& call) const;
     [[nodiscard]] DigestContext context(Date startedAt, std::string themName, std::string source) const;
@@ -222,7 +251,13 @@ private:
     std::unique_ptr<RecordingController> recorder_;
     /// Saves that wait for the user to pause.
     std::map<Uuid, std::unique_ptr<QTimer>> saveTasks_;
+    /// The last edit of each note that is not on disk yet, counted over all notes.
+    std::map<Uuid, std::uint64_t> unsaved_;
+    std::uint64_t edits_ = 0;
+    std::unique_ptr<LibraryWatch> watch_;
+    /// Of the flows that began since the last cancellation.
     std::stop_source stopProcessing_;
+    std::vector<QPropertyNotifier> settingWatchers_;
 };
 
 } // namespace varnic

@@ -1,5 +1,8 @@
 #include "Varnic/AppModel/AppModel.h"
 
+#include <QCoreApplication>
+#include <QPointer>
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -27,7 +30,24 @@ std::optional<std::string> problemText(std::size_t unreadable) {
 } // namespace
 
 QCoro::Task<> AppModel::load() {
+    const QPointer self(this);
+    co_await readLibrary();
+    if (self) {
+        co_await recoverRecordings();
+    }
+}
+
+QCoro::Task<> AppModel::readLibrary() {
+    const QPointer self(this);
+    if (!isDemo) {
+        // Ahead of the reading, so that nothing goes unseen in between.
+        watch_ = std::make_unique<LibraryWatch>(
+            store_.notesFolder(), [this](LibraryWatch::Names names) { store_.check(std::move(names), onMain()); });
+    }
     LibraryQueue::Contents contents = co_await store_.load(currentDate());
+    if (!self) {
+        co_return;
+    }
     // What was made while the library was being read stays.
     std::erase_if(contents.notes, [this](const Note& loaded) { return note(loaded.id) != nullptr; });
     std::ranges::move(contents.notes, std::back_inserter(notes_));
@@ -36,7 +56,6 @@ QCoro::Task<> AppModel::load() {
     if (!selection.value()) {
         selectFirstIfNeeded();
     }
-    co_await recoverRecordings();
 }
 
 void AppModel::update(Uuid id, bool immediately, const std::function<void(Note&)>& change) {
@@ -59,6 +78,7 @@ void AppModel::scheduleSave(Uuid id, bool immediately) {
     if (isDemo) {
         return;
     }
+    unsaved_[id] = ++edits_;
     if (immediately) {
         saveNow(id);
         return;
@@ -79,15 +99,31 @@ void AppModel::saveNow(Uuid id, SerialQueue::Work whenSaved) {
     if (isDemo || stored == nullptr) {
         return;
     }
-    const auto failed = [this](const Note& note) {
+    const std::uint64_t edit = unsaved_.try_emplace(id, edits_ + 1).first->second;
+    edits_ = std::max(edits_, edit);
+    const auto done = std::make_shared<SerialQueue::Work>(std::move(whenSaved));
+    store_.save(*stored, [this, id, edit, title = stored->displayTitle(), done](const LibraryQueue::Saved& saved) {
+        if (saved.isSaved && *done) {
+            (*done)();
+        }
         QMetaObject::invokeMethod(
-            this,
-            [this, title = note.displayTitle()] {
-                flash({.text = fmt::format("Couldn’t save “{}”", title), .symbol = "exclamationmark.triangle"});
-            },
-            Qt::QueuedConnection);
-    };
-    store_.save(*stored, failed, std::move(whenSaved));
+            this, [this, id, edit, title, saved] { takeSaved(id, edit, title, saved); }, Qt::QueuedConnection);
+    });
+}
+
+void AppModel::takeSaved(Uuid id, std::uint64_t edit, const std::string& title, const LibraryQueue::Saved& saved) {
+    if (!saved.isSaved) {
+        flash({.text = fmt::format("Couldn’t save “{}”", title), .symbol = "exclamationmark.triangle"});
+        return;
+    }
+    if (const auto unsaved = unsaved_.find(id); unsaved != unsaved_.end() && unsaved->second == edit) {
+        unsaved_.erase(unsaved);
+    }
+    if (saved.otherCopy) {
+        notes_.push_back(*saved.otherCopy);
+        Q_EMIT notesChanged();
+        flash({.text = fmt::format("“{}” was changed elsewhere too — both are kept", title), .symbol = "doc.on.doc"});
+    }
 }
 
 void AppModel::flushSaves() {
@@ -95,6 +131,8 @@ void AppModel::flushSaves() {
         saveNow(id);
     }
     store_.flush();
+    // How the saves went, which the queue has told by now.
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
 }
 
 Uuid AppModel::newNote(std::string title, std::vector<Block> blocks) {
@@ -111,27 +149,32 @@ Uuid AppModel::newNote(std::string title, std::vector<Block> blocks) {
     return fresh.id;
 }
 
+std::optional<Uuid> AppModel::selectionWithout(Uuid id) const {
+    if (selection.value() != id) {
+        return selection.value();
+    }
+    const auto visible = visibleNotes();
+    const auto place = std::ranges::find(visible, id, &Note::id);
+    if (place != visible.end() && std::next(place) != visible.end()) {
+        return (*std::next(place))->id;
+    }
+    return place != visible.end() && place != visible.begin() ? std::optional((*std::prev(place))->id) : std::nullopt;
+}
+
 void AppModel::remove(Uuid id) {
     const Note* stored = note(id);
     if (stored == nullptr || id == liveNoteID()) {
         return;
     }
-    std::optional<Uuid> next = selection.value();
-    if (next == id) {
-        const auto visible = visibleNotes();
-        const auto place = std::ranges::find(visible, stored);
-        next = std::nullopt;
-        if (place != visible.end() && std::next(place) != visible.end()) {
-            next = (*std::next(place))->id;
-        } else if (place != visible.end() && place != visible.begin()) {
-            next = (*std::prev(place))->id;
-        }
-    }
+    const std::optional<Uuid> next = selectionWithout(id);
     saveTasks_.erase(id);
     Note removed = *stored;
     if (!isDemo) {
-        // As it stands now, so that bringing it back brings the last edits back.
-        saveNow(id);
+        if (unsaved_.contains(id)) {
+            // As it stands now, so that bringing it back brings the last edits back.
+            saveNow(id);
+            unsaved_.erase(id);
+        }
         store_.remove(id);
     }
     std::erase_if(notes_, [id](const Note& other) { return other.id == id; });
@@ -143,13 +186,22 @@ void AppModel::remove(Uuid id) {
 }
 
 QCoro::Task<> AppModel::restore(Note note) {
+    const QPointer self(this);
+    std::optional<Note> stored;
     if (!isDemo) {
-        note = (co_await store_.restore(note.id, currentDate())).value_or(note);
+        stored = co_await store_.restore(note.id, currentDate());
+    }
+    if (!self) {
+        co_return;
     }
     const Uuid id = note.id;
     if (find(id) == nullptr) {
-        notes_.push_back(std::move(note));
+        const bool isOnDisk = stored.has_value();
+        notes_.push_back(isOnDisk ? std::move(*stored) : std::move(note));
         Q_EMIT notesChanged();
+        if (!isOnDisk) {
+            saveNow(id);
+        }
     }
     selection = id;
 }

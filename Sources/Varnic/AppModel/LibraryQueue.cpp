@@ -15,9 +15,9 @@ constexpr int keptDeleted = 30;
 
 QCoro::Task<LibraryQueue::Contents> LibraryQueue::load(Date now) {
     const auto read = [this, now] {
-        store_.purgeDeleted(keptDeleted, now);
-        Contents contents{store_.loadAll(now)};
-        contents.unreadable = store_.unreadable().size();
+        library_.purgeDeleted(keptDeleted, now);
+        Contents contents{library_.loadAll(now)};
+        contents.unreadable = library_.store().unreadable().size();
         return contents;
     };
     return onQueue(queue_, read);
@@ -27,7 +27,7 @@ QCoro::Task<std::vector<std::shared_ptr<DeadRecording>>> LibraryQueue::deadRecor
     using Found = std::vector<std::shared_ptr<DeadRecording>>;
     const auto find = [this] {
         Found found;
-        for (DeadRecording& dead : Recovery::find(store_)) {
+        for (DeadRecording& dead : Recovery::find(library_.store())) {
             found.push_back(std::make_shared<DeadRecording>(std::move(dead)));
         }
         return found;
@@ -35,23 +35,23 @@ QCoro::Task<std::vector<std::shared_ptr<DeadRecording>>> LibraryQueue::deadRecor
     return onQueue(queue_, find);
 }
 
-void LibraryQueue::save(Note note, Failed failed, SerialQueue::Work whenSaved) {
-    queue_.async([this, note = std::move(note), failed = std::move(failed), whenSaved = std::move(whenSaved)] mutable {
+void LibraryQueue::save(Note note, WhenSaved whenSaved) {
+    queue_.async([this, note = std::move(note), whenSaved = std::move(whenSaved)] {
+        Saved saved;
         try {
-            store_.save(note);
-            if (whenSaved) {
-                whenSaved();
-            }
+            saved.otherCopy = library_.save(note, currentDate());
+            saved.isSaved = true;
         } catch (const std::exception&) {
-            failed(note);
+            saved.isSaved = false; // whoever asked tells the user
         }
+        whenSaved(saved);
     });
 }
 
 void LibraryQueue::remove(Uuid id) {
     queue_.async([this, id] {
         try {
-            store_.remove(id);
+            library_.remove(id);
         } catch (const std::exception&) {
             // It has left the list; a file that can't be moved is found again at the next start.
         }
@@ -61,7 +61,7 @@ void LibraryQueue::remove(Uuid id) {
 QCoro::Task<std::optional<Note>> LibraryQueue::restore(Uuid id, Date now) {
     const auto bringBack = [this, id, now]() -> std::optional<Note> {
         try {
-            return store_.restore(id, now);
+            return library_.restore(id, now);
         } catch (const std::exception&) {
             return std::nullopt;
         }
@@ -70,7 +70,28 @@ QCoro::Task<std::optional<Note>> LibraryQueue::restore(Uuid id, Date now) {
 }
 
 void LibraryQueue::removeAudio(Uuid id) {
-    queue_.async([this, id] { store_.removeAudio(id); });
+    queue_.async([this, id] { library_.store().removeAudio(id); });
+}
+
+void LibraryQueue::check(std::optional<std::set<std::string>> names, Changes tell) {
+    queue_.async([this, names = std::move(names), tell = std::move(tell)] {
+        if (auto changes = library_.changes(names, currentDate()); !changes.empty()) {
+            tell(std::move(changes));
+        }
+    });
+}
+
+void LibraryQueue::accept(std::vector<NoteChange> changes, Changes tell) {
+    std::set<std::string> names;
+    for (const NoteChange& change : changes) {
+        names.insert(change.version.file.filename().string());
+    }
+    queue_.async([this, changes = std::move(changes)] {
+        for (const NoteChange& change : changes) {
+            library_.accept(change);
+        }
+    });
+    check(std::move(names), std::move(tell));
 }
 
 } // namespace varnic

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Varnic/SerialQueue.h"
-#include "VarnicCore/Library/LibraryStore.h"
 #include "VarnicCore/Library/Recovery.h"
+#include "VarnicCore/Library/SharedLibrary.h"
 
 #include <QCoro/QCoroTask>
 
@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -24,14 +25,24 @@ public:
         std::size_t unreadable = 0;
     };
 
-    /// Called on the queue when a note could not be saved.
-    using Failed = std::function<void(const Note& note)>;
+    /// How saving a note went.
+    struct Saved {
+        bool isSaved = false;
+        /// What somebody else had written into the file meanwhile, now a note of its own.
+        std::optional<Note> otherCopy;
+    };
 
-    explicit LibraryQueue(std::filesystem::path root) : store_(std::move(root)) {}
+    /// These are called on the queue.
+    using WhenSaved = std::function<void(const Saved& saved)>;
+    using Changes = std::function<void(std::vector<NoteChange> changes)>;
 
-    [[nodiscard]] const std::filesystem::path& root() const { return store_.root(); }
+    explicit LibraryQueue(std::filesystem::path root) : library_(std::move(root)) {}
 
-    [[nodiscard]] std::filesystem::path audioFolder(const Uuid& id) const { return store_.audioFolder(id); }
+    [[nodiscard]] const std::filesystem::path& root() const { return library_.store().root(); }
+
+    [[nodiscard]] std::filesystem::path notesFolder() const { return library_.store().notesDir(); }
+
+    [[nodiscard]] std::filesystem::path audioFolder(const Uuid& id) const { return library_.store().audioFolder(id); }
 
     /// Removes what was deleted more than 30 days ago, and reads all notes.
     QCoro::Task<Contents> load(Date now);
@@ -39,12 +50,16 @@ public:
     /// The recordings of this library that died before they were filed.
     QCoro::Task<std::vector<std::shared_ptr<DeadRecording>>> deadRecordings();
 
-    /// `whenSaved`, if given, is done once the note is on disk.
-    void save(Note note, Failed failed, SerialQueue::Work whenSaved = nullptr);
+    void save(Note note, WhenSaved whenSaved);
     void remove(Uuid id);
     /// Brings a deleted note back; nothing when there is none that can be read.
     QCoro::Task<std::optional<Note>> restore(Uuid id, Date now);
     void removeAudio(Uuid id);
+
+    /// Looks what others have changed in the files of these names, or in all without names; tells if there is anything.
+    void check(std::optional<std::set<std::string>> names, Changes tell);
+    /// What was told is known from here on; looks whether the files have changed again since.
+    void accept(std::vector<NoteChange> changes, Changes tell);
 
     /// Returns when all that was asked for is on disk.
     void flush() {
@@ -52,8 +67,8 @@ public:
     }
 
 private:
-    LibraryStore store_;
-    /// Last, so that its work ends before the store does.
+    SharedLibrary library_;
+    /// Last, so that its work ends before the library does.
     SerialQueue queue_;
 };
 

@@ -6,8 +6,14 @@
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 #include "VarnicCore/Text/Unicode.h"
 
+#include <QPointer>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <array>
+#include <chrono>
 
 namespace varnic {
 
@@ -44,11 +50,30 @@ std::optional<fs::path> existing(const fs::path& folder, Speaker speaker) {
     return std::nullopt;
 }
 
-Date lastChange(const fs::path& file) {
-    std::error_code error;
-    const auto time = fs::last_write_time(file, error);
-    return error ? currentDate()
-                 : std::chrono::time_point_cast<std::chrono::milliseconds>(std::chrono::file_clock::to_sys(time));
+/// When a file was made; where the file system doesn't know, when it was last changed, or else now.
+Date creationDate(const fs::path& file) {
+    struct statx status{};
+    if (::statx(AT_FDCWD, file.c_str(), 0, STATX_BTIME | STATX_MTIME, &status) != 0) {
+        return currentDate();
+    }
+    const bool isKnown = (status.stx_mask & STATX_BTIME) != 0 && status.stx_btime.tv_sec > 0;
+    const statx_timestamp& time = isKnown ? status.stx_btime : status.stx_mtime;
+    return std::chrono::floor<std::chrono::milliseconds>(std::chrono::sys_time<std::chrono::nanoseconds>(
+        std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec)));
+}
+
+/// A note that was edited while its call was transcribed anew: the edits stay, and the rest is as if they had been
+/// there before.
+Note withTranscript(Note edited, const Note& result, const Note& before) {
+    if (!edited.call) {
+        return edited;
+    }
+    edited.call->segments = result.call->segments;
+    edited.call->problem = result.call->problem;
+    if (result.call->digest && result.call->digest != before.call->digest) {
+        NoteEditor::apply(*result.call->digest, edited, false, currentDate());
+    }
+    return edited;
 }
 
 /// A recording copied into the library.
@@ -62,7 +87,7 @@ ImportedFile copyIn(const fs::path& file, const Uuid& id, const fs::path& folder
     Folders::make(folder);
     // Until the note is on disk, the folder counts as a recording that is being made.
     auto mark = std::make_shared<RecordingMarkFile>(
-        RecordingMarkFile::create(folder, {id, lastChange(file), importedSource, {Speaker::them}}));
+        RecordingMarkFile::create(folder, {id, creationDate(file), importedSource, {Speaker::them}}));
     std::string extension = Unicode::lowerCased(file.extension().string());
     fs::path track = folder / ("them" + (extension.empty() ? ".m4a" : std::move(extension)));
     fs::copy_file(file, track);
@@ -113,10 +138,18 @@ QCoro::Task<> AppModel::process(Recording recording) {
             },
             Qt::QueuedConnection);
     };
-    const auto work = [processor = processor(), recording, told, report, stop = stopProcessing_.get_token()] {
+    const QPointer self(this);
+    const std::stop_token stop = stopProcessing_.get_token();
+    const auto work = [processor = processor(), recording, told, report, stop] {
         return processor.process(recording, told, report, stop);
     };
     Note finished = co_await inBackground(work);
+    if (!self) {
+        co_return;
+    }
+    if (stop.stop_requested() && finished.call->segments.empty()) {
+        finished.call->problem = quitProblem;
+    }
     setStage(id, std::nullopt);
     file(std::move(finished));
     if (const Note* filed = note(id); !settings.keepAudio.value() && filed->call) {
@@ -136,7 +169,6 @@ QCoro::Task<> AppModel::process(Recording recording) {
 /// Puts a finished call in the place of its placeholder, with what the user wrote there meanwhile behind it.
 void AppModel::file(Note finished) {
     const Uuid id = finished.id;
-    finished.call->language = settings.localeID.value();
     if (Note* stored = find(id)) {
         std::ranges::move(userBlocks(*stored), std::back_inserter(finished.blocks));
         *stored = std::move(finished);
@@ -145,6 +177,10 @@ void AppModel::file(Note finished) {
     }
     Q_EMIT notesChanged();
     scheduleSave(id, true);
+}
+
+void AppModel::cancelProcessing() {
+    std::exchange(stopProcessing_, std::stop_source()).request_stop();
 }
 
 void AppModel::editCall(Uuid id, const std::function<void(CallRecord&)>& change) {
@@ -160,11 +196,15 @@ QCoro::Task<> AppModel::importAudio(fs::path source) {
     const fs::path folder = store_.audioFolder(id);
     ImportedFile imported;
     bool isCopied = true;
+    const QPointer self(this);
     const auto copy = [source, id, folder] { return copyIn(source, id, folder); };
     try {
         imported = co_await inBackground(copy);
     } catch (const std::exception&) {
         isCopied = false;
+    }
+    if (!self) {
+        co_return;
     }
     if (!isCopied || !(imported.duration > 0)) {
         store_.removeAudio(id);
@@ -172,7 +212,7 @@ QCoro::Task<> AppModel::importAudio(fs::path source) {
                .symbol = warningSymbol});
         co_return;
     }
-    const Date startedAt = lastChange(source);
+    const Date startedAt = creationDate(source);
     notes_.insert(notes_.begin(), Note(id, source.stem().string(), startedAt,
                                        {Block{.kind = BlockKind::heading, .text = "Notes"}, Block{}},
                                        CallRecord{.startedAt = startedAt,
@@ -193,12 +233,16 @@ QCoro::Task<> AppModel::importAudio(fs::path source) {
                         .source = importedSource,
                         .audioFolder = id.text()};
     co_await process(std::move(recording));
-    editCall(id, [](CallRecord& call) { call.themName = importedName; });
+    if (self) {
+        editCall(id, [](CallRecord& call) { call.themName = importedName; });
+    }
 }
 
 QCoro::Task<> AppModel::chooseImport() {
     std::string message = "Choose a recording to transcribe on this Mac";
-    if (const auto file = co_await desktop.chooseRecording(std::move(message))) {
+    const QPointer self(this);
+    const auto file = co_await desktop.chooseRecording(std::move(message));
+    if (self && file) {
         co_await importAudio(*file);
     }
 }
@@ -222,20 +266,24 @@ QCoro::Task<> AppModel::retranscribe(Uuid id) {
         co_return;
     }
     setStage(id, ProcessingStage::transcribing(0));
+    const QPointer self(this);
+    const Note before = *stored;
+    const std::stop_token stop = stopProcessing_.get_token();
     std::optional<Note> result;
     std::string problem;
-    const auto work = [processor = processor(), before = *stored, tracks = existingTracks(*stored),
-                       told = context(*stored->call), stop = stopProcessing_.get_token()] {
-        return processor.retranscribe(before, tracks, told, stop);
-    };
+    const auto work = [processor = processor(), before, tracks = existingTracks(before), told = context(*before.call),
+                       stop] { return processor.retranscribe(before, tracks, told, stop); };
     try {
         result = co_await inBackground(work);
     } catch (const std::exception& error) {
         problem = error.what();
     }
+    if (!self) {
+        co_return;
+    }
     if (result) {
-        update(id, true, [&result](Note& note) { note = *result; });
-    } else {
+        update(id, true, [&](Note& note) { note = note == before ? *result : withTranscript(note, *result, before); });
+    } else if (!stop.stop_requested()) {
         editCall(id, [&problem](CallRecord& call) { call.problem = problem; });
     }
     setStage(id, std::nullopt);

@@ -8,6 +8,8 @@
 #include "VarnicPlatform/Capture/LiveCapture.h"
 #include "VarnicPlatform/Capture/Permissions.h"
 
+#include <QPointer>
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -78,8 +80,9 @@ QCoro::Task<> AppModel::startRecording(bool allowWithoutThem) {
             Permissions::microphone(true), Permissions::screen(true),
             Permissions::speech(true, locale, SpeechModels::installed(SpeechModels::dataDirectories()))};
     };
+    const QPointer self(this);
     const Permissions::States may = co_await inBackground(survey);
-    if (isBusy(recorder_->state())) {
+    if (!self || isBusy(recorder_->state())) {
         co_return;
     }
     const bool screen = may.screen == PermissionState::granted;
@@ -99,16 +102,19 @@ QCoro::Task<> AppModel::startRecording(bool allowWithoutThem) {
     if (isLive) {
         locale = settings.localeID.value();
     }
+    std::optional<std::string> problem;
     try {
         auto starting = recorder_->start(id, store_.audioFolder(id), capture, std::move(locale), source);
         co_await starting;
     } catch (const std::exception& error) {
+        problem = error.what();
+    }
+    if (self && problem) {
         // Nothing was recorded, and nothing of it stays.
         store_.removeAudio(id);
-        flash({.text = error.what(), .symbol = warningSymbol});
-        co_return;
+        flash({.text = problem->empty() ? "Recording couldn’t start" : *problem, .symbol = warningSymbol});
     }
-    if (liveNoteID() != id) {
+    if (!self || problem || liveNoteID() != id) {
         co_return;
     }
     query = std::string();
@@ -121,8 +127,9 @@ QCoro::Task<> AppModel::startRecording(bool allowWithoutThem) {
 }
 
 QCoro::Task<std::optional<Uuid>> AppModel::stopRecording() {
+    const QPointer self(this);
     const auto result = co_await recorder_->stop();
-    if (!result) {
+    if (!self || !result) {
         co_return std::nullopt;
     }
     desktop.refreshPill();
@@ -147,8 +154,9 @@ QCoro::Task<std::optional<Uuid>> AppModel::stopRecording() {
 }
 
 QCoro::Task<> AppModel::stopRecordingForQuit() {
+    const QPointer self(this);
     const auto result = co_await recorder_->stop();
-    if (!result) {
+    if (!self || !result) {
         co_return;
     }
     CallRecord call = callRecord(*result);
@@ -160,9 +168,12 @@ QCoro::Task<> AppModel::stopRecordingForQuit() {
         digest = ExtractiveSummariser::makeDigest(call.segments, context(call), region, currentDate());
         call.digest = digest;
     }
-    store_.save(
-        NoteEditor::callNote(result->noteID, std::move(call), digest, region, currentDate()), [](const Note&) {},
-        [mark = result->mark] { mark->remove(); });
+    store_.save(NoteEditor::callNote(result->noteID, std::move(call), digest, region, currentDate()),
+                [mark = result->mark](const LibraryQueue::Saved& saved) {
+                    if (saved.isSaved) {
+                        mark->remove();
+                    }
+                });
     store_.flush();
 }
 

@@ -2,19 +2,28 @@
 
 #include "VarnicCore/Models/Clock.h"
 
+#include <QPointer>
+
 #include <fmt/format.h>
 
 namespace varnic {
 
-QCoro::Task<> AppModel::recoverRecordings() {
+QCoro::Task<AppModel::Recovered> AppModel::recoverRecordings() {
+    const QPointer self(this);
+    Recovered recovered;
     if (isDemo) {
-        co_return;
+        co_return recovered;
     }
     const auto found = co_await store_.deadRecordings();
+    if (!self) {
+        co_return recovered;
+    }
     for (const auto& dead : found) {
         const Recording& recording = dead->recording;
         if (!dead->hasSound()) {
-            store_.removeAudio(recording.noteID);
+            // Among the deleted ones it is kept for a while.
+            store_.remove(recording.noteID);
+            ++recovered.soundless;
             continue;
         }
         CallRecord call{.startedAt = recording.startedAt,
@@ -30,7 +39,12 @@ QCoro::Task<> AppModel::recoverRecordings() {
         saveNow(recording.noteID, [dead] { dead->mark.remove(); });
         flash({.text = fmt::format("Recovered a recording of {}", Clock::length(recording.duration)),
                .symbol = "waveform"});
+        recovered.calls.push_back(recording);
     }
+    if (!selection.value()) {
+        selectFirstIfNeeded();
+    }
+    co_return recovered;
 }
 
 } // namespace varnic

@@ -5,6 +5,7 @@
 #include "VarnicCore/Export/Exporter.h"
 #include "VarnicCore/Library/AtomicWrite.h"
 
+#include <QPointer>
 #include <QUrl>
 
 #include <fmt/format.h>
@@ -42,17 +43,23 @@ QCoro::Task<> AppModel::exportAudio(Uuid id) {
     }
     std::filesystem::path name = Exporter::fileName(*stored, ExportFormat::markdown);
     std::string suggested = name.replace_extension(".m4a").string();
+    const QPointer self(this);
     const auto file = co_await desktop.chooseDestination(std::move(suggested));
-    if (!file) {
+    if (!self || !file) {
         co_return;
     }
     const auto mix = [tracks, file = *file] { AudioMix::stereo(tracks.you, tracks.them, file); };
+    bool isSaved = true;
     try {
         co_await inBackground(mix);
-        flash({.text = "Saved the recording (you left, them right)", .symbol = "waveform"});
     } catch (const std::exception&) {
-        flash({.text = "Couldn’t save the recording", .symbol = warningSymbol});
+        isSaved = false;
     }
+    if (!self) {
+        co_return;
+    }
+    flash(isSaved ? ToastMessage{.text = "Saved the recording (you left, them right)", .symbol = "waveform"}
+                  : ToastMessage{.text = "Couldn’t save the recording", .symbol = warningSymbol});
 }
 
 QCoro::Task<> AppModel::exportNote(Uuid id, ExportFormat format) {
@@ -61,8 +68,9 @@ QCoro::Task<> AppModel::exportNote(Uuid id, ExportFormat format) {
         co_return;
     }
     std::string suggested = Exporter::fileName(*stored, format);
+    const QPointer self(this);
     const auto file = co_await desktop.chooseDestination(std::move(suggested));
-    if (!file) {
+    if (!self || !file) {
         co_return;
     }
     try {

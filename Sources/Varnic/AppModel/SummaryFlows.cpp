@@ -1,8 +1,9 @@
 #include "Varnic/AppModel/AppModel.h"
 
 #include "Varnic/Background.h"
-#include "VarnicCore/AISummariser/SummariserFactory.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
+
+#include <QPointer>
 
 #include <fmt/format.h>
 
@@ -33,22 +34,34 @@ QCoro::Task<> AppModel::runAI(Uuid id) {
     if (!canBeSummarised(stored) || aiRunning.value().contains(id)) {
         co_return;
     }
-    const std::shared_ptr<Summariser> summariser = SummariserFactory::ai(settings.ai.value(), *keys, transport);
+    const std::shared_ptr<Summariser> summariser = aiSummariser();
     if (!summariser) {
         co_return;
     }
     change(aiRunning, [id](auto& running) { running.insert(id); });
     change(aiError, [id](auto& errors) { errors.erase(id); });
-    const auto work = [summariser, segments = stored->call->segments, told = context(*stored->call),
-                       stop = stopProcessing_.get_token()] { return summariser->digest(segments, told, stop); };
+    const QPointer self(this);
+    std::optional<CallDigest> digest;
+    std::string problem;
+    const std::stop_token stop = stopProcessing_.get_token();
+    const auto work = [summariser, segments = stored->call->segments, told = context(*stored->call), stop] {
+        return summariser->digest(segments, told, stop);
+    };
     try {
-        const CallDigest digest = co_await inBackground(work);
-        update(id, true, [&digest](Note& note) {
-            NoteEditor::apply(digest, note, hasDigestsTitle(note) || note.title.empty(), currentDate());
-        });
-        flash({.text = fmt::format("Summary by {}", digest.provider), .symbol = "sparkles"});
+        digest = co_await inBackground(work);
     } catch (const std::exception& error) {
-        change(aiError, [&](auto& errors) { errors[id] = error.what(); });
+        problem = error.what();
+    }
+    if (!self) {
+        co_return;
+    }
+    if (digest) {
+        update(id, true, [&digest](Note& note) {
+            NoteEditor::apply(*digest, note, hasDigestsTitle(note) || note.title.empty(), currentDate());
+        });
+        flash({.text = fmt::format("Summary by {}", digest->provider), .symbol = "sparkles"});
+    } else if (!stop.stop_requested()) {
+        change(aiError, [&](auto& errors) { errors[id] = problem; });
     }
     change(aiRunning, [id](auto& running) { running.erase(id); });
 }

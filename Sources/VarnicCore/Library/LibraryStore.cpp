@@ -28,7 +28,11 @@ constexpr const char* deletedNote = "note.json";
 constexpr const char* deletedAudio = "audio";
 
 /// A note, or why it could not be read.
-using ReadNote = std::expected<Note, std::string>;
+struct ReadNote : std::expected<Note, std::string> {
+    using std::expected<Note, std::string>::expected;
+
+    std::uint64_t fingerprint = 0;
+};
 
 /// The note files of a folder in order of their names; none when it cannot be listed.
 std::vector<fs::path> noteFiles(const fs::path& folder) {
@@ -54,6 +58,7 @@ std::vector<ReadNote> readAll(const std::vector<fs::path>& files, Date now) {
         for (std::size_t i = next++; i < files.size(); i = next++) {
             try {
                 results[i] = reader.read(files[i], now);
+                results[i].fingerprint = reader.fingerprint();
             } catch (const std::exception& error) {
                 results[i] = std::unexpected(error.what());
             }
@@ -114,10 +119,12 @@ std::vector<Note> LibraryStore::loadAll(Date now) {
     std::vector<ReadNote> results = readAll(files, now);
     keepOneOfAnId(results, files);
     unreadable_.clear();
+    versions_.clear();
     std::vector<Note*> found;
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (results[i]) {
             found.push_back(&*results[i]);
+            versions_[results[i]->id] = {files[i], results[i].fingerprint};
         } else {
             unreadable_.push_back({files[i], results[i].error()});
         }
@@ -138,8 +145,11 @@ std::optional<Note> LibraryStore::load(const Uuid& id, Date now) const {
 }
 
 void LibraryStore::save(const Note& note) {
-    const std::string bytes = encoded(note);
-    const fs::path file = url(note.id);
+    write(note.id, encoded(note));
+}
+
+void LibraryStore::write(const Uuid& id, std::string_view bytes) {
+    const fs::path file = url(id);
     if (const auto damaged = std::ranges::find(unreadable_, file, &UnreadableFile::path);
         damaged != unreadable_.end()) {
         Folders::moveIfThere(file, file.string() + ".damaged");

@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace varnic {
@@ -15,6 +17,14 @@ namespace varnic {
 struct UnreadableFile {
     std::filesystem::path path;
     std::string reason;
+};
+
+/// The contents of a note file, to be told from others.
+struct NoteVersion {
+    std::filesystem::path file;
+    std::uint64_t fingerprint = 0;
+
+    bool operator==(const NoteVersion&) const = default;
 };
 
 /// The one object that touches the library on disk, whole notes at a time and without a cache:
@@ -34,6 +44,9 @@ public:
 
     /// The files that the last `loadAll` could not read. They stay on disk as they are.
     [[nodiscard]] const std::vector<UnreadableFile>& unreadable() const { return unreadable_; }
+
+    /// What the last `loadAll` found of each note.
+    [[nodiscard]] const std::unordered_map<Uuid, NoteVersion>& versions() const { return versions_; }
 
     [[nodiscard]] std::filesystem::path notesDir() const { return root_ / "notes"; }
 
@@ -58,6 +71,9 @@ public:
     /// EncodeError.
     void save(const Note& note);
 
+    /// Writes a note in its stored form, as `save` does. Throws LibraryError.
+    void write(const Uuid& id, std::string_view bytes);
+
     /// The bytes that `save` would write. Throws EncodeError.
     [[nodiscard]] static std::string encoded(const Note& note);
 
@@ -81,6 +97,7 @@ public:
 private:
     std::filesystem::path root_;
     std::vector<UnreadableFile> unreadable_;
+    std::unordered_map<Uuid, NoteVersion> versions_;
 };
 
 } // namespace varnic

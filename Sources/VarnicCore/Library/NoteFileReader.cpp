@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <functional>
 #include <optional>
 
 namespace varnic {
@@ -51,6 +52,10 @@ std::optional<std::size_t> regularSize(const FileDescriptor& descriptor) {
 
 } // namespace
 
+std::uint64_t fingerprintOf(std::string_view bytes) {
+    return std::hash<std::string_view>()(bytes);
+}
+
 Note NoteFileReader::read(const std::filesystem::path& file, Date now) {
     // O_NONBLOCK: opening a named pipe would wait for its writer.
     const FileDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
@@ -67,6 +72,7 @@ Note NoteFileReader::read(const std::filesystem::path& file, Date now) {
     if (!count) {
         throw LibraryError::fromErrno("read", file);
     }
+    fingerprint_ = fingerprintOf({buffer_.get(), *count});
     return JsonParsing::readNote(JsonParsing::parsePadded(parser_, buffer_.get(), *count), now);
 }
 

@@ -120,6 +120,21 @@ TEST_F(AppModelTests, remove_thenUndo_bringsTheLastEditBack) {
     EXPECT_EQ(model->selection.value(), std::nullopt);
 }
 
+TEST_F(AppModelTests, settings_changed_reachTheDesktop) {
+    int registered = 0;
+    int refreshed = 0;
+    model->desktop.applyHotkey = [&] { ++registered; };
+    model->desktop.refreshPill = [&] { ++refreshed; };
+    model->settings.hotkeyEnabled = false;
+    model->settings.hotkey = HotkeyChoice::optShiftR;
+    model->settings.showPill = false;
+    EXPECT_EQ(registered, 2);
+    EXPECT_EQ(refreshed, 1);
+    model->isDemo = true;
+    model->settings.hotkeyEnabled = true;
+    EXPECT_EQ(registered, 2);
+}
+
 TEST_F(AppModelTests, demo_nothingIsWritten) {
     model->isDemo = true;
     const Uuid id = model->newNote("Demo");

@@ -1,5 +1,6 @@
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/HandCapture.h"
+#include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicCore/Audio/SoundFiles.h"
 #include "VarnicCore/Fixtures/DemoCall.h"
 #include "VarnicPlatform/Capture/Permissions.h"
@@ -7,7 +8,11 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <atomic>
+#include <chrono>
 
 namespace varnic {
 namespace {
@@ -148,6 +153,7 @@ TEST_F(CallFlowsTests, stop_noteDeletedMeanwhile_comesBack) {
     ASSERT_THAT(model->notes(), SizeIs(1));
     EXPECT_EQ(model->notes().front().id, id);
     EXPECT_THAT(model.stored(), SizeIs(1));
+    EXPECT_THAT(audioFolders(), SizeIs(1)) << "with its recording";
 }
 
 TEST_F(CallFlowsTests, start_whileTheLastCallIsTranscribed_recordsASecondOne) {
@@ -186,6 +192,73 @@ TEST_F(CallFlowsTests, quit_whileRecording_savesTheCall) {
     EXPECT_THAT(model->note(id)->call->segments, Not(IsEmpty()));
 }
 
+TEST_F(CallFlowsTests, quit_whileTranscribing_leavesTheCallForAnotherTry) {
+    delay = 20;
+    auto stopping = record();
+    const Uuid id = *model->selection.value();
+    model->update(id, false, [](Note& note) { note.blocks.back().text = "typed"; });
+    model.restart();
+    prepare();
+    model.load();
+    delay = 0;
+    ASSERT_THAT(model->notes(), SizeIs(1));
+    EXPECT_EQ(model->note(id)->blocks.back().text, "typed");
+    EXPECT_THAT(model->note(id)->call->segments, IsEmpty());
+    QCoro::waitFor(model->retranscribe(id));
+    EXPECT_THAT(model->note(id)->call->segments, Not(IsEmpty()));
+    EXPECT_THAT(audioFolders(), SizeIs(1));
+}
+
+TEST_F(CallFlowsTests, cancelProcessing_filesTheCallForAnotherTry) {
+    delay = 20;
+    auto stopping = record();
+    model->cancelProcessing();
+    const auto id = QCoro::waitFor(stopping);
+    EXPECT_EQ(model->note(id)->call->problem, quitProblem);
+    auto again = model->retranscribe(*id);
+    model->cancelProcessing();
+    QCoro::waitFor(again);
+    EXPECT_EQ(model->note(id)->call->problem, quitProblem);
+    delay = 0;
+    QCoro::waitFor(model->retranscribe(*id));
+    EXPECT_FALSE(model->note(id)->call->problem);
+    EXPECT_THAT(model->note(id)->call->segments, Not(IsEmpty()));
+}
+
+TEST_F(CallFlowsTests, pause_leavesItsTimeOut) {
+    QCoro::waitFor(model->startRecording(false));
+    RecordingController& recorder = model->recorder();
+    capture->play(Speaker::you, 0, 1);
+    ASSERT_TRUE(waitUntil([&] { return recorder.elapsed() > 1; }));
+    recorder.pause();
+    int ticks = 0;
+    QObject::connect(&recorder, &RecordingController::ticked, [&ticks] { ++ticks; });
+    ASSERT_TRUE(waitUntil([&] { return ticks > 0; }));
+    const double paused = recorder.elapsed();
+    const auto began = HostClock::now();
+    ASSERT_TRUE(waitUntil([&] { return HostClock::now() > began + 1; }));
+    EXPECT_NEAR(recorder.elapsed(), paused, 1e-9);
+    recorder.resume();
+    const auto id = QCoro::waitFor(model->stopRecording());
+    const CallRecord& call = *model->note(id)->call;
+    EXPECT_LT(call.duration, HostClock::now() - began + paused - 0.9);
+    for (const char* side : {"you.m4a", "them.m4a"}) {
+        EXPECT_NEAR(AudioFiles::duration(model->audioFolder(*id) / side), call.duration, 0.05);
+    }
+}
+
+TEST_F(CallFlowsTests, retranscribe_typingMeanwhile_isKept) {
+    const Uuid id = *QCoro::waitFor(record());
+    delay = 0.4;
+    const auto before = model->note(id)->call->segments;
+    auto again = model->retranscribe(id);
+    model->update(id, false, [](Note& note) { note.blocks.push_back(Block{.text = "typed"}); });
+    QCoro::waitFor(again);
+    EXPECT_THAT(model->note(id)->blocks, Contains(Field(&Block::text, "typed")));
+    EXPECT_NE(model->note(id)->call->segments.front().id, before.front().id);
+    EXPECT_THAT(model.stored(), ElementsAre(*model->note(id)));
+}
+
 TEST_F(CallFlowsTests, retranscribe_fails_saysSoAndKeepsTheTranscript) {
     const Uuid id = *QCoro::waitFor(record());
     const auto segments = model->note(id)->call->segments;
@@ -198,12 +271,17 @@ TEST_F(CallFlowsTests, retranscribe_fails_saysSoAndKeepsTheTranscript) {
 
 TEST_F(CallFlowsTests, import_soundFile_isTheOtherSide) {
     const SoundFiles files;
-    QCoro::waitFor(model->importAudio(files.tone("Board Meeting.wav", 2)));
+    const fs::path file = files.tone("Board Meeting.wav", 2);
+    QCoro::waitFor(model->importAudio(file));
     ASSERT_THAT(model->notes(), SizeIs(1));
     const CallRecord& call = *model->notes().front().call;
     EXPECT_EQ(call.themName, "Speaker");
     EXPECT_EQ(call.source, "Imported recording");
     EXPECT_NEAR(call.duration, 2, 0.001);
+    struct statx status{};
+    ::statx(AT_FDCWD, file.c_str(), 0, STATX_BTIME | STATX_MTIME, &status);
+    const auto made = (status.stx_mask & STATX_BTIME) != 0 ? status.stx_btime : status.stx_mtime;
+    EXPECT_EQ(std::chrono::floor<std::chrono::seconds>(call.startedAt).time_since_epoch().count(), made.tv_sec);
     EXPECT_THAT(call.segments, Each(Field(&Segment::speaker, Speaker::them)));
 }
 
