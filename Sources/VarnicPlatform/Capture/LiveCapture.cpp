@@ -51,15 +51,15 @@ public:
     explicit Session(double hostStart) : hostStart_(hostStart), supervisor_(you_.ring, them_.ring) {}
 
     /// The sides that started; what went wrong with others is among the problems.
-    std::vector<Speaker> open(bool wantMic, bool wantSystem) {
+    std::vector<Speaker> open(bool withMic, bool withSystem) {
         if (!supervisor_.connect()) {
             supervisor_.addProblem("The sound system, PipeWire, isn’t running.");
             return {};
         }
-        if (wantMic) {
+        if (withMic) {
             attempt(Speaker::you, &CaptureSupervisor::openMicrophone);
         }
-        if (wantSystem) {
+        if (withSystem) {
             attempt(Speaker::them, &CaptureSupervisor::openPrograms);
         }
         return sides_;
@@ -126,7 +126,7 @@ LiveCapture::~LiveCapture() {
 
 std::vector<Speaker> LiveCapture::start(double hostStart, Deliver deliver) {
     stop();
-    ++startCount_;
+    ++starts;
     if (!wantMic && !wantSystem) {
         throw CaptureError::nothingToRecord();
     }

@@ -23,7 +23,7 @@ public:
     bool wantSystem = true;
 
     /// How often any LiveCapture of this process was started.
-    static int startCount() { return startCount_; }
+    static int startCount() { return starts; }
 
     /// Waits at most some seconds for a device to open.
     std::vector<Speaker> start(double hostStart, Deliver deliver) override;
@@ -40,7 +40,7 @@ public:
 private:
     class Session;
 
-    inline static std::atomic<int> startCount_ = 0;
+    inline static std::atomic<int> starts = 0;
 
     [[nodiscard]] std::shared_ptr<Session> current() const;
 
