@@ -158,7 +158,7 @@ QCoro::Task<> AppModel::process(Recording recording) {
             call.tracks.clear();
         });
         // Not before the transcript is on disk: until then the sound is all there is.
-        saveNow(id, [this, id] { store_.removeAudio(id); });
+        saveNow(id, [folder = store_.audioFolder(id)] { Folders::removeAll(folder); });
     }
     const AISettings& ai = settings.ai.value();
     if (const Note* filed = note(id); ai.enabled && !ai.askEachTime && filed->call && !filed->call->segments.empty()) {
