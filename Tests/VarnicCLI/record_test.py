@@ -272,8 +272,9 @@ class WholeCall(RecordTest):
         self.assertFalse([line for line in both[1].said if " Sam: " in line])
 
     def test_what_the_microphone_hears_of_the_other_side_is_not_yours(self):
-        # A faint echo that is misheard live can still come back as yours: only the later transcript is held to this.
-        self.check_notes(self.record_call(with_echo=True), {"afterwards": 0.15})
+        # Lines are compared by their words, so that a faint one that is misheard beyond likeness still comes back as
+        # yours: one may, of the seven.
+        self.check_notes(self.record_call(with_echo=True), {"live": 0.25, "afterwards": 0.25})
 
 
 class Faults(RecordTest):
