@@ -148,6 +148,13 @@ bool SoundGraph::hearsMicrophone(std::uint32_t node) const {
     });
 }
 
+bool SoundGraph::reachesOutput(std::uint32_t node) const {
+    return std::ranges::any_of(links_, [&](const auto& entry) {
+        const auto to = nodes_.find(entry.second.inputNode);
+        return entry.second.outputNode == node && to != nodes_.end() && isDevice(to->second, "Audio/Sink");
+    });
+}
+
 void SoundGraph::add(std::uint32_t id, const std::string& type, const spa_dict& properties) {
     if (type == PW_TYPE_INTERFACE_Node) {
         addNode(id, properties);
