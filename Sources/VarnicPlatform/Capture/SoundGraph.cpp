@@ -34,8 +34,14 @@ bool isProgram(const SoundNode& node) {
     return node.mediaClass == "Stream/Output/Audio";
 }
 
+/// What PipeWire's PulseAudio server puts in place of an output where there is none; nobody hears it.
+constexpr const char* dummyOutput = "auto_null";
+
 /// "Audio/Source" and the more special kinds of it, "Audio/Duplex" for both.
 bool isDevice(const SoundNode& node, std::string_view mediaClass) {
+    if (node.name == dummyOutput) {
+        return false;
+    }
     return node.mediaClass.starts_with(mediaClass) || node.mediaClass == "Audio/Duplex";
 }
 

@@ -19,6 +19,7 @@ constexpr double patience = 5;
 constexpr int rate = PlaybackQueue::rate;
 constexpr auto frameBytes = static_cast<std::uint32_t>(PlaybackQueue::channels * sizeof(float));
 constexpr std::uint32_t usualFrames = 1024;
+constexpr const char* applicationId = "app.brevin.varnic";
 
 /// The HostClock's time at which the next frame given to the stream is heard.
 double heardAt(pw_stream* stream) {
@@ -66,12 +67,13 @@ PlaybackOutput::~PlaybackOutput() {
 }
 
 void PlaybackOutput::connect() {
-    // Music is what desktops' rules mean by something listened to, which may make way for a call.
+    // No media.role: session managers keep volume and device for all of a role together, and calls must not follow
+    // where somebody sends the music. With the program's id they are kept for its calls alone.
     stream_ = pw_stream_new(connection_.core(), "Call",
                             pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback",
-                                              PW_KEY_MEDIA_ROLE, "Music", PW_KEY_APP_ICON_NAME, "app.brevin.varnic",
-                                              PW_KEY_NODE_NAME, "varnic-playback", PW_KEY_NODE_LATENCY, "1024/48000",
-                                              playbackMarker, "true", nullptr));
+                                              PW_KEY_APP_NAME, "Varnic", PW_KEY_APP_ID, applicationId,
+                                              PW_KEY_APP_ICON_NAME, applicationId, PW_KEY_NODE_NAME, "varnic-playback",
+                                              PW_KEY_NODE_LATENCY, "1024/48000", playbackMarker, "true", nullptr));
     if (stream_ == nullptr) {
         throw PlaybackError("PipeWire refused the connection.");
     }

@@ -7,6 +7,8 @@
 
 #include <cmath>
 #include <cstddef>
+#include <filesystem>
+#include <fstream>
 #include <optional>
 #include <string>
 #include <utility>
@@ -92,6 +94,47 @@ TEST(AudioReader, seek_anyPlaceOfAnEncodedSweep_goesOnExactlyThere) {
         PcmBuffer block;
         reader.seek(static_cast<std::int64_t>(whole.size()) + 48'000);
         EXPECT_FALSE(reader.read(block)) << "behind the end";
+    }
+}
+
+/// Bytes that this process has read by now.
+long long bytesRead() {
+    std::ifstream io("/proc/self/io");
+    std::string name;
+    long long bytes = 0;
+    io >> name >> bytes;
+    return bytes;
+}
+
+TEST(AudioReader, seek_deepInThreeHours_readsItsSurroundingsAlone) {
+    const SoundFiles files;
+    // Ten seconds again and again, at packets' borders: each round decodes alike, but for the first.
+    constexpr std::size_t round = 469 * std::size_t{1024};
+    files.make("once.aac", sweep + "-af atrim=end_sample=479232 -c:a aac -b:a 64k -frames:a 469");
+    files.run("for i in $(seq 1080); do cat once.aac; done > hours.aac");
+    for (const auto& [name, arguments] : std::vector<Encoding>{{"hours.m4a", ""}, {"fragments.m4a", fragments}}) {
+        SCOPED_TRACE(name);
+        const auto file = files.make(name, "-i hours.aac " + arguments + " -c copy -bsf:a aac_adtstoasc");
+        AudioReader reader = AudioReader::open(file);
+        reader.seek(round);
+        std::vector<float> second;
+        PcmBuffer block;
+        while (second.size() < round && reader.read(block)) {
+            second.insert(second.end(), block.channels.front().begin(), block.channels.front().end());
+        }
+        const auto length = static_cast<double>(reader.length());
+        EXPECT_NEAR(length, 1080.0 * round, 1024);
+        const long long before = bytesRead();
+        for (const std::size_t place : {1000U, 3U, 500U}) {
+            reader.seek(static_cast<std::int64_t>(place * round + 12'345));
+            ASSERT_TRUE(reader.read(block));
+            for (std::size_t i = 0; i < block.frames(); ++i) {
+                ASSERT_NEAR(block.channels.front()[i], second[12'345 + i], 1e-3) << place << ", " << i;
+            }
+        }
+        const long long read = bytesRead() - before;
+        EXPECT_GT(read, 0);
+        EXPECT_LT(read, static_cast<long long>(std::filesystem::file_size(file) / 100));
     }
 }
 
