@@ -1,5 +1,4 @@
 pragma Singleton
-
 import QtQuick
 
 /// The two movements of the program. Springs of damping 0.86 and 0.88 overshoot by less than one part in a hundred, so

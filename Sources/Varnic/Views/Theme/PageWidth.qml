@@ -1,5 +1,4 @@
 pragma Singleton
-
 import QtQml
 
 /// The width of a sheet of paper, in points.

@@ -1,5 +1,4 @@
 pragma Singleton
-
 import QtQuick
 
 /// Every colour of the program, in the light or the dark form that the desktop asks for.

@@ -1,5 +1,4 @@
 pragma Singleton
-
 import QtQml
 
 /// Corner radii, in points.

@@ -1,5 +1,4 @@
 pragma Singleton
-
 import QtQml
 
 /// Distances between things, in points.

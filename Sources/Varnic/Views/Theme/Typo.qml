@@ -1,5 +1,4 @@
 pragma Singleton
-
 import QtQuick
 
 /// Every font of the program. Sizes are in points of 1/96 inch, that is in pixels at scale 1; Qt's point is 1/72 inch,
@@ -16,10 +15,10 @@ QtObject {
     readonly property font subheading: of(serif, 17, Font.DemiBold)
     readonly property font body: of(serif, 15.5, Font.Normal)
     readonly property font bodyItalic: Qt.font({
-        "family": serif,
-        "pointSize": 15.5 * 0.75,
-        "italic": true
-    })
+            "family": serif,
+            "pointSize": 15.5 * 0.75,
+            "italic": true
+        })
     readonly property font spoken: of(serif, 15, Font.Normal)
     readonly property font liveSpoken: of(serif, 22, Font.Normal)
     readonly property font rowTitle: of(sans, 13.5, Font.DemiBold)
@@ -38,9 +37,9 @@ QtObject {
 
     function of(family: string, size: real, weight: int): font {
         return Qt.font({
-            "family": family,
-            "pointSize": size * 0.75,
-            "weight": weight
-        });
+                "family": family,
+                "pointSize": size * 0.75,
+                "weight": weight
+            });
     }
 }
