@@ -1,9 +1,9 @@
 import QtQuick
-import Varnic.Theme
+import Varnic.Theme as Theme
 
 /// The red dot of a running recording.
 Rectangle {
-    color: Palette.record
+    color: Theme.Palette.record
     height: width
     radius: width / 2
 }

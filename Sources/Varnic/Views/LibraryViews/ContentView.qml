@@ -1,18 +1,18 @@
 import QtQuick
 import Varnic.NotePage
-import Varnic.Theme
+import Varnic.Theme as Theme
 
 /// Sidebar, list and detail.
 Rectangle {
-    color: Palette.paper
+    color: Theme.Palette.paper
 
     NotePage {
         anchors.fill: parent
     }
 
     Text {
-        color: Palette.ink
-        font: Typo.pageTitle
+        color: Theme.Palette.ink
+        font: Theme.Typo.pageTitle
         text: "Varnic"
     }
 }

@@ -1,7 +1,7 @@
 import QtQuick
-import Varnic.Theme
+import Varnic.Theme as Theme
 
 /// The page shown while a call is recorded.
 Rectangle {
-    color: Palette.paper
+    color: Theme.Palette.paper
 }

@@ -1,7 +1,7 @@
 import QtQuick
-import Varnic.Theme
+import Varnic.Theme as Theme
 
 /// One note as a sheet of paper.
 Rectangle {
-    color: Palette.paper
+    color: Theme.Palette.paper
 }
