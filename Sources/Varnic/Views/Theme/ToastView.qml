@@ -38,19 +38,13 @@ Rectangle {
         anchors.centerIn: parent
         spacing: 8
 
-        Theme.Symbol {
+        SymbolLabel {
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.Palette.ink
-            name: toast.symbol
-            size: 11
-            weight: Font.Bold
-        }
-
-        Text {
-            Accessible.ignored: true
-            anchors.verticalCenter: parent.verticalCenter
-            color: Theme.Palette.ink
             font: Theme.Typo.system(12.5, Font.Medium)
+            spacing: 8
+            symbol: toast.symbol
+            symbolSize: 11
+            symbolWeight: Font.Bold
             text: toast.text
         }
 
