@@ -24,10 +24,12 @@ public:
     Q_INVOKABLE static void setApplicationPalette(bool dark);
 
 public Q_SLOTS:
-    [[nodiscard]] QMap<QString, QVariantMap> ReadAll(const QStringList& spaces) const; // NOLINT(readability-identifier-naming)
+    [[nodiscard]] QMap<QString, QVariantMap>
+    ReadAll(const QStringList& spaces) const; // NOLINT(readability-identifier-naming)
 
 Q_SIGNALS:
-    void SettingChanged(const QString& space, const QString& key, const QDBusVariant& value); // NOLINT(readability-identifier-naming)
+    void SettingChanged(const QString& space, const QString& key,
+                        const QDBusVariant& value); // NOLINT(readability-identifier-naming)
 
 private:
     QDBusConnection bus_;

@@ -11,13 +11,16 @@ class Setup : public QObject {
     Q_OBJECT
 
 public Q_SLOTS:
+
     void applicationAvailable() { // NOLINT(readability-make-member-function-const): called by name
         varnic::prepareFonts();
         portal_ = std::make_unique<FakePortal>();
         portal_->changeNumber("org.freedesktop.appearance", "color-scheme", 2);
         qmlRegisterSingletonInstance("Varnic.Tests", 1, 0, "Portal", portal_.get());
     }
+
     void qmlEngineAvailable(QQmlEngine* engine) { engine->addImportPath("qrc:/qt/qml"); }
+
     void cleanupTestCase() { portal_.reset(); }
 
 private:

@@ -14,7 +14,7 @@ Item {
     property int symbolWeight: Font.Medium
     property string text
 
-    implicitHeight: row.implicitHeight
+    implicitHeight: text === "" ? row.implicitHeight : words.implicitHeight
     implicitWidth: row.implicitWidth
 
     Row {
@@ -33,6 +33,8 @@ Item {
         }
 
         Text {
+            id: words
+
             Accessible.ignored: true
             anchors.verticalCenter: parent.verticalCenter
             color: label.color

@@ -17,7 +17,8 @@ Rectangle {
     Accessible.name: text
     Accessible.role: Accessible.AlertMessage
     border.color: Theme.Palette.rule
-    border.width: 1
+    border.pixelAligned: false
+    border.width: 1 / Screen.devicePixelRatio
     color: Theme.Palette.surface
     implicitHeight: row.implicitHeight + 16
     implicitWidth: row.implicitWidth + 28

@@ -24,7 +24,10 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"two", "one two one", {{0, 3}, {8, 11}}, "<mark>one</mark> two <mark>one</mark>"},
                     Case{"escaped", "a<b & \"c\"", {{1, 3}}, "a<mark>&lt;b</mark> &amp; &quot;c&quot;"},
                     // A family of three, an e with an accent of its own, a flag: one character each.
-                    Case{"clusters", "👨‍👩‍👧e\u0301🇩🇪x", {{1, 3}}, "👨‍👩‍👧<mark>e\u0301🇩🇪</mark>x"},
+                    Case{"clusters",
+                         "👨‍👩‍👧e\u0301🇩🇪x",
+                         {{1, 3}},
+                         "👨‍👩‍👧<mark>e\u0301🇩🇪</mark>x"},
                     Case{"beyondTheEnd", "ab", {{1, 9}}, "a<mark>b</mark>"},
                     Case{"backwards", "abc", {{2, 1}}, "ab<mark></mark>c"}),
     [](const auto& each) { return each.param.name; });
