@@ -2,6 +2,7 @@
 
 #include "Varnic/Shell/ShellTest.h"
 #include "VarnicCore/Audio/SoundFiles.h"
+#include "VarnicPlatform/Desktop/Logind.h"
 
 #include <gmock/gmock.h>
 
@@ -176,6 +177,27 @@ TEST_F(AppDelegateTest, sleepWhileStarting_endsTheRecordingToo) {
     delegate.systemWillSleep([&isDone] { isDone = true; });
     ASSERT_TRUE(waitUntil([&isDone] { return isDone; }));
     EXPECT_FALSE(isBusy(model->recorder().state()));
+}
+
+TEST_F(AppDelegateTest, logindsSleep_waitsForTheNoteOfARecording) {
+    DesktopEvents events;
+    Logind logind(events);
+    const auto comesTo = [&events](const auto& condition) {
+        return waitUntil([&] {
+            events.dispatch();
+            return condition();
+        });
+    };
+    launch();
+    ASSERT_NO_FATAL_FAILURE(record());
+    const Uuid call = model->recorder().noteID();
+    ASSERT_TRUE(comesTo([&logind] { return logind.isHeld(); }));
+    logind.prepareForSleep(true);
+    ASSERT_TRUE(comesTo([&logind] { return !logind.isHeld(); }));
+    LibraryStore store(model.folder() / "Library");
+    const auto stored = store.loadAll(currentDate());
+    EXPECT_NE(std::ranges::find(stored, call, &Note::id), stored.end());
+    ASSERT_TRUE(waitUntil([this] { return model->processing.value().empty(); }));
 }
 
 } // namespace
