@@ -33,9 +33,7 @@ bool AppModel::takeChange(const NoteChange& change) {
     } else if (change.note) {
         notes_.push_back(*change.note);
     } else if (stored != nullptr) {
-        const std::optional<Uuid> next = selectionWithout(change.id);
-        std::erase_if(notes_, [&](const Note& note) { return note.id == change.id; });
-        selection = next;
+        forget(change.id);
     }
     return true;
 }
