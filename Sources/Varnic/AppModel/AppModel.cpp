@@ -82,7 +82,7 @@ AppModel::AppModel(AppPlaces places, QObject* parent)
 AppModel::~AppModel() {
     stopProcessing_.request_stop();
     flushSaves();
-    backgroundThreads().waitForDone();
+    Background::waitForDone();
 }
 
 bool AppModel::hasKey() const {

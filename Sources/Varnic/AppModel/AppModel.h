@@ -7,13 +7,14 @@
 #include "Varnic/AppModel/LibrarySection.h"
 #include "Varnic/AppModel/LibraryWatch.h"
 #include "Varnic/AppModel/ToastMessage.h"
+#include "Varnic/Inbox.h"
 #include "Varnic/Recording/RecordingController.h"
 #include "VarnicCore/AISummariser/AISummariser.h"
 #include "VarnicCore/AISummariser/HTTPTransport.h"
 #include "VarnicCore/AISummariser/KeyStore.h"
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Library/Flashcards.h"
-#include "VarnicCore/Library/NoteSearch.h"
+#include "VarnicCore/Library/RepeatedSearch.h"
 #include "VarnicCore/Library/Todos.h"
 #include "VarnicCore/Models/Note.h"
 #include "VarnicCore/Models/Region.h"
@@ -254,6 +255,10 @@ private:
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
 
     std::vector<Note> notes_;
+    /// Learns of each note that changes or goes.
+    mutable RepeatedSearch search_;
+    /// What other threads have to tell; outlives the queue of the library.
+    Inbox inbox_;
     LibraryQueue store_;
     std::unique_ptr<RecordingController> recorder_;
     /// Saves that wait for the user to pause.

@@ -1,6 +1,5 @@
 #include "Varnic/AppModel/AppModel.h"
 
-#include <QCoreApplication>
 #include <QPointer>
 
 #include <fmt/format.h>
@@ -69,6 +68,7 @@ void AppModel::update(Uuid id, bool immediately, const std::function<void(Note&)
         return;
     }
     *stored = std::move(changed);
+    search_.forget(id);
     Q_EMIT notesChanged();
     scheduleSave(id, immediately);
 }
@@ -106,8 +106,7 @@ void AppModel::saveNow(Uuid id, SerialQueue::Work whenSaved) {
         if (!saved.problem && *done) {
             (*done)();
         }
-        QMetaObject::invokeMethod(
-            this, [this, id, edit, title, saved] { takeSaved(id, edit, title, saved); }, Qt::QueuedConnection);
+        inbox_.post([this, id, edit, title, saved] { takeSaved(id, edit, title, saved); });
     });
 }
 
@@ -133,7 +132,7 @@ void AppModel::flushSaves() {
     }
     store_.flush();
     // How the saves went, which the queue has told by now.
-    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    inbox_.deliver();
 }
 
 Uuid AppModel::newNote(std::string title, std::vector<Block> blocks, Date created) {
@@ -166,6 +165,7 @@ std::optional<Uuid> AppModel::selectionWithout(Uuid id) const {
 void AppModel::forget(Uuid id) {
     const std::optional<Uuid> next = selectionWithout(id);
     std::erase_if(notes_, [id](const Note& other) { return other.id == id; });
+    search_.forget(id);
     selection = next;
 }
 

@@ -99,14 +99,11 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
     const DigestContext told =
         context(recording.startedAt, stored != nullptr && stored->call ? stored->call->themName : "", recording.source);
     const auto report = [this, id](ProcessingStage stage) {
-        QMetaObject::invokeMethod(
-            this,
-            [this, id, stage] {
-                if (stage.kind != ProcessingStage::Kind::done && processing.value().contains(id)) {
-                    setStage(id, stage);
-                }
-            },
-            Qt::QueuedConnection);
+        inbox_.post([this, id, stage] {
+            if (stage.kind != ProcessingStage::Kind::done && processing.value().contains(id)) {
+                setStage(id, stage);
+            }
+        });
     };
     const QPointer self(this);
     const std::stop_token stop = stopProcessing_.get_token();
@@ -148,6 +145,7 @@ void AppModel::file(Note finished, std::shared_ptr<RecordingMarkFile> mark) {
     if (Note* stored = find(id)) {
         std::ranges::move(userBlocks(*stored), std::back_inserter(finished.blocks));
         *stored = std::move(finished);
+        search_.forget(id);
     } else {
         notes_.insert(notes_.begin(), std::move(finished));
     }
