@@ -1,5 +1,5 @@
 // What the application's state costs the main thread: loading 10,000 notes through it against reading them with the
-// store alone, and keystrokes in a note and in the search field with the lists that views ask for.
+// store alone, and keystrokes in a note and in the search field with the lists that views ask for: bench-app [NOTES]
 
 #include "Tests/VarnicCore/TemporaryFolder.h"
 #include "Varnic/AppModel/AppModel.h"
@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <functional>
@@ -152,8 +153,14 @@ void typing(std::size_t notes) {
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     try {
-        load();
-        for (const std::size_t notes : {1'000UZ, 10'000UZ}) {
+        std::setvbuf(stdout, nullptr, _IOLBF, 0);
+        std::vector<std::size_t> sizes{1'000, 10'000};
+        if (argc > 1) {
+            sizes = {std::stoul(argv[1])};
+        } else {
+            load();
+        }
+        for (const std::size_t notes : sizes) {
             keystrokes(notes);
             typing(notes);
         }
