@@ -2,6 +2,7 @@
 #include "VarnicCore/AISummariser/AISettings.h"
 #include "VarnicCore/AISummariser/AnthropicSummariser.h"
 #include "VarnicCore/AISummariser/CompatibleSummariser.h"
+#include "VarnicCore/AISummariser/FixedTransport.h"
 #include "VarnicCore/Library/NoteJson.h"
 
 #include <nlohmann/json.hpp>
@@ -10,23 +11,10 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
-#include <utility>
 
 using namespace varnic;
 
 namespace {
-
-class FixedTransport final : public HTTPTransport {
-public:
-    explicit FixedTransport(HTTPResponse response) : response_(std::move(response)) {}
-
-    [[nodiscard]] HTTPResponse send(const HTTPRequest& /*request*/, std::stop_token /*stop*/) const override {
-        return response_;
-    }
-
-private:
-    HTTPResponse response_;
-};
 
 void require(bool holds) {
     if (!holds) {

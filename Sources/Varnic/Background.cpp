@@ -1,11 +1,31 @@
 #include "Varnic/Background.h"
 
+#include <chrono>
+#include <future>
+#include <list>
+#include <utility>
+
 namespace varnic {
 
-QThreadPool& backgroundThreads() {
-    static QThreadPool pool;
-    pool.setMaxThreadCount(64);
-    return pool;
+namespace {
+
+/// What has been started; some of it has ended.
+std::list<std::future<void>>& started() {
+    static std::list<std::future<void>> all;
+    return all;
+}
+
+} // namespace
+
+void Background::start(std::move_only_function<void()> work) {
+    started().remove_if([](const std::future<void>& one) {
+        return one.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    });
+    started().push_back(std::async(std::launch::async, std::move(work)));
+}
+
+void Background::waitForDone() {
+    started().clear();
 }
 
 } // namespace varnic

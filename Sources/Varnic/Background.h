@@ -1,61 +1,87 @@
 #pragma once
 
+#include "Varnic/Inbox.h"
 #include "Varnic/SerialQueue.h"
 
-#include <QCoro/QCoroFuture>
 #include <QCoro/QCoroTask>
-#include <QPromise>
-#include <QThreadPool>
 
+#include <coroutine>
 #include <exception>
 #include <expected>
 #include <functional>
-#include <memory>
+#include <optional>
 #include <type_traits>
+#include <utility>
 
-/// Blocking work off the main thread, awaited by flows on it. What the work uses must live until it is done, also when
-/// nobody waits for it any more.
 namespace varnic {
 
-/// The threads of `inBackground`; as many as it takes, since most of them wait.
-QThreadPool& backgroundThreads();
+/// Blocking work off the main thread, a thread for each piece, since most of it waits. Main thread.
+namespace Background {
+
+/// The work must not throw.
+void start(std::move_only_function<void()> work);
+
+/// Waits for all that was started.
+void waitForDone();
+
+} // namespace Background
+
+// Work awaited by flows on the main thread. What it uses must live until it is done, also when nobody waits for it any
+// more.
 
 namespace detail {
 
-template <typename Result>
-using Outcome = std::expected<Result, std::exception_ptr>;
+/// Hands work to another thread and goes on where it was awaited, with its result or its exception.
+template <typename Work, typename Post>
+class Handover {
+public:
+    using Result = std::invoke_result_t<const Work&>;
 
-template <typename Result>
-Outcome<Result> outcome(const std::function<Result()>& work) {
-    try {
-        if constexpr (std::is_void_v<Result>) {
-            work();
-            return {};
-        } else {
-            return work();
+    Handover(const Work& work, Post post) : work_(work), post_(std::move(post)) {}
+
+    [[nodiscard]] bool await_ready() const noexcept { return false; }
+
+    void await_suspend(std::coroutine_handle<> flow) {
+        post_([this, flow, inbox = &Inbox::main()] {
+            run();
+            inbox->post([flow] { flow.resume(); });
+        });
+    }
+
+    Result await_resume() {
+        if (!outcome_->has_value()) {
+            std::rethrow_exception(outcome_->error());
         }
-    } catch (...) {
-        return std::unexpected(std::current_exception());
+        if constexpr (!std::is_void_v<Result>) {
+            return std::move(**outcome_);
+        }
     }
-}
 
-/// Hands the work to `post` and goes on where it was awaited. An exception is carried as a value, since a QFuture would
-/// lose its type.
-template <typename Result, typename Post>
-QCoro::Task<Result> awaitWork(Post post, std::function<Result()> work) {
-    const auto promise = std::make_shared<QPromise<Outcome<Result>>>();
-    promise->start();
-    post([promise, work = std::move(work)] {
-        promise->addResult(outcome(work));
-        promise->finish();
-    });
-    Outcome<Result> result = co_await promise->future();
-    if (!result) {
-        std::rethrow_exception(result.error());
+private:
+    using Outcome = std::expected<Result, std::exception_ptr>;
+
+    void run() {
+        try {
+            if constexpr (std::is_void_v<Result>) {
+                work_();
+                outcome_.emplace();
+            } else {
+                outcome_.emplace(work_());
+            }
+        } catch (...) {
+            outcome_.emplace(std::unexpect, std::current_exception());
+        }
     }
-    if constexpr (!std::is_void_v<Result>) {
-        co_return std::move(*result);
-    }
+
+    const Work& work_;
+    Post post_;
+    std::optional<Outcome> outcome_;
+};
+
+template <typename Work, typename Post>
+QCoro::Task<std::invoke_result_t<const Work&>> awaitWork(Work work, Post post) {
+    Handover<Work, Post> handover(work, std::move(post));
+    co_return co_await handover;
 }
 
 } // namespace detail
@@ -66,15 +92,13 @@ QCoro::Task<Result> awaitWork(Post post, std::function<Result()> work) {
 /// On a thread of its own. Throws what the work throws.
 template <typename Work>
 QCoro::Task<std::invoke_result_t<const Work&>> inBackground(const Work& work) {
-    return detail::awaitWork<std::invoke_result_t<const Work&>>(
-        [](std::function<void()> posted) { backgroundThreads().start(std::move(posted)); }, work);
+    return detail::awaitWork(work, [](auto posted) { Background::start(std::move(posted)); });
 }
 
 /// On the queue, which must outlive it, behind what waits there. Throws what the work throws.
 template <typename Work>
 QCoro::Task<std::invoke_result_t<const Work&>> onQueue(SerialQueue& queue, const Work& work) {
-    return detail::awaitWork<std::invoke_result_t<const Work&>>(
-        [&queue](std::function<void()> posted) { queue.async(std::move(posted)); }, work);
+    return detail::awaitWork(work, [&queue](auto posted) { queue.async(std::move(posted)); });
 }
 
 template <typename Work>

@@ -2,9 +2,8 @@
 
 #include "Varnic/AppModel/AppSettings.h"
 #include "VarnicCLI/Command.h"
-#include "VarnicCore/Pipeline/CallProcessor.h"
+#include "VarnicCore/Models/Note.h"
 
-#include <stop_token>
 #include <string>
 
 /// From a recording to a filed note, as every command does it that ends in one.
@@ -21,12 +20,8 @@ struct FilingOptions {
     static FilingOptions from(const Arguments& arguments);
 };
 
-/// The application with these names and this language, for this run only and with its own summaries.
-void applyForThisRun(const FilingOptions& options, AppSettings& settings);
-
-/// Transcribes the recording and makes its note, with a progress bar; a request through `stop` ends it early, as a
-/// problem of the call. Stores nothing.
-Note makeNote(const Recording& recording, const FilingOptions& options, const std::stop_token& stop);
+/// The application with these names and this language, and with its own summaries.
+void apply(const FilingOptions& options, AppSettings& settings);
 
 /// Prints the note for people, in words.
 void printFiled(const Note& note, const FilingOptions& options);

@@ -1,5 +1,6 @@
 #include "VarnicCLI/Command.h"
 #include "VarnicCLI/Files.h"
+#include "VarnicCLI/FlowRunner.h"
 #include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/Export/Exporter.h"
 #include "VarnicCore/Export/MarkdownImport.h"
@@ -22,8 +23,8 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view byteOrderMark = "\uFEFF";
 
-/// The note that a Markdown file makes. Throws std::runtime_error where it is no UTF-8 text.
-Note noteFrom(const fs::path& file) {
+/// What is in a Markdown file. Throws std::runtime_error where it is no UTF-8 text.
+MarkdownImport::Document documentIn(const fs::path& file) {
     const std::string bytes = readFile(file);
     if (!simdjson::validate_utf8(bytes)) {
         throw std::runtime_error(fmt::format("“{}” isn’t UTF-8 text.", file.filename().string()));
@@ -32,9 +33,7 @@ Note noteFrom(const fs::path& file) {
     if (text.starts_with(byteOrderMark)) {
         text.remove_prefix(byteOrderMark.size());
     }
-    MarkdownImport::Document document = MarkdownImport::blocks(text);
-    return {Uuid::random(), document.title.value_or(file.stem().string()), modifiedAt(file),
-            std::move(document.blocks)};
+    return MarkdownImport::blocks(text);
 }
 
 /// The file itself, or the Markdown files in the folder and those below it, in order of their names. Hidden ones are
@@ -105,22 +104,28 @@ ExitCode exportNote(const Arguments& arguments) {
 
 ExitCode importNotes(const Arguments& arguments) {
     const fs::path path = arguments.onlyWord("Markdown file or folder");
-    LibraryStore store(libraryFolder());
+    const std::vector<fs::path> files = markdownFiles(path);
+    Application application;
+    AppModel& model = application.model;
     auto imported = nlohmann::json::array();
     bool allRead = true;
-    for (const fs::path& file : markdownFiles(path)) {
+    for (const fs::path& file : files) {
+        MarkdownImport::Document document;
         try {
-            const Note note = noteFrom(file);
-            store.save(note);
-            imported.push_back({{"id", note.id.text()}, {"title", note.displayTitle()}});
-            if (!arguments.has("json")) {
-                fmt::print("{}  {}\n", shortId(note), note.displayTitle());
-            }
-        } catch (const LibraryError&) {
-            throw; // the library cannot take any of the others either
+            document = documentIn(file);
         } catch (const std::runtime_error& error) {
             fmt::print(stderr, "varnic-cli: {}\n", error.what());
             allRead = false;
+            continue;
+        }
+        const Uuid id =
+            model.newNote(document.title.value_or(file.stem().string()), std::move(document.blocks), modifiedAt(file));
+        // A library that cannot take this one can't take the others either.
+        saveOrThrow(model, id);
+        const Note& note = *model.note(id);
+        imported.push_back({{"id", id.text()}, {"title", note.displayTitle()}});
+        if (!arguments.has("json")) {
+            fmt::print("{}  {}\n", shortId(note), note.displayTitle());
         }
     }
     if (arguments.has("json")) {

@@ -1,6 +1,7 @@
 #include "VarnicCLI/FlowRunner.h"
 
 #include "VarnicCLI/Terminal.h"
+#include "VarnicCore/Library/RecordingMark.h"
 #include "VarnicCore/Text/Wording.h"
 
 #include <QTimer>
@@ -16,7 +17,8 @@ using namespace std::chrono_literals;
 
 } // namespace
 
-void runFlow(AppModel& model, const Interruption& interruption, const std::function<QCoro::Task<>()>& flow) {
+void runFlow(Application& application, const std::function<QCoro::Task<>()>& flow) {
+    AppModel& model = application.model;
     Terminal::StatusLine line;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&] {
@@ -24,7 +26,7 @@ void runFlow(AppModel& model, const Interruption& interruption, const std::funct
         if (!stages.empty()) {
             line.show(Terminal::bar(stages.begin()->second));
         }
-        if (interruption.happened()) {
+        if (application.interruption.happened()) {
             model.cancelProcessing();
         }
     });
@@ -32,11 +34,17 @@ void runFlow(AppModel& model, const Interruption& interruption, const std::funct
     QCoro::waitFor(flow());
 }
 
+std::string toastText(const AppModel& model) {
+    const auto& toast = model.toast.value();
+    return Wording::shown(toast ? toast->text : "");
+}
+
 void saveOrThrow(AppModel& model, const Uuid& id) {
     model.flushSaves();
-    if (!model.isSaved(id)) {
-        const auto& toast = model.toast.value();
-        throw std::runtime_error(Wording::shown(toast ? toast->text : ""));
+    if (const auto problem = model.saveProblem(id)) {
+        const bool isKept = RecordingMarkFile::isIn(model.audioFolder(id));
+        throw std::runtime_error(*problem +
+                                 (isKept ? " The recording is kept; `varnic-cli recover` makes its note." : ""));
     }
 }
 

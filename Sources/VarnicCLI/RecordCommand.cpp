@@ -1,16 +1,11 @@
-#include "Varnic/AppModel/AppModel.h"
 #include "VarnicCLI/CallFiling.h"
-#include "VarnicCLI/Interruption.h"
+#include "VarnicCLI/FlowRunner.h"
 #include "VarnicCLI/MissingDevices.h"
 #include "VarnicCLI/Terminal.h"
-#include "VarnicCLI/UserLibrary.h"
-#include "VarnicCore/Library/LibraryError.h"
-#include "VarnicCore/Library/RecordingMark.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Text/Wording.h"
 #include "VarnicPlatform/Capture/LiveCapture.h"
 
-#include <QCoreApplication>
 #include <QEventLoop>
 #include <QTimer>
 
@@ -61,8 +56,7 @@ public:
         // Without a screen there is no sheet to ask on: what can be recorded is, and the rest is said.
         QCoro::waitFor(model_.startRecording(true));
         if (!isRecording(model_.recorder().state())) {
-            throw std::runtime_error(Wording::shown(model_.toast.value() ? model_.toast.value()->text : "") +
-                                     " `varnic-cli devices` tells what is missing.");
+            throw std::runtime_error(toastText(model_) + " `varnic-cli devices` tells what is missing.");
         }
         id_ = model_.recorder().noteID();
         for (const std::string& sentence : missingDevices(SoundSurvey::take())) {
@@ -177,32 +171,13 @@ void tellLoss(const LiveCapture& capture) {
     }
 }
 
-/// The model saves in the background and tells of a failure, but not why. Throws std::runtime_error when the note isn't
-/// on disk.
-void makeSureOfSaving(const Note& note) {
-    LibraryStore store(libraryFolder());
-    if (store.load(note.id, currentDate()) == note) {
-        return;
-    }
-    try {
-        store.save(note);
-    } catch (const LibraryError& error) {
-        const bool isKept = RecordingMarkFile::isIn(store.audioFolder(note.id));
-        throw std::runtime_error(fmt::format(
-            "{}{}", error.what(), isKept ? " The recording is kept; `varnic-cli recover` makes its note." : ""));
-    }
-}
-
 } // namespace
 
 ExitCode record(const Arguments& arguments) {
     arguments.expectNoWords();
     const double seconds = limit(arguments);
-    const Interruption interruption; // Ahead of all that starts threads.
-    int argumentCount = 0;
-    const QCoreApplication application(argumentCount, nullptr);
-    AppModel model(AppPlaces::fromEnvironment());
-    model.settings.keepForThisRun();
+    Application application;
+    AppModel& model = application.model;
     model.settings.liveTranscript = !arguments.has("no-live");
     model.settings.localeID = arguments.valueOr("language", model.settings.localeID.value());
     model.settings.yourName = arguments.valueOr("your-name", model.settings.yourName.value());
@@ -211,14 +186,14 @@ ExitCode record(const Arguments& arguments) {
     model.makeCapture = [capture] { return capture; };
     FilingOptions options = FilingOptions::from(arguments);
     options.yourName = model.settings.yourName.value();
-    const Note note = RecordingSession(model, *capture, interruption, seconds, options.yourName).run();
+    const Note note = RecordingSession(model, *capture, application.interruption, seconds, options.yourName).run();
     tellLoss(*capture);
     if (options.json) {
         fmt::print("{}\n", LibraryStore::encoded(note));
     } else {
         printFiled(note, options);
     }
-    makeSureOfSaving(note);
+    saveOrThrow(model, note.id);
     return tellProblem(note);
 }
 

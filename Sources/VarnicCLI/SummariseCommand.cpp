@@ -8,8 +8,6 @@
 #include "VarnicCore/Text/Wording.h"
 #include "VarnicPlatform/KeyStore/KeychainStore.h"
 
-#include <QCoreApplication>
-
 #include <fmt/format.h>
 
 #include <memory>
@@ -72,9 +70,10 @@ void checkRequest(const AppModel& model, const CallRecord& call) {
 }
 
 /// Lets the provider summarise the note. Throws std::runtime_error with the user's sentence where that fails.
-void askProvider(AppModel& model, const Interruption& interruption, const Note& before) {
+void askProvider(Application& application, const Note& before) {
+    AppModel& model = application.model;
     const Uuid& id = before.id;
-    runFlow(model, interruption, [&] { return model.runAI(id); });
+    runFlow(application, [&] { return model.runAI(id); });
     if (const auto failed = model.aiError.value().find(id); failed != model.aiError.value().end()) {
         const bool isBadKey = failed->second == AIError::badKey().what();
         throw std::runtime_error(failed->second +
@@ -84,7 +83,7 @@ void askProvider(AppModel& model, const Interruption& interruption, const Note& 
     if (note == nullptr) {
         throw std::runtime_error("The note is gone, so its summary was dropped.");
     }
-    if (interruption.happened() && note->call->digest == before.call->digest) {
+    if (application.interruption.happened() && note->call->digest == before.call->digest) {
         throw std::runtime_error("Stopped. The note is as it was.");
     }
 }
@@ -94,11 +93,8 @@ void askProvider(AppModel& model, const Interruption& interruption, const Note& 
 ExitCode summarise(const Arguments& arguments) {
     const AISettings settings = settingsFrom(arguments);
     const std::string& word = arguments.onlyWord("note");
-    const Interruption interruption; // Ahead of all that starts threads.
-    int argumentCount = 0;
-    const QCoreApplication application(argumentCount, nullptr);
-    AppModel model(AppPlaces::fromEnvironment());
-    model.settings.keepForThisRun();
+    Application application;
+    AppModel& model = application.model;
     model.settings.ai = settings;
     model.settings.yourName = arguments.valueOr("your-name", "");
     model.keys = std::make_shared<KeychainStore>();
@@ -113,7 +109,7 @@ ExitCode summarise(const Arguments& arguments) {
     }
     checkRequest(model, *before.call);
     fmt::print(stderr, "Sending the transcript to {} …\n", destination(settings, model.anthropicURL));
-    askProvider(model, interruption, before);
+    askProvider(application, before);
     saveOrThrow(model, before.id);
     const Note& note = *model.note(before.id);
     if (arguments.has("json")) {

@@ -22,12 +22,17 @@ public:
     std::optional<CaptureError> failure;
     std::set<Speaker> expected;
     std::atomic<bool> isStopped = false;
+    /// While this is true `start` doesn't return, though sound may come in already.
+    std::atomic<bool> isOpening = false;
+    std::atomic<bool> takesSound = false;
 
     std::vector<Speaker> start(double /*hostStart*/, Deliver deliver) override {
         if (failure) {
             throw *failure;
         }
         deliver_ = std::move(deliver);
+        takesSound = true;
+        isOpening.wait(true);
         return sides_;
     }
 

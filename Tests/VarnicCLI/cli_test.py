@@ -112,9 +112,11 @@ class Transcribe(CommandLine):
         silent = self.folder / "silent.wav"
         subprocess.run(["ffmpeg", "-v", "error", "-f", "lavfi", "-i", "anullsrc=r=48000:cl=mono", "-t", "3", silent],
                        check=True)
-        run = self.run_cli("transcribe", "--you", silent)
+        os.utime(silent, (1e9, 1e9))
+        run = self.run_cli("transcribe", "--you", silent, "--json")
         self.assertEqual(run.returncode, 1)
         self.assertEqual(run.stderr, "varnic-cli: Nobody was heard on this recording.\n")
+        self.assertEqual(json.loads(run.stdout)["call"]["startedAt"], "2001-09-09T01:46:40.000Z")
         self.assertEqual(len([file for file in self.stored() if file.startswith("notes/")]), 1)
 
     def test_a_language_without_a_model_is_named_and_the_recording_kept(self):
@@ -122,7 +124,9 @@ class Transcribe(CommandLine):
         self.assertEqual(run.returncode, 1)
         self.assertIn("German", run.stderr)
         self.assertIn("can’t be transcribed on this computer yet", run.stderr)
-        self.assertIn("Mac", json.loads(run.stdout)["call"]["problem"])
+        call = json.loads(run.stdout)["call"]
+        self.assertIn("Mac", call["problem"])
+        self.assertEqual(call["language"], "de-DE")
         self.assertEqual(len(self.stored()), 2)
 
 

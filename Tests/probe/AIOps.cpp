@@ -2,6 +2,7 @@
 
 #include "VarnicCore/AISummariser/AIPrompt.h"
 #include "VarnicCore/AISummariser/AISettings.h"
+#include "VarnicCore/AISummariser/FixedTransport.h"
 #include "VarnicCore/AISummariser/SummariserFactory.h"
 
 #include <memory>
@@ -10,19 +11,6 @@
 namespace varnic::probe {
 
 namespace {
-
-/// Answers every request the same, in place of a server.
-class FixedTransport final : public HTTPTransport {
-public:
-    explicit FixedTransport(HTTPResponse response) : response_(std::move(response)) {}
-
-    [[nodiscard]] HTTPResponse send(const HTTPRequest& /*request*/, std::stop_token /*stop*/) const override {
-        return response_;
-    }
-
-private:
-    HTTPResponse response_;
-};
 
 AISettings settings(const Arguments& args) {
     try {

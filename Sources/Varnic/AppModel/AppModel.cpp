@@ -69,7 +69,7 @@ AppModel::AppModel(AppPlaces places, QObject* parent)
       makeCapture([] { return std::make_shared<LiveCapture>(); }), store_(std::move(places.dataDirectory)),
       recorder_(std::make_unique<RecordingController>()) {
     connect(recorder_.get(), &RecordingController::mustStop, this, [this] {
-        flash({.text = "Recording stopped — the disk is full", .symbol = "exclamationmark.triangle"});
+        flash({.text = "Recording stopped — the disk is full", .symbol = warningSymbol});
         stopRecording();
     });
     settingWatchers_.push_back(settings.showPill.addNotifier([this] { desktop.refreshPill(); }));
@@ -85,7 +85,7 @@ AppModel::AppModel(AppPlaces places, QObject* parent)
 AppModel::~AppModel() {
     stopProcessing_.request_stop();
     flushSaves();
-    backgroundThreads().waitForDone();
+    Background::waitForDone();
 }
 
 bool AppModel::hasKey() const {
@@ -97,7 +97,7 @@ void AppModel::setKey(const std::string& value) {
         keys->setKey(QString::fromStdString(value).trimmed().toStdString(), settings.ai.value().keyAccount());
         Q_EMIT keyChanged();
     } catch (const std::exception&) {
-        flash({.text = "Couldn’t save the key to the Keychain", .symbol = "exclamationmark.triangle"});
+        flash({.text = "Couldn’t save the key to the Keychain", .symbol = warningSymbol});
     }
 }
 

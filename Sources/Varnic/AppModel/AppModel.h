@@ -1,17 +1,20 @@
 #pragma once
 
 #include "Varnic/AppModel/AppSettings.h"
+#include "Varnic/AppModel/CallImport.h"
 #include "Varnic/AppModel/Desktop.h"
 #include "Varnic/AppModel/LibraryQueue.h"
+#include "Varnic/AppModel/LibrarySection.h"
 #include "Varnic/AppModel/LibraryWatch.h"
 #include "Varnic/AppModel/ToastMessage.h"
+#include "Varnic/Inbox.h"
 #include "Varnic/Recording/RecordingController.h"
 #include "VarnicCore/AISummariser/AISummariser.h"
 #include "VarnicCore/AISummariser/HTTPTransport.h"
 #include "VarnicCore/AISummariser/KeyStore.h"
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Library/Flashcards.h"
-#include "VarnicCore/Library/NoteSearch.h"
+#include "VarnicCore/Library/RepeatedSearch.h"
 #include "VarnicCore/Library/Todos.h"
 #include "VarnicCore/Models/Note.h"
 #include "VarnicCore/Models/Region.h"
@@ -37,12 +40,6 @@
 #include <vector>
 
 namespace varnic {
-
-/// Which list the sidebar shows.
-enum class LibrarySection { all, calls, notes, todos, cards };
-
-inline constexpr std::array allLibrarySections{LibrarySection::all, LibrarySection::calls, LibrarySection::notes,
-                                               LibrarySection::todos, LibrarySection::cards};
 
 /// Where the application's data lies, from the environment.
 struct AppPlaces {
@@ -166,7 +163,7 @@ public:
     QCoro::Task<Recovered> recoverRecordings();
     /// Changes a note; one that comes out the same is not saved.
     void update(Uuid id, bool saveNow, const std::function<void(Note&)>& change);
-    Uuid newNote(std::string title = {}, std::vector<Block> blocks = {});
+    Uuid newNote(std::string title = {}, std::vector<Block> blocks = {}, Date created = currentDate());
     /// Moves the note to the deleted ones, but never that of a running recording.
     void remove(Uuid id);
     /// Brings a deleted note back, in the library's form or else as given.
@@ -174,8 +171,10 @@ public:
     /// Writes what is pending and returns when it is on disk, or the toast says that it is not.
     void flushSaves();
 
-    /// Whether the note is on disk as it is here.
-    [[nodiscard]] bool isSaved(Uuid id) const { return !unsaved_.contains(id); }
+    /// Why the note is not on disk as it is here, as the last failure told; nothing where it is.
+    [[nodiscard]] std::optional<std::string> saveProblem(Uuid id) const {
+        return unsaved_.contains(id) ? std::optional(saveProblem_) : std::nullopt;
+    }
 
     void flash(ToastMessage message);
     void selectFirstIfNeeded();
@@ -206,7 +205,11 @@ public:
 
     // Calls.
 
-    QCoro::Task<> process(Recording recording);
+    /// Writes the recording down and files the call in the place of its note. With a mark it is not filed yet: the mark
+    /// goes once the call is on disk, and a call that is cancelled goes with its recording.
+    QCoro::Task<> process(Recording recording, std::shared_ptr<RecordingMarkFile> mark = nullptr);
+    /// The call, or nothing where a toast says why there is none or where it was cancelled.
+    QCoro::Task<std::optional<Uuid>> importCall(CallImport call);
     QCoro::Task<> importAudio(std::filesystem::path file);
     QCoro::Task<> chooseImport();
     QCoro::Task<> retranscribe(Uuid id);
@@ -238,11 +241,12 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] Note* find(Uuid id);
-    void scheduleSave(Uuid id, bool immediately);
+    void scheduleSave(Uuid id, bool immediately, SerialQueue::Work whenSaved = nullptr);
     /// `whenSaved`, if given, is done off the main thread once the note is on disk.
     void saveNow(Uuid id, SerialQueue::Work whenSaved = nullptr);
     void takeSaved(Uuid id, std::uint64_t edit, const std::string& title, const LibraryQueue::Saved& saved);
     [[nodiscard]] std::optional<Uuid> selectionWithout(Uuid id) const;
+    void forget(Uuid id);
     [[nodiscard]] LibraryQueue::Changes onMain();
     void takeChanges(std::vector<NoteChange> changes);
     bool takeChange(const NoteChange& change);
@@ -250,11 +254,16 @@ private:
     [[nodiscard]] CallProcessor processor() const;
     [[nodiscard]] DigestContext context(const CallRecord& call) const;
     [[nodiscard]] DigestContext context(Date startedAt, std::string themName, std::string source) const;
-    void file(Note finished);
+    void showPlaceholder(Uuid id, std::string title, CallRecord call);
+    void file(Note finished, std::shared_ptr<RecordingMarkFile> mark);
     [[nodiscard]] CallTracks existingTracks(const Note& note) const;
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
 
     std::vector<Note> notes_;
+    /// Learns of each note that changes or goes.
+    mutable RepeatedSearch search_;
+    /// What other threads have to tell; outlives the queue of the library.
+    Inbox inbox_;
     LibraryQueue store_;
     std::unique_ptr<RecordingController> recorder_;
     /// Saves that wait for the user to pause.
@@ -262,6 +271,8 @@ private:
     /// The last edit of each note that is not on disk yet, counted over all notes.
     std::map<Uuid, std::uint64_t> unsaved_;
     std::uint64_t edits_ = 0;
+    /// How the last save that failed did.
+    std::string saveProblem_;
     std::unique_ptr<LibraryWatch> watch_;
     /// Of the flows that began since the last cancellation.
     std::stop_source stopProcessing_;

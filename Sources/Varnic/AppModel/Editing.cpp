@@ -1,6 +1,5 @@
 #include "Varnic/AppModel/AppModel.h"
 
-#include <QCoreApplication>
 #include <QPointer>
 
 #include <fmt/format.h>
@@ -69,18 +68,19 @@ void AppModel::update(Uuid id, bool immediately, const std::function<void(Note&)
         return;
     }
     *stored = std::move(changed);
+    search_.forget(id);
     Q_EMIT notesChanged();
     scheduleSave(id, immediately);
 }
 
-void AppModel::scheduleSave(Uuid id, bool immediately) {
+void AppModel::scheduleSave(Uuid id, bool immediately, SerialQueue::Work whenSaved) {
     saveTasks_.erase(id);
     if (isDemo) {
         return;
     }
     unsaved_[id] = ++edits_;
     if (immediately) {
-        saveNow(id);
+        saveNow(id, std::move(whenSaved));
         return;
     }
     auto timer = std::make_unique<QTimer>();
@@ -103,17 +103,17 @@ void AppModel::saveNow(Uuid id, SerialQueue::Work whenSaved) {
     edits_ = std::max(edits_, edit);
     const auto done = std::make_shared<SerialQueue::Work>(std::move(whenSaved));
     store_.save(*stored, [this, id, edit, title = stored->displayTitle(), done](const LibraryQueue::Saved& saved) {
-        if (saved.isSaved && *done) {
+        if (!saved.problem && *done) {
             (*done)();
         }
-        QMetaObject::invokeMethod(
-            this, [this, id, edit, title, saved] { takeSaved(id, edit, title, saved); }, Qt::QueuedConnection);
+        inbox_.post([this, id, edit, title, saved] { takeSaved(id, edit, title, saved); });
     });
 }
 
 void AppModel::takeSaved(Uuid id, std::uint64_t edit, const std::string& title, const LibraryQueue::Saved& saved) {
-    if (!saved.isSaved) {
-        flash({.text = fmt::format("Couldn’t save “{}”", title), .symbol = "exclamationmark.triangle"});
+    if (saved.problem) {
+        saveProblem_ = *saved.problem;
+        flash({.text = fmt::format("Couldn’t save “{}”", title), .symbol = warningSymbol});
         return;
     }
     if (const auto unsaved = unsaved_.find(id); unsaved != unsaved_.end() && unsaved->second == edit) {
@@ -132,11 +132,11 @@ void AppModel::flushSaves() {
     }
     store_.flush();
     // How the saves went, which the queue has told by now.
-    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    inbox_.deliver();
 }
 
-Uuid AppModel::newNote(std::string title, std::vector<Block> blocks) {
-    const Note fresh(Uuid::random(), std::move(title), currentDate(), std::move(blocks));
+Uuid AppModel::newNote(std::string title, std::vector<Block> blocks, Date created) {
+    const Note fresh(Uuid::random(), std::move(title), created, std::move(blocks));
     notes_.insert(notes_.begin(), fresh);
     Q_EMIT notesChanged();
     if (section.value() != LibrarySection::all) {
@@ -161,12 +161,19 @@ std::optional<Uuid> AppModel::selectionWithout(Uuid id) const {
     return place != visible.end() && place != visible.begin() ? std::optional((*std::prev(place))->id) : std::nullopt;
 }
 
+/// The note leaves the list; whoever calls tells of it.
+void AppModel::forget(Uuid id) {
+    const std::optional<Uuid> next = selectionWithout(id);
+    std::erase_if(notes_, [id](const Note& other) { return other.id == id; });
+    search_.forget(id);
+    selection = next;
+}
+
 void AppModel::remove(Uuid id) {
     const Note* stored = note(id);
     if (stored == nullptr || id == liveNoteID()) {
         return;
     }
-    const std::optional<Uuid> next = selectionWithout(id);
     saveTasks_.erase(id);
     Note removed = *stored;
     if (!isDemo) {
@@ -177,9 +184,8 @@ void AppModel::remove(Uuid id) {
         }
         store_.remove(id);
     }
-    std::erase_if(notes_, [id](const Note& other) { return other.id == id; });
+    forget(id);
     Q_EMIT notesChanged();
-    selection = next;
     flash({.text = fmt::format("Deleted “{}”", removed.displayTitle()),
            .symbol = "trash",
            .undo = [this, removed = std::move(removed)] { restore(removed); }});

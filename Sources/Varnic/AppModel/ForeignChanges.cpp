@@ -7,8 +7,7 @@ namespace varnic {
 
 LibraryQueue::Changes AppModel::onMain() {
     return [this](std::vector<NoteChange> changes) {
-        QMetaObject::invokeMethod(
-            this, [this, changes = std::move(changes)] { takeChanges(changes); }, Qt::QueuedConnection);
+        inbox_.post([this, changes = std::move(changes)]() mutable { takeChanges(std::move(changes)); });
     };
 }
 
@@ -30,12 +29,11 @@ bool AppModel::takeChange(const NoteChange& change) {
     Note* stored = find(change.id);
     if (change.note && stored != nullptr) {
         *stored = *change.note;
+        search_.forget(change.id);
     } else if (change.note) {
         notes_.push_back(*change.note);
     } else if (stored != nullptr) {
-        const std::optional<Uuid> next = selectionWithout(change.id);
-        std::erase_if(notes_, [&](const Note& note) { return note.id == change.id; });
-        selection = next;
+        forget(change.id);
     }
     return true;
 }

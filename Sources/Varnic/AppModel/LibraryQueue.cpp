@@ -40,9 +40,8 @@ void LibraryQueue::save(Note note, WhenSaved whenSaved) {
         Saved saved;
         try {
             saved.otherCopy = library_.save(note, currentDate());
-            saved.isSaved = true;
-        } catch (const std::exception&) {
-            saved.isSaved = false; // whoever asked tells the user
+        } catch (const std::exception& error) {
+            saved.problem = error.what();
         }
         whenSaved(saved);
     });

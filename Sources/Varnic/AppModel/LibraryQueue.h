@@ -27,7 +27,8 @@ public:
 
     /// How saving a note went.
     struct Saved {
-        bool isSaved = false;
+        /// Why it is not on disk; nothing where it is.
+        std::optional<std::string> problem;
         /// What somebody else had written into the file meanwhile, now a note of its own.
         std::optional<Note> otherCopy;
     };

@@ -36,7 +36,7 @@ std::optional<Uuid> AppModel::liveNoteID() const {
 }
 
 std::vector<NoteMatch> AppModel::searchResults() const {
-    return NoteSearch::search(query.value(), notes_);
+    return search_.search(query.value(), notes_);
 }
 
 std::vector<OpenTodo> AppModel::openTodos() const {

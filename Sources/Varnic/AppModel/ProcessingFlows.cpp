@@ -1,19 +1,13 @@
 #include "Varnic/AppModel/AppModel.h"
 
 #include "Varnic/Background.h"
-#include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicCore/Library/Folders.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
-#include "VarnicCore/Text/Unicode.h"
 
 #include <QPointer>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <array>
-#include <chrono>
 
 namespace varnic {
 
@@ -21,13 +15,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* warningSymbol = "exclamationmark.triangle";
-constexpr const char* importedSource = "Imported recording";
-constexpr const char* importedName = "Speaker";
+constexpr const char* placeholderHeading = "Notes";
 
 /// A heading that stands in a call's note until its own words are there.
 bool isPlaceholder(const Block& block) {
-    return block.kind == BlockKind::heading && block.text == "Notes";
+    return block.kind == BlockKind::heading && block.text == placeholderHeading;
 }
 
 /// What the user wrote into a call's note while it was being made.
@@ -50,18 +42,6 @@ std::optional<fs::path> existing(const fs::path& folder, Speaker speaker) {
     return std::nullopt;
 }
 
-/// When a file was made; where the file system doesn't know, when it was last changed, or else now.
-Date creationDate(const fs::path& file) {
-    struct statx status{};
-    if (::statx(AT_FDCWD, file.c_str(), 0, STATX_BTIME | STATX_MTIME, &status) != 0) {
-        return currentDate();
-    }
-    const bool isKnown = (status.stx_mask & STATX_BTIME) != 0 && status.stx_btime.tv_sec > 0;
-    const statx_timestamp& time = isKnown ? status.stx_btime : status.stx_mtime;
-    return std::chrono::floor<std::chrono::milliseconds>(std::chrono::sys_time<std::chrono::nanoseconds>(
-        std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec)));
-}
-
 /// A note that was edited while its call was transcribed anew: the edits stay, and the rest is as if they had been
 /// there before.
 Note withTranscript(Note edited, const Note& result, const Note& before) {
@@ -74,25 +54,6 @@ Note withTranscript(Note edited, const Note& result, const Note& before) {
         NoteEditor::apply(*result.call->digest, edited, false, currentDate());
     }
     return edited;
-}
-
-/// A recording copied into the library.
-struct ImportedFile {
-    fs::path track;
-    double duration = 0;
-    std::shared_ptr<RecordingMarkFile> mark;
-};
-
-ImportedFile copyIn(const fs::path& file, const Uuid& id, const fs::path& folder) {
-    Folders::make(folder);
-    // Until the note is on disk, the folder counts as a recording that is being made.
-    auto mark = std::make_shared<RecordingMarkFile>(
-        RecordingMarkFile::create(folder, {id, creationDate(file), importedSource, {Speaker::them}}));
-    std::string extension = Unicode::lowerCased(file.extension().string());
-    fs::path track = folder / ("them" + (extension.empty() ? ".m4a" : std::move(extension)));
-    fs::copy_file(file, track);
-    const double duration = AudioFiles::duration(track);
-    return {std::move(track), duration, std::move(mark)};
 }
 
 } // namespace
@@ -122,21 +83,27 @@ DigestContext AppModel::context(const CallRecord& call) const {
     return context(call.startedAt, call.themName, call.source);
 }
 
-QCoro::Task<> AppModel::process(Recording recording) {
+void AppModel::showPlaceholder(Uuid id, std::string title, CallRecord call) {
+    const Date startedAt = call.startedAt;
+    notes_.insert(notes_.begin(),
+                  Note(id, std::move(title), startedAt,
+                       {Block{.kind = BlockKind::heading, .text = placeholderHeading}, Block{}}, std::move(call)));
+    Q_EMIT notesChanged();
+    selection = id;
+}
+
+QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMarkFile> mark) {
     const Uuid id = recording.noteID;
     setStage(id, ProcessingStage::transcribing(0));
     const Note* stored = note(id);
     const DigestContext told =
         context(recording.startedAt, stored != nullptr && stored->call ? stored->call->themName : "", recording.source);
     const auto report = [this, id](ProcessingStage stage) {
-        QMetaObject::invokeMethod(
-            this,
-            [this, id, stage] {
-                if (stage.kind != ProcessingStage::Kind::done && processing.value().contains(id)) {
-                    setStage(id, stage);
-                }
-            },
-            Qt::QueuedConnection);
+        inbox_.post([this, id, stage] {
+            if (stage.kind != ProcessingStage::Kind::done && processing.value().contains(id)) {
+                setStage(id, stage);
+            }
+        });
     };
     const QPointer self(this);
     const std::stop_token stop = stopProcessing_.get_token();
@@ -147,11 +114,17 @@ QCoro::Task<> AppModel::process(Recording recording) {
     if (!self) {
         co_return;
     }
+    setStage(id, std::nullopt);
+    if (stop.stop_requested() && mark) {
+        forget(id);
+        Q_EMIT notesChanged();
+        store_.removeAudio(id);
+        co_return;
+    }
     if (stop.stop_requested() && finished.call->segments.empty()) {
         finished.call->problem = quitProblem;
     }
-    setStage(id, std::nullopt);
-    file(std::move(finished));
+    file(std::move(finished), std::move(mark));
     if (const Note* filed = note(id); !settings.keepAudio.value() && filed->call) {
         editCall(id, [](CallRecord& call) {
             call.audioFolder.reset();
@@ -167,16 +140,21 @@ QCoro::Task<> AppModel::process(Recording recording) {
 }
 
 /// Puts a finished call in the place of its placeholder, with what the user wrote there meanwhile behind it.
-void AppModel::file(Note finished) {
+void AppModel::file(Note finished, std::shared_ptr<RecordingMarkFile> mark) {
     const Uuid id = finished.id;
     if (Note* stored = find(id)) {
         std::ranges::move(userBlocks(*stored), std::back_inserter(finished.blocks));
         *stored = std::move(finished);
+        search_.forget(id);
     } else {
         notes_.insert(notes_.begin(), std::move(finished));
     }
     Q_EMIT notesChanged();
-    scheduleSave(id, true);
+    SerialQueue::Work whenSaved;
+    if (mark) {
+        whenSaved = [mark = std::move(mark)] { mark->remove(); };
+    }
+    scheduleSave(id, true, std::move(whenSaved));
 }
 
 void AppModel::cancelProcessing() {
@@ -189,62 +167,6 @@ void AppModel::editCall(Uuid id, const std::function<void(CallRecord&)>& change)
             change(*note.call);
         }
     });
-}
-
-QCoro::Task<> AppModel::importAudio(fs::path source) {
-    const Uuid id = Uuid::random();
-    const fs::path folder = store_.audioFolder(id);
-    ImportedFile imported;
-    bool isCopied = true;
-    const QPointer self(this);
-    const auto copy = [source, id, folder] { return copyIn(source, id, folder); };
-    try {
-        imported = co_await inBackground(copy);
-    } catch (const std::exception&) {
-        isCopied = false;
-    }
-    if (!self) {
-        co_return;
-    }
-    if (!isCopied || !(imported.duration > 0)) {
-        store_.removeAudio(id);
-        flash({.text = isCopied ? "That file has no audio Varnic can read" : "Couldn’t read that file",
-               .symbol = warningSymbol});
-        co_return;
-    }
-    const Date startedAt = creationDate(source);
-    notes_.insert(notes_.begin(), Note(id, source.stem().string(), startedAt,
-                                       {Block{.kind = BlockKind::heading, .text = "Notes"}, Block{}},
-                                       CallRecord{.startedAt = startedAt,
-                                                  .duration = imported.duration,
-                                                  .source = importedSource,
-                                                  .audioFolder = id.text(),
-                                                  .tracks = {Speaker::them},
-                                                  .themName = importedName}));
-    Q_EMIT notesChanged();
-    section = LibrarySection::all;
-    selection = id;
-    saveNow(id, [mark = imported.mark] { mark->remove(); });
-    Recording recording{.noteID = id,
-                        .tracks = {.you = std::nullopt, .them = imported.track},
-                        .live = std::nullopt,
-                        .startedAt = startedAt,
-                        .duration = imported.duration,
-                        .source = importedSource,
-                        .audioFolder = id.text()};
-    co_await process(std::move(recording));
-    if (self) {
-        editCall(id, [](CallRecord& call) { call.themName = importedName; });
-    }
-}
-
-QCoro::Task<> AppModel::chooseImport() {
-    std::string message = "Choose a recording to transcribe on this Mac";
-    const QPointer self(this);
-    const auto file = co_await desktop.chooseRecording(std::move(message));
-    if (self && file) {
-        co_await importAudio(*file);
-    }
 }
 
 CallTracks AppModel::existingTracks(const Note& note) const {

@@ -18,21 +18,13 @@ namespace varnic {
 
 namespace {
 
-/// How alike two lines at the same time must be for the microphone's to count as an echo.
-constexpr double echoThreshold = 0.5;
-
-constexpr const char* warningSymbol = "exclamationmark.triangle";
-
-std::vector<Block> placeholder() {
-    return {Block{.kind = BlockKind::heading, .text = "Notes"}, Block{}};
-}
-
-CallRecord callRecord(const RecordingResult& result) {
-    return {.startedAt = result.startedAt,
+Recording recordingOf(const RecordingResult& result) {
+    return {.noteID = result.noteID,
+            .tracks = result.tracks,
+            .startedAt = result.startedAt,
             .duration = result.duration,
             .source = result.source,
-            .audioFolder = result.noteID.text(),
-            .tracks = result.tracks.speakers()};
+            .audioFolder = result.noteID.text()};
 }
 
 std::vector<Segment> mergedLive(const std::vector<Segment>& live) {
@@ -40,7 +32,7 @@ std::vector<Segment> mergedLive(const std::vector<Segment>& live) {
     std::vector<Segment> them;
     std::ranges::partition_copy(live, std::back_inserter(you), std::back_inserter(them),
                                 [](const Segment& line) { return line.speaker == Speaker::you; });
-    return Diarisation::merge(you, them, echoThreshold);
+    return Diarisation::merge(you, them);
 }
 
 } // namespace
@@ -135,20 +127,14 @@ QCoro::Task<std::optional<Uuid>> AppModel::stopRecording() {
     desktop.refreshPill();
     desktop.playSound("Pop");
     const Uuid id = result->noteID;
-    notes_.insert(notes_.begin(),
-                  Note(id, fmt::format("{} · {}", result->source, region.format(result->startedAt, "d MMM, HH:mm")),
-                       result->startedAt, placeholder(), callRecord(*result)));
-    Q_EMIT notesChanged();
-    selection = id;
+    Recording recording = recordingOf(*result);
+    showPlaceholder(id, fmt::format("{} · {}", result->source, region.format(result->startedAt, "d MMM, HH:mm")),
+                    recording.record());
     // Until the note is on disk, the recording counts as one to be recovered.
     saveNow(id, [mark = result->mark] { mark->remove(); });
-    Recording recording{.noteID = id,
-                        .tracks = result->tracks,
-                        .live = settings.liveTranscript.value() ? std::optional(result->live) : std::nullopt,
-                        .startedAt = result->startedAt,
-                        .duration = result->duration,
-                        .source = result->source,
-                        .audioFolder = id.text()};
+    if (settings.liveTranscript.value()) {
+        recording.live = result->live;
+    }
     co_await process(std::move(recording));
     co_return id;
 }
@@ -159,7 +145,7 @@ QCoro::Task<> AppModel::stopRecordingForQuit() {
     if (!self || !result) {
         co_return;
     }
-    CallRecord call = callRecord(*result);
+    CallRecord call = recordingOf(*result).record();
     call.segments = mergedLive(result->live);
     std::optional<CallDigest> digest;
     if (call.segments.empty()) {
@@ -170,7 +156,7 @@ QCoro::Task<> AppModel::stopRecordingForQuit() {
     }
     store_.save(NoteEditor::callNote(result->noteID, std::move(call), digest, region, currentDate()),
                 [mark = result->mark](const LibraryQueue::Saved& saved) {
-                    if (saved.isSaved) {
+                    if (!saved.problem) {
                         mark->remove();
                     }
                 });

@@ -26,12 +26,8 @@ QCoro::Task<AppModel::Recovered> AppModel::recoverRecordings() {
             ++recovered.soundless;
             continue;
         }
-        CallRecord call{.startedAt = recording.startedAt,
-                        .duration = recording.duration,
-                        .source = recording.source,
-                        .audioFolder = recording.audioFolder,
-                        .tracks = recording.tracks.speakers(),
-                        .problem = quitProblem};
+        CallRecord call = recording.record();
+        call.problem = quitProblem;
         notes_.insert(notes_.begin(), NoteEditor::callNote(recording.noteID, std::move(call), std::nullopt, region,
                                                            recording.startedAt));
         Q_EMIT notesChanged();

@@ -14,7 +14,6 @@ namespace varnic {
 
 namespace {
 
-constexpr const char* warningSymbol = "exclamationmark.triangle";
 constexpr const char* copySymbol = "doc.on.doc";
 
 const EmailDraft* emailOf(const Note* note) {

@@ -7,6 +7,9 @@
 
 namespace varnic {
 
+/// The icon of a notice that something went wrong.
+inline constexpr const char* warningSymbol = "exclamationmark.triangle";
+
 /// A short notice. Two are different even where their words are equal.
 struct ToastMessage {
     std::string text;

@@ -155,6 +155,7 @@ void LibraryStore::write(const Uuid& id, std::string_view bytes) {
         Folders::moveIfThere(file, file.string() + ".damaged");
         unreadable_.erase(damaged);
     }
+    Folders::make(notesDir()); // somebody may have removed the library from under us
     AtomicWrite::replace(file, bytes);
 }
 

@@ -23,6 +23,9 @@ public:
 
     [[nodiscard]] bool empty() const { return terms_.empty(); }
 
+    /// Folded, in the order of the query.
+    [[nodiscard]] const std::vector<std::string>& all() const { return terms_; }
+
     /// The terms that stand in a folded text, in the order of the query. They point into this object. Any thread.
     [[nodiscard]] std::vector<std::string_view> foundIn(std::string_view folded) const;
 

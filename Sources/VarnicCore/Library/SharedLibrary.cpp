@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -40,6 +41,25 @@ Note otherCopy(const Note& other) {
         copy.call->tracks.clear();
     }
     return copy;
+}
+
+/// Whether all that a reader sees of the block is in the other: one that was typed further, for instance.
+bool holds(const Block& block, Block less) {
+    if (!block.text.contains(less.text) || !block.back.contains(less.back)) {
+        return false;
+    }
+    less.text = block.text;
+    less.back = block.back;
+    return block == less;
+}
+
+/// Whether nothing would be lost if the one note stood in place of the other.
+bool holds(const Note& note, const Note& less) {
+    return note.title == less.title && note.call == less.call &&
+           std::ranges::all_of(less.blocks, [&note](const Block& block) {
+               const auto same = std::ranges::find(note.blocks, block.id, &Block::id);
+               return same != note.blocks.end() && holds(*same, block);
+           });
 }
 
 } // namespace
@@ -90,7 +110,7 @@ void SharedLibrary::bringBack(const Uuid& id, Date now) const {
 }
 
 /// Saves what another program wrote from being overwritten by ours.
-std::optional<Note> SharedLibrary::keep(const Found& other, const Note& ours) {
+std::optional<Note> SharedLibrary::keep(const Found& other, const Note& ours, Date now) {
     if (!other.note) {
         Folders::moveIfThere(other.version.file, damagedName(other.version.file));
         return std::nullopt;
@@ -99,8 +119,29 @@ std::optional<Note> SharedLibrary::keep(const Found& other, const Note& ours) {
         return std::nullopt;
     }
     Note copy = otherCopy(*other.note);
+    if (follow(copy, ours.id, now)) {
+        return std::nullopt;
+    }
     write(copy);
+    copies_[ours.id] = copy.id;
     return copy;
+}
+
+/// Who edits a note elsewhere while it is edited here writes one version after another, each of which holds the one
+/// before: the copy that the first has made follows them. To this program too that is a change from outside, so that
+/// what it has not saved of the copy yet is safe.
+bool SharedLibrary::follow(Note copy, const Uuid& original, Date now) {
+    const auto last = copies_.find(original);
+    if (last == copies_.end()) {
+        return false;
+    }
+    const Found before = look(store_.url(last->second), now);
+    if (!before.note || !holds(copy, *before.note)) {
+        return false;
+    }
+    copy.id = last->second;
+    store_.save(copy);
+    return true;
 }
 
 std::optional<Note> SharedLibrary::save(const Note& note, Date now) {
@@ -112,7 +153,7 @@ std::optional<Note> SharedLibrary::save(const Note& note, Date now) {
     }
     std::optional<Note> copy;
     if (found.isThere && !isKnown(note.id, found.version)) {
-        copy = keep(found, note);
+        copy = keep(found, note, now);
     }
     write(note);
     return copy;

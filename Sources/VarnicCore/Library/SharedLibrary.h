@@ -38,9 +38,10 @@ public:
     std::vector<Note> loadAll(Date now);
 
     /// Writes the note. Where its file holds what is not known here, that becomes a note of its own first, named
-    /// "<title> (other copy)" and without the recording, and is given back; what cannot be read is set aside as
-    /// "<UUID>.json.damaged". A note that was deleted meanwhile comes back, its recording too. Throws LibraryError or
-    /// EncodeError, and then nothing is lost.
+    /// "<title> (other copy)" and without the recording, and is given back; of a version that only adds to one that was
+    /// kept so before, that copy takes the additions instead, as another program's change. What cannot be read is set
+    /// aside as "<UUID>.json.damaged". A note that was deleted meanwhile comes back, its recording too. Throws
+    /// LibraryError or EncodeError, and then nothing is lost.
     std::optional<Note> save(const Note& note, Date now);
 
     /// Moves the note to the deleted ones, in whatever version. Throws LibraryError.
@@ -63,7 +64,8 @@ private:
     [[nodiscard]] std::set<std::string> allNames() const;
     [[nodiscard]] bool isKnown(const Uuid& id, const NoteVersion& version) const;
     [[nodiscard]] std::optional<NoteChange> changeOf(const std::filesystem::path& file, Date now) const;
-    std::optional<Note> keep(const Found& other, const Note& ours);
+    std::optional<Note> keep(const Found& other, const Note& ours, Date now);
+    bool follow(Note copy, const Uuid& original, Date now);
     void bringBack(const Uuid& id, Date now) const;
     void write(const Note& note);
 
@@ -71,6 +73,8 @@ private:
     std::unordered_map<Uuid, NoteVersion> known_;
     /// Those of the known notes whose file is gone; one may come back.
     std::unordered_set<Uuid> gone_;
+    /// The last other copy made of a note.
+    std::unordered_map<Uuid, Uuid> copies_;
 };
 
 } // namespace varnic

@@ -14,8 +14,6 @@ namespace varnic {
 
 namespace {
 
-/// Lines of yours at least this similar to one of theirs at the same time are its echo.
-constexpr double echoThreshold = 0.5;
 constexpr auto nobodyHeard = "Nobody was heard on this recording.";
 
 std::vector<Segment> linesOf(const std::vector<Segment>& segments, Speaker speaker) {
@@ -60,6 +58,14 @@ std::vector<Speaker> CallTracks::speakers() const {
     return present;
 }
 
+CallRecord Recording::record() const {
+    return {.startedAt = startedAt,
+            .duration = duration,
+            .source = source,
+            .audioFolder = audioFolder,
+            .tracks = tracks.speakers()};
+}
+
 CallProcessor::CallProcessor(std::shared_ptr<const Transcriber> speechWriter,
                              std::shared_ptr<const Summariser> digestMaker, Region userRegion)
     : transcriber(std::move(speechWriter)), summariser(std::move(digestMaker)), region(std::move(userRegion)) {}
@@ -79,14 +85,10 @@ Note CallProcessor::process(const Recording& recording, const DigestContext& con
             problem = error.what();
         }
     }
-    CallRecord call{.startedAt = recording.startedAt,
-                    .duration = recording.duration,
-                    .source = recording.source,
-                    .segments = Diarisation::merge(sides.you, sides.them, echoThreshold),
-                    .audioFolder = recording.audioFolder,
-                    .tracks = recording.tracks.speakers(),
-                    .themName = context.themName,
-                    .problem = std::move(problem)};
+    CallRecord call = recording.record();
+    call.segments = Diarisation::merge(sides.you, sides.them);
+    call.themName = context.themName;
+    call.problem = std::move(problem);
     if (call.segments.empty() && !call.problem) {
         call.problem = nobodyHeard;
     }
@@ -102,7 +104,7 @@ Note CallProcessor::retranscribe(const Note& note, const CallTracks& tracks, con
                                  const std::stop_token& stop) const {
     Note copy = note;
     const Sides sides = transcribeBoth(tracks, [](double /*overall*/) {}, stop);
-    const std::vector<Segment> segments = Diarisation::merge(sides.you, sides.them, echoThreshold);
+    const std::vector<Segment> segments = Diarisation::merge(sides.you, sides.them);
     if (copy.call) {
         copy.call->segments = segments;
         copy.call->problem = segments.empty() ? std::optional<std::string>(nobodyHeard) : std::nullopt;

@@ -37,6 +37,9 @@ struct Recording {
     double duration = 0;
     std::string source;
     std::optional<std::string> audioFolder;
+
+    /// The call as far as it is known before it is written down.
+    [[nodiscard]] CallRecord record() const;
 };
 
 /// Turns what a recording left behind into a finished note. A plain value; several calls may be processed at once.

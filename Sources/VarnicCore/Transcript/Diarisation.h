@@ -10,7 +10,8 @@ namespace varnic::Diarisation {
 /// Joins the two sides in order of their starts, and drops from your side what the microphone merely overheard of the
 /// other party: a line that overlaps one of theirs for over 40 % of the shorter and whose text is at least
 /// `echoThreshold` (0 to 1) similar to it. Blank lines are dropped too.
-std::vector<Segment> merge(const std::vector<Segment>& you, const std::vector<Segment>& them, double echoThreshold);
+std::vector<Segment> merge(const std::vector<Segment>& you, const std::vector<Segment>& them,
+                           double echoThreshold = 0.5);
 
 /// Neighbouring lines of one speaker, no more than `gap` seconds apart, as one. Keeps the order and the first id.
 std::vector<Segment> turns(const std::vector<Segment>& segments, double gap);

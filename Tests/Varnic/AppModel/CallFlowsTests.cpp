@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <QScopeGuard>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -190,6 +192,51 @@ TEST_F(CallFlowsTests, quit_whileRecording_savesTheCall) {
     QCoro::waitFor(model->retranscribe(id));
     EXPECT_FALSE(model->note(id)->call->problem);
     EXPECT_THAT(model->note(id)->call->segments, Not(IsEmpty()));
+}
+
+TEST_F(CallFlowsTests, quit_whileStartingOrStopping_isFoundAtTheNextStart) {
+    for (const bool isStopping : {false, true}) {
+        model.restart();
+        prepare();
+        model->makeCapture = [this, isStopping] {
+            capture = std::make_shared<HandCapture>(sides);
+            capture->isOpening = !isStopping;
+            return capture;
+        };
+        capture.reset();
+        const auto open = qScopeGuard([this] {
+            capture->isOpening = false;
+            capture->isOpening.notify_all();
+        });
+        auto starting = model->startRecording(false);
+        ASSERT_TRUE(waitUntil([&] { return capture && capture->takesSound && starting.isReady() == isStopping; }));
+        for (int i = 0; i < 30; ++i) {
+            capture->play(Speaker::you, 0.1 * i, 0.1);
+        }
+        const Uuid id = model->recorder().noteID();
+        ASSERT_TRUE(waitUntil([&] { return AudioFiles::duration(model->audioFolder(id) / "you.m4a") > 0; }));
+        QCoro::Task<std::optional<Uuid>> stopping;
+        if (isStopping) {
+            stopping = model->stopRecording();
+        }
+        EXPECT_TRUE(isBusy(model->recorder().state()) && !isRecording(model->recorder().state()));
+        QCoro::waitFor(model->stopRecordingForQuit());
+        model->flushSaves();
+
+        ScratchModel next(model.folder() / "Library");
+        next.load();
+        const Note* found = next->note(id);
+        EXPECT_TRUE(found != nullptr && found->call->problem == quitProblem) << isStopping;
+        EXPECT_TRUE(found != nullptr && found->call->tracks == std::vector{Speaker::you}) << isStopping;
+
+        capture->isOpening = false;
+        capture->isOpening.notify_all();
+        QCoro::waitFor(starting);
+        if (!isStopping) {
+            stopping = model->stopRecording();
+        }
+        QCoro::waitFor(stopping);
+    }
 }
 
 TEST_F(CallFlowsTests, quit_whileTranscribing_leavesTheCallForAnotherTry) {

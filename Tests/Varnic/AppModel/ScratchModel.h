@@ -3,7 +3,10 @@
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/EventLoop.h"
 #include "VarnicCore/Library/Folders.h"
+#include "VarnicCore/Library/SameMatches.h"
 #include "VarnicCore/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
@@ -15,6 +18,12 @@ namespace varnic {
 class ScratchModel {
 public:
     ScratchModel() { restart(); }
+
+    /// On a copy of a library as it is on disk now.
+    explicit ScratchModel(const std::filesystem::path& library) {
+        std::filesystem::copy(library, folder() / "Library", std::filesystem::copy_options::recursive);
+        restart();
+    }
 
     AppModel& operator*() { return *model_; }
 
@@ -31,6 +40,7 @@ public:
                       .settings = std::make_unique<QSettings>(
                           QString::fromStdString((folder() / "settings.ini").string()), QSettings::IniFormat)});
         model_->region = Region{.locale = "en_GB", .timeZone = "UTC"};
+        QObject::connect(model_.get(), &AppModel::notesChanged, [this] { checkSearch(); });
     }
 
     void load() { QCoro::waitFor(model_->load()); }
@@ -43,6 +53,14 @@ public:
     }
 
 private:
+    /// Whatever has changed, a search that goes on finds what a new one does.
+    void checkSearch() {
+        const std::string query = model_->query.value();
+        model_->query = std::string("e");
+        EXPECT_TRUE(areSame(model_->searchResults(), NoteSearch::search("e", model_->notes())));
+        model_->query = query;
+    }
+
     TemporaryFolder temporary_;
     std::unique_ptr<AppModel> model_;
 };

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
+#include <set>
 #include <unistd.h>
 
 namespace varnic {
@@ -62,6 +63,43 @@ TEST_F(SharedLibraryTests, save_fileChangedByOthers_keepsBoth) {
     EXPECT_FALSE(ours.save(titled("Ours again"), now));
     EXPECT_TRUE(theirs.save(titled("Theirs again"), now));
     EXPECT_THAT(titles(), UnorderedElementsAre("Theirs again", "Theirs (other copy)", "Ours again (other copy)"));
+}
+
+TEST_F(SharedLibraryTests, save_othersTypeOn_oneCopyFollowsThem) {
+    // What the others' paragraph says, version after version, and how many copies there are then.
+    const std::vector<std::pair<std::string, std::size_t>> versions{
+        {"Ship", 1}, {"Ship it", 1}, {"Ship it now", 1}, {"Shi", 2}, {"Shine", 2}};
+    Note typed = titled("Theirs");
+    std::set<std::string> copies;
+    for (const auto& [text, count] : versions) {
+        typed.blocks.front().text = text;
+        theirs.save(typed, now);
+        if (const auto copy = ours.save(titled("Ours " + text), now)) {
+            copies.insert(copy->id.text());
+        }
+        EXPECT_EQ(copies.size(), count) << text;
+        theirs.loadAll(now);
+    }
+    std::vector<std::string> kept;
+    LibraryStore store(folder.path());
+    for (const Note& stored : store.loadAll(now)) {
+        kept.push_back(stored.title + ": " + stored.blocks.front().text);
+    }
+    EXPECT_THAT(kept,
+                UnorderedElementsAre("Ours Shine: ", "Theirs (other copy): Ship it now", "Theirs (other copy): Shine"));
+}
+
+TEST_F(SharedLibraryTests, save_copyThatFollows_isNewsToThisProgram) {
+    Note typed = titled("Theirs");
+    theirs.save(typed, now);
+    Note copy = *ours.save(titled("Ours"), now);
+    theirs.loadAll(now);
+    typed.blocks.front().text = "more";
+    theirs.save(typed, now);
+    EXPECT_FALSE(ours.save(titled("Ours again"), now));
+    EXPECT_THAT(ours.changes(std::nullopt, now), SizeIs(1));
+    copy.title = "Edited";
+    EXPECT_TRUE(ours.save(copy, now)) << "which would otherwise lose what was added";
 }
 
 TEST_F(SharedLibraryTests, save_sameContentAsOthersWrote_makesNoCopy) {

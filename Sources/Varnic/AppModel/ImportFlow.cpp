@@ -1,0 +1,69 @@
+#include "Varnic/AppModel/AppModel.h"
+
+#include "Varnic/Background.h"
+
+#include <QPointer>
+
+#include <exception>
+#include <utility>
+
+namespace varnic {
+
+QCoro::Task<std::optional<Uuid>> AppModel::importCall(CallImport call) {
+    const Uuid id = Uuid::random();
+    const std::stop_token stop = stopProcessing_.get_token();
+    std::optional<CopiedCall> copied;
+    std::string problem;
+    const QPointer self(this);
+    const auto copy = [call, id, folder = store_.audioFolder(id)] { return copyIn(call, id, folder); };
+    try {
+        copied = co_await inBackground(copy);
+    } catch (const std::exception& error) {
+        problem = error.what();
+    }
+    if (!self) {
+        co_return std::nullopt;
+    }
+    if (!copied || stop.stop_requested()) {
+        store_.removeAudio(id);
+        if (!problem.empty()) {
+            flash({.text = std::move(problem), .symbol = warningSymbol});
+        }
+        co_return std::nullopt;
+    }
+    CallRecord record = copied->recording.record();
+    record.themName = call.themName;
+    const std::filesystem::path& file = call.files.them ? *call.files.them : *call.files.you;
+    section = LibrarySection::all;
+    showPlaceholder(id, file.stem().string(), std::move(record));
+    std::shared_ptr<RecordingMarkFile> mark = std::move(copied->mark);
+    if (call.isFiledAtOnce) {
+        saveNow(id, [mark = std::exchange(mark, nullptr)] { mark->remove(); });
+    }
+    co_await process(std::move(copied->recording), std::move(mark));
+    if (!self || note(id) == nullptr) {
+        co_return std::nullopt;
+    }
+    editCall(id, [&call](CallRecord& filed) {
+        filed.themName = call.themName;
+        filed.language = call.language;
+    });
+    co_return id;
+}
+
+QCoro::Task<> AppModel::importAudio(std::filesystem::path file) {
+    CallImport call;
+    call.files.them = std::move(file);
+    co_await importCall(std::move(call));
+}
+
+QCoro::Task<> AppModel::chooseImport() {
+    std::string message = "Choose a recording to transcribe on this Mac";
+    const QPointer self(this);
+    const auto file = co_await desktop.chooseRecording(std::move(message));
+    if (self && file) {
+        co_await importAudio(*file);
+    }
+}
+
+} // namespace varnic
