@@ -40,11 +40,10 @@ Item {
         x: trail.head.x + 11 - width / 2
         y: trail.head.y - 13 - height / 2
 
-        sourceComponent: Theme.NibMark {
+        sourceComponent: WritingNib {
             color: trail.leader === InkTrail.You ? Theme.Palette.you : trail.leader === InkTrail.Them
                                                    ? Theme.Palette.them : Theme.Palette.ink
-            rotation: 35
-            size: 34
+            paper: Theme.Palette.paper
         }
         Behavior on y {
             enabled: !Theme.Appearance.reduceMotion
