@@ -27,11 +27,11 @@ QImage seen(const InkStrip& strip, const InkHistory& history, double scale) {
     return image;
 }
 
-/// The greatest difference of any pixel's alpha.
-int difference(const QImage& one, const QImage& other) {
+/// The greatest difference of any pixel's alpha, from a column on.
+int difference(const QImage& one, const QImage& other, int from = 0) {
     int worst = 0;
     for (int y = 0; y < one.height(); ++y) {
-        for (int x = 0; x < one.width(); ++x) {
+        for (int x = from; x < one.width(); ++x) {
             worst = std::max(worst, std::abs(qAlpha(one.pixel(x, y)) - qAlpha(other.pixel(x, y))));
         }
     }
@@ -39,26 +39,19 @@ int difference(const QImage& one, const QImage& other) {
 }
 
 TEST(InkStrip, write_pieceByPieceLooksLikeAllAtOnce) {
-    for (const double scale : {1.0, 2.0}) {
-        InkHistory history;
-        history.begin({});
-        InkStrip growing;
-        // More than the history remembers and more than a strip has room for.
-        for (int i = 0; i < 1500; ++i) {
-            history.append(sample(i));
-            growing.write(history, setting(scale));
-            if (i % 97 == 0 || i == 1499) {
-                InkStrip fresh;
-                fresh.write(history, setting(scale));
-                // They may lie a part of a pixel apart.
-                EXPECT_EQ(seen(growing, history, scale).size(), seen(fresh, history, scale).size());
-                const QImage expected = seen(fresh, history, scale);
-                int inked = 0;
-                for (int x = 0; x < expected.width(); ++x) {
-                    inked += qAlpha(expected.pixel(x, expected.height() / 2)) > 0 ? 1 : 0;
-                }
-                EXPECT_EQ(inked > 0, i > 0) << i;
-            }
+    // A step is a whole number of pixels then, so that both strips lie on the same ones.
+    constexpr double scale = 5;
+    InkHistory history;
+    history.begin({});
+    InkStrip growing;
+    // More than the history remembers, and many times what a strip has room for.
+    for (int i = 0; i < 1500; ++i) {
+        history.append(sample(i));
+        growing.write(history, setting(scale));
+        if (i % 97 == 0) {
+            InkStrip fresh;
+            fresh.write(history, setting(scale));
+            EXPECT_LE(difference(seen(growing, history, scale), seen(fresh, history, scale), 100), 2) << i;
         }
     }
 }

@@ -41,11 +41,10 @@ Item {
         y: trail.head.y - 13 - height / 2
 
         sourceComponent: WritingNib {
-            color: trail.leader === InkTrail.You ? Theme.Palette.you : trail.leader === InkTrail.Them
-                                                   ? Theme.Palette.them : Theme.Palette.ink
+            color: trail.leader === InkTrail.You ? Theme.Palette.you : trail.leader === InkTrail.Them ? Theme.Palette.them : Theme.Palette.ink
             paper: Theme.Palette.paper
         }
-        Behavior on y {
+        Behavior on y  {
             enabled: !Theme.Appearance.reduceMotion
 
             NumberAnimation {

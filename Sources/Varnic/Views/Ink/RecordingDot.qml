@@ -36,7 +36,7 @@ Item {
         width: dot.size
     }
 
-    NumberAnimation on pulse {
+    NumberAnimation on pulse  {
         duration: 1100
         easing.type: Easing.OutQuad
         from: 0

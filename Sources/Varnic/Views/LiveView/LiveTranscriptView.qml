@@ -28,7 +28,8 @@ Item {
         model: LiveCall.transcript
         spacing: Theme.Space.l
 
-        delegate: LiveTurn {}
+        delegate: LiveTurn {
+        }
         footer: Item {
             height: 40
             width: 1
