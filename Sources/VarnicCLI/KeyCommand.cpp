@@ -25,7 +25,7 @@ constexpr std::size_t longestKey = 16UL * 1024;
 std::string readInput(bool isTerminal) {
     std::string text;
     char byte = 0;
-    while (text.size() <= longestKey && ::read(STDIN_FILENO, &byte, 1) == 1 && !(isTerminal && byte == '\n')) {
+    while (text.size() <= longestKey && ::read(STDIN_FILENO, &byte, 1) == 1 && (!isTerminal || byte != '\n')) {
         text += byte;
     }
     return text;

@@ -230,7 +230,7 @@ public:
     [[nodiscard]] ExportOptions exportOptions() const;
     void copyEmail(Uuid id);
     [[nodiscard]] std::optional<std::string> mailtoURL(Uuid id) const;
-    void openInMail(Uuid id);
+    void openInMail(Uuid id) const;
     void copyHeadsUp();
 
 Q_SIGNALS:

@@ -111,7 +111,7 @@ std::optional<std::string> AppModel::mailtoURL(Uuid id) const {
     return fmt::format("mailto:?subject={}&body={}", encoded(email->subject), encoded(email->body));
 }
 
-void AppModel::openInMail(Uuid id) {
+void AppModel::openInMail(Uuid id) const {
     if (const auto url = mailtoURL(id)) {
         desktop.openURL(*url);
     }

@@ -55,20 +55,54 @@ bool isByteACharacter(std::string_view text) {
     return isAscii(text) && text.find('\r') == std::string_view::npos;
 }
 
-/// Calls `visit` with the byte offset behind each character, until it gives false.
-void forEachCharacterEnd(std::string_view text, const std::function<bool(std::size_t)>& visit) {
+/// Whether the code point and another of these are never parts of one character: what Latin, punctuation and Han are
+/// written with (Unicode Standard Annex 29, values Other, Control and LF of Grapheme_Cluster_Break).
+bool standsAlone(char32_t c) {
+    return (c < 0x300 && c != U'\r') || (c >= 0x2010 && c <= 0x2027) || (c >= 0x2030 && c <= 0x205E) ||
+           (c >= 0x4E00 && c <= 0x9FFF);
+}
+
+using CharacterVisit = std::function<bool(std::size_t)>;
+
+/// Calls `visit` with the byte offset behind each character, counted from `offset`, until it gives false, and gives
+/// what it gave last.
+bool forEachBreak(std::string_view text, std::size_t offset, const CharacterVisit& visit) {
     UErrorCode status = U_ZERO_ERROR;
     UText input = UTEXT_INITIALIZER;
     utext_openUTF8(&input, text.data(), static_cast<std::int64_t>(text.size()), &status);
     icu::BreakIterator& breaks = characterBreaks();
     breaks.setText(&input, status);
     breaks.first();
-    for (std::int32_t end = breaks.next(); end != icu::BreakIterator::DONE; end = breaks.next()) {
-        if (!visit(static_cast<std::size_t>(end))) {
-            break;
-        }
+    bool goesOn = true;
+    for (std::int32_t end = breaks.next(); goesOn && end != icu::BreakIterator::DONE; end = breaks.next()) {
+        goesOn = visit(offset + static_cast<std::size_t>(end));
     }
     utext_close(&input);
+    return goesOn;
+}
+
+/// Calls `visit` with the byte offset behind each character, until it gives false. ICU, which takes its time, is asked
+/// only about the stretches where code points may join.
+void forEachCharacterEnd(std::string_view text, const CharacterVisit& visit) {
+    std::size_t begin = 0;   // of what has not been told yet
+    std::size_t current = 0; // where the last code point that was read begins
+    bool wasAlone = false;
+    for (std::size_t position = 0; position < text.size();) {
+        const std::size_t here = position;
+        const bool isAlone = standsAlone(next(text, position));
+        if (isAlone && wasAlone) {
+            const bool isOne = current == begin;
+            if (!(isOne ? visit(here) : forEachBreak(text.substr(begin, here - begin), begin, visit))) {
+                return;
+            }
+            begin = here;
+        }
+        current = here;
+        wasAlone = isAlone;
+    }
+    if (begin < text.size()) {
+        forEachBreak(text.substr(begin), begin, visit);
+    }
 }
 
 } // namespace

@@ -8,7 +8,6 @@ namespace varnic {
 namespace {
 
 using ::testing::Contains;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 TEST(DemoCall, segments_ofPaceOne_lastByTheirWords) {
