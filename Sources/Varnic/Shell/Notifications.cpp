@@ -20,7 +20,6 @@ constexpr const char* service = "org.freedesktop.Notifications";
 constexpr const char* path = "/org/freedesktop/Notifications";
 /// The action of a click on the notification itself.
 constexpr const char* defaultAction = "default";
-constexpr const char* warningSymbol = "exclamationmark.triangle";
 
 QDBusMessage notify(const std::string& text, bool isUrgent) {
     // By the desktop notifications specification.
