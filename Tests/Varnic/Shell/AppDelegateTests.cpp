@@ -110,7 +110,7 @@ TEST_F(AppDelegateTest, quitWhenIdle_savesAndEndsAtOnce) {
     model->update(note, false, [](Note& edited) { edited.title = "Just typed"; });
     delegate.terminate();
     EXPECT_EQ(steps.back(), "quit");
-    EXPECT_TRUE(model->isSaved(note));
+    EXPECT_FALSE(model->saveProblem(note));
     LibraryStore store(model.folder() / "Library");
     EXPECT_EQ(store.loadAll(currentDate()).front().title, "Just typed");
 }
@@ -160,7 +160,7 @@ TEST_F(AppDelegateTest, sleep_endsTheRecordingAndWaitsForItsNote) {
     bool isOnDisk = false;
     delegate.systemWillSleep([&] {
         isDone = true;
-        isOnDisk = model->isSaved(call) && model->note(call) != nullptr;
+        isOnDisk = !model->saveProblem(call) && model->note(call) != nullptr;
     });
     EXPECT_FALSE(isDone);
     ASSERT_TRUE(waitUntil([&isDone] { return isDone; }));
