@@ -46,7 +46,7 @@ void compare(const fs::path& file) {
     std::size_t lines = 0;
     const bench::Cost ours = bench::costOf([&] {
         const SpeechTranscriber transcriber("en-US", data);
-        lines = transcriber.transcribe(file, Speaker::them, [](double) {}, {}).size();
+        lines = transcriber.transcribe({file, Speaker::them}, [](double) {}, {}).size();
     });
     const long peak = peakMegabytes();
 

@@ -6,6 +6,7 @@
 
 #include <QCoro/QCoroTimer>
 #include <QMetaObject>
+#include <QPointer>
 
 #include <algorithm>
 #include <chrono>
@@ -77,6 +78,7 @@ QCoro::Task<> RecordingController::start(Uuid noteID, fs::path folder, std::shar
     if (isBusy(state_)) {
         co_return;
     }
+    const QPointer self(this);
     const int session = ++session_;
     setState(Session::Starting());
     noteID_ = noteID;
@@ -99,14 +101,14 @@ QCoro::Task<> RecordingController::start(Uuid noteID, fs::path folder, std::shar
             });
         };
         auto sides = co_await inBackground(open);
-        if (session_ != session) {
+        if (!self || session_ != session) {
             capture->stop();
             co_return;
         }
         capture_ = capture;
         begin(std::move(sides));
     } catch (const std::exception& error) {
-        if (session_ == session) {
+        if (self && session_ == session) {
             fail(error.what());
         }
         failure = std::current_exception();
@@ -120,6 +122,7 @@ QCoro::Task<std::optional<RecordingResult>> RecordingController::stop() {
     if (!isRecording(state_) || !recorder_) {
         co_return std::nullopt;
     }
+    const QPointer self(this);
     const int session = session_;
     const auto recorder = recorder_;
     const auto capture = std::exchange(capture_, nullptr);
@@ -137,12 +140,13 @@ QCoro::Task<std::optional<RecordingResult>> RecordingController::stop() {
     };
     const double target = co_await inBackground(pad);
     if (recorder->hasRecognizers()) {
-        recorder->endAudio();
+        const auto end = [recorder] { recorder->endAudio(); };
+        co_await inBackground(end);
         co_await QCoro::sleepFor(lastWords);
     }
     const auto finish = [recorder] { recorder->close(); };
     co_await inBackground(finish);
-    if (session_ != session) {
+    if (!self || session_ != session) {
         co_return std::nullopt;
     }
     RecordingResult result{.noteID = noteID_,

@@ -52,6 +52,8 @@ public:
     explicit RecordingController(QObject* parent = nullptr);
     RecordingController(const RecordingController&) = delete;
     RecordingController& operator=(const RecordingController&) = delete;
+    /// May come at any time: a recording that starts or stops then ends by itself, and its folder stays as that of one
+    /// that died.
     ~RecordingController() override;
 
     /// Makes a side's live recogniser, or nothing where the machine can't; the speech models of this machine unless

@@ -16,8 +16,7 @@ public:
 
     /// The speech in the file and the speaker's lines, in pairs up to the shorter of the two. Throws `missingFile` when
     /// there is no file, AudioError for one that cannot be read.
-    [[nodiscard]] std::vector<Segment> transcribe(const std::filesystem::path& file, Speaker speaker,
-                                                  const ProgressCallback& progress,
+    [[nodiscard]] std::vector<Segment> transcribe(const SpokenTrack& track, const ProgressCallback& progress,
                                                   std::stop_token stop) const override;
 };
 

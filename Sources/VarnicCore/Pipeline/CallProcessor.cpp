@@ -121,14 +121,16 @@ CallProcessor::Sides CallProcessor::transcribeBoth(const CallTracks& tracks, con
     std::stop_source both;
     const std::stop_callback passOn(stop, [&both] { both.request_stop(); });
     FirstFailure failure;
-    const auto start = [&](const std::optional<std::filesystem::path>& file, Speaker speaker) {
+    const auto start = [&](const std::optional<std::filesystem::path>& file, Speaker speaker,
+                           const std::optional<std::filesystem::path>& overheard) {
         return std::async(std::launch::async, [&, speaker]() -> std::vector<Segment> {
             if (!file) {
                 return {};
             }
             try {
                 return transcriber->transcribe(
-                    *file, speaker, [&](double value) { overall(box.update(speaker, value)); }, both.get_token());
+                    {*file, speaker, overheard}, [&](double value) { overall(box.update(speaker, value)); },
+                    both.get_token());
             } catch (...) {
                 failure.keep(std::current_exception());
                 both.request_stop();
@@ -136,8 +138,8 @@ CallProcessor::Sides CallProcessor::transcribeBoth(const CallTracks& tracks, con
             }
         });
     };
-    auto you = start(tracks.you, Speaker::you);
-    auto them = start(tracks.them, Speaker::them);
+    auto you = start(tracks.you, Speaker::you, tracks.them);
+    auto them = start(tracks.them, Speaker::them, std::nullopt);
     Sides sides{you.get(), them.get()};
     failure.rethrow();
     return sides;

@@ -30,9 +30,9 @@ TranscriberError TranscriberError::missingFile() {
     return {Kind::missingFile, {}, "The recording’s audio file is missing."};
 }
 
-std::vector<Segment> FakeTranscriber::transcribe(const std::filesystem::path& file, Speaker speaker,
-                                                 const ProgressCallback& progress, std::stop_token stop) const {
-    if (!std::filesystem::exists(file)) {
+std::vector<Segment> FakeTranscriber::transcribe(const SpokenTrack& track, const ProgressCallback& progress,
+                                                 std::stop_token stop) const {
+    if (!std::filesystem::exists(track.file)) {
         throw TranscriberError::missingFile();
     }
     if (delay > 0) {
@@ -53,7 +53,7 @@ std::vector<Segment> FakeTranscriber::transcribe(const std::filesystem::path& fi
     progress(1.0);
     std::vector<Segment> lines;
     for (const Segment& line : segments) {
-        if (line.speaker == speaker) {
+        if (line.speaker == track.speaker) {
             lines.emplace_back(line.speaker, line.start, line.end, line.text);
         }
     }

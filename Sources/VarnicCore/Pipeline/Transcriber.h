@@ -45,6 +45,14 @@ private:
 /// Receives the fraction of one file that is done, 0 to 1, on any thread.
 using ProgressCallback = std::function<void(double)>;
 
+/// A track to be transcribed.
+struct SpokenTrack {
+    std::filesystem::path file;
+    Speaker speaker = Speaker::you;
+    /// The track of a side that the microphone of this one may overhear. What it overheard is not to be heard.
+    std::optional<std::filesystem::path> overheard = {};
+};
+
 /// What turns a track into lines of text. Safe to call from any thread and concurrently.
 class Transcriber {
 public:
@@ -53,10 +61,9 @@ public:
     Transcriber& operator=(const Transcriber&) = delete;
     virtual ~Transcriber() = default;
 
-    /// Blocks until the file is transcribed; the segments carry the given speaker and are in order of time.
+    /// Blocks until the track is transcribed; the segments carry its speaker and are in order of time.
     /// Throws TranscriberError; a request through `stop` ends the work early with `failed`.
-    [[nodiscard]] virtual std::vector<Segment> transcribe(const std::filesystem::path& file, Speaker speaker,
-                                                          const ProgressCallback& progress,
+    [[nodiscard]] virtual std::vector<Segment> transcribe(const SpokenTrack& track, const ProgressCallback& progress,
                                                           std::stop_token stop) const = 0;
 };
 
@@ -69,8 +76,7 @@ public:
     std::optional<TranscriberError> failure;
 
     /// Gives the lines of the asked speaker with fresh ids. Throws `missingFile` when there is no file, else `failure`.
-    [[nodiscard]] std::vector<Segment> transcribe(const std::filesystem::path& file, Speaker speaker,
-                                                  const ProgressCallback& progress,
+    [[nodiscard]] std::vector<Segment> transcribe(const SpokenTrack& track, const ProgressCallback& progress,
                                                   std::stop_token stop) const override;
 };
 

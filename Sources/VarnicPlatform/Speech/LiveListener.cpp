@@ -22,11 +22,13 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// The thread is not woken for less sound than this, in samples of the processing format.
-constexpr std::size_t leastSound = 2400;
+/// The thread is not woken for less sound than this, in seconds.
+constexpr double leastSound = 0.05;
 /// When no sound has come for so long, the open utterance is heard as it stands; when for longer, it is over.
 constexpr std::chrono::milliseconds hearAfter{300};
 constexpr std::chrono::milliseconds endAfter{800};
+
+constexpr AudioFormat engineFormat{UtteranceListener::rate, 1};
 
 /// What the two ends of a request share.
 struct Ticket {
@@ -39,7 +41,7 @@ struct End {};
 /// Something that happens to a request: sound, seconds without sound, or its end.
 struct Event {
     std::shared_ptr<Ticket> ticket;
-    std::variant<std::vector<float>, double, End> what;
+    std::variant<PcmBuffer, double, End> what;
 };
 
 } // namespace
@@ -51,8 +53,8 @@ public:
         bool wakes = true;
         {
             const std::scoped_lock lock(mutex_);
-            if (const auto* sound = std::get_if<std::vector<float>>(&event.what)) {
-                waiting_ += sound->size();
+            if (const auto* sound = std::get_if<PcmBuffer>(&event.what)) {
+                waiting_ += static_cast<double>(sound->frames()) / sound->rate;
                 wakes = waiting_ >= leastSound;
             } else {
                 isUrgent_ = true;
@@ -103,8 +105,8 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<Event> events_;
-    /// Samples in `events_`, and whether there is anything else in it.
-    std::size_t waiting_ = 0;
+    /// Seconds of sound in `events_`, and whether there is anything else in it.
+    double waiting_ = 0;
     bool isUrgent_ = false;
     Clock::time_point lastPush_;
     std::atomic<bool> isClosed_ = false;
@@ -127,8 +129,8 @@ public:
     }
 
     void append(const PcmBuffer& buffer) override {
-        if (buffer.format() == TrackFormat::processing) {
-            push(buffer.channels.front());
+        if (buffer.format() == TrackFormat::processing || buffer.format() == engineFormat) {
+            push(buffer);
         }
     }
 
@@ -231,7 +233,7 @@ private:
         if (!session_) {
             return;
         }
-        if (const auto* sound = std::get_if<std::vector<float>>(&event.what)) {
+        if (const auto* sound = std::get_if<PcmBuffer>(&event.what)) {
             hear(*sound);
         } else if (const auto* seconds = std::get_if<double>(&event.what)) {
             flush();
@@ -264,15 +266,21 @@ private:
         session_.emplace(Session{ticket, UtteranceListener(*voice_, decode, report), {}, {}});
     }
 
-    void hear(const std::vector<float>& sound) {
+    void hear(const PcmBuffer& sound) {
+        const std::vector<float>& samples = sound.channels.front();
+        if (sound.format() == engineFormat) {
+            flush();
+            session_->listener.add(samples);
+            return;
+        }
         std::optional<SampleConverter>& converter = session_->converter;
         if (!converter) {
             converter.emplace(
                 SampleInput{AV_SAMPLE_FMT_FLTP, TrackFormat::processing.rate, Ffmpeg::Layout::ofChannels(1)},
-                AudioFormat{UtteranceListener::rate, 1});
+                engineFormat);
         }
-        const auto* row = reinterpret_cast<const std::uint8_t*>(sound.data());
-        converter->convert(&row, static_cast<int>(sound.size()), session_->converted);
+        const auto* row = reinterpret_cast<const std::uint8_t*>(samples.data());
+        converter->convert(&row, static_cast<int>(samples.size()), session_->converted);
         passOn();
     }
 

@@ -86,7 +86,7 @@ void LiveRecognizer::append(const PcmBuffer& buffer, double at) {
         fed_ = at;
     }
     request_->append(buffer);
-    fed_ += static_cast<double>(buffer.frames()) / TrackFormat::sampleRate;
+    fed_ += static_cast<double>(buffer.frames()) / buffer.rate;
 }
 
 void LiveRecognizer::endAudio() {

@@ -39,7 +39,7 @@ public:
     /// As `cancel`, and joins the engine's thread, which blocks for at most the decoding that runs.
     ~LiveRecognizer();
 
-    /// The next sound, in the processing format, and the call's time in seconds at which it begins. Where that leaves
+    /// The next sound, in a format that SpeechRequest takes, and the call's time in seconds at which it begins. Where that leaves
     /// a gap, there was silence. Only copies the sound; ignored after `endAudio` and `cancel`.
     void append(const PcmBuffer& buffer, double at);
 

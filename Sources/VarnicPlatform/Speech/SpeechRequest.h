@@ -33,7 +33,7 @@ public:
     /// Results go on to come after `endAudio`; a request that was not ended is given up.
     virtual ~SpeechRequest() = default;
 
-    /// The next sound, in the processing format. Only copies it.
+    /// The next sound, in the processing format or as one channel at the engine's 16 kHz. Only copies it.
     virtual void append(const PcmBuffer& buffer) = 0;
 
     /// So many seconds pass in which there is no sound.

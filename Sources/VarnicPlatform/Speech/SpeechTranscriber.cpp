@@ -50,16 +50,16 @@ SpeechTranscriber::SpeechTranscriber(std::string locale, std::vector<std::filesy
     : locale_(std::move(locale)), dataDirectories_(std::move(dataDirectories)),
       displayLocale_(std::move(displayLocale)) {}
 
-std::vector<Segment> SpeechTranscriber::transcribe(const std::filesystem::path& file, Speaker speaker,
-                                                   const ProgressCallback& progress, std::stop_token stop) const {
+std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, const ProgressCallback& progress,
+                                                   std::stop_token stop) const {
     std::error_code error;
-    if (!std::filesystem::exists(file, error)) {
+    if (!std::filesystem::exists(track.file, error)) {
         throw TranscriberError::missingFile();
     }
     const SpeechModel model = modelFor(locale_, dataDirectories_, displayLocale_);
     const auto report = [&progress](double done) { progress(std::min(done, mostProgress)); };
     try {
-        TrackListener listener(file, SpeechModels::detectorFile(dataDirectories_), std::move(stop));
+        TrackListener listener(track, SpeechModels::detectorFile(dataDirectories_), std::move(stop));
         const std::vector<SpeechStretch> stretches =
             listener.find([&report](double part) { report(part * findingShare); });
         if (stretches.empty()) {
@@ -68,7 +68,7 @@ std::vector<Segment> SpeechTranscriber::transcribe(const std::filesystem::path& 
         const SpeechRecognizer recognizer = SpeechRecognizer::create(model, locale_);
         const std::vector<TimedWord> words = listener.hear(
             stretches, recognizer, [&report](double part) { report(findingShare + part * (1 - findingShare)); });
-        return Utterances::build(words, std::nullopt, speaker, 0, lineGap);
+        return Utterances::build(words, std::nullopt, track.speaker, 0, lineGap);
     } catch (const AudioError& unreadable) {
         throw TranscriberError::failed(unreadable.what());
     }

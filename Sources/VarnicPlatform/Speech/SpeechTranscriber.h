@@ -22,8 +22,7 @@ public:
     /// is for the language; `failed` with a sentence for a file that cannot be read; `unavailable` when the engine does
     /// not take the model; `failed` for the engine's errors and after a request through `stop`. A track without speech
     /// gives nothing and needs no engine. Progress never falls and stays at or under 0.99.
-    [[nodiscard]] std::vector<Segment> transcribe(const std::filesystem::path& file, Speaker speaker,
-                                                  const ProgressCallback& progress,
+    [[nodiscard]] std::vector<Segment> transcribe(const SpokenTrack& track, const ProgressCallback& progress,
                                                   std::stop_token stop) const override;
 
 private:

@@ -1,6 +1,7 @@
 #include "VarnicPlatform/Speech/TrackListener.h"
 
 #include "VarnicCore/Audio/AudioReader.h"
+#include "VarnicCore/Audio/EchoFreeReader.h"
 #include "VarnicCore/Audio/LevelMeter.h"
 #include "VarnicPlatform/Speech/SpeechDetector.h"
 #include "VarnicPlatform/Speech/StretchHearing.h"
@@ -28,14 +29,27 @@ std::int64_t sampleAt(double seconds) {
     return std::llround(seconds * rate);
 }
 
-/// The sound of a file as the engine takes it, from front to back.
+/// Replaces its argument by the next sound of a track, one channel at `rate`; false at the end.
+using Reading = std::move_only_function<bool(PcmBuffer&)>;
+
+Reading reading(const SpokenTrack& track, const std::optional<EchoRemoval>& echo) {
+    static_assert(EchoRemoval::rate == rate);
+    if (echo) {
+        return [reader = EchoFreeReader(track.file, *track.overheard, *echo)](PcmBuffer& block) mutable {
+            return reader.read(block);
+        };
+    }
+    return [reader = AudioReader::openMono(track.file, rate)](PcmBuffer& block) mutable { return reader.read(block); };
+}
+
+/// The sound of a track as the engine takes it, from front to back.
 class Sound {
 public:
-    Sound(const std::filesystem::path& file, float gain) : reader_(AudioReader::openMono(file, rate)), gain_(gain) {}
+    Sound(Reading read, float gain) : read_(std::move(read)), gain_(gain) {}
 
     /// The next samples; empty at the end.
     std::span<const float> next() {
-        if (!reader_.read(block_)) {
+        if (!read_(block_)) {
             return {};
         }
         for (float& sample : block_.channels.front()) {
@@ -72,7 +86,7 @@ private:
         }
     }
 
-    AudioReader reader_;
+    Reading read_;
     float gain_;
     PcmBuffer block_;
     std::vector<float> kept_;
@@ -117,11 +131,11 @@ private:
 
 } // namespace
 
-TrackListener::TrackListener(std::filesystem::path file, std::optional<std::filesystem::path> detector,
-                             std::stop_token stop)
-    : file_(std::move(file)), detector_(std::move(detector)), stop_(std::move(stop)) {}
+TrackListener::TrackListener(SpokenTrack track, std::optional<std::filesystem::path> detector, std::stop_token stop)
+    : spoken_(std::move(track)), detector_(std::move(detector)), stop_(std::move(stop)) {}
 
 std::vector<SpeechStretch> TrackListener::find(const ProgressCallback& progress) {
+    learnEcho();
     measure();
     const std::vector<Range> loud = VoiceActivity::detect(track_.levels, track_.frame, shortestSpeech, bridgedPause);
     if (loud.empty()) {
@@ -134,7 +148,7 @@ std::vector<SpeechStretch> TrackListener::find(const ProgressCallback& progress)
 std::vector<TimedWord> TrackListener::hear(const std::vector<SpeechStretch>& stretches,
                                            const SpeechRecognizer& recognizer, const ProgressCallback& progress) {
     const double total = std::max(track_.seconds(), 1.0);
-    Sound sound(file_, gain_);
+    Sound sound(reading(spoken_, echo_), gain_);
     std::vector<TimedWord> words;
     const auto decode = [&](std::span<const float> samples) {
         requireGoingOn();
@@ -149,11 +163,16 @@ std::vector<TimedWord> TrackListener::hear(const std::vector<SpeechStretch>& str
     return words;
 }
 
+void TrackListener::learnEcho() {
+    if (spoken_.overheard) {
+        echo_ = EchoFreeReader::learn(spoken_.file, *spoken_.overheard, [this] { requireGoingOn(); });
+    }
+}
+
 void TrackListener::measure() {
-    AudioReader reader = AudioReader::open(file_);
-    LevelMeter meter(reader.format().rate, track_.frame);
+    LevelMeter meter(rate, track_.frame);
     PcmBuffer block;
-    while (reader.read(block)) {
+    for (Reading read = reading(spoken_, echo_); read(block);) {
         requireGoingOn();
         meter.add(block);
     }
@@ -164,7 +183,7 @@ std::vector<Range> TrackListener::detect(const std::filesystem::path& model, con
     SpeechDetector detector = SpeechDetector::create(model);
     const float level = SpeechStretches::speechLevel - 20 * std::log10(gain_);
     AudibleFeed feed(detector, SpeechStretches::audible(track_, level - SpeechStretches::silenceBelowSpeech));
-    Sound sound(file_, gain_);
+    Sound sound(reading(spoken_, echo_), gain_);
     const std::int64_t total = std::max(sampleAt(track_.seconds()), std::int64_t{rate});
     std::int64_t told = 0;
     for (std::span<const float> samples = sound.next(); !samples.empty(); samples = sound.next()) {

@@ -155,6 +155,25 @@ TEST_F(RecordingControllerTests, discard_leavesNothing) {
     EXPECT_FALSE(fs::exists(folder));
 }
 
+TEST_F(RecordingControllerTests, destroyed_whileItStartsOrStops_endsTheCaptureAndClosesTheTracks) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+    auto brief = std::make_unique<RecordingController>();
+    auto starting = brief->start(Uuid::random(), folder, capture, std::nullopt, "Call");
+    brief.reset();
+    QCoro::waitFor(starting);
+    EXPECT_TRUE(capture->isStopped);
+
+    folder = temporary.path() / "another";
+    brief = std::make_unique<RecordingController>();
+    QCoro::waitFor(brief->start(Uuid::random(), folder, capture, std::nullopt, "Call"));
+    capture->play(Speaker::you, 0, 3);
+    auto stopping = brief->stop();
+    brief.reset();
+    EXPECT_FALSE(QCoro::waitFor(stopping));
+    EXPECT_NEAR(AudioFiles::duration(folder / "you.m4a"), 3, 0.001);
+    EXPECT_NEAR(AudioFiles::duration(folder / "them.m4a"), 3, 0.001);
+}
+
 TEST_F(RecordingControllerTests, liveLines_comeAndGo_showAsOneTranscript) {
     ScriptedEngine engine;
     controller.makeRecognizer = engine.factory();

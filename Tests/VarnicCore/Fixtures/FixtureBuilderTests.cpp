@@ -37,7 +37,7 @@ TEST(FixtureBuilder, build_demoCall_isFoundLineByLineInItsTracks) {
         EXPECT_EQ(AudioFiles::duration(file), std::floor(call->duration * 48'000) / 48'000);
         double fraction = 0;
         const std::vector<Segment> found =
-            scripted.transcribe(file, speaker, [&](double part) { fraction = part; }, {});
+            scripted.transcribe({file, speaker}, [&](double part) { fraction = part; }, {});
         const std::vector<double>& placed = call->placements.at(speaker);
         ASSERT_EQ(VoiceActivity::detect(file, 0.25, 0.6).size(), placed.size());
         ASSERT_EQ(found.size(), placed.size());
@@ -48,8 +48,8 @@ TEST(FixtureBuilder, build_demoCall_isFoundLineByLineInItsTracks) {
             EXPECT_NEAR(found[line].start, placed[line] + FixtureBuilder::silenceBefore, 0.35) << found[line].text;
         }
     }
-    EXPECT_TRUE(ScriptedTranscriber().transcribe(call->you, Speaker::you, [](double) {}, {}).empty());
-    EXPECT_THROW(static_cast<void>(scripted.transcribe(folder.path() / "gone", Speaker::you, [](double) {}, {})),
+    EXPECT_TRUE(ScriptedTranscriber().transcribe({call->you, Speaker::you}, [](double) {}, {}).empty());
+    EXPECT_THROW(static_cast<void>(scripted.transcribe({folder.path() / "gone", Speaker::you}, [](double) {}, {})),
                  TranscriberError);
 }
 

@@ -36,10 +36,9 @@ public:
 /// The far side fails at once; the near side ends only when it is asked to stop.
 class WaitingTranscriber final : public Transcriber {
 public:
-    [[nodiscard]] std::vector<Segment> transcribe(const std::filesystem::path& /*file*/, Speaker speaker,
-                                                  const ProgressCallback& /*progress*/,
+    [[nodiscard]] std::vector<Segment> transcribe(const SpokenTrack& track, const ProgressCallback& /*progress*/,
                                                   std::stop_token stop) const override {
-        if (speaker == Speaker::them) {
+        if (track.speaker == Speaker::them) {
             throw TranscriberError::unavailable();
         }
         std::mutex mutex;

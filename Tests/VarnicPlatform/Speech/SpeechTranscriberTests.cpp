@@ -22,7 +22,7 @@ const fs::path data = VARNIC_DATA;
 void ignore(double /*progress*/) {}
 
 std::vector<Segment> transcribe(const fs::path& file, const std::vector<fs::path>& directories = {data}) {
-    return SpeechTranscriber("en-US", directories).transcribe(file, Speaker::you, ignore, {});
+    return SpeechTranscriber("en-US", directories).transcribe({file, Speaker::you}, ignore, {});
 }
 
 /// The start of the line that begins with the text, or -1.
@@ -58,7 +58,7 @@ TEST(SpeechTranscriber, transcribe_linesWithPauses_haveTheirTimes) {
     std::vector<double> told;
     const SpeechTranscriber transcriber("en-US", {data});
     const std::vector<Segment> lines =
-        transcriber.transcribe(track, Speaker::them, [&told](double done) { told.push_back(done); }, {});
+        transcriber.transcribe({track, Speaker::them}, [&told](double done) { told.push_back(done); }, {});
     EXPECT_NEAR(startOf(lines, "Please"), 2.1, 0.5) << textOf(lines);
     EXPECT_NEAR(startOf(lines, "The weather"), 9.1, 0.5);
     EXPECT_NEAR(startOf(lines, "Everybody"), 20.1, 0.5);
@@ -122,7 +122,7 @@ TEST(SpeechTranscriber, transcribe_somethingIsMissing_saysWhatInOrder) {
     };
     for (const auto& [what, locale, file, directory, expected] : failures) {
         try {
-            static_cast<void>(SpeechTranscriber(locale, {directory}).transcribe(file, Speaker::you, ignore, {}));
+            static_cast<void>(SpeechTranscriber(locale, {directory}).transcribe({file, Speaker::you}, ignore, {}));
             ADD_FAILURE() << what;
         } catch (const TranscriberError& error) {
             EXPECT_EQ(error, expected) << what << ": " << error.what();
@@ -144,11 +144,12 @@ TEST(SpeechTranscriber, transcribe_stopRequested_endsAtTheNextStretch) {
             source.request_stop();
         }
     };
-    EXPECT_THROW(static_cast<void>(transcriber.transcribe(track, Speaker::you, stopAtFirstStretch, source.get_token())),
-                 TranscriberError);
+    EXPECT_THROW(
+        static_cast<void>(transcriber.transcribe({track, Speaker::you}, stopAtFirstStretch, source.get_token())),
+        TranscriberError);
     ASSERT_FALSE(told.empty());
     EXPECT_LT(told.back(), 0.4);
-    EXPECT_THROW(static_cast<void>(transcriber.transcribe(track, Speaker::you, ignore, source.get_token())),
+    EXPECT_THROW(static_cast<void>(transcriber.transcribe({track, Speaker::you}, ignore, source.get_token())),
                  TranscriberError)
         << "stopped before it began";
 }
@@ -160,8 +161,8 @@ TEST(SpeechTranscriber, transcribe_twoTracksAtOnce_giveWhatEachGivesAlone) {
     std::string you;
     std::string them;
     {
-        const std::jthread first([&] { you = textOf(transcriber.transcribe(file, Speaker::you, ignore, {})); });
-        const std::jthread second([&] { them = textOf(transcriber.transcribe(file, Speaker::them, ignore, {})); });
+        const std::jthread first([&] { you = textOf(transcriber.transcribe({file, Speaker::you}, ignore, {})); });
+        const std::jthread second([&] { them = textOf(transcriber.transcribe({file, Speaker::them}, ignore, {})); });
     }
     EXPECT_EQ(you, alone);
     EXPECT_EQ(them, alone);

@@ -1,0 +1,116 @@
+#include "VarnicCore/Audio/EchoFilter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace varnic {
+
+namespace {
+
+constexpr std::size_t window = 2 * EchoFilter::block;
+/// How much of the path stays as it is from block to block: volumes are turned, people move, clocks drift.
+constexpr float steadiness = 0.998F;
+constexpr float change = 1 - steadiness * steadiness;
+/// How quickly the power of the rest is forgotten, a block.
+constexpr float memory = 0.9F;
+/// The share of a window that a block is.
+constexpr float share = 0.5F;
+/// Below the power of any sound; keeps divisions finite.
+constexpr float leastPower = 1e-8F;
+/// Before anything is known, the other sound may be heard as loud as it is.
+constexpr float unknown = 1;
+
+// std::complex multiplies with care for infinities, at several times the cost.
+
+std::complex<float> product(std::complex<float> a, std::complex<float> b) {
+    return {a.real() * b.real() - a.imag() * b.imag(), a.real() * b.imag() + a.imag() * b.real()};
+}
+
+} // namespace
+
+double EchoFilter::energy(std::span<const float> samples) {
+    return std::transform_reduce(samples.begin(), samples.end(), 0.0, std::plus<>(), [](float sample) {
+        const auto value = static_cast<double>(sample);
+        return value * value;
+    });
+}
+
+EchoFilter::EchoFilter()
+    : transform_(window), recent_(window), sound_(partitions, Spectrum(bins)), path_(partitions, Spectrum(bins)),
+      error_(partitions, Powers(bins, unknown)), other_(bins, leastPower) {}
+
+EchoFilter::Remainder EchoFilter::remainder(std::span<const float, block> sound, std::span<const float, block> heard) {
+    Remainder rest;
+    std::ranges::copy(heard, rest.samples.begin());
+    if (!std::isfinite(energy(sound)) || !std::isfinite(energy(heard))) {
+        return rest; // what is no number is no sound
+    }
+    take(sound);
+    if (silent_ > partitions) {
+        return rest;
+    }
+    Spectrum echo(bins);
+    Powers total(bins);
+    for (std::size_t delay = 0; delay < partitions; ++delay) {
+        const Spectrum& spectrum = sound_[(newest_ + delay) % partitions];
+        for (std::size_t bin = 0; bin < bins; ++bin) {
+            echo[bin] += product(path_[delay][bin], spectrum[bin]);
+            total[bin] += error_[delay][bin] * std::norm(spectrum[bin]);
+        }
+    }
+    // Each bin but the first and the last stands for two.
+    const float doubt = 2 * std::reduce(total.begin(), total.end(), 0.0F) - total.front() - total.back();
+    rest.doubt = static_cast<double>(share * doubt / window);
+    std::vector<float> samples(window);
+    transform_.backward(echo, samples);
+    std::transform(heard.begin(), heard.end(), samples.begin() + block, rest.samples.begin(), std::minus<>());
+    std::fill_n(samples.begin(), block, 0.0F);
+    std::ranges::copy(rest.samples, samples.begin() + block);
+    Spectrum error(bins);
+    transform_.forward(samples, error);
+    learn(error, total);
+    return rest;
+}
+
+void EchoFilter::interrupt() {
+    std::ranges::fill(recent_, 0.0F);
+    std::ranges::fill(sound_, Spectrum(bins));
+    silent_ = partitions + 1;
+}
+
+void EchoFilter::take(std::span<const float, block> sound) {
+    silent_ = energy(sound) > static_cast<double>(leastPower) ? 0 : silent_ + 1;
+    std::copy(recent_.begin() + block, recent_.end(), recent_.begin());
+    std::ranges::copy(sound, recent_.begin() + block);
+    newest_ = (newest_ + partitions - 1) % partitions;
+    transform_.forward(recent_, sound_[newest_]);
+}
+
+/// Moves the path by what the error tells of it: the more, the less is known and the less else is to be heard.
+void EchoFilter::learn(const Spectrum& error, const Powers& total) {
+    Powers certainty(bins);
+    for (std::size_t bin = 0; bin < bins; ++bin) {
+        other_[bin] = memory * other_[bin] + (1 - memory) * std::norm(error[bin]);
+        certainty[bin] = 1 / (total[bin] + other_[bin] / share + leastPower);
+    }
+    Spectrum step(bins);
+    std::vector<float> response(window);
+    for (std::size_t delay = 0; delay < partitions; ++delay) {
+        const Spectrum& spectrum = sound_[(newest_ + delay) % partitions];
+        Powers& doubt = error_[delay];
+        for (std::size_t bin = 0; bin < bins; ++bin) {
+            const float gain = doubt[bin] * certainty[bin];
+            step[bin] = product(std::conj(spectrum[bin]), error[bin]) * gain;
+            doubt[bin] = steadiness * steadiness * (1 - share * gain * std::norm(spectrum[bin])) * doubt[bin] +
+                         change * std::norm(path_[delay][bin]);
+        }
+        // A partition answers for one block of delay.
+        transform_.backward(step, response);
+        std::fill(response.begin() + block, response.end(), 0.0F);
+        transform_.forward(response, step);
+        std::ranges::transform(path_[delay], step, path_[delay].begin(), std::plus<>());
+    }
+}
+
+} // namespace varnic

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "VarnicCore/Audio/EchoFilter.h"
+
+#include <array>
+#include <cstddef>
+#include <span>
+
+namespace varnic {
+
+/// Takes out of the microphone's sound what it overhears of the other side from the loudspeakers. What is said over the
+/// other side stays: only where nothing but echo is to be heard there is silence afterwards. A copy goes on from what
+/// was learnt. Not thread-safe, and copies share a thread.
+class EchoRemoval {
+public:
+    /// Samples a second.
+    static constexpr int rate = 16'000;
+    static constexpr std::size_t block = EchoFilter::block;
+    /// The microphone's sound comes out so many blocks after it went in.
+    static constexpr std::size_t lag = 2;
+
+    /// The next block of both sides; gives the microphone's block of `lag` calls before.
+    EchoFilter::Block clean(std::span<const float, block> them, std::span<const float, block> you);
+
+    /// Goes to the beginning of another stretch of the call: what is still inside does not come out.
+    void interrupt();
+
+    /// The seconds of sound from the other side that were there to learn from.
+    [[nodiscard]] double learnt() const;
+
+private:
+    struct Heard {
+        EchoFilter::Block samples{};
+        /// Whether there is more in it, or around it, than echo.
+        bool isOwn = true;
+    };
+
+    EchoFilter filter_;
+    /// The last blocks, oldest first.
+    std::array<Heard, lag + 1> heard_{};
+    std::size_t sinceOwn_ = 0;
+    std::size_t learnt_ = 0;
+};
+
+} // namespace varnic

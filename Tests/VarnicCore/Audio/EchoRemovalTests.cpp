@@ -1,0 +1,184 @@
+#include "VarnicCore/Audio/EchoFreeReader.h"
+#include "VarnicCore/Audio/EchoFreeStream.h"
+
+#include "VarnicCore/Audio/AudioMix.h"
+#include "VarnicCore/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <string>
+
+namespace varnic {
+namespace {
+
+constexpr int trackRate = 48'000;
+
+/// Sound that comes and goes four times a second like syllables do, another one for each seed.
+std::vector<float> babble(double seconds, unsigned seed, int rate) {
+    std::mt19937 random(seed);
+    std::normal_distribution<float> noise(0, 0.1F);
+    std::vector<float> samples(static_cast<std::size_t>(seconds * rate));
+    float low = 0;
+    const float smoothing = rate == 48'000 ? 0.97F : 0.9F; // little of it is above what the engine hears
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const double phase = std::fmod(4.0 * static_cast<double>(i) / rate, 1.0);
+        low = smoothing * low + (1 - smoothing) * 5 * noise(random);
+        samples[i] = phase < 0.75 ? low : 0.02F * low;
+    }
+    return samples;
+}
+
+/// Adds what a microphone hears of a sound in a room: so much down, late, and with half a dozen reflections.
+void overhear(std::vector<float>& heard, const std::vector<float>& sound, double decibels, double late, int rate) {
+    for (int reflection = 0; reflection < 7; ++reflection) {
+        const auto gain = static_cast<float>(std::pow(10, decibels / 20) * std::pow(-0.5, reflection));
+        const auto delay = static_cast<std::size_t>((late + 0.011 * reflection) * rate);
+        for (std::size_t i = delay; i < std::min(heard.size(), sound.size() + delay); ++i) {
+            heard[i] += gain * sound[i - delay];
+        }
+    }
+}
+
+double decibels(const std::vector<float>& samples, double from, double to, int rate) {
+    const auto first = static_cast<std::ptrdiff_t>(from * rate);
+    const auto last = std::min(static_cast<std::ptrdiff_t>(to * rate), std::ssize(samples));
+    const double energy = EchoFilter::energy({samples.begin() + first, samples.begin() + last});
+    return 10 * std::log10(energy / static_cast<double>(last - first) + 1e-12);
+}
+
+/// A call: they speak from second 1 to 16, you from 8 to 12 over them and from 18 to 20 alone.
+struct Call {
+    std::vector<float> them;
+    std::vector<float> yours;
+    std::vector<float> microphone;
+
+    Call(double down, double late, int rate) : them(babble(16, 1, rate)) {
+        std::fill_n(them.begin(), rate, 0.0F);
+        them.resize(static_cast<std::size_t>(20 * rate));
+        yours.resize(them.size());
+        const std::vector<float> voice = babble(20, 2, rate);
+        for (const auto& [from, to] : {std::pair{8, 12}, std::pair{18, 20}}) {
+            std::copy(voice.begin() + from * rate, voice.begin() + to * rate, yours.begin() + from * rate);
+        }
+        microphone = yours;
+        overhear(microphone, them, down, late, rate);
+    }
+};
+
+struct Place {
+    double down;
+    double late;
+};
+
+class EchoPlaceTests : public testing::TestWithParam<Place> {};
+
+TEST_P(EchoPlaceTests, read_callWithEcho_keepsYourWordsAndNothingElse) {
+    const TemporaryFolder folder;
+    const Call call(GetParam().down, GetParam().late, trackRate);
+    const auto you = folder.path() / "you.caf";
+    const auto them = folder.path() / "them.caf";
+    AudioMix::write(call.microphone, you, false);
+    AudioMix::write(call.them, them, false);
+
+    EchoFreeReader reader(you, them, EchoFreeReader::learn(you, them, [] {}));
+    std::vector<float> cleaned;
+    for (PcmBuffer buffer; reader.read(buffer);) {
+        cleaned.insert(cleaned.end(), buffer.channels.front().begin(), buffer.channels.front().end());
+    }
+
+    constexpr int rate = EchoRemoval::rate;
+    EXPECT_EQ(cleaned.size(), std::size_t{20} * rate);
+    const double echo = decibels(call.microphone, 1, 7, trackRate);
+    EXPECT_LT(decibels(cleaned, 0, 0.9, rate), -100);
+    EXPECT_LT(decibels(cleaned, 1, 7, rate), echo - 20) << "also at the beginning";
+    EXPECT_LT(decibels(cleaned, 13, 17, rate), echo - 20);
+    for (double at = 8; at < 12; at += 0.25) {
+        EXPECT_NEAR(decibels(cleaned, at, at + 0.15, rate), decibels(call.yours, at, at + 0.15, trackRate), 2) << at;
+    }
+    EXPECT_NEAR(decibels(cleaned, 18, 20, rate), decibels(call.yours, 18, 20, trackRate), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Echoes, EchoPlaceTests,
+                         testing::Values(Place{-6, 0.01}, Place{-12, 0.03}, Place{-12, 0.3}, Place{-20, 0.1}));
+
+/// What comes out of a stream, put together by its time stamps.
+struct Output {
+    std::vector<float> samples;
+    EchoFreeStream stream{[this](const PcmBuffer& buffer, double at) {
+        const auto start = static_cast<std::size_t>(std::llround(at * EchoRemoval::rate));
+        EXPECT_EQ(buffer.format(), (AudioFormat{EchoRemoval::rate, 1}));
+        EXPECT_GE(start, samples.size());
+        samples.resize(start);
+        samples.insert(samples.end(), buffer.channels.front().begin(), buffer.channels.front().end());
+    }};
+
+    /// Gives a side's sound from one second to another in pieces of 20 ms.
+    void add(Speaker speaker, const std::vector<float>& sound, double from, double to) {
+        constexpr int piece = trackRate / 50;
+        for (auto at = std::lround(from * trackRate); at < std::lround(to * trackRate); at += piece) {
+            PcmBuffer buffer{trackRate, {{sound.begin() + at, sound.begin() + at + piece}}};
+            stream.add(speaker, buffer, static_cast<double>(at) / trackRate);
+        }
+    }
+};
+
+TEST(EchoFreeStreamTests, add_sidesByTurns_takesTheEchoOutOnceItIsKnown) {
+    const Call call(-12, 0.05, trackRate);
+    Output out;
+    for (int turn = 0; turn < 500; ++turn) {
+        const double at = turn * 0.04;
+        out.add(Speaker::you, call.microphone, at, at + 0.04);
+        if (at < 16) { // nothing comes where nobody plays
+            out.add(Speaker::them, call.them, at, at + 0.04);
+        }
+    }
+    EXPECT_GT(out.samples.size(), 19.7 * EchoRemoval::rate) << "little is held back";
+    out.stream.finish();
+    EXPECT_NEAR(static_cast<double>(out.samples.size()), 20.0 * EchoRemoval::rate, EchoRemoval::block);
+    const double echo = decibels(call.microphone, 5, 7, trackRate);
+    EXPECT_LT(decibels(out.samples, 5, 7, EchoRemoval::rate), echo - 15);
+    EXPECT_LT(decibels(out.samples, 13, 15.9, EchoRemoval::rate), echo - 15);
+    for (const auto& [from, to] : {std::pair{8, 12}, std::pair{18, 20}}) {
+        EXPECT_NEAR(decibels(out.samples, from, to, EchoRemoval::rate), decibels(call.yours, from, to, trackRate), 1);
+    }
+}
+
+TEST(EchoFreeStreamTests, add_gapsOnEitherSide_soundStaysInItsPlace) {
+    const std::vector<float> voice = babble(120, 3, trackRate);
+    Output out;
+    out.add(Speaker::you, voice, 1, 2);
+    out.add(Speaker::them, voice, 90, 91);
+    out.add(Speaker::you, voice, 100, 101);
+    out.stream.finish();
+    EXPECT_LT(decibels(out.samples, 0, 1, EchoRemoval::rate), -100);
+    EXPECT_NEAR(decibels(out.samples, 1, 2, EchoRemoval::rate), decibels(voice, 1, 2, trackRate), 1);
+    EXPECT_LT(decibels(out.samples, 2.1, 100, EchoRemoval::rate), -100);
+    EXPECT_NEAR(decibels(out.samples, 100, 101, EchoRemoval::rate), decibels(voice, 100, 101, trackRate), 1);
+}
+
+TEST(EchoRemovalTests, clean_soundThatIsNoNumber_isForgotten) {
+    const Call call(-12, 0.05, EchoRemoval::rate);
+    EchoRemoval removal;
+    std::vector<float> cleaned;
+    for (std::size_t at = 0; at + EchoRemoval::block <= call.them.size(); at += EchoRemoval::block) {
+        std::array<float, EchoRemoval::block> them{};
+        std::array<float, EchoRemoval::block> you{};
+        std::copy_n(call.them.begin() + static_cast<std::ptrdiff_t>(at), them.size(), them.begin());
+        std::copy_n(call.microphone.begin() + static_cast<std::ptrdiff_t>(at), you.size(), you.begin());
+        if (at == 20 * EchoRemoval::block) {
+            them[3] = std::numeric_limits<float>::quiet_NaN();
+            you[5] = std::numeric_limits<float>::infinity();
+        }
+        const auto block = removal.clean(them, you);
+        cleaned.insert(cleaned.end(), block.begin(), block.end());
+    }
+    EXPECT_LT(decibels(cleaned, 13, 15.9, EchoRemoval::rate),
+              decibels(call.microphone, 13, 15.9, EchoRemoval::rate) - 15);
+}
+
+} // namespace
+} // namespace varnic
