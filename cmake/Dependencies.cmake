@@ -17,6 +17,8 @@ pkg_check_modules(PANGO REQUIRED IMPORTED_TARGET pangocairo cairo-pdf)
 pkg_check_modules(ARCHIVE REQUIRED IMPORTED_TARGET libarchive)
 pkg_check_modules(PUGIXML REQUIRED IMPORTED_TARGET pugixml)
 pkg_check_modules(PIPEWIRE REQUIRED IMPORTED_TARGET libpipewire-0.3)
+pkg_check_modules(SYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
+pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-keysyms)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Qml Quick QuickControls2 Svg Widgets)
 find_package(QCoro6 REQUIRED COMPONENTS Core)
 

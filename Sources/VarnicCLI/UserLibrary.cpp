@@ -1,20 +1,16 @@
 #include "VarnicCLI/UserLibrary.h"
 
+#include "Varnic/AppModel/AppModel.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <fmt/format.h>
-#include <glib.h>
 
-#include <cstdlib>
 #include <stdexcept>
 
 namespace varnic::cli {
 
 std::filesystem::path libraryFolder() {
-    if (const char* folder = std::getenv("VARNIC_DATA_DIR"); folder != nullptr && *folder != '\0') {
-        return folder;
-    }
-    return std::filesystem::path(g_get_user_data_dir()) / "Varnic" / "Library";
+    return AppPlaces::dataDirectoryFromEnvironment().first;
 }
 
 std::vector<Note> loadNotes(LibraryStore& store) {

@@ -43,18 +43,21 @@ std::shared_ptr<KeyStore> keyStore(bool isScratch) {
 
 } // namespace
 
-AppPlaces AppPlaces::fromEnvironment() {
+std::pair<fs::path, bool> AppPlaces::dataDirectoryFromEnvironment() {
     if (const std::string_view folder = environment("VARNIC_DATA_DIR"); !folder.empty()) {
-        auto settings = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
-                                                    "app.brevin.varnic.selftest", "settings");
-        if (environment("VARNIC_SELFTEST") != "persist") {
-            settings->clear();
-        }
-        return {.dataDirectory = folder, .isScratch = true, .settings = std::move(settings)};
+        return {folder, true};
     }
-    return {.dataDirectory = fs::path(g_get_user_data_dir()) / "Varnic" / "Library",
-            .isScratch = false,
-            .settings = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, "Varnic", "settings")};
+    return {fs::path(g_get_user_data_dir()) / "Varnic" / "Library", false};
+}
+
+AppPlaces AppPlaces::fromEnvironment() {
+    auto [folder, isScratch] = dataDirectoryFromEnvironment();
+    auto settings = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
+                                                isScratch ? "app.brevin.varnic.selftest" : "Varnic", "settings");
+    if (isScratch && environment("VARNIC_SELFTEST") != "persist") {
+        settings->clear();
+    }
+    return {.dataDirectory = std::move(folder), .isScratch = isScratch, .settings = std::move(settings)};
 }
 
 AppModel::AppModel(AppPlaces places, QObject* parent)

@@ -23,6 +23,7 @@
 #include <QProperty>
 #include <QTimer>
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -32,12 +33,16 @@
 #include <set>
 #include <stop_token>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace varnic {
 
 /// Which list the sidebar shows.
 enum class LibrarySection { all, calls, notes, todos, cards };
+
+inline constexpr std::array allLibrarySections{LibrarySection::all, LibrarySection::calls, LibrarySection::notes,
+                                               LibrarySection::todos, LibrarySection::cards};
 
 /// Where the application's data lies, from the environment.
 struct AppPlaces {
@@ -49,6 +54,9 @@ struct AppPlaces {
     /// $VARNIC_DATA_DIR with settings of its own, which are wiped unless VARNIC_SELFTEST is "persist"; else the user's
     /// library and settings.
     static AppPlaces fromEnvironment();
+
+    /// The folder alone, and whether it is for trying out; touches no settings.
+    static std::pair<std::filesystem::path, bool> dataDirectoryFromEnvironment();
 };
 
 /// What a call says that was not transcribed because the program ended.

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <set>
 #include <string_view>
+#include <utility>
 
 namespace varnic::RunningPrograms {
 
@@ -46,22 +47,30 @@ bool isProcess(const fs::path& folder) {
     return name.find_first_not_of("0123456789") == std::string::npos;
 }
 
+std::optional<std::string> identifierOf(const fs::path& process) {
+    for (const std::string& name : names(process)) {
+        if (const auto identifier = LinuxPrograms::bundleIdentifier(name)) {
+            return std::string(*identifier);
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 std::vector<std::string> identifiers(const fs::path& proc) {
     std::set<std::string> found;
     std::error_code error;
     for (const fs::directory_entry& entry : fs::directory_iterator(proc, error)) {
-        if (!isProcess(entry.path())) {
-            continue;
-        }
-        for (const std::string& name : names(entry.path())) {
-            if (const auto identifier = LinuxPrograms::bundleIdentifier(name)) {
-                found.emplace(*identifier);
-            }
+        if (auto identifier = isProcess(entry.path()) ? identifierOf(entry.path()) : std::nullopt) {
+            found.insert(std::move(*identifier));
         }
     }
     return {found.begin(), found.end()};
+}
+
+std::optional<std::string> identifier(pid_t process, const fs::path& proc) {
+    return identifierOf(proc / std::to_string(process));
 }
 
 } // namespace varnic::RunningPrograms

@@ -1,0 +1,205 @@
+#include "Varnic/Shell/AppDelegate.h"
+
+#include "Varnic/Shell/Activation.h"
+#include "Varnic/Shell/HotkeyKeys.h"
+#include "VarnicCore/Pipeline/SessionState.h"
+#include "VarnicPlatform/Desktop/FrontProgram.h"
+#include "VarnicPlatform/Desktop/RunningPrograms.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+
+#include <fmt/format.h>
+
+#include <cstdlib>
+#include <utility>
+
+namespace varnic {
+
+namespace {
+
+std::optional<std::string> environmentVariable(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(AppModel& model, QObject* parent)
+    : QObject(parent), model_(model), pill_(model), notifications_(model),
+      eventsNotifier_(events_.descriptor(), QSocketNotifier::Read) {
+    hooks.environment = environmentVariable;
+    hooks.quit = [] { QCoreApplication::quit(); };
+    model.desktop.refreshPill = [this] { pill_.refresh(); };
+    model.desktop.applyHotkey = [this] { applyHotkey(); };
+    model.desktop.runningPrograms = [] { return RunningPrograms::identifiers(); };
+    model.desktop.frontProgram = [] { return FrontProgram::identifier(); };
+    connect(&eventsNotifier_, &QSocketNotifier::activated, this, [this] { events_.dispatch(); });
+}
+
+AppDelegate::~AppDelegate() {
+    model_.desktop.refreshPill = [] {};
+    model_.desktop.applyHotkey = [] {};
+}
+
+QCoro::Task<> AppDelegate::applicationDidFinishLaunching() {
+    const QPointer self(this);
+    hooks.startKit();
+    if (hooks.environment("VARNIC_SELFTEST")) {
+        co_await hooks.runSelfTest();
+        co_return;
+    }
+    if (const auto folder = hooks.environment("VARNIC_SNAPSHOT_DIR")) {
+        auto snapshots = hooks.runSnapshots(*folder);
+        co_await snapshots;
+        if (self) {
+            terminate();
+        }
+        co_return;
+    }
+    if (hooks.environment("VARNIC_DEMO")) {
+        hooks.loadDemo(model_);
+    } else {
+        co_await model_.load();
+    }
+    if (!self) {
+        co_return;
+    }
+    if (!model_.isDemo) {
+        model_.desktop.applyHotkey();
+    }
+    observeSleep();
+    isLaunched_ = true;
+    for (const Request& request : std::exchange(waiting_, {})) {
+        carryOut(request);
+    }
+}
+
+void AppDelegate::perform(const Request& request) {
+    if (isLaunched_) {
+        carryOut(request);
+    } else {
+        waiting_.push_back(request);
+    }
+}
+
+void AppDelegate::carryOut(const Request& request) {
+    useActivationToken(request.activationToken);
+    switch (request.kind) {
+    case Request::Kind::activate:
+        model_.desktop.activate();
+        break;
+    case Request::Kind::importFiles:
+        model_.desktop.activate();
+        importFiles(request.files);
+        break;
+    case Request::Kind::toggleRecording:
+        model_.toggleRecording();
+        break;
+    }
+}
+
+/// One after another, since each takes all the processor that it gets.
+QCoro::Task<> AppDelegate::importFiles(std::vector<std::filesystem::path> files) {
+    const QPointer self(this);
+    for (const auto& file : files) {
+        auto importing = model_.importAudio(file);
+        co_await importing;
+        if (!self) {
+            co_return;
+        }
+    }
+}
+
+AppDelegate::TerminateReply AppDelegate::applicationShouldTerminate() {
+    model_.flushSaves();
+    if (std::exchange(isTerminating_, isRecording(model_.recorder().state()) || isTerminating_)) {
+        return TerminateReply::later;
+    }
+    if (!isTerminating_) {
+        return TerminateReply::now;
+    }
+    closeRecordingAndQuit();
+    return TerminateReply::later;
+}
+
+QCoro::Task<> AppDelegate::closeRecordingAndQuit() {
+    const QPointer self(this);
+    co_await model_.stopRecordingForQuit();
+    if (self) {
+        hooks.quit();
+    }
+}
+
+void AppDelegate::terminate() {
+    if (applicationShouldTerminate() == TerminateReply::now) {
+        hooks.quit();
+    }
+}
+
+void AppDelegate::finishBeforeLogout() {
+    QCoro::waitFor(model_.stopRecordingForQuit());
+    // A stop that was under way already.
+    while (isBusy(model_.recorder().state())) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    model_.flushSaves();
+}
+
+void AppDelegate::applyHotkey() {
+    if (!hotkey_) {
+        hotkey_ = std::make_unique<Hotkey>(events_);
+        hotkey_->statusChanged = [this](const Hotkey::Status& status) { takeHotkeyStatus(status); };
+    }
+    std::optional<KeyCombination> combination;
+    if (model_.settings.hotkeyEnabled.value()) {
+        combination = keys(model_.settings.hotkey.value());
+    }
+    hotkey_->registerCombination(combination, [this](const std::string& activationToken) {
+        QMetaObject::invokeMethod(
+            this, [this, activationToken] { carryOut({Request::Kind::toggleRecording, {}, activationToken}); },
+            Qt::QueuedConnection);
+    });
+}
+
+void AppDelegate::takeHotkeyStatus(const Hotkey::Status& status) {
+    hotkeyNote = status.message;
+    if (status.state == Hotkey::State::taken) {
+        model_.flash(
+            {.text = fmt::format("{} is taken by another program", keys(model_.settings.hotkey.value()).title()),
+             .symbol = "exclamationmark.triangle"});
+    }
+}
+
+void AppDelegate::observeSleep() {
+    sleepWatch_ = std::make_unique<SleepWatch>(events_, [this](std::function<void()> done) {
+        QMetaObject::invokeMethod(
+            this, [this, done = std::move(done)]() mutable { systemWillSleep(std::move(done)); }, Qt::QueuedConnection);
+    });
+    const auto follow = [this] { sleepWatch_->setDelaying(isBusy(model_.recorder().state())); };
+    connect(&model_.recorder(), &RecordingController::stateChanged, this, follow);
+    follow();
+}
+
+void AppDelegate::systemWillSleep(std::function<void()> done) {
+    sleepDone_ = std::move(done);
+    connect(&model_.recorder(), &RecordingController::stateChanged, this, &AppDelegate::goOnToSleep,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+    goOnToSleep();
+}
+
+void AppDelegate::goOnToSleep() {
+    if (!sleepDone_) {
+        return;
+    }
+    const SessionState& state = model_.recorder().state();
+    if (isRecording(state)) {
+        model_.stopRecording();
+    } else if (!isBusy(state)) {
+        // The flow that stopped the recording has handed its note over to be saved.
+        model_.flushSaves();
+        std::exchange(sleepDone_, nullptr)();
+    }
+}
+
+} // namespace varnic

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Varnic/Shell/Request.h"
+
+#include <QStringList>
+
+#include <optional>
+#include <string>
+
+namespace varnic {
+
+/// What the words behind the program's name ask for.
+struct CommandLine {
+    Request request;
+    /// To be printed instead of running: the help, the version or what is wrong with the words.
+    std::optional<std::string> answer;
+    /// With which the program then ends.
+    int exitCode = 0;
+
+    /// `words` begin with the program's name. Relative paths count from the current folder, and the activation token is
+    /// that of the environment.
+    static CommandLine parse(const QStringList& words);
+};
+
+} // namespace varnic
