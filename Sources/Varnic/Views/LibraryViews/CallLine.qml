@@ -7,7 +7,7 @@ Item {
     id: line
 
     required property bool hasTranscript
-    required property string noteId
+    required property callInk ink
     required property string stage
 
     implicitHeight: Math.max(14, words.visible ? words.implicitHeight : 0)
@@ -40,7 +40,10 @@ Item {
         anchors.fill: parent
 
         sourceComponent: InkSignature {
-            noteId: line.noteId
+            call: line.ink
+            quiet: Qt.rgba(Theme.Palette.inkFaint.r, Theme.Palette.inkFaint.g, Theme.Palette.inkFaint.b, 0.45)
+            them: Theme.Palette.them
+            you: Theme.Palette.you
         }
     }
 }

@@ -1,5 +1,6 @@
 #include "Varnic/Views/LibraryViews/NoteListModel.h"
 
+#include "Varnic/Views/Ink/CallInk.h"
 #include "Varnic/Views/LibraryViews/ListKeys.h"
 #include "Varnic/Views/ViewModel.h"
 
@@ -143,7 +144,11 @@ QVariant NoteListModel::data(const QModelIndex& index, int role) const {
     case isPinned:
         return row.isPinned;
     case hasTranscript:
-        return row.hasTranscript;
+        return row.lines > 0;
+    case ink: {
+        const Note* note = model_->note(row.id);
+        return QVariant::fromValue(note != nullptr && note->call ? CallInk(*note->call) : CallInk());
+    }
     case isLive:
         return row.isLive;
     case spoken:
@@ -157,7 +162,7 @@ QHash<int, QByteArray> NoteListModel::roleNames() const {
     return {{noteId, "noteId"},     {title, "title"},       {date, "date"},
             {preview, "preview"},   {cards, "cards"},       {todos, "todos"},
             {length, "length"},     {stage, "stage"},       {isCall, "isCall"},
-            {isPinned, "isPinned"}, {hasTranscript, "hasTranscript"}, {isLive, "isLive"},
+            {isPinned, "isPinned"}, {hasTranscript, "hasTranscript"}, {isLive, "isLive"}, {ink, "ink"},
             {spoken, "spoken"}};
 }
 

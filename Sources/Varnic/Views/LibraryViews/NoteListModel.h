@@ -39,6 +39,8 @@ public:
         isCall,
         isPinned,
         hasTranscript,
+        /// Who spoke when in a call, see CallInk.
+        ink,
         isLive,
         spoken
     };

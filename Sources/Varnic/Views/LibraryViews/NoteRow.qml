@@ -9,6 +9,7 @@ Item {
     required property string cards
     required property string date
     required property bool hasTranscript
+    required property callInk ink
     required property int index
     required property bool isCall
     property bool isCurrent
@@ -131,7 +132,7 @@ Item {
 
             sourceComponent: CallLine {
                 hasTranscript: row.hasTranscript
-                noteId: row.noteId
+                ink: row.ink
                 stage: row.stage
             }
         }

@@ -99,7 +99,8 @@ NoteSummary NoteSummaries::of(const Note& note, std::optional<ProcessingStage> s
     summary.isPinned = note.pinned;
     if (note.call) {
         summary.isCall = true;
-        summary.hasTranscript = !note.call->segments.empty();
+        summary.lines = note.call->segments.size();
+        summary.duration = note.call->duration;
         summary.length = QString::fromStdString(Clock::length(note.call->duration));
         summary.todos = countedOrNone(std::ranges::count_if(note.blocks, isOpen), "to-do");
     } else {

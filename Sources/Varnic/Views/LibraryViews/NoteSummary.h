@@ -32,7 +32,9 @@ struct NoteSummary {
     QString stage;
     bool isCall = false;
     bool isPinned = false;
-    bool hasTranscript = false;
+    /// The lines of a call's transcript and its seconds: with them its ink changes.
+    std::size_t lines = 0;
+    double duration = 0;
     /// Stands for the recording that runs.
     bool isLive = false;
 
