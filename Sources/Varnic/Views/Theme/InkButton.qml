@@ -27,13 +27,13 @@ PlainButton {
         text: button.text
         verticalAlignment: Text.AlignVCenter
     }
-    Behavior on opacity {
+    Behavior on opacity  {
         NumberAnimation {
             duration: Theme.Motion.press
             easing.type: Easing.OutQuad
         }
     }
-    Behavior on scale {
+    Behavior on scale  {
         NumberAnimation {
             duration: Theme.Motion.press
             easing.type: Easing.OutQuad

@@ -12,32 +12,42 @@ T.Button {
     /// What it does, for its tool tip and for assistive programs.
     property string help
 
+    /// Does what a press does.
+    function activate() {
+        if (checkable) {
+            toggle();
+        }
+        clicked();
+    }
+
     Accessible.description: help === text ? "" : help
     focusPolicy: Qt.TabFocus
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
 
-    Keys.onEnterPressed: click()
-    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: activate()
+    Keys.onReturnPressed: activate()
 
-    Loader {
-        active: button.visualFocus
-        anchors.fill: parent
-
-        sourceComponent: FocusRing {
-            corner: button.corner
-        }
+    FocusRing {
+        corner: button.corner
+        visible: button.visualFocus
     }
 
     Loader {
+        id: tip
+
         active: button.help !== "" && button.hovered && !button.down
         anchors.fill: parent
 
-        sourceComponent: Item {
-            HelpTip {
-                text: button.help
-                visible: true
-            }
+        sourceComponent: HelpTip {
+            visible: true
         }
+    }
+
+    Binding {
+        property: "text"
+        target: tip.item
+        value: button.help
+        when: tip.item !== null
     }
 }

@@ -18,7 +18,7 @@ PlainButton {
         color: button.down || button.hovered ? Theme.Palette.washHover : Theme.Palette.wash
         radius: Theme.Radius.control
 
-        Behavior on color {
+        Behavior on color  {
             ColorAnimation {
                 duration: Theme.Motion.press
                 easing.type: Easing.OutQuad
@@ -26,12 +26,10 @@ PlainButton {
         }
     }
     contentItem: Item {
-        implicitHeight: row.implicitHeight
-        implicitWidth: row.implicitWidth
+        implicitHeight: childrenRect.height
+        implicitWidth: childrenRect.width
 
         Row {
-            id: row
-
             anchors.centerIn: parent
             spacing: 5
 

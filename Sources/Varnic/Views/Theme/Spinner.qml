@@ -18,7 +18,7 @@ Item {
         color: spinner.color
         name: "progress"
 
-        RotationAnimator on rotation {
+        RotationAnimator on rotation  {
             duration: 900
             from: 0
             loops: Animation.Infinite
