@@ -33,8 +33,9 @@ QString ConsentReminder::body() {
 }
 
 QString ConsentReminder::promise() {
-    return shown("While recording, the menu-bar icon turns red and a small pill shows the time. Varnic never records in "
-                 "the background on its own.");
+    return shown(
+        "While recording, the menu-bar icon turns red and a small pill shows the time. Varnic never records in "
+        "the background on its own.");
 }
 
 QStringList ConsentReminder::tones() {

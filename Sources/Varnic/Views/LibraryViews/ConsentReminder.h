@@ -46,7 +46,9 @@ public:
     void setRemindsEveryTime(bool reminds) { model_.settings.remindEveryTime = reminds; }
 
     Q_INVOKABLE void copy() { model_.copyHeadsUp(); }
+
     Q_INVOKABLE void accept() { model_.consentAccepted(); }
+
     Q_INVOKABLE void cancel() { model_.showConsent = false; }
 
 Q_SIGNALS:

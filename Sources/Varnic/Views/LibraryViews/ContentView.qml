@@ -1,6 +1,6 @@
 import QtQuick
 import Varnic.LibraryViews
-import Varnic.NotePage
+import Varnic.NotePage as Pages
 import Varnic.Theme as Theme
 
 /// Sidebar, list and detail, with the sheets above them and the notice at the bottom.
@@ -22,7 +22,7 @@ FocusScope {
         visible: width > 0
         width: Columns.showsSidebar ? Columns.sidebarWidth : 0
 
-        Behavior on width {
+        Behavior on width  {
             enabled: !sidebarDivider.isDragged
 
             NumberAnimation {
@@ -76,7 +76,7 @@ FocusScope {
         anchors.right: parent.right
     }
 
-    Detail {
+    Pages.Detail {
         anchors.bottom: parent.bottom
         anchors.left: listDivider.right
         anchors.right: parent.right

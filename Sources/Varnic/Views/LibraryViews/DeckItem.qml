@@ -91,7 +91,6 @@ Item {
 
     HoverHandler {
         id: hover
-
     }
 
     TapHandler {

@@ -1,4 +1,4 @@
-pragma ComponentBehavior: Bound
+pragma ComponentBehavior
 import QtQuick
 import QtQuick.Templates as T
 import Varnic.LibraryViews
@@ -38,7 +38,6 @@ FocusScope {
         }
         model: DeckListModel {
             id: rows
-
         }
 
         Keys.onReturnPressed: (currentItem as DeckItem)?.chosen()

@@ -1,4 +1,4 @@
-pragma ComponentBehavior: Bound
+pragma ComponentBehavior
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T

@@ -20,8 +20,7 @@ Library* Library::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/)
     return new Library(appModel(*engine));
 }
 
-Library::Library(AppModel& model, QObject* parent)
-    : QObject(parent), model_(model), isLoaded_(!model.notes().empty()) {
+Library::Library(AppModel& model, QObject* parent) : QObject(parent), model_(model), isLoaded_(!model.notes().empty()) {
     const auto follow = [this](auto& property, void (Library::*changed)()) {
         watchers_.push_back(property.addNotifier([this, changed] { Q_EMIT(this->*changed)(); }));
     };

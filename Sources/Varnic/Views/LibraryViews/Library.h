@@ -73,7 +73,9 @@ public:
 
     /// Opens a list of the sidebar, and ends a search.
     Q_INVOKABLE void goTo(varnic::Library::Section section);
+
     Q_INVOKABLE void newNote() { model_.newNote(); }
+
     /// Selects a note, and moves to a block of it if one is given.
     Q_INVOKABLE void open(const QString& note, const QString& block = {});
     Q_INVOKABLE void markDone(const QString& note, const QString& block);
@@ -81,6 +83,7 @@ public:
     Q_INVOKABLE void remove(const QString& note);
     /// Writes down recordings that were dropped on the window.
     Q_INVOKABLE void importFiles(const QList<QUrl>& files);
+
     Q_INVOKABLE void dismissLoadProblem() { model_.loadProblem = std::nullopt; }
 
 Q_SIGNALS:

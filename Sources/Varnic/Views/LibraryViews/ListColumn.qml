@@ -1,4 +1,4 @@
-pragma ComponentBehavior: Bound
+pragma ComponentBehavior
 import QtQuick
 import Varnic.LibraryViews
 import Varnic.Theme as Theme

@@ -8,8 +8,8 @@
 /// How keys move the selection of a list. Pure.
 namespace varnic::ListKeys {
 
-/// The row to select after a key (Qt::Key); nothing for a key that moves nothing, and in an empty list. From no row, -1,
-/// any of them leads to an end.
+/// The row to select after a key (Qt::Key); nothing for a key that moves nothing, and in an empty list. From no row,
+/// -1, any of them leads to an end.
 inline std::optional<int> rowAfter(int key, int row, int count, int rowsOnPage) {
     const int last = count - 1;
     const auto moved = [&](int by) { return row < 0 ? 0 : std::clamp(row + by, 0, last); };

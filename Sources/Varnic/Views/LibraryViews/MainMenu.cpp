@@ -68,14 +68,9 @@ QVariant MainMenu::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> MainMenu::roleNames() const {
-    return {{text, "text"},
-            {shortcut, "shortcut"},
-            {shortcutText, "shortcutText"},
-            {isEnabled, "isEnabled"},
-            {isCheckable, "isCheckable"},
-            {isChecked, "isChecked"},
-            {menuTitle, "menuTitle"},
-            {beginsGroup, "beginsGroup"}};
+    return {{text, "text"},           {shortcut, "shortcut"},       {shortcutText, "shortcutText"},
+            {isEnabled, "isEnabled"}, {isCheckable, "isCheckable"}, {isChecked, "isChecked"},
+            {menuTitle, "menuTitle"}, {beginsGroup, "beginsGroup"}};
 }
 
 } // namespace varnic

@@ -42,6 +42,7 @@ public:
     Q_INVOKABLE void remove();
 
     void classBegin() override {}
+
     void componentComplete() override;
 
 Q_SIGNALS:

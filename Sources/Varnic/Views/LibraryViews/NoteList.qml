@@ -1,4 +1,4 @@
-pragma ComponentBehavior: Bound
+pragma ComponentBehavior
 import QtQuick
 import QtQuick.Templates as T
 import Varnic.LibraryViews
@@ -48,7 +48,6 @@ FocusScope {
         }
         model: NoteListModel {
             id: rows
-
         }
 
         Keys.onDeletePressed: Library.remove(rows.currentId)
@@ -77,6 +76,5 @@ FocusScope {
 
     NoteMenu {
         id: menu
-
     }
 }

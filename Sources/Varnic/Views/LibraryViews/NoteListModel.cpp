@@ -73,8 +73,7 @@ std::vector<NoteSummary> NoteListModel::summaries() {
     const auto& stages = model_->processing.value();
     for (const Note* note : model_->visibleNotes()) {
         const auto stage = stages.find(note->id);
-        rows.push_back(
-            NoteSummaries::of(*note, stage == stages.end() ? std::nullopt : std::optional(stage->second)));
+        rows.push_back(NoteSummaries::of(*note, stage == stages.end() ? std::nullopt : std::optional(stage->second)));
         rows.back().date = dateText(*note, now);
     }
     return rows;
@@ -159,10 +158,19 @@ QVariant NoteListModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> NoteListModel::roleNames() const {
-    return {{noteId, "noteId"},     {title, "title"},       {date, "date"},
-            {preview, "preview"},   {cards, "cards"},       {todos, "todos"},
-            {length, "length"},     {stage, "stage"},       {isCall, "isCall"},
-            {isPinned, "isPinned"}, {hasTranscript, "hasTranscript"}, {isLive, "isLive"}, {ink, "ink"},
+    return {{noteId, "noteId"},
+            {title, "title"},
+            {date, "date"},
+            {preview, "preview"},
+            {cards, "cards"},
+            {todos, "todos"},
+            {length, "length"},
+            {stage, "stage"},
+            {isCall, "isCall"},
+            {isPinned, "isPinned"},
+            {hasTranscript, "hasTranscript"},
+            {isLive, "isLive"},
+            {ink, "ink"},
             {spoken, "spoken"}};
 }
 

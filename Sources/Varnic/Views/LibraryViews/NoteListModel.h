@@ -65,6 +65,7 @@ public:
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
     void classBegin() override {}
+
     void componentComplete() override;
 
     /// Brings the list in line with the model, as at each change.

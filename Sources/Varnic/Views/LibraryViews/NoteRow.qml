@@ -175,7 +175,6 @@ Item {
 
     HoverHandler {
         id: hover
-
     }
 
     TapHandler {

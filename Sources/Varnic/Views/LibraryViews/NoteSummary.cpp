@@ -82,8 +82,7 @@ std::string NoteSummaries::relative(Date date, Date now, const Region& region) {
     if (day == today - std::chrono::days(1)) {
         return "Yesterday";
     }
-    const bool isThisYear =
-        std::chrono::year_month_day(day).year() == std::chrono::year_month_day(today).year();
+    const bool isThisYear = std::chrono::year_month_day(day).year() == std::chrono::year_month_day(today).year();
     return region.format(date, isThisYear ? "d MMM" : "d MMM yyyy");
 }
 

@@ -44,8 +44,8 @@ std::vector<Move> moves(std::vector<Id> now, const std::vector<Id>& then) {
         const auto from = std::ranges::find(places, place);
         const auto origin = from - places.begin();
         places.erase(from);
-        // The moves go in rising order: whatever belongs before this one stands right by now, so the greatest of those is
-        // the one to stand behind.
+        // The moves go in rising order: whatever belongs before this one stands right by now, so the greatest of those
+        // is the one to stand behind.
         std::ptrdiff_t target = 0;
         std::size_t greatest = 0;
         for (std::ptrdiff_t i = 0; i < std::ssize(places); ++i) {

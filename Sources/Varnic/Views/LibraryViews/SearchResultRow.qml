@@ -63,7 +63,6 @@ Item {
 
     HoverHandler {
         id: hover
-
     }
 
     TapHandler {

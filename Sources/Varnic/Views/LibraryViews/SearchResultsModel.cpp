@@ -108,11 +108,7 @@ QVariant SearchResultsModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> SearchResultsModel::roleNames() const {
-    return {{isHeader, "isHeader"},
-            {noteId, "noteId"},
-            {text, "text"},
-            {markedText, "markedText"},
-            {stamp, "stamp"}};
+    return {{isHeader, "isHeader"}, {noteId, "noteId"}, {text, "text"}, {markedText, "markedText"}, {stamp, "stamp"}};
 }
 
 } // namespace varnic

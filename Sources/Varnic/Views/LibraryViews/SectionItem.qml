@@ -70,7 +70,6 @@ Item {
 
     HoverHandler {
         id: hover
-
     }
 
     TapHandler {

@@ -1,4 +1,4 @@
-pragma ComponentBehavior: Bound
+pragma ComponentBehavior
 import QtQuick
 import Varnic.LibraryViews
 import Varnic.Theme as Theme
@@ -27,7 +27,6 @@ ListView {
     }
     model: SectionModel {
         id: sections
-
     }
 
     Keys.onPressed: event => event.accepted = sections.moveByKey(event.key)

@@ -1,4 +1,4 @@
-pragma ComponentBehavior: Bound
+pragma ComponentBehavior
 import QtQuick
 import QtQuick.Layouts
 import Varnic.LibraryViews
@@ -76,7 +76,6 @@ Sheet {
 
         RecordingSetup {
             id: setup
-
         }
     }
 

@@ -33,6 +33,7 @@ public:
     [[nodiscard]] bool undoable() const;
 
     Q_INVOKABLE void undo();
+
     Q_INVOKABLE void dismiss() { model_.toast = std::nullopt; }
 
 Q_SIGNALS:

@@ -114,7 +114,6 @@ Item {
 
     HoverHandler {
         id: hover
-
     }
 
     TapHandler {

@@ -1,4 +1,4 @@
-pragma ComponentBehavior: Bound
+pragma ComponentBehavior
 import QtQuick
 import QtQuick.Templates as T
 import Varnic.LibraryViews
@@ -37,7 +37,6 @@ FocusScope {
         }
         model: TodoListModel {
             id: rows
-
         }
 
         Keys.onReturnPressed: (currentItem as TodoItem)?.open()

@@ -48,6 +48,7 @@ public:
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
     void classBegin() override {}
+
     void componentComplete() override;
 
 Q_SIGNALS:

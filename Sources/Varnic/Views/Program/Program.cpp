@@ -60,8 +60,7 @@ void Program::start(const Request& request) {
         delegate_.perform(request);
     }
     // Once the event loop runs, and the window is on its way to the screen.
-    QMetaObject::invokeMethod(
-        this, [this] { delegate_.applicationDidFinishLaunching(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, [this] { delegate_.applicationDidFinishLaunching(); }, Qt::QueuedConnection);
 }
 
 /// Without a tray a closed window would leave a program that nobody sees. It ends once all is recorded and written.
