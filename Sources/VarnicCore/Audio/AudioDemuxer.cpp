@@ -116,6 +116,27 @@ bool AudioDemuxer::next(AVPacket& packet) {
     return false;
 }
 
+bool AudioDemuxer::seek(std::int64_t frame, int rate) {
+    return seekTo(origin_ + av_rescale_q(frame, AVRational{1, rate}, stream_->time_base));
+}
+
+bool AudioDemuxer::seekToLastKnown() {
+    const int entries = avformat_index_get_entries_count(stream_);
+    if (isMp4_ && entries > 0) {
+        return seekTo(avformat_index_get_entry(stream_, entries - 1)->timestamp);
+    }
+    return stream_->duration > 0 && seekTo(origin_ + stream_->duration);
+}
+
+bool AudioDemuxer::seekTo(std::int64_t time) {
+    // Packets of an encoder's delay lie before the beginning.
+    std::int64_t first = stream_->start_time == AV_NOPTS_VALUE ? 0 : stream_->start_time;
+    if (const AVIndexEntry* entry = avformat_index_get_entry(stream_, 0)) {
+        first = std::min(first, entry->timestamp);
+    }
+    return av_seek_frame(format_.get(), stream_->index, std::max(time, first), AVSEEK_FLAG_BACKWARD) >= 0;
+}
+
 std::optional<std::int64_t> AudioDemuxer::frameAt(std::int64_t time, int rate) const {
     if (time == AV_NOPTS_VALUE || __builtin_sub_overflow(time, origin_, &time)) {
         return std::nullopt;

@@ -20,6 +20,12 @@ public:
     /// Gives the next packet of the stream, stepping over damage; false at the end of what is readable.
     bool next(AVPacket& packet);
 
+    /// Makes `next` go on at the last packet that the file's index knows at or before the frame of `rate`; false where
+    /// the file cannot be sought in. Before the first packet it is the first.
+    [[nodiscard]] bool seek(std::int64_t frame, int rate);
+    /// The same as late as the file's head and index tell: at the end, or wherever their knowledge ends.
+    [[nodiscard]] bool seekToLastKnown();
+
     /// A time of the stream as a frame of `rate`, counted from the beginning of the file; nothing for no time.
     [[nodiscard]] std::optional<std::int64_t> frameAt(std::int64_t time, int rate) const;
 
@@ -32,6 +38,8 @@ public:
 
 private:
     AudioDemuxer(Ffmpeg::Format format, AVStream* stream);
+
+    [[nodiscard]] bool seekTo(std::int64_t time);
 
     Ffmpeg::Format format_;
     AVStream* stream_;

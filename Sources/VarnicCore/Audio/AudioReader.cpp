@@ -1,8 +1,8 @@
 #include "VarnicCore/Audio/AudioReader.h"
 
-#include "VarnicCore/Audio/AudioDemuxer.h"
 #include "VarnicCore/Audio/AudioError.h"
 #include "VarnicCore/Audio/AudioTimeline.h"
+#include "VarnicCore/Audio/FrameDecoder.h"
 #include "VarnicCore/Audio/SampleConverter.h"
 
 #include <algorithm>
@@ -19,19 +19,6 @@ namespace {
 constexpr int lowestRate = 1000;
 constexpr int highestRate = 768'000;
 
-Ffmpeg::Codec openCodec(const AVStream& stream) {
-    const AVCodec* decoder = avcodec_find_decoder(stream.codecpar->codec_id);
-    if (decoder == nullptr) {
-        return nullptr;
-    }
-    auto codec = Ffmpeg::owned<Ffmpeg::Codec>(avcodec_alloc_context3(decoder));
-    codec->pkt_timebase = stream.time_base;
-    codec->thread_count = 1;
-    const bool opened = avcodec_parameters_to_context(codec.get(), stream.codecpar) >= 0 &&
-                        avcodec_open2(codec.get(), decoder, nullptr) >= 0;
-    return opened ? std::move(codec) : nullptr;
-}
-
 } // namespace
 
 class AudioReader::Decoder {
@@ -39,18 +26,16 @@ public:
     /// Decodes up to the first frame, so that a file without one is told at once. A `rate` or `channels` of 0 in
     /// `asked` stands for the file's own. Throws AudioError.
     Decoder(const std::filesystem::path& file, AudioFormat asked)
-        : demuxer_(AudioDemuxer::open(file)), codec_(openCodec(demuxer_.stream())),
-          packet_(Ffmpeg::owned<Ffmpeg::Packet>(av_packet_alloc())),
-          frame_(Ffmpeg::owned<Ffmpeg::Frame>(av_frame_alloc())),
+        : decoder_(file), frame_(Ffmpeg::owned<Ffmpeg::Frame>(av_frame_alloc())),
           following_(Ffmpeg::owned<Ffmpeg::Frame>(av_frame_alloc())) {
-        const bool some = codec_ != nullptr && fetch();
-        const AVCodecParameters& told = *demuxer_.stream().codecpar;
+        const bool some = decoder_.next(*following_);
+        const AVCodecParameters& told = *decoder_.demuxer().stream().codecpar;
         rate_ = some ? following_->sample_rate : told.sample_rate;
         const int channels = some ? following_->ch_layout.nb_channels : told.ch_layout.nb_channels;
-        if (encrypted_) {
+        if (decoder_.isEncrypted()) {
             throw AudioError(AudioError::Kind::protectedFile, file);
         }
-        if (codec_ == nullptr || (!some && packets_ > 0) || rate_ < lowestRate || rate_ > highestRate || channels < 1) {
+        if (decoder_.isUndecodable(some) || rate_ < lowestRate || rate_ > highestRate || channels < 1) {
             throw AudioError(AudioError::Kind::noSound, file);
         }
         format_ = {asked.rate > 0 ? asked.rate : rate_, asked.channels > 0 ? asked.channels : channels};
@@ -80,8 +65,32 @@ public:
             } else {
                 advance(block);
             }
+            leaveOut(block);
         }
         return block.frames() > 0;
+    }
+
+    void seek(std::int64_t frame) {
+        const std::int64_t place = std::max<std::int64_t>(frame, 0);
+        const std::int64_t wanted = av_rescale(place, rate_, format_.rate);
+        // What a file leaves out at its beginning it tells only there; elsewhere the stamps tell the place.
+        const bool isNearBeginning = wanted < rate_;
+        if (isNearBeginning || !resume(wanted, false)) {
+            resume(0, true);
+        }
+        unwanted_ = place - av_rescale(timeline_.frames(), format_.rate, rate_);
+    }
+
+    std::int64_t length() {
+        const std::int64_t last = av_rescale(decoder_.lastPacket(rate_).value_or(0), format_.rate, rate_);
+        seek(last);
+        std::int64_t frames = last;
+        PcmBuffer block;
+        while (read(block)) {
+            frames += static_cast<std::int64_t>(block.frames());
+        }
+        seek(0);
+        return frames;
     }
 
 private:
@@ -97,6 +106,34 @@ private:
         }
     }
 
+    void leaveOut(PcmBuffer& block) {
+        const std::int64_t part = std::min(unwanted_, static_cast<std::int64_t>(block.frames()));
+        for (std::vector<float>& row : block.channels) {
+            row.erase(row.begin(), row.begin() + part);
+        }
+        unwanted_ -= part;
+    }
+
+    /// Reads on from a little before the frame of the file's rate, or from the beginning. False where that is not
+    /// possible.
+    bool resume(std::int64_t wanted, bool isBeginning) {
+        const bool found = decoder_.seek(wanted, rate_) && decoder_.next(*following_);
+        const auto start = found ? decoder_.demuxer().frameAt(following_->best_effort_timestamp, rate_) : std::nullopt;
+        if (!isBeginning && found && (!start || *start < 0 || *start > wanted)) {
+            return false;
+        }
+        av_frame_unref(frame_.get());
+        timeline_ = AudioTimeline(rate_, isBeginning ? 0 : start.value_or(wanted));
+        silence_ = 0;
+        finished_ = !found;
+        if (converter_) {
+            converter_.emplace(SampleInput{converter_->input().samples, converter_->input().rate,
+                                           Ffmpeg::Layout(converter_->input().layout.value)},
+                               format_);
+        }
+        return true;
+    }
+
     /// Makes the following frame the current one, knowing whether it is the last, and finds its place.
     void advance(PcmBuffer& block) {
         std::swap(frame_, following_);
@@ -104,13 +141,13 @@ private:
             finish(block);
             return;
         }
-        fetch();
+        decoder_.next(*following_);
         begin_ = 0;
         end_ = frame_->nb_samples;
         // A file that changes its rate is counted on in the first one.
         const std::int64_t count = av_rescale(end_, rate_, frame_->sample_rate);
         const AudioTimeline::Place place =
-            timeline_.place(demuxer_.frameAt(frame_->best_effort_timestamp, rate_), count);
+            timeline_.place(decoder_.demuxer().frameAt(frame_->best_effort_timestamp, rate_), count);
         silence_ = place.silence;
         begin_ = static_cast<int>(std::min<std::int64_t>(place.skip, end_));
         if (following_->nb_samples == 0) {
@@ -119,7 +156,7 @@ private:
     }
 
     void cutPadding() {
-        if (const auto whole = demuxer_.framesWithoutPadding(rate_)) {
+        if (const auto whole = decoder_.demuxer().framesWithoutPadding(rate_)) {
             const std::int64_t surplus = std::clamp<std::int64_t>(timeline_.frames() - *whole, 0, end_ - begin_);
             // More than one frame of padding is a file whose header lies.
             end_ -= surplus < end_ - begin_ ? static_cast<int>(surplus) : 0;
@@ -168,41 +205,9 @@ private:
         }
     }
 
-    /// Decodes one more frame into `following_`, which stays empty at the end. Damaged packets are stepped over.
-    bool fetch() {
-        av_frame_unref(following_.get());
-        while (true) {
-            const int result = avcodec_receive_frame(codec_.get(), following_.get());
-            if (result >= 0 && following_->nb_samples > 0 && following_->sample_rate > 0) {
-                return true;
-            }
-            av_frame_unref(following_.get());
-            if (result == AVERROR_EOF || (drained_ && result < 0)) {
-                return false;
-            }
-            if (result == AVERROR(EAGAIN)) {
-                send();
-            }
-        }
-    }
-
-    void send() {
-        if (!demuxer_.next(*packet_)) {
-            drained_ = true;
-            avcodec_send_packet(codec_.get(), nullptr);
-            return;
-        }
-        ++packets_;
-        if (av_packet_get_side_data(packet_.get(), AV_PKT_DATA_ENCRYPTION_INFO, nullptr) != nullptr) {
-            encrypted_ = true;
-        }
-        avcodec_send_packet(codec_.get(), packet_.get());
-    }
-
-    AudioDemuxer demuxer_;
-    Ffmpeg::Codec codec_;
-    Ffmpeg::Packet packet_;
+    FrameDecoder decoder_;
     Ffmpeg::Frame frame_;
+    /// The next one, empty behind the last.
     Ffmpeg::Frame following_;
     AudioFormat format_;
     int rate_ = 0;
@@ -212,9 +217,8 @@ private:
     int begin_ = 0;
     int end_ = 0;
     std::int64_t silence_ = 0;
-    std::int64_t packets_ = 0;
-    bool encrypted_ = false;
-    bool drained_ = false;
+    /// Frames that are still to be left out before the place that was sought, in the rate of the blocks.
+    std::int64_t unwanted_ = 0;
     bool finished_ = false;
 };
 
@@ -224,6 +228,11 @@ AudioReader AudioReader::open(const std::filesystem::path& file) {
 
 AudioReader AudioReader::openMono(const std::filesystem::path& file, int rate) {
     return openAs(file, {rate, 1});
+}
+
+AudioReader AudioReader::openUpToStereo(const std::filesystem::path& file, int rate) {
+    AudioReader reader = openAs(file, {rate, 0});
+    return reader.format().channels > 2 ? openAs(file, {rate, 2}) : std::move(reader);
 }
 
 AudioReader AudioReader::openAs(const std::filesystem::path& file, AudioFormat asked) {
@@ -238,6 +247,14 @@ AudioReader::~AudioReader() = default;
 
 AudioFormat AudioReader::format() const {
     return decoder_->format();
+}
+
+void AudioReader::seek(std::int64_t frame) {
+    decoder_->seek(frame);
+}
+
+std::int64_t AudioReader::length() {
+    return decoder_->length();
 }
 
 bool AudioReader::read(PcmBuffer& block) {

@@ -20,6 +20,9 @@ public:
     /// As one channel, the mean of the file's, at `rate`. Throws AudioError.
     static AudioReader openMono(const std::filesystem::path& file, int rate);
 
+    /// At `rate`, mixed down to two channels where the file has more. Throws AudioError.
+    static AudioReader openUpToStereo(const std::filesystem::path& file, int rate);
+
     AudioReader(AudioReader&&) noexcept;
     AudioReader& operator=(AudioReader&&) noexcept;
     AudioReader(const AudioReader&) = delete;
@@ -31,6 +34,16 @@ public:
 
     /// Replaces the block by the next one, of at most about a second; false at the end, with an empty block.
     bool read(PcmBuffer& block);
+
+    /// Makes `read` go on exactly at this frame of the blocks, whether or not the end has been read. Behind the end
+    /// nothing comes. At another rate than the file's the place is exact to half a frame, and where time stamps are too
+    /// coarse to count frames by it is as exact as they are. Takes some milliseconds, the more the less of the way
+    /// there is in an index.
+    void seek(std::int64_t frame);
+
+    /// How many frames there are from beginning to end, at the rate of the blocks. Of a file with an index only the end
+    /// is read. Goes back to the beginning.
+    [[nodiscard]] std::int64_t length();
 
 private:
     class Decoder;

@@ -16,18 +16,19 @@ public:
         bool operator==(const Place&) const = default;
     };
 
-    explicit AudioTimeline(int rate) : rate_(rate) {}
+    /// `from` is the frame at which the first piece is to begin.
+    explicit AudioTimeline(int rate, std::int64_t from = 0) : rate_(rate), frames_(from) {}
 
     /// Puts the next piece of `count` frames down; `start` is the frame of its time stamp, if it has one. A piece that
     /// comes a little early or late runs on; a stamp that leaps further than an hour, or back, begins a new count.
     Place place(std::optional<std::int64_t> start, std::int64_t count);
 
-    /// Frames put down so far, silence included.
+    /// Where the next piece begins: frames from the beginning of the file, silence included.
     [[nodiscard]] std::int64_t frames() const { return frames_; }
 
 private:
     int rate_;
-    std::int64_t frames_ = 0;
+    std::int64_t frames_;
     /// What is added to a stamp since the last leap.
     std::int64_t shift_ = 0;
 };

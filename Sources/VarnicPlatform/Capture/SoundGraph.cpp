@@ -34,8 +34,14 @@ bool isProgram(const SoundNode& node) {
     return node.mediaClass == "Stream/Output/Audio";
 }
 
+/// What PipeWire's PulseAudio server puts in place of an output where there is none; nobody hears it.
+constexpr const char* dummyOutput = "auto_null";
+
 /// "Audio/Source" and the more special kinds of it, "Audio/Duplex" for both.
 bool isDevice(const SoundNode& node, std::string_view mediaClass) {
+    if (node.name == dummyOutput) {
+        return false;
+    }
     return node.mediaClass.starts_with(mediaClass) || node.mediaClass == "Audio/Duplex";
 }
 
@@ -145,6 +151,13 @@ bool SoundGraph::hearsMicrophone(std::uint32_t node) const {
     return std::ranges::any_of(links_, [&](const auto& entry) {
         const auto from = nodes_.find(entry.second.outputNode);
         return entry.second.inputNode == node && from != nodes_.end() && isDevice(from->second, "Audio/Source");
+    });
+}
+
+bool SoundGraph::reachesOutput(std::uint32_t node) const {
+    return std::ranges::any_of(links_, [&](const auto& entry) {
+        const auto to = nodes_.find(entry.second.inputNode);
+        return entry.second.outputNode == node && to != nodes_.end() && isDevice(to->second, "Audio/Sink");
     });
 }
 

@@ -63,6 +63,8 @@ public:
 
     /// Whether a microphone is linked into the node.
     [[nodiscard]] bool hearsMicrophone(std::uint32_t node) const;
+    /// Whether the node is linked into an output.
+    [[nodiscard]] bool reachesOutput(std::uint32_t node) const;
 
 private:
     struct Bound;

@@ -7,8 +7,11 @@
 
 #include <cmath>
 #include <cstddef>
+#include <filesystem>
+#include <fstream>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace varnic {
@@ -43,6 +46,129 @@ TEST(AudioReader, read_encodedTone_beginsAtSampleZeroAndKeepsItsLength) {
         EXPECT_EQ(audioLength(file).frames, 480'000);
         EXPECT_EQ(audioLength(file).rate, 48'000);
     }
+}
+
+/// How many samples from `place` on differ audibly from those that reading from the beginning gives, or are missing.
+long differences(AudioReader& reader, const std::vector<float>& whole, std::size_t place, float tolerance = 0.01F) {
+    reader.seek(static_cast<std::int64_t>(place));
+    std::vector<float> samples;
+    PcmBuffer block;
+    while (samples.size() < 20'000 && reader.read(block)) {
+        samples.insert(samples.end(), block.channels.front().begin(), block.channels.front().end());
+    }
+    long different = std::abs(std::min<long>(20'000, static_cast<long>(whole.size() - place)) -
+                              std::min<long>(20'000, static_cast<long>(samples.size())));
+    for (std::size_t i = 0; i < samples.size() && place + i < whole.size(); ++i) {
+        different += std::abs(samples[i] - whole[place + i]) > tolerance ? 1 : 0;
+    }
+    return different;
+}
+
+/// Rises to 1 kHz all the time, so that no place sounds like another.
+const std::string sweep = "-f lavfi -i \"aevalsrc=0.5*sin(2*PI*(200*t+10*t*t)):s=48000:d=40\" ";
+
+TEST(AudioReader, seek_anyPlaceOfAnEncodedSweep_goesOnExactlyThere) {
+    const SoundFiles files;
+    const std::vector<Encoding> encodings{{"a.m4a", "-c:a aac -b:a 128k"},
+                                          {"fragments.m4a", fragments},
+                                          {"a.aac", "-c:a aac -b:a 128k"},
+                                          {"a.mp3", "-c:a libmp3lame -b:a 128k"},
+                                          {"variable.mp3", "-c:a libmp3lame -q:a 4"},
+                                          {"a.ogg", "-c:a libvorbis -q:a 6"},
+                                          {"a.opus", "-c:a libopus -b:a 96k"},
+                                          {"a.flac", ""},
+                                          {"a.wav", ""},
+
+                                          {"a.caf", ""},
+                                          {"a.aiff", ""}};
+    for (const auto& [name, arguments] : encodings) {
+        SCOPED_TRACE(name);
+        const auto file = files.make(name, sweep + arguments);
+        const std::vector<float> whole = readAll(AudioReader::openMono(file, 48'000));
+        AudioReader reader = AudioReader::openMono(file, 48'000);
+        for (const std::size_t place : {1'500'001U, 5U, 60'000U, 1'919'000U, 700'000U, 0U, 47'999U}) {
+            EXPECT_EQ(differences(reader, whole, place), 0) << place;
+        }
+        EXPECT_EQ(reader.length(), static_cast<std::int64_t>(whole.size()));
+        EXPECT_EQ(differences(reader, whole, whole.size() - 1), 0);
+        PcmBuffer block;
+        reader.seek(static_cast<std::int64_t>(whole.size()) + 48'000);
+        EXPECT_FALSE(reader.read(block)) << "behind the end";
+    }
+}
+
+/// Bytes that this process has read by now.
+long long bytesRead() {
+    std::ifstream io("/proc/self/io");
+    std::string name;
+    long long bytes = 0;
+    io >> name >> bytes;
+    return bytes;
+}
+
+TEST(AudioReader, seek_deepInThreeHours_readsItsSurroundingsAlone) {
+    const SoundFiles files;
+    // Ten seconds again and again, at packets' borders: each round decodes alike, but for the first.
+    constexpr std::size_t round = 469 * std::size_t{1024};
+    files.make("once.aac", sweep + "-af atrim=end_sample=479232 -c:a aac -b:a 64k -frames:a 469");
+    files.run("for i in $(seq 1080); do cat once.aac; done > hours.aac");
+    for (const auto& [name, arguments] : std::vector<Encoding>{{"hours.m4a", ""}, {"fragments.m4a", fragments}}) {
+        SCOPED_TRACE(name);
+        const auto file = files.make(name, "-i hours.aac " + arguments + " -c copy -bsf:a aac_adtstoasc");
+        AudioReader reader = AudioReader::open(file);
+        reader.seek(round);
+        std::vector<float> second;
+        PcmBuffer block;
+        while (second.size() < round && reader.read(block)) {
+            second.insert(second.end(), block.channels.front().begin(), block.channels.front().end());
+        }
+        const auto length = static_cast<double>(reader.length());
+        EXPECT_NEAR(length, 1080.0 * round, 1024);
+        const long long before = bytesRead();
+        for (const std::size_t place : {1000U, 3U, 500U}) {
+            reader.seek(static_cast<std::int64_t>(place * round + 12'345));
+            ASSERT_TRUE(reader.read(block));
+            for (std::size_t i = 0; i < block.frames(); ++i) {
+                ASSERT_NEAR(block.channels.front()[i], second[12'345 + i], 1e-3) << place << ", " << i;
+            }
+        }
+        const long long read = bytesRead() - before;
+        EXPECT_GT(read, 0);
+        EXPECT_LT(read, static_cast<long long>(std::filesystem::file_size(file) / 100));
+    }
+}
+
+TEST(AudioReader, seek_atAnotherRate_isExactToHalfAFrame) {
+    const SoundFiles files;
+    constexpr auto steepestHalfFrame = static_cast<float>(0.5 * M_PI * 1000 / 48'000);
+    for (const std::string name : {"a.wav", "a.m4a"}) {
+        SCOPED_TRACE(name);
+        const auto file = files.make(name, sweep + "-ar 44100");
+        const std::vector<float> whole = readAll(AudioReader::openMono(file, 48'000));
+        AudioReader reader = AudioReader::openMono(file, 48'000);
+        EXPECT_EQ(reader.length(), static_cast<std::int64_t>(whole.size()));
+        for (const std::size_t place : {1'500'001U, 700'000U, 60'000U, 5U}) {
+            EXPECT_EQ(differences(reader, whole, place, steepestHalfFrame), 0) << place;
+        }
+    }
+}
+
+TEST(AudioReader, openUpToStereo_moreOrFewerChannels_keepsOneAndTwo) {
+    const SoundFiles files;
+    for (const auto& [channels, expected] : {std::pair(1, 1), {2, 2}, {6, 2}}) {
+        const auto file = files.tone("a.wav", 1, "-ac " + std::to_string(channels));
+        EXPECT_EQ(AudioReader::openUpToStereo(file, 16'000).format(), (AudioFormat{16'000, expected}));
+    }
+}
+
+TEST(AudioReader, seek_coarseTimeStamps_isAsExactAsThey) {
+    const SoundFiles files;
+    const auto file = files.tone("a.webm", 30, "-c:a libopus");
+    AudioReader reader = AudioReader::open(file);
+    constexpr double millisecond = 48;
+    EXPECT_NEAR(static_cast<double>(reader.length()), 30 * 48'000, millisecond);
+    reader.seek(29 * 48'000);
+    EXPECT_NEAR(static_cast<double>(readAll(std::move(reader)).size()), 48'000, millisecond);
 }
 
 TEST(AudioReader, openMono_otherRate_keepsLengthAndPlace) {

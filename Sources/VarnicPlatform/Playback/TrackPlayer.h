@@ -1,0 +1,70 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace varnic {
+
+/// Plays the tracks of a call through the default sound output, all at once from 0 and none of them mixed on disk.
+/// Every operation returns at once; files, decoding and the sound system are a thread's of its own. All members may be
+/// called from any thread, also from within the observer.
+class TrackPlayer {
+public:
+    /// What happened without the owner's doing.
+    enum class Event {
+        loaded, ///< `available` and `duration` are known.
+        ended,  ///< The end was heard: `playing` is false and `time` is `duration`.
+        failed, ///< `playing` is false, and `problem` says why.
+    };
+
+    /// `observer` is called in the player's thread, with nothing locked, after the state has changed. It must not
+    /// destroy the player. An event may come a moment after the `load` or `stop` that made it stale: the state counts.
+    explicit TrackPlayer(std::function<void(Event)> observer);
+    TrackPlayer(const TrackPlayer&) = delete;
+    TrackPlayer& operator=(const TrackPlayer&) = delete;
+    /// After it the observer is not called any more. Waits for the player's thread, at most some seconds where the
+    /// sound system does not answer.
+    ~TrackPlayer();
+
+    /// Takes these files in place of what was loaded, stopped at 0. A file that is not there or cannot be read is left
+    /// out. `loaded` follows; `play` and `seek` before it take effect then.
+    void load(std::vector<std::filesystem::path> tracks);
+
+    /// Goes on at `time`, or at 0 when it stands at the end. Connects to the sound system anew each time. Nothing
+    /// without tracks.
+    void play();
+
+    /// Falls silent within a buffer of the sound system. `time` stays.
+    void pause();
+
+    /// Goes to a place, exact to the sample, playing on or staying paused; past the ends it is the end. `time` is the
+    /// place at once, and no sound from before is heard later than a buffer from now.
+    void seek(double seconds);
+
+    /// Pauses and lets go of the tracks: `available` is false, `time` and `duration` are 0.
+    void stop();
+
+    /// The place that is being heard, in seconds from the beginning; between 0 and `duration`.
+    [[nodiscard]] double time() const;
+
+    [[nodiscard]] bool playing() const;
+
+    /// Whether there is something to play.
+    [[nodiscard]] bool available() const;
+
+    /// Seconds; that of the longest track, 0 while nothing is loaded.
+    [[nodiscard]] double duration() const;
+
+    /// Why playing failed, the user's sentence; empty since the last `play`, `load` or `stop`.
+    [[nodiscard]] std::string problem() const;
+
+private:
+    class Engine;
+
+    std::unique_ptr<Engine> engine_;
+};
+
+} // namespace varnic
