@@ -17,7 +17,7 @@ pkg_check_modules(PANGO REQUIRED IMPORTED_TARGET pangocairo cairo-pdf)
 pkg_check_modules(ARCHIVE REQUIRED IMPORTED_TARGET libarchive)
 pkg_check_modules(PUGIXML REQUIRED IMPORTED_TARGET pugixml)
 pkg_check_modules(PIPEWIRE REQUIRED IMPORTED_TARGET libpipewire-0.3)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Qml Quick QuickControls2 Svg Widgets)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Qml Quick QuickControls2 QuickTest Svg Widgets)
 find_package(QCoro6 REQUIRED COMPONENTS Core)
 
 add_library(SherpaOnnx SHARED IMPORTED)

@@ -1,8 +1,9 @@
-# varnic_qml_module(TARGET URI [QML_FILES file...] [SOURCES file...] [RESOURCES file...] [DEPENDENCIES uri...]
-#                   [LIBRARIES target...]): a QML module as a static library. Whoever links TARGET also links
-# TARGETplugin and says Q_IMPORT_QML_PLUGIN. The warnings are for our own sources, not for what Qt's tools generate.
+# varnic_qml_module(TARGET URI [QML_FILES file...] [SOURCES file...] [RESOURCES file...] [IMPORTS uri...]
+#                   [DEPENDENCIES uri...] [LIBRARIES target...]): a QML module as a static library. A program that links
+# TARGET has the module; it need not import the plugin itself. IMPORTS are modules that whoever imports this one has too.
+# The warnings are for our own sources, not for what Qt's tools generate.
 function(varnic_qml_module target uri)
-    cmake_parse_arguments(PARSE_ARGV 2 module "" "" "QML_FILES;SOURCES;RESOURCES;DEPENDENCIES;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 2 module "" "" "QML_FILES;SOURCES;RESOURCES;IMPORTS;DEPENDENCIES;LIBRARIES")
     string(REPLACE "." "/" path "${uri}")
     foreach(file IN LISTS module_QML_FILES)
         file(READ "${file}" text LIMIT 400)
@@ -17,6 +18,7 @@ function(varnic_qml_module target uri)
         STATIC
         RESOURCE_PREFIX /qt/qml
         OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/qml/${path}"
+        IMPORTS ${module_IMPORTS}
         DEPENDENCIES QtQuick ${module_DEPENDENCIES}
         QML_FILES ${module_QML_FILES}
         RESOURCES ${module_RESOURCES}
@@ -28,5 +30,10 @@ function(varnic_qml_module target uri)
     endforeach()
     target_include_directories(${target} PUBLIC "${CMAKE_SOURCE_DIR}/Sources" PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
     target_compile_definitions(${target} PUBLIC QT_NO_KEYWORDS)
-    target_link_libraries(${target} PUBLIC Qt6::Quick ${module_LIBRARIES})
+    target_link_libraries(${target} PUBLIC Qt6::Quick ${module_LIBRARIES} INTERFACE ${target}plugin)
+    string(REPLACE "." "_" class "${uri}Plugin")
+    set(import "${CMAKE_CURRENT_BINARY_DIR}/${target}_import.cpp")
+    file(CONFIGURE OUTPUT "${import}"
+        CONTENT "#include <QtQml/QQmlExtensionPlugin>\nQ_IMPORT_QML_PLUGIN(${class})\n")
+    target_sources(${target} INTERFACE "$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${import}>")
 endfunction()

@@ -1,10 +1,10 @@
 pragma Singleton
 import QtQuick
-import Varnic.Theme as Theme
+import Varnic.Theme.Native
 
 /// Every colour of the program, in the light or the dark form that the desktop asks for.
 QtObject {
-    readonly property bool dark: Theme.Appearance.dark
+    readonly property bool dark: Appearance.dark
 
     /// Page ground.
     readonly property color paper: dark ? "#15161A" : "#FAF7F0"

@@ -26,7 +26,13 @@ QtObject {
     readonly property font uiStrong: of(sans, 13, Font.DemiBold)
     readonly property font caption: of(sans, 11.5, Font.Normal)
     readonly property font captionStrong: of(sans, 11.5, Font.DemiBold)
-    readonly property font eyebrow: of(sans, 10.5, Font.DemiBold)
+    readonly property font eyebrow: Qt.font({
+            "family": sans,
+            "pointSize": 10.5 * 0.75,
+            "weight": Font.DemiBold,
+            "letterSpacing": 0.9,
+            "capitalization": Font.AllUppercase
+        })
     readonly property font stamp: of(mono, 10.5, Font.Normal)
     readonly property font timer: of(mono, 13, Font.Medium)
 

@@ -1,0 +1,18 @@
+import QtQuick
+import QtQuick.Templates as T
+import QtQuick.Window
+import Varnic.Theme as Theme
+
+/// A sheet on the page, with what stands in it.
+T.Pane {
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    padding: Theme.Space.l
+
+    background: Rectangle {
+        border.color: Theme.Palette.rule
+        border.width: 1
+        color: Theme.Palette.surface
+        radius: Theme.Radius.card
+    }
+}

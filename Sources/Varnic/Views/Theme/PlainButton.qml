@@ -1,0 +1,53 @@
+import QtQuick
+import QtQuick.Templates as T
+import Varnic.Theme as Theme
+
+/// A button without a look of its own: keys, focus ring, help and what assistive programs are told. The others are
+/// made of it.
+T.Button {
+    id: button
+
+    /// The corners of the focus ring.
+    property real corner: Theme.Radius.control
+    /// What it does, for its tool tip and for assistive programs.
+    property string help
+
+    /// Does what a press does.
+    function activate() {
+        if (checkable) {
+            toggle();
+        }
+        clicked();
+    }
+
+    Accessible.description: help === text ? "" : help
+    focusPolicy: Qt.TabFocus
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+
+    Keys.onEnterPressed: activate()
+    Keys.onReturnPressed: activate()
+
+    FocusRing {
+        corner: button.corner
+        visible: button.visualFocus
+    }
+
+    Loader {
+        id: tip
+
+        active: button.help !== "" && button.hovered && !button.down
+        anchors.fill: parent
+
+        sourceComponent: HelpTip {
+            visible: true
+        }
+    }
+
+    Binding {
+        property: "text"
+        target: tip.item
+        value: button.help
+        when: tip.item !== null
+    }
+}
