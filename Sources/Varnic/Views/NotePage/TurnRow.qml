@@ -96,6 +96,7 @@ Rectangle {
 
         Accessible.ignored: true
         font: Theme.Typo.spoken
+        objectName: "words"
         text: turn.words
         width: turn.width - x - Theme.Space.s
         x: Theme.Space.s + 12.5
