@@ -22,5 +22,6 @@ Operations sessionOps();
 Operations exchangeOps();
 Operations updateOps();
 Operations aiOps();
+Operations inkOps();
 
 } // namespace varnic::probe

@@ -16,8 +16,8 @@ using namespace varnic::probe;
 
 Operations allOperations() {
     Operations all;
-    for (auto group :
-         {textOps, noteOps, editorOps, callOps, summariserOps, libraryOps, sessionOps, exchangeOps, updateOps, aiOps}) {
+    for (auto group : {textOps, noteOps, editorOps, callOps, summariserOps, libraryOps, sessionOps, exchangeOps,
+                       updateOps, aiOps, inkOps}) {
         all.merge(group());
     }
     return all;

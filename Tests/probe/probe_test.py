@@ -52,6 +52,12 @@ class ProbeTest(unittest.TestCase):
             [{"ok": "2026-03-15T00:00:00.000Z"}, {"ok": "2026-03-15T18:30:00.000Z"}, {"ok": None}, {"ok": None}],
         )
 
+    def test_a_place_of_the_pen_is_a_pair_and_steps_are_counted_in_whole_numbers(self):
+        place = {"t": 10, "level": 0, "step": 2.5, "startX": 3, "mid": 13, "amplitude": 10}
+        answers = ask(request("ink.point", **place, phase=99), request("ink.point", **place, phase=1.5))
+        self.assertEqual(answers[0], {"ok": [28, 13]})
+        self.assertEqual(answers[1]["error"]["type"], "probe")
+
     def test_an_editors_run_gives_a_result_for_each_step(self):
         note = {
             "id": "0B5D6A1E-5B1C-4B57-9C43-7C6F2A7B8E11",

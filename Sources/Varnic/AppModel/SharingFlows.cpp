@@ -4,6 +4,7 @@
 #include "VarnicCore/Audio/AudioMix.h"
 #include "VarnicCore/Export/Exporter.h"
 #include "VarnicCore/Library/AtomicWrite.h"
+#include "VarnicCore/Text/Wording.h"
 
 #include <QPointer>
 #include <QUrl>
@@ -118,7 +119,7 @@ void AppModel::openInMail(Uuid id) {
 }
 
 void AppModel::copyHeadsUp() {
-    desktop.copyText(Consent::headsUp(settings.headsUpTone.value(), settings.yourName.value()));
+    desktop.copyText(Wording::shown(Consent::headsUp(settings.headsUpTone.value(), settings.yourName.value())));
     flash({.text = "Heads-up copied — paste it into the call’s chat", .symbol = copySymbol});
 }
 

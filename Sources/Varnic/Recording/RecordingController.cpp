@@ -59,6 +59,10 @@ bool RecordingController::isPaused() const {
     return recorder_ && recorder_->pauses().isPaused();
 }
 
+bool RecordingController::hasLiveTranscript() const {
+    return recorder_ && recorder_->hasRecognizers();
+}
+
 std::vector<Segment> RecordingController::liveSegments() const {
     std::vector<Segment> lines = committed_;
     for (const auto& [speaker, unfinished] : partial_) {
@@ -164,6 +168,10 @@ QCoro::Task<std::optional<RecordingResult>> RecordingController::stop() {
 }
 
 void RecordingController::discard() {
+    // The folder of a recording that has ended is that of a call.
+    if (!isBusy(state_)) {
+        return;
+    }
     ++session_;
     // The mark is held until the folder is gone, so that nobody takes it for a recording that died.
     const auto mark = mark_;

@@ -88,6 +88,9 @@ public:
 
     [[nodiscard]] bool isPaused() const;
 
+    /// Whether what is said is being written down as it is said.
+    [[nodiscard]] bool hasLiveTranscript() const;
+
     /// All lines, final or not, by their start.
     [[nodiscard]] std::vector<Segment> liveSegments() const;
 
@@ -99,7 +102,7 @@ public:
     /// Ends the recording and closes its files; nothing when none was running.
     QCoro::Task<std::optional<RecordingResult>> stop();
 
-    /// Ends the recording and removes its folder.
+    /// Ends the recording and removes its folder; nothing when none runs.
     void discard();
 
     /// From here on nothing is recorded, and `elapsed` stands still.

@@ -14,6 +14,7 @@ struct Phrase {
 
 /// Longer phrases stand before those that they contain.
 constexpr std::array phrases{
+    Phrase{"their side needs Screen Recording", "the computer’s sound can’t be heard"},
     Phrase{"this Mac", "this computer"},   Phrase{"my Mac", "my computer"},
     Phrase{"your Mac", "your computer"},   Phrase{"The Mac", "The computer"},
     Phrase{"the Mac", "the computer"},     Phrase{"Keychain", "key ring"},

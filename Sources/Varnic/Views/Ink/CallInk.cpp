@@ -1,0 +1,47 @@
+#include "Varnic/Views/Ink/CallInk.h"
+
+#include "VarnicCore/Models/Clock.h"
+#include "VarnicCore/Transcript/Diarisation.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace varnic {
+
+CallInk::CallInk(const CallRecord& call)
+    : duration_(call.duration), segments_(std::make_shared<const std::vector<Segment>>(call.segments)) {
+    if (duration_ <= 0) {
+        duration_ = call.segments.empty() ? 0 : call.segments.back().end;
+    }
+}
+
+std::vector<InkPen::Levels> CallInk::levels(int slices) const {
+    /// Somebody who speaks through a whole slice swings this far.
+    constexpr double fullLevel = 0.85;
+    std::vector<InkPen::Levels> result;
+    if (segments_) {
+        std::ranges::transform(Diarisation::activity(*segments_, duration_, slices), std::back_inserter(result),
+                               [](const Diarisation::Activity& slice) {
+                                   return InkPen::Levels{slice.you * fullLevel, slice.them * fullLevel};
+                               });
+    }
+    return result;
+}
+
+double CallInk::timeAt(double x, double width) const {
+    return width > 0 ? std::clamp(x / width, 0.0, 1.0) * duration_ : 0;
+}
+
+double CallInk::xOf(double time, double width) const {
+    return duration_ > 0 ? std::clamp(time / duration_, 0.0, 1.0) * width : 0;
+}
+
+QString CallInk::stamp(double time) const {
+    return QString::fromStdString(Clock::stamp(time));
+}
+
+double CallInk::step(double time, double by) const {
+    return std::clamp(time + by, 0.0, duration_);
+}
+
+} // namespace varnic

@@ -1,0 +1,65 @@
+import QtQuick
+import Varnic.Ink
+import Varnic.Theme as Theme
+
+/// What somebody says, written word by word as it comes. The text can be selected.
+Item {
+    id: line
+
+    required property color color
+    required property font font
+    /// How many characters are final.
+    required property int firm
+    /// The words that are being written now.
+    required property FreshInk fresh
+    required property string text
+
+    /// The place of a character; `measures` is what it depends on.
+    function placeOf(character: int, measures: size): rect {
+        return written.positionToRectangle(character);
+    }
+
+    baselineOffset: written.baselineOffset
+    implicitHeight: written.implicitHeight
+
+    TextEdit {
+        id: written
+
+        Accessible.ignored: true
+        activeFocusOnPress: true
+        color: line.color
+        font: line.font
+        readOnly: true
+        selectByMouse: true
+        selectionColor: Theme.Palette.highlight
+        selectedTextColor: line.color
+        text: line.text
+        textFormat: TextEdit.PlainText
+        width: line.width
+        wrapMode: TextEdit.Wrap
+    }
+
+    WetInk {
+        color: Qt.alpha(line.color, 0.86)
+        firm: line.firm
+        text: written.textDocument
+    }
+
+    Repeater {
+        model: line.fresh
+
+        InkIn {
+            required property int from
+            required property int to
+            readonly property size measures: Qt.size(written.width, written.contentHeight)
+            readonly property rect begin: line.placeOf(from, measures)
+            readonly property rect end: line.placeOf(to, measures)
+
+            height: begin.height
+            // A letter may lean out of its place a little.
+            width: Math.max(end.x - begin.x, 0) + 3
+            x: begin.x - 1
+            y: begin.y
+        }
+    }
+}

@@ -1,0 +1,83 @@
+import QtQuick
+import Varnic.Ink
+import Varnic.Theme as Theme
+
+/// A running recording in small: its ink, its length, and the way to stop it.
+Item {
+    id: pill
+
+    Accessible.name: "Varnic is recording"
+    Accessible.role: Accessible.Grouping
+    implicitHeight: 44
+    implicitWidth: 300
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.margins: 2
+        border.color: Theme.Palette.rule
+        border.width: 1
+        color: Theme.Palette.surface
+        radius: height / 2
+    }
+
+    RecordingDot {
+        id: dot
+
+        active: LiveCall.isRecording && !LiveCall.isPaused
+        anchors.verticalCenter: parent.verticalCenter
+        size: 9
+        x: 16
+    }
+
+    NibLine {
+        anchors.left: dot.right
+        anchors.leftMargin: 10
+        anchors.right: stamp.left
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        height: 26
+        history: LiveCall.ink
+    }
+
+    Text {
+        id: stamp
+
+        anchors.right: stop.left
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.Palette.ink
+        font: Theme.Typo.timer
+        text: LiveCall.stamp
+    }
+
+    Theme.PlainButton {
+        id: stop
+
+        Accessible.name: "Stop recording"
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        corner: 12
+        enabled: LiveCall.isRecording
+        help: "Stop recording and save"
+        implicitHeight: 24
+        implicitWidth: 24
+
+        background: Rectangle {
+            color: Theme.Palette.buttonRecord
+            opacity: stop.enabled ? (stop.down ? 0.85 : 1) : 0.4
+            radius: 12
+        }
+        contentItem: Item {
+            Theme.Symbol {
+                anchors.centerIn: parent
+                color: "white"
+                name: "stop.fill"
+                size: 10
+                weight: Font.Bold
+            }
+        }
+
+        onClicked: LiveCall.stop()
+    }
+}
