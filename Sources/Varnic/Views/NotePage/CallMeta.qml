@@ -43,8 +43,13 @@ ColumnLayout {
             player: meta.player
         }
 
-        Item {
+        InkTimeline {
             Layout.fillWidth: true
+            call: meta.note.ink
+            position: meta.player.time
+            seekable: meta.player.available
+
+            onSeek: time => meta.player.seek(time, true)
         }
 
         Text {

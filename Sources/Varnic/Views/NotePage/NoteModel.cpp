@@ -25,7 +25,8 @@ QString text(const std::string& utf8) {
 
 bool hasSameLines(const Note& a, const Note& b) {
     return a.isCall() == b.isCall() &&
-           (!a.call || (a.call->themName == b.call->themName && a.call->segments == b.call->segments));
+           (!a.call || (a.call->themName == b.call->themName && a.call->duration == b.call->duration &&
+                        a.call->segments == b.call->segments));
 }
 
 } // namespace

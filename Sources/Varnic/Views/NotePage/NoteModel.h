@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Varnic/AppModel/AppModel.h"
+#include "Varnic/Views/Ink/CallInk.h"
 
 #include <QList>
 #include <QObject>
@@ -43,6 +44,8 @@ class NoteModel : public QObject, public QQmlParserStatus {
     Q_PROPERTY(double share READ share NOTIFY changed)
     /// Your part of the talking, in whole percent.
     Q_PROPERTY(int sharePercent READ sharePercent NOTIFY changed)
+    /// Who spoke when.
+    Q_PROPERTY(varnic::CallInk ink READ ink NOTIFY transcriptChanged)
     /// The recordings that are on disk.
     Q_PROPERTY(QList<QUrl> tracks READ tracks NOTIFY changed)
     Q_PROPERTY(bool hasEmail READ hasEmail NOTIFY changed)
@@ -87,6 +90,8 @@ public:
     [[nodiscard]] bool hasShare() const;
     [[nodiscard]] double share() const;
     [[nodiscard]] int sharePercent() const;
+    [[nodiscard]] CallInk ink() const { return note_.call ? CallInk(*note_.call) : CallInk(); }
+
     [[nodiscard]] QList<QUrl> tracks() const;
     [[nodiscard]] bool hasEmail() const { return email() != nullptr; }
 
@@ -110,7 +115,7 @@ public:
 Q_SIGNALS:
     /// Something of the note, or what the page says of it.
     void changed();
-    /// The lines of the call or the names of its sides.
+    /// The lines of the call, its length or the names of its sides.
     void transcriptChanged();
     void transcriptShownChanged();
     /// The call is to be shown from this many seconds on.

@@ -214,9 +214,9 @@ TEST_F(NotePageTest, the_current_turn_lasts_a_little_longer_than_it_is_spoken) {
     open(addCall({line(Speaker::you, 0, 1, "One."), line(Speaker::them, 4, 5, "Two.")}));
     auto* const transcript = only<TranscriptModel>();
     for (const auto& [time, current] : {std::pair(0.0, QStringList({"true", "false"})),
-                                        {1.49, {"true", "false"}},
-                                        {1.5, {"false", "false"}},
-                                        {4.0, {"false", "true"}}}) {
+                                        std::pair(1.49, QStringList({"true", "false"})),
+                                        std::pair(1.5, QStringList({"false", "false"})),
+                                        std::pair(4.0, QStringList({"false", "true"}))}) {
         transcript->setTime(time);
         EXPECT_EQ(column(*transcript, TranscriptModel::IsCurrent), current) << time;
     }
@@ -228,7 +228,8 @@ TEST_F(NotePageTest, the_transcript_follows_the_player_only_while_it_plays) {
     transcript->setTime(4.5);
     EXPECT_EQ(transcript->followedRow(), -1);
     transcript->setPlaying(true);
-    for (const auto& [time, row] : {std::pair(0.5, -1), {0.99, 0}, {3.5, 0}, {3.995, 1}, {60.0, 1}}) {
+    for (const auto& [time, row] : {std::pair(0.5, -1), std::pair(0.99, 0), std::pair(3.5, 0), std::pair(3.995, 1),
+                                    std::pair(60.0, 1)}) {
         transcript->setTime(time);
         EXPECT_EQ(transcript->followedRow(), row) << time;
     }
