@@ -213,6 +213,8 @@ public:
     QCoro::Task<> runAI(Uuid id);
     void useLocalSummary(Uuid id);
     void removeAudio(Uuid id);
+    /// The recordings of a call that are on disk. The note must be a call.
+    [[nodiscard]] CallTracks existingTracks(const Note& note) const;
 
     /// Ends what is being transcribed or summarised as soon as it can. A call without a transcript says so; what is
     /// started later runs.
@@ -251,7 +253,6 @@ private:
     [[nodiscard]] DigestContext context(const CallRecord& call) const;
     [[nodiscard]] DigestContext context(Date startedAt, std::string themName, std::string source) const;
     void file(Note finished);
-    [[nodiscard]] CallTracks existingTracks(const Note& note) const;
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
 
     std::vector<Note> notes_;

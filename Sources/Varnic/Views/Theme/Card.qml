@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Templates as T
-import QtQuick.Window
 import Varnic.Theme as Theme
 
 /// A sheet on the page, with what stands in it.
@@ -11,7 +10,8 @@ T.Pane {
 
     background: Rectangle {
         border.color: Theme.Palette.rule
-        border.width: 1
+        border.pixelAligned: false
+        border.width: 1 / Screen.devicePixelRatio
         color: Theme.Palette.surface
         radius: Theme.Radius.card
     }

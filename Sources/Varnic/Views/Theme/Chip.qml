@@ -12,31 +12,19 @@ Rectangle {
     Accessible.role: Accessible.StaticText
     color: Theme.Palette.wash
     implicitHeight: label.implicitHeight + 3
-    implicitWidth: row.implicitWidth + 12
+    implicitWidth: label.implicitWidth + 12
     radius: height / 2
 
-    Row {
-        id: row
+    SymbolLabel {
+        id: label
 
         anchors.centerIn: parent
+        color: Theme.Palette.inkSoft
+        font: Theme.Typo.system(10.5, Font.Medium)
         spacing: 4
-
-        Theme.Symbol {
-            anchors.verticalCenter: parent.verticalCenter
-            color: Theme.Palette.inkSoft
-            name: chip.symbol
-            size: 9.5
-            visible: chip.symbol !== ""
-            weight: Font.DemiBold
-        }
-
-        Text {
-            id: label
-
-            Accessible.ignored: true
-            color: Theme.Palette.inkSoft
-            font: Theme.Typo.system(10.5, Font.Medium)
-            text: chip.text
-        }
+        symbol: chip.symbol
+        symbolSize: 9.5
+        symbolWeight: Font.DemiBold
+        text: chip.text
     }
 }

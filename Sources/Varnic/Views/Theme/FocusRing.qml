@@ -11,5 +11,6 @@ Rectangle {
     border.color: Theme.Palette.you
     border.width: 2
     color: "transparent"
+    objectName: "focusRing"
     radius: corner + 3
 }

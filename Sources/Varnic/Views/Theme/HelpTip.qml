@@ -18,7 +18,8 @@ T.ToolTip {
 
     background: Rectangle {
         border.color: Theme.Palette.rule
-        border.width: 1
+        border.pixelAligned: false
+        border.width: 1 / Screen.devicePixelRatio
         color: Theme.Palette.surface
         radius: 6
     }

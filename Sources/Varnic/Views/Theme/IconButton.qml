@@ -9,6 +9,7 @@ PlainButton {
     property real size: 28
     required property string symbol
 
+    Accessible.description: ""
     Accessible.name: help
     corner: size / 2
     implicitHeight: size

@@ -25,29 +25,10 @@ PlainButton {
             }
         }
     }
-    contentItem: Item {
-        implicitHeight: childrenRect.height
-        implicitWidth: childrenRect.width
-
-        Row {
-            anchors.centerIn: parent
-            spacing: 5
-
-            Theme.Symbol {
-                anchors.verticalCenter: parent.verticalCenter
-                color: Theme.Palette.ink
-                name: button.symbol
-                size: button.compact ? 11 : 12
-                visible: button.symbol !== ""
-                weight: Font.Medium
-            }
-
-            Text {
-                color: Theme.Palette.ink
-                font: Theme.Typo.system(button.compact ? 12 : 13, Font.Medium)
-                text: button.text
-                visible: text !== ""
-            }
-        }
+    contentItem: SymbolLabel {
+        font: Theme.Typo.system(button.compact ? 12 : 13, Font.Medium)
+        symbol: button.symbol
+        symbolSize: button.compact ? 11 : 12
+        text: button.text
     }
 }

@@ -17,7 +17,8 @@ Rectangle {
     Accessible.name: text
     Accessible.role: Accessible.AlertMessage
     border.color: Theme.Palette.rule
-    border.width: 1
+    border.pixelAligned: false
+    border.width: 1 / Screen.devicePixelRatio
     color: Theme.Palette.surface
     implicitHeight: row.implicitHeight + 16
     implicitWidth: row.implicitWidth + 28
@@ -38,19 +39,13 @@ Rectangle {
         anchors.centerIn: parent
         spacing: 8
 
-        Theme.Symbol {
+        SymbolLabel {
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.Palette.ink
-            name: toast.symbol
-            size: 11
-            weight: Font.Bold
-        }
-
-        Text {
-            Accessible.ignored: true
-            anchors.verticalCenter: parent.verticalCenter
-            color: Theme.Palette.ink
             font: Theme.Typo.system(12.5, Font.Medium)
+            spacing: 8
+            symbol: toast.symbol
+            symbolSize: 11
+            symbolWeight: Font.Bold
             text: toast.text
         }
 

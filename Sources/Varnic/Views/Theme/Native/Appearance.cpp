@@ -33,8 +33,7 @@ bool isDark(const QPalette& palette) {
 
 Appearance::Appearance(QObject* parent) : QObject(parent) {
     qGuiApp->installEventFilter(this);
-    bus_.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
-                 SLOT(settingChanged(QDBusMessage)));
+    bus_.connect(service, path, interface, QStringLiteral("SettingChanged"), this, SLOT(settingChanged(QDBusMessage)));
     refresh();
     readAll();
 }
@@ -49,7 +48,8 @@ bool Appearance::eventFilter(QObject* watched, QEvent* event) {
 void Appearance::readAll() {
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("ReadAll"));
     call << QStringList{look, gnome};
-    auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this); // NOLINT(*-owning-memory): `this` owns it
+    auto* const watcher =
+        new QDBusPendingCallWatcher(bus_.asyncCall(call), this); // NOLINT(*-owning-memory): `this` owns it
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
         if (watcher->isError()) {
@@ -76,7 +76,8 @@ void Appearance::settingChanged(const QDBusMessage& message) {
 
 void Appearance::refresh() {
     const auto scheme = static_cast<ColorScheme>(settings_.value(key(look, QStringLiteral("color-scheme"))).toUInt());
-    const bool dark = scheme == ColorScheme::dark || (scheme != ColorScheme::light && isDark(QGuiApplication::palette()));
+    const bool dark =
+        scheme == ColorScheme::dark || (scheme != ColorScheme::light && isDark(QGuiApplication::palette()));
     const bool reduceMotion = settings_.value(key(look, QStringLiteral("reduced-motion"))).toUInt() == 1 ||
                               !settings_.value(key(gnome, QStringLiteral("enable-animations")), true).toBool();
     if (dark != dark_) {

@@ -17,6 +17,7 @@ public:
     explicit FlowLayout(QQuickItem* parent = nullptr);
 
     [[nodiscard]] qreal spacing() const { return spacing_; }
+
     void setSpacing(qreal spacing);
 
 Q_SIGNALS:

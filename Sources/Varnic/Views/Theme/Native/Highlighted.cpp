@@ -16,7 +16,9 @@ QString escaped(std::string_view text) {
 
 QString highlighted(std::string_view text, std::span<const Highlight> ranges) {
     const std::vector<std::size_t> starts = Unicode::characterStarts(text);
-    const auto byte = [&](std::size_t character) { return character < starts.size() ? starts[character] : text.size(); };
+    const auto byte = [&](std::size_t character) {
+        return character < starts.size() ? starts[character] : text.size();
+    };
     QString html;
     std::size_t done = 0;
     for (const Highlight& range : ranges) {

@@ -7,7 +7,8 @@ namespace varnic {
 
 namespace {
 
-constexpr SymbolDrawing symbols[] = { // NOLINT(modernize-avoid-c-arrays): its length follows from the rows
+constexpr SymbolDrawing symbols[] = {
+    // NOLINT(modernize-avoid-c-arrays): its length follows from the rows
     {"arrow.up.forward.app", "external-link"},
     {"book.closed", "book"},
     {"calendar", "calendar"},
@@ -31,7 +32,7 @@ constexpr SymbolDrawing symbols[] = { // NOLINT(modernize-avoid-c-arrays): its l
     {"info.circle", "info"},
     {"line.3.horizontal", "menu"},
     {"list.bullet", "list"},
-    {"lock.fill", "lock"},
+    {"lock.fill", "lock-filled"},
     {"magnifyingglass", "search"},
     {"minus", "minus"},
     {"pause.fill", "pause", true},
@@ -42,7 +43,7 @@ constexpr SymbolDrawing symbols[] = { // NOLINT(modernize-avoid-c-arrays): its l
     {"play.fill", "play", true},
     {"plus", "plus"},
     {"progress", "loader-circle"},
-    {"record.circle", "circle-dot"},
+    {"record.circle", "record"},
     {"rectangle.on.rectangle.angled", "gallery-vertical-end"},
     {"sidebar.left", "panel-left"},
     {"sidebar.right", "panel-right"},
