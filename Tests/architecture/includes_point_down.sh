@@ -15,7 +15,7 @@ forbid() {
 }
 
 qt='Q[A-Z][A-Za-z]*[>"]|Qt[A-Z]|q[a-z]+\.h|QCoro'
-forbid VarnicCore "$qt|VarnicPlatform/|BrevinKit/|Varnic/|VarnicCLI/|sherpa-onnx/|pipewire/|spa/|libsecret/"
+forbid VarnicCore "$qt|VarnicPlatform/|BrevinKit/|Varnic/|VarnicCLI/|sherpa-onnx/|pipewire/|spa/|libsecret/|xcb/|systemd/"
 forbid VarnicPlatform "$qt|BrevinKit/|Varnic/|VarnicCLI/"
 forbid BrevinKit "VarnicCore/|VarnicPlatform/|Varnic/|VarnicCLI/"
 forbid Varnic "VarnicCLI/"

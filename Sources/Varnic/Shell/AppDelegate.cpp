@@ -29,7 +29,8 @@ AppDelegate::AppDelegate(AppModel& model, QObject* parent)
     : QObject(parent), model_(model), pill_(model), notifications_(model),
       eventsNotifier_(events_.descriptor(), QSocketNotifier::Read) {
     hooks.environment = environmentVariable;
-    hooks.quit = [] { QCoreApplication::quit(); };
+    // Not quit(), which a window that is merely hidden when it is closed could refuse.
+    hooks.quit = [] { QCoreApplication::exit(); };
     model.desktop.refreshPill = [this] { pill_.refresh(); };
     model.desktop.applyHotkey = [this] { applyHotkey(); };
     model.desktop.runningPrograms = [] { return RunningPrograms::identifiers(); };

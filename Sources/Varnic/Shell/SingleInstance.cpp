@@ -1,6 +1,7 @@
 #include "Varnic/Shell/SingleInstance.h"
 
 #include "Varnic/Shell/ApplicationInterface.h"
+#include "VarnicCore/Library/Folders.h"
 #include "VarnicCore/Library/LibraryError.h"
 
 #include <QCryptographicHash>
@@ -111,6 +112,7 @@ bool SingleInstance::handOver(const Request& request) {
 
 bool SingleInstance::takeLibrary() {
     try {
+        Folders::make(library_);
         lock_ = LibraryLock::forApplication(library_);
         if (!lock_) {
             const auto process = LibraryLock::application(library_);

@@ -1,0 +1,204 @@
+#include "Varnic/Shell/AppDelegate.h"
+
+#include "Varnic/Shell/ShellTest.h"
+#include "VarnicCore/Audio/SoundFiles.h"
+#include "VarnicPlatform/Desktop/Logind.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace varnic {
+namespace {
+
+using testing::ElementsAre;
+
+class AppDelegateTest : public ShellTest {
+protected:
+    AppDelegateTest() {
+        model->newNote("On disk");
+        model->flushSaves();
+        delegate.hooks.environment = [this](const char* name) {
+            const auto found = environment.find(name);
+            return found == environment.end() ? std::nullopt : std::optional(found->second);
+        };
+        delegate.hooks.quit = [this] { steps.emplace_back("quit"); };
+        model->desktop.applyHotkey = [this] { steps.emplace_back("hotkey"); };
+        model->desktop.activate = [this] { steps.emplace_back("window"); };
+    }
+
+    void launch() { QCoro::waitFor(delegate.applicationDidFinishLaunching()); }
+
+    std::map<std::string, std::string> environment;
+    std::vector<std::string> steps;
+    AppDelegate delegate{*model};
+};
+
+TEST_F(AppDelegateTest, launch_takesItsStepsInOrder) {
+    struct Case {
+        std::map<std::string, std::string> environment;
+        std::vector<std::string> steps;
+        std::size_t notes;
+    };
+
+    const std::vector<Case> cases{
+        {{}, {"kit", "hotkey"}, 1},
+        {{{"VARNIC_DEMO", "1"}}, {"kit", "demo"}, 0},
+        {{{"VARNIC_SNAPSHOT_DIR", "/tmp/x"}, {"VARNIC_DEMO", "1"}}, {"kit", "snapshots /tmp/x", "quit"}, 0},
+        {{{"VARNIC_SELFTEST", "1"}, {"VARNIC_SNAPSHOT_DIR", "/tmp/x"}}, {"kit", "selftest"}, 0}};
+    for (const Case& one : cases) {
+        model.restart();
+        std::vector<std::string> taken;
+        AppDelegate fresh(*model);
+        fresh.hooks = {.startKit = [&] { taken.emplace_back("kit"); },
+                       .runSelfTest = [&]() -> QCoro::Task<> {
+                           taken.emplace_back("selftest");
+                           co_return;
+                       },
+                       .runSnapshots = [&](std::filesystem::path folder) -> QCoro::Task<> {
+                           taken.push_back("snapshots " + folder.string());
+                           co_return;
+                       },
+                       .loadDemo =
+                           [&](AppModel& demo) {
+                               demo.isDemo = true;
+                               taken.emplace_back("demo");
+                           },
+                       .environment =
+                           [&](const char* name) {
+                               const auto found = one.environment.find(name);
+                               return found == one.environment.end() ? std::nullopt : std::optional(found->second);
+                           },
+                       .quit = [&] { taken.emplace_back("quit"); }};
+        model->desktop.applyHotkey = [&] { taken.emplace_back("hotkey"); };
+        QCoro::waitFor(fresh.applicationDidFinishLaunching());
+        EXPECT_EQ(taken, one.steps);
+        EXPECT_EQ(model->notes().size(), one.notes);
+    }
+}
+
+TEST_F(AppDelegateTest, requestsBeforeTheLibraryIsThere_wait) {
+    delegate.perform({.kind = Request::Kind::activate, .files = {}, .activationToken = "early"});
+    delegate.perform({.kind = Request::Kind::toggleRecording, .files = {}, .activationToken = {}});
+    EXPECT_THAT(steps, ElementsAre());
+    launch();
+    EXPECT_THAT(steps, ElementsAre("hotkey", "window"));
+    EXPECT_EQ(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"), "early");
+    EXPECT_TRUE(waitUntil([this] { return isRecording(model->recorder().state()); }));
+    model->discardRecording();
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+}
+
+TEST_F(AppDelegateTest, files_areImportedOneAfterAnother) {
+    launch();
+    const SoundFiles sounds;
+    const std::vector<std::filesystem::path> files{sounds.tone("a.wav", 1), sounds.path("missing.wav"),
+                                                   sounds.tone("b.wav", 1)};
+    delegate.perform({.kind = Request::Kind::importFiles, .files = files, .activationToken = {}});
+    EXPECT_EQ(steps.back(), "window");
+    ASSERT_TRUE(waitUntil([this] { return model->notes().size() == 3 && model->processing.value().empty(); }));
+    ASSERT_TRUE(model->toast.value());
+    EXPECT_EQ(model->toast.value()->text, "Couldn’t read that file");
+}
+
+TEST_F(AppDelegateTest, quitWhenIdle_savesAndEndsAtOnce) {
+    launch();
+    const Uuid note = model->notes().front().id;
+    model->update(note, false, [](Note& edited) { edited.title = "Just typed"; });
+    delegate.terminate();
+    EXPECT_EQ(steps.back(), "quit");
+    EXPECT_TRUE(model->isSaved(note));
+    LibraryStore store(model.folder() / "Library");
+    EXPECT_EQ(store.loadAll(currentDate()).front().title, "Just typed");
+}
+
+TEST_F(AppDelegateTest, quitWhileRecording_filesTheCallFirst) {
+    launch();
+    ASSERT_NO_FATAL_FAILURE(record());
+    const Uuid call = model->recorder().noteID();
+    EXPECT_EQ(delegate.applicationShouldTerminate(), AppDelegate::TerminateReply::later);
+    delegate.terminate(); // An impatient user.
+    EXPECT_THAT(steps, ElementsAre("hotkey"));
+    ASSERT_TRUE(waitUntil([this] { return steps.size() == 2; }));
+    EXPECT_THAT(steps, ElementsAre("hotkey", "quit"));
+    LibraryStore store(model.folder() / "Library");
+    const auto stored = store.loadAll(currentDate());
+    const auto filed = std::ranges::find(stored, call, &Note::id);
+    ASSERT_NE(filed, stored.end());
+    EXPECT_EQ(filed->call->problem, quitProblem);
+    EXPECT_TRUE(std::filesystem::exists(model->audioFolder(call) / "you.m4a"));
+}
+
+TEST_F(AppDelegateTest, logout_returnsWithTheCallOnDisk) {
+    launch();
+    for (const bool isStopping : {false, true}) {
+        ASSERT_NO_FATAL_FAILURE(record());
+        const Uuid call = model->recorder().noteID();
+        if (isStopping) {
+            model->stopRecording();
+        }
+        delegate.finishBeforeLogout();
+        LibraryStore store(model.folder() / "Library");
+        const auto stored = store.loadAll(currentDate());
+        EXPECT_NE(std::ranges::find(stored, call, &Note::id), stored.end()) << isStopping;
+        EXPECT_THAT(steps, ElementsAre("hotkey"));
+    }
+}
+
+TEST_F(AppDelegateTest, sleep_endsTheRecordingAndWaitsForItsNote) {
+    launch();
+    bool isDone = false;
+    delegate.systemWillSleep([&isDone] { isDone = true; });
+    EXPECT_TRUE(isDone);
+
+    ASSERT_NO_FATAL_FAILURE(record());
+    const Uuid call = model->recorder().noteID();
+    isDone = false;
+    bool isOnDisk = false;
+    delegate.systemWillSleep([&] {
+        isDone = true;
+        isOnDisk = model->isSaved(call) && model->note(call) != nullptr;
+    });
+    EXPECT_FALSE(isDone);
+    ASSERT_TRUE(waitUntil([&isDone] { return isDone; }));
+    EXPECT_TRUE(isOnDisk);
+    ASSERT_TRUE(waitUntil([this] { return model->processing.value().empty(); }));
+    EXPECT_FALSE(model->note(call)->call->segments.empty());
+}
+
+TEST_F(AppDelegateTest, sleepWhileStarting_endsTheRecordingToo) {
+    launch();
+    model->toggleRecording();
+    ASSERT_TRUE(waitUntil([this] { return isBusy(model->recorder().state()); }));
+    bool isDone = false;
+    delegate.systemWillSleep([&isDone] { isDone = true; });
+    ASSERT_TRUE(waitUntil([&isDone] { return isDone; }));
+    EXPECT_FALSE(isBusy(model->recorder().state()));
+}
+
+TEST_F(AppDelegateTest, logindsSleep_waitsForTheNoteOfARecording) {
+    DesktopEvents events;
+    Logind logind(events);
+    const auto comesTo = [&events](const auto& condition) {
+        return waitUntil([&] {
+            events.dispatch();
+            return condition();
+        });
+    };
+    launch();
+    ASSERT_NO_FATAL_FAILURE(record());
+    const Uuid call = model->recorder().noteID();
+    ASSERT_TRUE(comesTo([&logind] { return logind.isHeld(); }));
+    logind.prepareForSleep(true);
+    ASSERT_TRUE(comesTo([&logind] { return !logind.isHeld(); }));
+    LibraryStore store(model.folder() / "Library");
+    const auto stored = store.loadAll(currentDate());
+    EXPECT_NE(std::ranges::find(stored, call, &Note::id), stored.end());
+    ASSERT_TRUE(waitUntil([this] { return model->processing.value().empty(); }));
+}
+
+} // namespace
+} // namespace varnic

@@ -1,0 +1,74 @@
+#include "Varnic/Shell/HotkeyKeys.h"
+#include "Varnic/Shell/ShellTest.h"
+#include "VarnicPlatform/Desktop/XServer.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace varnic {
+namespace {
+
+TEST(HotkeyKeys, keys_areLinuxOnes) {
+    EXPECT_EQ(keys(HotkeyChoice::ctrlOptCmdR).title(), "Ctrl+Alt+Super+R");
+    EXPECT_EQ(keys(HotkeyChoice::optShiftR).title(), "Alt+Shift+R");
+    EXPECT_EQ(keys(HotkeyChoice::ctrlShiftR).title(), "Ctrl+Shift+R");
+}
+
+class HotkeyWiringTest : public ShellTest {
+protected:
+    void launch() { QCoro::waitFor(delegate.applicationDidFinishLaunching()); }
+
+    static void press(const std::string& keys) { ASSERT_EQ(runProgram({"xdotool", "key", keys}), 0); }
+
+    bool comesToRecord(bool isWanted) {
+        return waitUntil([this, isWanted] {
+            const SessionState& state = model->recorder().state();
+            return isWanted ? isRecording(state) : !isBusy(state);
+        });
+    }
+
+    XServer server;
+    AppDelegate delegate{*model};
+};
+
+TEST_F(HotkeyWiringTest, press_startsAndStopsARecording) {
+    launch();
+    EXPECT_EQ(delegate.hotkeyNote.value(), "Ctrl+Alt+Super+R works in every program.");
+    press("ctrl+alt+super+r");
+    ASSERT_TRUE(comesToRecord(true));
+    capture->play(Speaker::you, 0, 1);
+    press("ctrl+alt+super+r");
+    EXPECT_TRUE(comesToRecord(false));
+}
+
+TEST_F(HotkeyWiringTest, settings_registerAnewAtOnce) {
+    launch();
+    model->settings.hotkey = HotkeyChoice::optShiftR;
+    EXPECT_EQ(delegate.hotkeyNote.value(), "Alt+Shift+R works in every program.");
+    press("ctrl+alt+super+r");
+    press("alt+shift+r");
+    ASSERT_TRUE(comesToRecord(true));
+    capture->play(Speaker::you, 0, 1);
+    model->settings.hotkeyEnabled = false;
+    EXPECT_EQ(delegate.hotkeyNote.value(), "");
+    press("alt+shift+r");
+    model->settings.hotkey = HotkeyChoice::ctrlShiftR;
+    EXPECT_EQ(delegate.hotkeyNote.value(), "");
+    model->settings.hotkeyEnabled = true;
+    press("ctrl+shift+r");
+    EXPECT_TRUE(comesToRecord(false));
+}
+
+TEST_F(HotkeyWiringTest, takenCombination_isTold) {
+    launch();
+    ScratchModel other;
+    AppDelegate second(*other);
+    QCoro::waitFor(second.applicationDidFinishLaunching());
+    ASSERT_TRUE(other->toast.value());
+    EXPECT_EQ(other->toast.value()->text, "Ctrl+Alt+Super+R is taken by another program");
+    EXPECT_EQ(second.hotkeyNote.value(), "Ctrl+Alt+Super+R is taken by another program.");
+}
+
+} // namespace
+} // namespace varnic
