@@ -69,18 +69,11 @@ FocusScope {
         onDraggedBy: delta => Columns.listWidth += delta
     }
 
-    Toolbar {
-        id: toolbar
-
-        anchors.left: listDivider.right
-        anchors.right: parent.right
-    }
-
     Pages.Detail {
         anchors.bottom: parent.bottom
         anchors.left: listDivider.right
         anchors.right: parent.right
-        anchors.top: toolbar.bottom
+        anchors.top: parent.top
     }
 
     ToastPlace {
@@ -121,6 +114,6 @@ FocusScope {
     Shortcut {
         sequences: [StandardKey.Find]
 
-        onActivated: toolbar.search()
+        onActivated: list.search()
     }
 }

@@ -29,10 +29,15 @@ Library::Library(AppModel& model, QObject* parent) : QObject(parent), model_(mod
     follow(model.showConsent, &Library::showConsentChanged);
     follow(model.showSetup, &Library::showSetupChanged);
     follow(model.loadProblem, &Library::loadProblemChanged);
+    connect(this, &Library::sectionChanged, this, &Library::listTitleChanged);
+    connect(this, &Library::queryChanged, this, &Library::listTitleChanged);
     connect(&model, &AppModel::notesChanged, this, &Library::onNotesChanged);
 }
 
-QString Library::sectionTitle() const {
+QString Library::listTitle() const {
+    if (isSearching()) {
+        return QStringLiteral("Search");
+    }
     const std::string_view name = title(model_.section.value());
     return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
 }

@@ -17,7 +17,8 @@ class Library : public QObject {
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(Section section READ section WRITE goTo NOTIFY sectionChanged)
-    Q_PROPERTY(QString sectionTitle READ sectionTitle NOTIFY sectionChanged)
+    /// What the list shows.
+    Q_PROPERTY(QString listTitle READ listTitle NOTIFY listTitleChanged)
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged)
     Q_PROPERTY(bool isSearching READ isSearching NOTIFY queryChanged)
     /// "Nothing matches “…”".
@@ -44,7 +45,7 @@ public:
 
     [[nodiscard]] Section section() const { return static_cast<Section>(model_.section.value()); }
 
-    [[nodiscard]] QString sectionTitle() const;
+    [[nodiscard]] QString listTitle() const;
 
     [[nodiscard]] QString query() const { return QString::fromStdString(model_.query.value()); }
 
@@ -88,6 +89,7 @@ public:
 
 Q_SIGNALS:
     void sectionChanged();
+    void listTitleChanged();
     void queryChanged();
     void showConsentChanged();
     void showSetupChanged();

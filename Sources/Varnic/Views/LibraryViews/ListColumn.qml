@@ -7,6 +7,11 @@ import Varnic.Theme as Theme
 FocusScope {
     id: column
 
+    /// Moves the keyboard to the search.
+    function search() {
+        header.search();
+    }
+
     Rectangle {
         anchors.fill: parent
         color: Theme.Palette.paper

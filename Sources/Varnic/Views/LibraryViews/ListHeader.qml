@@ -2,16 +2,23 @@ import QtQuick
 import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
-/// The title of the list, with the menu and a new note.
+/// The toolbar of the list: the menu, a title, a new note, and the search.
 Item {
-    implicitHeight: 48
+    /// Moves the keyboard to the search.
+    function search() {
+        field.forceActiveFocus(Qt.ShortcutFocusReason);
+        field.selectAll();
+    }
+
+    implicitHeight: 88
 
     MainMenuButton {
         id: menu
 
         anchors.left: parent.left
         anchors.leftMargin: Theme.Space.s
-        anchors.verticalCenter: parent.verticalCenter
+        anchors.top: parent.top
+        anchors.topMargin: 9
     }
 
     Text {
@@ -19,11 +26,11 @@ Item {
         anchors.left: menu.right
         anchors.leftMargin: 4
         anchors.right: note.left
-        anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenter: menu.verticalCenter
         color: Theme.Palette.ink
         elide: Text.ElideRight
         font: Theme.Typo.subheading
-        text: Library.isSearching ? "Search" : Library.sectionTitle
+        text: Library.listTitle
     }
 
     Theme.IconButton {
@@ -31,12 +38,23 @@ Item {
 
         anchors.right: parent.right
         anchors.rightMargin: Theme.Space.s
-        anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenter: menu.verticalCenter
         help: "New Note"
         size: 30
         symbol: "square.and.pencil"
 
         onClicked: Library.newNote()
+    }
+
+    SearchField {
+        id: field
+
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 10
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.Space.m
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.Space.m
     }
 
     Rectangle {

@@ -11,7 +11,7 @@ FocusScope {
     ListView {
         id: list
 
-        Accessible.name: Library.sectionTitle
+        Accessible.name: Library.listTitle
         Accessible.role: Accessible.List
         activeFocusOnTab: true
         anchors.fill: parent
