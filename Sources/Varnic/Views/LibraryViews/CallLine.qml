@@ -35,15 +35,12 @@ Item {
         visible: line.stage !== "" || !line.hasTranscript
     }
 
-    Loader {
-        active: line.stage === "" && line.hasTranscript
+    InkSignature {
         anchors.fill: parent
-
-        sourceComponent: InkSignature {
-            call: line.ink
-            quiet: Qt.rgba(Theme.Palette.inkFaint.r, Theme.Palette.inkFaint.g, Theme.Palette.inkFaint.b, 0.45)
-            them: Theme.Palette.them
-            you: Theme.Palette.you
-        }
+        call: line.ink
+        quiet: Qt.rgba(Theme.Palette.inkFaint.r, Theme.Palette.inkFaint.g, Theme.Palette.inkFaint.b, 0.45)
+        them: Theme.Palette.them
+        visible: line.stage === "" && line.hasTranscript
+        you: Theme.Palette.you
     }
 }

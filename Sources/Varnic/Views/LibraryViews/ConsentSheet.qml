@@ -1,4 +1,3 @@
-pragma ComponentBehavior
 import QtQuick
 import QtQuick.Layouts
 import Varnic.LibraryViews
@@ -11,8 +10,9 @@ Sheet {
     name: ConsentReminder.title
     width: 500
 
-    contentItem: ColumnLayout {
+    ColumnLayout {
         spacing: Theme.Space.l
+        width: parent.width
 
         Keys.onEnterPressed: ConsentReminder.accept()
         Keys.onReturnPressed: ConsentReminder.accept()

@@ -108,7 +108,6 @@ FocusScope {
     }
 
     MenuShortcuts {
-        enabled: !Library.showConsent && !Library.showSetup
     }
 
     Shortcut {

@@ -1,4 +1,5 @@
 import QtQuick
+import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// The cards of one note.
@@ -7,13 +8,16 @@ Item {
 
     required property string due
     required property int index
-    property bool isCurrent
-    property bool isFocused
+    readonly property bool isCurrent: ListView.isCurrentItem
+    readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
     required property string noteId
     required property string title
     required property string total
 
-    signal chosen
+    function choose() {
+        ListView.view.currentIndex = index;
+        Library.open(noteId);
+    }
 
     Accessible.description: due === "" ? total : total + ", " + due
     Accessible.focusable: true
@@ -22,7 +26,7 @@ Item {
     Accessible.role: Accessible.ListItem
     implicitHeight: content.implicitHeight + 10
 
-    Accessible.onPressAction: chosen()
+    Accessible.onPressAction: choose()
 
     ListGround {
         anchors.fill: parent
@@ -94,6 +98,6 @@ Item {
     }
 
     TapHandler {
-        onTapped: row.chosen()
+        onTapped: row.choose()
     }
 }

@@ -1,4 +1,3 @@
-pragma ComponentBehavior
 import QtQuick
 import QtQuick.Templates as T
 import Varnic.LibraryViews
@@ -27,21 +26,14 @@ FocusScope {
         T.ScrollBar.vertical: ThinScrollBar {
         }
         delegate: DeckItem {
-            isCurrent: ListView.isCurrentItem
-            isFocused: list.activeFocus
-            width: list.width
-
-            onChosen: {
-                list.currentIndex = index;
-                Library.open(noteId);
-            }
+            width: ListView.view ? ListView.view.width : 0
         }
         model: DeckListModel {
             id: rows
         }
 
-        Keys.onReturnPressed: (currentItem as DeckItem)?.chosen()
-        Keys.onSpacePressed: (currentItem as DeckItem)?.chosen()
+        Keys.onReturnPressed: (currentItem as DeckItem)?.choose()
+        Keys.onSpacePressed: (currentItem as DeckItem)?.choose()
     }
 
     EmptyMessage {

@@ -1,4 +1,3 @@
-pragma ComponentBehavior
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T

@@ -3,6 +3,7 @@
 #include "Varnic/Shell/Menus.h"
 #include "Varnic/Views/ViewModel.h"
 #include "VarnicCore/Text/Wording.h"
+#include "VarnicPlatform/Capture/Permissions.h"
 
 #include <utility>
 
@@ -29,6 +30,8 @@ Library::Library(AppModel& model, QObject* parent) : QObject(parent), model_(mod
     follow(model.showConsent, &Library::showConsentChanged);
     follow(model.showSetup, &Library::showSetupChanged);
     follow(model.loadProblem, &Library::loadProblemChanged);
+    connect(this, &Library::showConsentChanged, this, &Library::isAskingChanged);
+    connect(this, &Library::showSetupChanged, this, &Library::isAskingChanged);
     connect(this, &Library::sectionChanged, this, &Library::listTitleChanged);
     connect(this, &Library::queryChanged, this, &Library::listTitleChanged);
     connect(&model, &AppModel::notesChanged, this, &Library::onNotesChanged);
@@ -68,14 +71,24 @@ void Library::onNotesChanged() {
     }
 }
 
-void Library::goTo(Section section) {
-    varnic::goTo(model_, static_cast<LibrarySection>(section));
-}
-
 void Library::open(const QString& note, const QString& block) {
     model_.selection = idOf(note);
     if (const auto id = idOf(block)) {
         model_.focusBlock = id;
+    }
+}
+
+void Library::openHit(const QString& note, double time) {
+    const auto id = idOf(note);
+    model_.selection = id;
+    if (id && time >= 0) {
+        model_.seek = AppModel::Seek{*id, time};
+    }
+}
+
+void Library::openSettings(const QString& pane) {
+    if (!Permissions::openSettings(pane.toStdString())) {
+        model_.flash({.text = "No settings program was found", .symbol = "exclamationmark.triangle"});
     }
 }
 

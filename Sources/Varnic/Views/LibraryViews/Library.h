@@ -16,7 +16,7 @@ class Library : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(Section section READ section WRITE goTo NOTIFY sectionChanged)
+    Q_PROPERTY(Section section READ section WRITE setSection NOTIFY sectionChanged)
     /// What the list shows.
     Q_PROPERTY(QString listTitle READ listTitle NOTIFY listTitleChanged)
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged)
@@ -25,6 +25,8 @@ class Library : public QObject {
     Q_PROPERTY(QString noMatchText READ noMatchText NOTIFY queryChanged)
     Q_PROPERTY(bool showConsent READ showConsent WRITE setShowConsent NOTIFY showConsentChanged)
     Q_PROPERTY(bool showSetup READ showSetup WRITE setShowSetup NOTIFY showSetupChanged)
+    /// A sheet waits for an answer.
+    Q_PROPERTY(bool isAsking READ isAsking NOTIFY isAskingChanged)
     /// Empty when all note files could be read.
     Q_PROPERTY(QString loadProblem READ loadProblem NOTIFY loadProblemChanged)
     /// The library has been read: an empty list means that there is nothing in it.
@@ -45,6 +47,9 @@ public:
 
     [[nodiscard]] Section section() const { return static_cast<Section>(model_.section.value()); }
 
+    /// The note that is open stays open, and a search goes on.
+    void setSection(Section section) { model_.section = static_cast<LibrarySection>(section); }
+
     [[nodiscard]] QString listTitle() const;
 
     [[nodiscard]] QString query() const { return QString::fromStdString(model_.query.value()); }
@@ -64,6 +69,8 @@ public:
 
     void setShowSetup(bool shows) { model_.showSetup = shows; }
 
+    [[nodiscard]] bool isAsking() const { return showConsent() || showSetup(); }
+
     [[nodiscard]] QString loadProblem() const;
 
     [[nodiscard]] bool isLoaded() const { return isLoaded_; }
@@ -72,18 +79,20 @@ public:
     [[nodiscard]] QString emptyDetail() const;
     [[nodiscard]] static QString privacyText();
 
-    /// Opens a list of the sidebar, and ends a search.
-    Q_INVOKABLE void goTo(varnic::Library::Section section);
-
     Q_INVOKABLE void newNote() { model_.newNote(); }
 
     /// Selects a note, and moves to a block of it if one is given.
     Q_INVOKABLE void open(const QString& note, const QString& block = {});
+    /// Selects a note that the search found, and jumps to a moment of the call unless `time`, in seconds, is below 0.
+    Q_INVOKABLE void openHit(const QString& note, double time);
     Q_INVOKABLE void markDone(const QString& note, const QString& block);
     /// Moves a note to the deleted ones; the toast brings it back.
     Q_INVOKABLE void remove(const QString& note);
     /// Writes down recordings that were dropped on the window.
     Q_INVOKABLE void importFiles(const QList<QUrl>& files);
+
+    /// Opens the desktop's settings, see Permissions::openSettings.
+    Q_INVOKABLE void openSettings(const QString& pane);
 
     Q_INVOKABLE void dismissLoadProblem() { model_.loadProblem = std::nullopt; }
 
@@ -93,6 +102,7 @@ Q_SIGNALS:
     void queryChanged();
     void showConsentChanged();
     void showSetupChanged();
+    void isAskingChanged();
     void loadProblemChanged();
     void isLoadedChanged();
 

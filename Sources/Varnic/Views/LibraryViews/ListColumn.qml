@@ -1,4 +1,3 @@
-pragma ComponentBehavior
 import QtQuick
 import Varnic.LibraryViews
 import Varnic.Theme as Theme

@@ -1,6 +1,4 @@
-pragma ComponentBehavior
 import QtQuick
-import QtQuick.Controls.Basic
 import Varnic.LibraryViews
 import Varnic.Theme as Theme
 

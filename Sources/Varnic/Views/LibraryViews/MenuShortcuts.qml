@@ -1,24 +1,19 @@
-pragma ComponentBehavior
 import QtQuick
 import QtQml
 import Varnic.LibraryViews
 
-/// The keys of all menus.
-Item {
-    id: keys
+/// The keys of all menus. They rest while a sheet waits for an answer.
+Instantiator {
+    model: MainMenu
 
-    Instantiator {
-        model: MainMenu
+    delegate: Shortcut {
+        required property int index
+        required property bool isEnabled
+        required property string shortcut
 
-        delegate: Shortcut {
-            required property int index
-            required property bool isEnabled
-            required property string shortcut
+        enabled: !Library.isAsking && isEnabled && shortcut !== ""
+        sequence: shortcut
 
-            enabled: keys.enabled && isEnabled && shortcut !== ""
-            sequence: shortcut
-
-            onActivated: MainMenu.perform(index)
-        }
+        onActivated: MainMenu.perform(index)
     }
 }

@@ -8,9 +8,8 @@
 
 namespace varnic {
 
-void NoteActions::componentComplete() {
-    model_ = &appModel(*qmlEngine(this));
-    Q_EMIT noteIdChanged();
+NoteActions* NoteActions::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
+    return new NoteActions(appModel(*engine));
 }
 
 void NoteActions::setNoteId(const QString& id) {
@@ -19,7 +18,7 @@ void NoteActions::setNoteId(const QString& id) {
 }
 
 const Note* NoteActions::note() const {
-    return model_ == nullptr ? nullptr : model_->note(id_);
+    return model_.note(id_);
 }
 
 QString NoteActions::pinText() const {
@@ -29,11 +28,11 @@ QString NoteActions::pinText() const {
 bool NoteActions::canTranscribe() const {
     const Note* stored = note();
     if (stored == nullptr || !stored->call || stored->call->tracks.empty() ||
-        model_->processing.value().contains(stored->id)) {
+        model_.processing.value().contains(stored->id)) {
         return false;
     }
     std::error_code error;
-    return !std::filesystem::is_empty(model_->audioFolder(stored->id), error) && !error;
+    return !std::filesystem::is_empty(model_.audioFolder(stored->id), error) && !error;
 }
 
 QStringList NoteActions::exportTitles() {
@@ -47,25 +46,25 @@ QStringList NoteActions::exportTitles() {
 
 void NoteActions::togglePin() {
     if (id_) {
-        model_->togglePin(*id_);
+        model_.togglePin(*id_);
     }
 }
 
 void NoteActions::exportAs(int index) {
     if (id_) {
-        model_->exportNote(*id_, allExportFormats.at(static_cast<std::size_t>(index)));
+        model_.exportNote(*id_, allExportFormats.at(static_cast<std::size_t>(index)));
     }
 }
 
 void NoteActions::transcribeAgain() {
     if (id_) {
-        model_->retranscribe(*id_);
+        model_.retranscribe(*id_);
     }
 }
 
 void NoteActions::remove() {
     if (id_) {
-        model_->remove(*id_);
+        model_.remove(*id_);
     }
 }
 

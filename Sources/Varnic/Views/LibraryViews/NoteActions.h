@@ -3,17 +3,17 @@
 #include "Varnic/AppModel/AppModel.h"
 
 #include <QObject>
-#include <QQmlParserStatus>
+#include <QQmlEngine>
 #include <QStringList>
 #include <QtQmlIntegration>
 
 namespace varnic {
 
 /// What can be done with one note of a list. Main thread.
-class NoteActions : public QObject, public QQmlParserStatus {
+class NoteActions : public QObject {
     Q_OBJECT
-    Q_INTERFACES(QQmlParserStatus)
     QML_ELEMENT
+    QML_SINGLETON
     /// The note; what can be done is looked up as it is set.
     Q_PROPERTY(QString noteId READ noteId WRITE setNoteId NOTIFY noteIdChanged)
     Q_PROPERTY(QString pinText READ pinText NOTIFY noteIdChanged)
@@ -22,7 +22,9 @@ class NoteActions : public QObject, public QQmlParserStatus {
     Q_PROPERTY(QStringList exportTitles READ exportTitles CONSTANT)
 
 public:
-    using QObject::QObject;
+    static NoteActions* create(const QQmlEngine* engine, const QJSEngine* scripts);
+
+    explicit NoteActions(AppModel& model, QObject* parent = nullptr) : QObject(parent), model_(model) {}
 
     [[nodiscard]] QString noteId() const { return id_ ? QString::fromStdString(id_->text()) : QString(); }
 
@@ -41,17 +43,13 @@ public:
     /// Moves the note to the deleted ones; the toast brings it back.
     Q_INVOKABLE void remove();
 
-    void classBegin() override {}
-
-    void componentComplete() override;
-
 Q_SIGNALS:
     void noteIdChanged();
 
 private:
     [[nodiscard]] const Note* note() const;
 
-    AppModel* model_ = nullptr;
+    AppModel& model_;
     std::optional<Uuid> id_;
 };
 

@@ -1,4 +1,3 @@
-pragma ComponentBehavior
 import QtQuick
 import QtQuick.Templates as T
 import Varnic.LibraryViews
@@ -33,37 +32,33 @@ FocusScope {
         T.ScrollBar.vertical: ThinScrollBar {
         }
         delegate: NoteRow {
-            isCurrent: ListView.isCurrentItem
-            isFocused: list.activeFocus
-            width: list.width
-
-            onChosen: {
-                list.forceActiveFocus(Qt.MouseFocusReason);
-                rows.select(index);
-            }
-            onMenuRequested: (x, y) => {
-                rows.select(index);
-                menu.show(noteId, this, x, y);
-            }
+            width: ListView.view ? ListView.view.width : 0
         }
         model: NoteListModel {
             id: rows
         }
 
         Keys.onDeletePressed: Library.remove(rows.currentId)
-        Keys.onMenuPressed: openMenu()
+        Keys.onMenuPressed: menu.show(currentItem as NoteRow, Theme.Space.l, currentItem.height / 2)
         Keys.onPressed: event => {
             if (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier) {
-                openMenu();
+                menu.show(currentItem as NoteRow, Theme.Space.l, currentItem.height / 2);
                 event.accepted = true;
             } else {
                 event.accepted = rows.moveByKey(event.key, Math.floor(height / 80));
             }
         }
+    }
 
-        function openMenu() {
-            if (currentItem && rows.currentId !== "") {
-                menu.show(rows.currentId, currentItem, Theme.Space.l, currentItem.height / 2);
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+
+        onTapped: eventPoint => {
+            const place = list.mapFromItem(notes, eventPoint.position);
+            const row = list.itemAt(place.x, place.y + list.contentY) as NoteRow;
+            if (row) {
+                row.choose();
+                menu.show(row, eventPoint.position.x - list.x, place.y + list.contentY - row.y);
             }
         }
     }

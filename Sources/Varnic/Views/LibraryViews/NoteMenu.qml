@@ -1,34 +1,31 @@
-pragma ComponentBehavior
 import QtQuick
-import QtQuick.Controls.Basic
 import Varnic.LibraryViews
 
 /// What can be done with a note of the list.
 PaperMenu {
     id: menu
 
-    /// Opens at a place of the row that shows the note.
-    function show(note: string, row: Item, x: real, y: real) {
-        actions.noteId = note;
-        const place = row.mapToItem(parent, x, y);
-        popup(place.x, place.y);
+    /// Opens at a place of a row that shows a note.
+    function show(row: NoteRow, x: real, y: real) {
+        if (row && !row.isLive) {
+            NoteActions.noteId = row.noteId;
+            popup(row, x, y);
+        }
     }
 
     Accessible.name: "Note"
 
     PaperMenuItem {
-        text: actions.pinText
+        text: NoteActions.pinText
 
-        onTriggered: actions.togglePin()
+        onTriggered: NoteActions.togglePin()
     }
 
     PaperMenu {
-        id: exports
-
         title: "Export"
 
         Repeater {
-            model: actions.exportTitles
+            model: NoteActions.exportTitles
 
             PaperMenuItem {
                 required property int index
@@ -36,18 +33,18 @@ PaperMenu {
 
                 text: modelData
 
-                onTriggered: actions.exportAs(index)
+                onTriggered: NoteActions.exportAs(index)
             }
         }
     }
 
     PaperMenuItem {
-        enabled: actions.canTranscribe
+        enabled: NoteActions.canTranscribe
         height: visible ? implicitHeight : 0
         text: "Transcribe Again"
-        visible: actions.canTranscribe
+        visible: NoteActions.canTranscribe
 
-        onTriggered: actions.transcribeAgain()
+        onTriggered: NoteActions.transcribeAgain()
     }
 
     MenuRule {
@@ -58,10 +55,6 @@ PaperMenu {
         keys: "Del"
         text: "Delete"
 
-        onTriggered: actions.remove()
-    }
-
-    NoteActions {
-        id: actions
+        onTriggered: NoteActions.remove()
     }
 }

@@ -1,5 +1,6 @@
 import QtQuick
 import Varnic.Ink
+import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// A note in the list, or the recording that runs.
@@ -12,8 +13,8 @@ Item {
     required property callInk ink
     required property int index
     required property bool isCall
-    property bool isCurrent
-    property bool isFocused
+    readonly property bool isCurrent: ListView.isCurrentItem
+    readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
     required property bool isLive
     required property bool isPinned
     required property string length
@@ -24,8 +25,11 @@ Item {
     required property string title
     required property string todos
 
-    signal chosen
-    signal menuRequested(real x, real y)
+    /// Opens the note, and leaves the keyboard with the list.
+    function choose() {
+        ListView.view.forceActiveFocus(Qt.MouseFocusReason);
+        Library.open(noteId);
+    }
 
     Accessible.focusable: true
     Accessible.focused: isCurrent && isFocused
@@ -35,7 +39,7 @@ Item {
     Accessible.selected: isCurrent
     implicitHeight: (isLive ? live.height : content.implicitHeight) + 12
 
-    Accessible.onPressAction: chosen()
+    Accessible.onPressAction: choose()
 
     ListGround {
         anchors.fill: parent
@@ -125,50 +129,34 @@ Item {
             wrapMode: Text.Wrap
         }
 
-        Loader {
-            active: row.isCall
-            visible: active
+        CallLine {
+            hasTranscript: row.hasTranscript
+            ink: row.ink
+            stage: row.stage
+            visible: row.isCall
             width: parent.width
-
-            sourceComponent: CallLine {
-                hasTranscript: row.hasTranscript
-                ink: row.ink
-                stage: row.stage
-            }
         }
 
         Row {
             spacing: 6
             visible: row.length !== "" || row.cards !== ""
 
-            Loader {
-                active: row.length !== ""
-                visible: active
-
-                sourceComponent: Theme.Chip {
-                    symbol: "phone.arrow.down.left"
-                    text: row.length
-                }
+            Theme.Chip {
+                symbol: "phone.arrow.down.left"
+                text: row.length
+                visible: text !== ""
             }
 
-            Loader {
-                active: row.todos !== ""
-                visible: active
-
-                sourceComponent: Theme.Chip {
-                    symbol: "checkmark.square"
-                    text: row.todos
-                }
+            Theme.Chip {
+                symbol: "checkmark.square"
+                text: row.todos
+                visible: text !== ""
             }
 
-            Loader {
-                active: row.cards !== ""
-                visible: active
-
-                sourceComponent: Theme.Chip {
-                    symbol: "rectangle.on.rectangle.angled"
-                    text: row.cards
-                }
+            Theme.Chip {
+                symbol: "rectangle.on.rectangle.angled"
+                text: row.cards
+                visible: text !== ""
             }
         }
     }
@@ -178,13 +166,6 @@ Item {
     }
 
     TapHandler {
-        onTapped: row.chosen()
-    }
-
-    TapHandler {
-        acceptedButtons: Qt.RightButton
-        enabled: !row.isLive
-
-        onTapped: eventPoint => row.menuRequested(eventPoint.position.x, eventPoint.position.y)
+        onTapped: row.choose()
     }
 }

@@ -17,7 +17,7 @@ Menu {
         border.color: Theme.Palette.rule
         border.width: 1
         color: Theme.Palette.surface
-        implicitWidth: 200
+        implicitWidth: 230
         radius: Theme.Radius.control
 
         Theme.Shadow {

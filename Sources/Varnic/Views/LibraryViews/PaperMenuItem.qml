@@ -16,7 +16,7 @@ MenuItem {
     Accessible.role: Accessible.MenuItem
     font: Theme.Typo.ui
     implicitHeight: 28
-    implicitWidth: Math.max(200, words.implicitWidth + hint.implicitWidth + 3 * Theme.Space.l + 18)
+    implicitWidth: 220
     leftPadding: 0
     rightPadding: 0
 
@@ -37,8 +37,6 @@ MenuItem {
         opacity: item.enabled ? 1 : 0.45
 
         Text {
-            id: words
-
             anchors.left: parent.left
             anchors.leftMargin: item.checkable ? 28 : Theme.Space.m
             anchors.verticalCenter: parent.verticalCenter
@@ -48,8 +46,6 @@ MenuItem {
         }
 
         Text {
-            id: hint
-
             anchors.right: parent.right
             anchors.rightMargin: Theme.Space.m
             anchors.verticalCenter: parent.verticalCenter

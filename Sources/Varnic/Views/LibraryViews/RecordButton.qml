@@ -6,6 +6,10 @@ import Varnic.Theme as Theme
 Theme.PlainButton {
     id: button
 
+    readonly property font digits: Theme.Typo.uiStrong
+    /// As wide as the widest text, so that nothing moves when a recording starts or its time grows.
+    readonly property real textWidth: Math.ceil(Math.max(idle.width, busy.width))
+
     Accessible.name: RecordAction.accessibleName
     enabled: RecordAction.isEnabled
     help: RecordAction.help
@@ -29,37 +33,29 @@ Theme.PlainButton {
                 weight: Font.DemiBold
             }
 
-            // As wide as the widest text, so that nothing moves when a recording starts or its time grows.
-            Item {
+            Text {
                 anchors.verticalCenter: parent.verticalCenter
-                implicitHeight: idle.implicitHeight
-                implicitWidth: Math.max(idle.implicitWidth, widest.width)
-
-                Text {
-                    id: idle
-
-                    color: "white"
-                    font: Theme.Typo.uiStrong
-                    text: "Record Call"
-                    visible: !RecordAction.isBusy
-                }
-
-                Text {
-                    color: "white"
-                    font: Theme.Typo.uiStrong
-                    text: RecordAction.stopText
-                    visible: RecordAction.isBusy
-                }
-
-                TextMetrics {
-                    id: widest
-
-                    font: Theme.Typo.uiStrong
-                    text: "Stop · 00:00:00"
-                }
+                color: "white"
+                font: button.digits
+                text: RecordAction.isBusy ? RecordAction.stopText : "Record Call"
+                width: button.textWidth
             }
         }
     }
 
     onClicked: RecordAction.toggle()
+
+    TextMetrics {
+        id: idle
+
+        font: button.digits
+        text: "Record Call"
+    }
+
+    TextMetrics {
+        id: busy
+
+        font: button.digits
+        text: "Stop · 0:00:00"
+    }
 }

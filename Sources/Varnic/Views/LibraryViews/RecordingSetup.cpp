@@ -82,12 +82,6 @@ void RecordingSetup::show(const Permissions::States& states) {
     Q_EMIT stateChanged();
 }
 
-void RecordingSetup::openSettings(const QString& pane) {
-    if (!Permissions::openSettings(pane.toStdString())) {
-        model_->flash({.text = "No settings program was found", .symbol = "exclamationmark.triangle"});
-    }
-}
-
 void RecordingSetup::record() {
     model_->showSetup = false;
     model_->toggleRecording();

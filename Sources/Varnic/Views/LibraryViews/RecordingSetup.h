@@ -45,7 +45,6 @@ public:
 
     [[nodiscard]] bool canRecordMySideOnly() const { return isReadyAt(0) && !isReadyAt(1); }
 
-    Q_INVOKABLE void openSettings(const QString& pane);
     Q_INVOKABLE void record();
     Q_INVOKABLE void recordMySideOnly();
 

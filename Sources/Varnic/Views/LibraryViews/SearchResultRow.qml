@@ -1,4 +1,5 @@
 import QtQuick
+import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// The title of a note that matches, or a place in it that does.
@@ -6,14 +7,20 @@ Item {
     id: row
 
     required property int index
-    property bool isCurrent
-    property bool isFocused
+    readonly property bool isCurrent: ListView.isCurrentItem
+    readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
     required property bool isHeader
     required property string markedText
     required property string stamp
+    required property string noteId
     required property string text
+    /// Seconds into a call; below 0 for what has no time.
+    required property real time
 
-    signal chosen
+    function choose() {
+        ListView.view.currentIndex = index;
+        Library.openHit(noteId, time);
+    }
 
     Accessible.description: stamp
     Accessible.focusable: true
@@ -22,7 +29,7 @@ Item {
     Accessible.role: Accessible.ListItem
     implicitHeight: words.implicitHeight + (isHeader ? 14 : 8)
 
-    Accessible.onPressAction: chosen()
+    Accessible.onPressAction: choose()
 
     ListGround {
         anchors.fill: parent
@@ -32,7 +39,7 @@ Item {
     }
 
     Text {
-        id: time
+        id: moment
 
         Accessible.ignored: true
         anchors.baseline: words.baseline
@@ -50,7 +57,7 @@ Item {
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 4
         anchors.left: parent.left
-        anchors.leftMargin: row.stamp === "" ? 10 : 16 + time.implicitWidth
+        anchors.leftMargin: row.stamp === "" ? 10 : 16 + moment.implicitWidth
         anchors.right: parent.right
         anchors.rightMargin: 10
         color: row.isHeader ? Theme.Palette.ink : Theme.Palette.inkSoft
@@ -66,6 +73,6 @@ Item {
     }
 
     TapHandler {
-        onTapped: row.chosen()
+        onTapped: row.choose()
     }
 }

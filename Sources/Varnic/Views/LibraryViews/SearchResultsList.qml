@@ -1,4 +1,3 @@
-pragma ComponentBehavior
 import QtQuick
 import QtQuick.Templates as T
 import Varnic.LibraryViews
@@ -27,23 +26,16 @@ FocusScope {
         T.ScrollBar.vertical: ThinScrollBar {
         }
         delegate: SearchResultRow {
-            isCurrent: ListView.isCurrentItem
-            isFocused: list.activeFocus
-            width: list.width
-
-            onChosen: {
-                list.currentIndex = index;
-                rows.activate(index);
-            }
+            width: ListView.view ? ListView.view.width : 0
         }
         model: SearchResultsModel {
             id: rows
         }
 
-        Keys.onEnterPressed: rows.activate(currentIndex)
+        Keys.onEnterPressed: (currentItem as SearchResultRow)?.choose()
         Keys.onEscapePressed: Library.query = ""
-        Keys.onReturnPressed: rows.activate(currentIndex)
-        Keys.onSpacePressed: rows.activate(currentIndex)
+        Keys.onReturnPressed: (currentItem as SearchResultRow)?.choose()
+        Keys.onSpacePressed: (currentItem as SearchResultRow)?.choose()
     }
 
     EmptyMessage {

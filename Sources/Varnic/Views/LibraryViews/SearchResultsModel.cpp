@@ -66,20 +66,6 @@ const SearchHit* SearchResultsModel::hitAt(const Result& result, std::size_t row
     return row == result.firstRow ? nullptr : &result.hits[row - result.firstRow - 1];
 }
 
-void SearchResultsModel::activate(int row) {
-    if (row < 0 || row >= count()) {
-        return;
-    }
-    const Result& result = resultAt(static_cast<std::size_t>(row));
-    const SearchHit* hit = hitAt(result, static_cast<std::size_t>(row));
-    const Uuid note = result.note;
-    const auto time = hit == nullptr ? std::nullopt : hit->time;
-    model_->selection = note;
-    if (time) {
-        model_->seek = AppModel::Seek{note, *time};
-    }
-}
-
 int SearchResultsModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : count();
 }
@@ -102,13 +88,16 @@ QVariant SearchResultsModel::data(const QModelIndex& index, int role) const {
         return hit == nullptr ? result.title.toHtmlEscaped() : highlighted(hit->snippet, hit->highlights);
     case stamp:
         return hit != nullptr && hit->time ? QString::fromStdString(Clock::stamp(*hit->time)) : QString();
+    case time:
+        return hit != nullptr ? hit->time.value_or(-1) : -1;
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> SearchResultsModel::roleNames() const {
-    return {{isHeader, "isHeader"}, {noteId, "noteId"}, {text, "text"}, {markedText, "markedText"}, {stamp, "stamp"}};
+    return {{isHeader, "isHeader"},     {noteId, "noteId"}, {text, "text"},
+            {markedText, "markedText"}, {stamp, "stamp"},   {time, "time"}};
 }
 
 } // namespace varnic

@@ -30,7 +30,9 @@ public:
         /// The text with its matches marked, for Highlighter::richText.
         markedText,
         /// "2:05" for what was said in a call, else empty.
-        stamp
+        stamp,
+        /// In seconds; below 0 for what has no time.
+        time
     };
 
     explicit SearchResultsModel(QObject* parent = nullptr) : QAbstractListModel(parent) {}
@@ -39,9 +41,6 @@ public:
     void setModel(AppModel& model);
 
     [[nodiscard]] int count() const { return static_cast<int>(rowCount_); }
-
-    /// Opens what a row stands for.
-    Q_INVOKABLE void activate(int row);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;

@@ -1,4 +1,5 @@
 import QtQuick
+import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// A section of the sidebar.
@@ -7,12 +8,16 @@ Item {
 
     required property string badge
     required property int index
-    property bool isCurrent
-    property bool isFocused
+    readonly property bool isCurrent: ListView.isCurrentItem
+    readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
+    required property int section
     required property string symbol
     required property string title
 
-    signal chosen
+    function choose() {
+        ListView.view.forceActiveFocus(Qt.MouseFocusReason);
+        Library.section = section;
+    }
 
     Accessible.description: badge
     Accessible.focusable: true
@@ -23,7 +28,7 @@ Item {
     Accessible.selected: isCurrent
     implicitHeight: 30
 
-    Accessible.onPressAction: chosen()
+    Accessible.onPressAction: choose()
 
     ListGround {
         anchors.fill: parent
@@ -73,6 +78,6 @@ Item {
     }
 
     TapHandler {
-        onTapped: item.chosen()
+        onTapped: item.choose()
     }
 }

@@ -1,7 +1,5 @@
-pragma ComponentBehavior
 import QtQuick
 import Varnic.LibraryViews
-import Varnic.Theme as Theme
 
 /// The sections of the library. Arrows move between them.
 ListView {
@@ -16,14 +14,7 @@ ListView {
     spacing: 2
 
     delegate: SectionItem {
-        isCurrent: ListView.isCurrentItem
-        isFocused: list.activeFocus
-        width: list.width
-
-        onChosen: {
-            list.forceActiveFocus(Qt.MouseFocusReason);
-            sections.select(index);
-        }
+        width: ListView.view ? ListView.view.width : 0
     }
     model: SectionModel {
         id: sections

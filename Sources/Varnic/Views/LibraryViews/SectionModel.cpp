@@ -87,6 +87,8 @@ QVariant SectionModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case title:
         return row.title;
+    case section:
+        return static_cast<int>(row.id);
     case symbol:
         return row.symbol;
     case badge:
@@ -97,7 +99,7 @@ QVariant SectionModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> SectionModel::roleNames() const {
-    return {{title, "title"}, {symbol, "symbol"}, {badge, "badge"}};
+    return {{title, "title"}, {section, "section"}, {symbol, "symbol"}, {badge, "badge"}};
 }
 
 } // namespace varnic

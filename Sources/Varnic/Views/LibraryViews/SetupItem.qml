@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// One thing that recording takes.
@@ -11,8 +12,6 @@ RowLayout {
     required property bool isReady
     required property string pane
     required property string title
-
-    signal settingsWanted(string pane)
 
     spacing: Theme.Space.m
 
@@ -62,6 +61,6 @@ RowLayout {
         text: "Open Settings"
         visible: !item.isReady
 
-        onClicked: item.settingsWanted(item.pane)
+        onClicked: Library.openSettings(item.pane)
     }
 }

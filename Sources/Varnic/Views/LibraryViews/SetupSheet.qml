@@ -1,4 +1,3 @@
-pragma ComponentBehavior
 import QtQuick
 import QtQuick.Layouts
 import Varnic.LibraryViews
@@ -9,10 +8,14 @@ Sheet {
     id: sheet
 
     name: "Before your first call"
+    readonly property RecordingSetup setup: RecordingSetup {
+    }
+
     width: 540
 
-    contentItem: ColumnLayout {
+    ColumnLayout {
         spacing: Theme.Space.l
+        width: parent.width
 
         Text {
             Accessible.role: Accessible.Heading
@@ -25,7 +28,7 @@ Sheet {
             Layout.fillWidth: true
             color: Theme.Palette.inkSoft
             font: Theme.Typo.ui
-            text: setup.explanation
+            text: sheet.setup.explanation
             wrapMode: Text.Wrap
         }
 
@@ -36,12 +39,10 @@ Sheet {
                 spacing: Theme.Space.m
 
                 Repeater {
-                    model: setup
+                    model: sheet.setup
 
                     SetupItem {
                         Layout.fillWidth: true
-
-                        onSettingsWanted: pane => setup.openSettings(pane)
                     }
                 }
             }
@@ -60,22 +61,18 @@ Sheet {
 
             Theme.QuietButton {
                 text: "Record My Side Only"
-                visible: setup.canRecordMySideOnly
+                visible: sheet.setup.canRecordMySideOnly
 
-                onClicked: setup.recordMySideOnly()
+                onClicked: sheet.setup.recordMySideOnly()
             }
 
             Theme.InkButton {
-                enabled: setup.canRecord
+                enabled: sheet.setup.canRecord
                 text: "Record Call"
                 tint: Theme.Palette.buttonRecord
 
-                onClicked: setup.record()
+                onClicked: sheet.setup.record()
             }
-        }
-
-        RecordingSetup {
-            id: setup
         }
     }
 

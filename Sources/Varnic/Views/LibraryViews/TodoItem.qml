@@ -9,17 +9,16 @@ Item {
     required property string blockId
     required property string due
     required property int index
-    property bool isCurrent
-    property bool isFocused
+    readonly property bool isCurrent: ListView.isCurrentItem
+    readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
     required property bool isHeader
     required property bool isYours
     required property string noteId
     required property string ownerName
     required property string text
 
-    signal chosen
-
-    function open() {
+    function choose() {
+        ListView.view.currentIndex = index;
         Library.open(noteId, blockId);
     }
 
@@ -36,7 +35,7 @@ Item {
     Accessible.role: Accessible.ListItem
     implicitHeight: content.implicitHeight + (isHeader ? 16 : 8)
 
-    Accessible.onPressAction: chosen()
+    Accessible.onPressAction: choose()
 
     ListGround {
         anchors.fill: parent
@@ -117,6 +116,6 @@ Item {
     }
 
     TapHandler {
-        onTapped: row.chosen()
+        onTapped: row.choose()
     }
 }

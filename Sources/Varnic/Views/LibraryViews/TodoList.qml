@@ -1,4 +1,3 @@
-pragma ComponentBehavior
 import QtQuick
 import QtQuick.Templates as T
 import Varnic.LibraryViews
@@ -26,20 +25,13 @@ FocusScope {
         T.ScrollBar.vertical: ThinScrollBar {
         }
         delegate: TodoItem {
-            isCurrent: ListView.isCurrentItem
-            isFocused: list.activeFocus
-            width: list.width
-
-            onChosen: {
-                list.currentIndex = index;
-                open();
-            }
+            width: ListView.view ? ListView.view.width : 0
         }
         model: TodoListModel {
             id: rows
         }
 
-        Keys.onReturnPressed: (currentItem as TodoItem)?.open()
+        Keys.onReturnPressed: (currentItem as TodoItem)?.choose()
         Keys.onSpacePressed: (currentItem as TodoItem)?.markDone()
     }
 

@@ -1,6 +1,7 @@
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/HandCapture.h"
 #include "Varnic/Views/LibraryViews/DeckListModel.h"
+#include "Varnic/Views/LibraryViews/Library.h"
 #include "Varnic/Views/LibraryViews/NoteListModel.h"
 #include "Varnic/Views/LibraryViews/RecordAction.h"
 #include "Varnic/Views/LibraryViews/SearchResultsModel.h"
@@ -151,8 +152,9 @@ TEST_F(ListModels, search_shows_titles_and_hits_and_opens_a_moment) {
     EXPECT_THAT(column(results, SearchResultsModel::stamp), ElementsAre("", "", "1:05"));
     EXPECT_THAT(column(results, SearchResultsModel::markedText).back(),
                 "Them: The <mark>budget</mark> is &lt;fixed&gt; now");
-    model_->selection = std::nullopt;
-    results.activate(2);
+    Library library(*model_);
+    library.openHit(QString::fromStdString(call.text()),
+                    results.data(results.index(2), SearchResultsModel::time).toDouble());
     EXPECT_EQ(model_->selection.value(), call);
     EXPECT_EQ(model_->seek.value(), (AppModel::Seek{call, 65}));
 }
