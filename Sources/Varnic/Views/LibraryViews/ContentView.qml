@@ -111,7 +111,7 @@ FocusScope {
     }
 
     Shortcut {
-        sequences: [StandardKey.Find]
+        sequence: "Ctrl+F"
 
         onActivated: list.search()
     }

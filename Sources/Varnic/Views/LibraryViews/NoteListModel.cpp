@@ -72,8 +72,8 @@ std::vector<NoteSummary> NoteListModel::summaries() {
     }
     const auto& stages = model_->processing.value();
     for (const Note* note : model_->visibleNotes()) {
-        const auto stage = stages.find(note->id);
-        rows.push_back(NoteSummaries::of(*note, stage == stages.end() ? std::nullopt : std::optional(stage->second)));
+        const auto found = stages.find(note->id);
+        rows.push_back(NoteSummaries::of(*note, found == stages.end() ? std::nullopt : std::optional(found->second)));
         rows.back().date = dateText(*note, now);
     }
     return rows;

@@ -1,19 +1,16 @@
 #include "Varnic/Views/Program/Sounds.h"
 
 #include "Varnic/Background.h"
-#include "VarnicPlatform/Playback/PlaybackOutput.h"
 #include "VarnicPlatform/Playback/PlaybackQueue.h"
+#include "VarnicPlatform/Playback/ShortSound.h"
 
-#include <chrono>
+#include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <thread>
 
 namespace varnic::Sounds {
 
 namespace {
-
-using namespace std::chrono_literals;
 
 /// A tone that dies away, and glides while it does.
 struct Tone {
@@ -44,23 +41,6 @@ std::vector<float> render(const Tone& tone) {
     return result;
 }
 
-void playNow(const std::vector<float>& sound) {
-    PlaybackQueue queue;
-    queue.push(sound);
-    try {
-        const PlaybackOutput output(queue);
-        // What has been taken is still to be heard; an output that takes nothing is given up.
-        const auto patience = std::chrono::steady_clock::now() + 3s;
-        while (queue.waiting() > 0 && std::chrono::steady_clock::now() < patience) {
-            std::this_thread::sleep_for(20ms);
-        }
-        std::this_thread::sleep_for(200ms);
-    } catch (const std::exception&) {
-        // A signal that cannot be heard is no reason to bother anybody: the window and the tray show the same.
-        return;
-    }
-}
-
 } // namespace
 
 std::vector<float> samples(const std::string& name) {
@@ -74,7 +54,7 @@ std::vector<float> samples(const std::string& name) {
 }
 
 void play(const std::string& name) {
-    backgroundThreads().start([sound = samples(name)] { playNow(sound); });
+    backgroundThreads().start([sound = samples(name)] { ShortSound::play(sound); });
 }
 
 } // namespace varnic::Sounds

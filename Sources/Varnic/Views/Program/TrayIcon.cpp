@@ -54,9 +54,9 @@ QIcon idleIcon() {
 } // namespace
 
 TrayIcon::TrayIcon(AppModel& model, std::function<void()> quit, QObject* parent) : QObject(parent), model_(model) {
-    time_ = menu_.addAction({});
+    time_ = menu_.addAction(QString());
     time_->setEnabled(false);
-    record_ = menu_.addAction({}, this, [&model] { model.toggleRecording(); });
+    record_ = menu_.addAction(QString(), this, [&model] { model.toggleRecording(); });
     menu_.addAction("New Note", this, [&model] {
         model.newNote();
         model.desktop.activate();

@@ -36,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(Widths, ColumnRule,
                                          Case{"wide_call_with_transcript", 1180, true, true, true},
                                          Case{"narrow_call_alone", 1179, false, true, true},
                                          Case{"narrow_plain_note", 1179, true, false, true}),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& one) { return one.param.name; });
 
 TEST(Columns, sidebar_comes_back_with_the_width) {
     ScratchModel model;

@@ -32,7 +32,7 @@ INSTANTIATE_TEST_SUITE_P(
         DateCase{"yesterday_was_last_year", "2025-12-31T12:00:00Z", "2026-01-01T12:00:00Z", "UTC", "Yesterday"},
         DateCase{"tomorrow", "2026-03-11T12:00:00Z", "2026-03-10T12:00:00Z", "UTC", "11 Mar"},
         DateCase{"the_day_is_the_users", "2026-03-09T23:30:00Z", "2026-03-10T12:00:00Z", "Europe/Berlin", "00:30"}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& one) { return one.param.name; });
 
 TEST(NoteSummary, counts_one_and_many) {
     EXPECT_EQ(NoteSummaries::counted(1, "card"), "1 card");

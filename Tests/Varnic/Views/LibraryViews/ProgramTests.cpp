@@ -39,7 +39,7 @@ INSTANTIATE_TEST_SUITE_P(
                     PlaceCase{"screen_is_gone", {4000, 100, 1240, 800}, {340, 140, 1240, 800}},
                     PlaceCase{"title_above_the_screen", {100, -500, 1240, 800}, {340, 140, 1240, 800}},
                     PlaceCase{"larger_than_the_screen", {0, 0, 3000, 2000}, {0, 0, 1920, 1080}}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& one) { return one.param.name; });
 
 TEST(Sounds, are_short_and_neither_click_nor_clip) {
     for (const char* name : {"Tink", "Pop"}) {

@@ -92,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"all_at_once", {1, 2, 3, 4}, {5, 4, 2, 6}, {.removed = 2, .moved = 1, .inserted = 2}},
                     Case{"loaded", {}, {1, 2, 3}, {.inserted = 1}}, //
                     Case{"emptied", {1, 2, 3}, {}, {.removed = 1}}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& one) { return one.param.name; });
 
 TEST(RowModel, only_changed_rows_change) {
     Rows rows({1, 2, 3});
