@@ -43,8 +43,9 @@ public:
         return result;
     }
 
-    [[nodiscard]] QVariant data(const QModelIndex& index, int /*role*/) const override {
-        return index.isValid() ? QVariant(rows()[static_cast<std::size_t>(index.row())].text) : QVariant();
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
+        return index.isValid() && role == Qt::DisplayRole ? QVariant(rows()[static_cast<std::size_t>(index.row())].text)
+                                                          : QVariant();
     }
 };
 
