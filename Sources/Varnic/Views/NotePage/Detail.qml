@@ -8,7 +8,6 @@ FocusScope {
 
     DetailModel {
         id: shown
-
     }
 
     Rectangle {

@@ -53,7 +53,7 @@ Theme.Card {
             implicitHeight: card.expanded ? draft.implicitHeight + Theme.Space.m : 0
             visible: implicitHeight > 0
 
-            Behavior on implicitHeight {
+            Behavior on implicitHeight  {
                 NumberAnimation {
                     duration: Theme.Motion.layout
                     easing.type: Theme.Motion.easing

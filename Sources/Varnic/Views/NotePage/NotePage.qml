@@ -106,7 +106,7 @@ FocusScope {
         width: Math.min(330, page.width * 0.6)
         x: note.transcriptShown ? page.width - width : page.width
 
-        Behavior on x {
+        Behavior on x  {
             enabled: panel.isPlaced
 
             NumberAnimation {
