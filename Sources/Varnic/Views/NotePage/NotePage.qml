@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
 /// One note as a sheet of paper, and beside it the transcript of a call.
