@@ -1,4 +1,5 @@
 import QtQuick
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
 /// Has an AI summarise the call, and says where its words go.

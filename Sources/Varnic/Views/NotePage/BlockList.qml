@@ -1,4 +1,5 @@
 import QtQuick
+import Varnic.NotePage
 
 /// The blocks of a note, one under the other.
 Column {

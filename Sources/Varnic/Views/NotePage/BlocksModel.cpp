@@ -101,9 +101,17 @@ QVariant BlocksModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> BlocksModel::roleNames() const {
-    return {{Kind, "kind"},           {KindTitle, "kindTitle"}, {Text, "words"},  {Done, "done"},
-            {OwnerIsYou, "ownerIsYou"}, {OwnerName, "ownerName"}, {Due, "due"},     {Back, "back"},
-            {CardText, "cardText"},   {Cells, "cells"},         {Columns, "columns"}};
+    return {{Kind, "kind"},
+            {KindTitle, "kindTitle"},
+            {Text, "words"},
+            {Done, "done"},
+            {OwnerIsYou, "ownerIsYou"},
+            {OwnerName, "ownerName"},
+            {Due, "due"},
+            {Back, "back"},
+            {CardText, "cardText"},
+            {Cells, "cells"},
+            {Columns, "columns"}};
 }
 
 } // namespace varnic

@@ -23,11 +23,24 @@ class BlocksModel : public RowsModel<BlockRow>, public QQmlParserStatus {
     Q_PROPERTY(varnic::NoteModel* note MEMBER note_ REQUIRED)
 
 public:
-    enum Role { Kind = Qt::UserRole, KindTitle, Text, Done, OwnerIsYou, OwnerName, Due, Back, CardText, Cells, Columns };
+    enum Role {
+        Kind = Qt::UserRole,
+        KindTitle,
+        Text,
+        Done,
+        OwnerIsYou,
+        OwnerName,
+        Due,
+        Back,
+        CardText,
+        Cells,
+        Columns
+    };
 
     explicit BlocksModel(QObject* parent = nullptr) : RowsModel(parent) {}
 
     void classBegin() override {}
+
     void componentComplete() override;
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Varnic.Ink
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
 /// Who spoke, how much, and when; and the call to listen to.

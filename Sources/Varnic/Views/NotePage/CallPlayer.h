@@ -29,6 +29,7 @@ public:
     [[nodiscard]] QList<QUrl> tracks() const { return tracks_; }
 
     void setTracks(const QList<QUrl>& tracks);
+
     [[nodiscard]] double time() const { return time_; }
 
     [[nodiscard]] QString stamp() const;

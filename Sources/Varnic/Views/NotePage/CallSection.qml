@@ -1,4 +1,5 @@
 import QtQuick
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
 /// What a call has between its title and its notes.

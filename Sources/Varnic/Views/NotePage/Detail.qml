@@ -1,5 +1,6 @@
 import QtQuick
 import Varnic.LiveView
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
 /// The detail column: the running recording, the open note, or a hint at what can be done.
@@ -8,7 +9,6 @@ FocusScope {
 
     DetailModel {
         id: shown
-
     }
 
     Rectangle {

@@ -27,6 +27,7 @@ public:
     using QObject::QObject;
 
     void classBegin() override {}
+
     void componentComplete() override;
 
     [[nodiscard]] bool live() const { return live_; }

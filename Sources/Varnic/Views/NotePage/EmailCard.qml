@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
 /// The follow-up email that the call's digest drafted, to be changed and taken elsewhere.
@@ -53,7 +54,7 @@ Theme.Card {
             implicitHeight: card.expanded ? draft.implicitHeight + Theme.Space.m : 0
             visible: implicitHeight > 0
 
-            Behavior on implicitHeight {
+            Behavior on implicitHeight  {
                 NumberAnimation {
                     duration: Theme.Motion.layout
                     easing.type: Theme.Motion.easing

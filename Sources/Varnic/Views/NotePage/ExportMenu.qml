@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import Varnic.NotePage
 
 /// The files that the note can be written to.
 PaperMenu {

@@ -1,4 +1,5 @@
 import QtQuick
+import Varnic.NotePage
 
 /// What else can be done with the note.
 PaperMenu {

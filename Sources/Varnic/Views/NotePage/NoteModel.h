@@ -59,6 +59,7 @@ public:
     explicit NoteModel(QObject* parent = nullptr);
 
     void classBegin() override {}
+
     void componentComplete() override;
 
     [[nodiscard]] const Note& note() const { return note_; }
@@ -76,6 +77,7 @@ public:
     [[nodiscard]] QString title() const;
     void setTitle(const QString& title);
     [[nodiscard]] QString titlePlaceholder() const;
+
     [[nodiscard]] bool isCall() const { return note_.isCall(); }
 
     [[nodiscard]] bool pinned() const { return note_.pinned; }
@@ -90,9 +92,11 @@ public:
     [[nodiscard]] bool hasShare() const;
     [[nodiscard]] double share() const;
     [[nodiscard]] int sharePercent() const;
+
     [[nodiscard]] CallInk ink() const { return note_.call ? CallInk(*note_.call) : CallInk(); }
 
     [[nodiscard]] QList<QUrl> tracks() const;
+
     [[nodiscard]] bool hasEmail() const { return email() != nullptr; }
 
     [[nodiscard]] QString emailSubject() const;

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
 /// One note as a sheet of paper, and beside it the transcript of a call.
@@ -106,7 +107,7 @@ FocusScope {
         width: Math.min(330, page.width * 0.6)
         x: note.transcriptShown ? page.width - width : page.width
 
-        Behavior on x {
+        Behavior on x  {
             enabled: panel.isPlaced
 
             NumberAnimation {

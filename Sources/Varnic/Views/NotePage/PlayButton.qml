@@ -1,4 +1,5 @@
 import QtQuick
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
 /// Plays the call or pauses it.

@@ -36,6 +36,7 @@ public:
     using QObject::QObject;
 
     void classBegin() override {}
+
     void componentComplete() override;
 
     [[nodiscard]] QString stage() const;

@@ -1,4 +1,5 @@
 import QtQuick
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
 /// How far the call is written down, what went wrong with it, or who summarises it.

@@ -15,7 +15,6 @@ Row {
 
     HoverHandler {
         id: hover
-
     }
 
     Theme.HelpTip {

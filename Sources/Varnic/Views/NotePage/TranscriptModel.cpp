@@ -24,8 +24,7 @@ constexpr double tolerance = 0.01;
 
 void TranscriptModel::componentComplete() {
     connect(note_, &NoteModel::transcriptChanged, this, &TranscriptModel::readTurns);
-    watchers_.push_back(
-        appModel(*qmlEngine(this)).processing.addNotifier([this] { Q_EMIT changed(); }));
+    watchers_.push_back(appModel(*qmlEngine(this)).processing.addNotifier([this] { Q_EMIT changed(); }));
     readTurns();
 }
 
@@ -144,8 +143,8 @@ QVariant TranscriptModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> TranscriptModel::roleNames() const {
-    return {{IsYou, "isYou"}, {Name, "name"}, {Start, "start"}, {Stamp, "stamp"}, {Text, "words"},
-            {IsCurrent, "isCurrent"}};
+    return {{IsYou, "isYou"}, {Name, "name"},  {Start, "start"},
+            {Stamp, "stamp"}, {Text, "words"}, {IsCurrent, "isCurrent"}};
 }
 
 } // namespace varnic

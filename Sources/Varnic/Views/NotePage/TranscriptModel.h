@@ -45,6 +45,7 @@ public:
     explicit TranscriptModel(QObject* parent = nullptr) : RowsModel(parent) {}
 
     void classBegin() override {}
+
     void componentComplete() override;
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
@@ -53,14 +54,17 @@ public:
     [[nodiscard]] QString filter() const { return filter_; }
 
     void setFilter(const QString& filter);
+
     [[nodiscard]] double time() const { return time_; }
 
     void setTime(double time);
+
     [[nodiscard]] bool playing() const { return playing_; }
 
     void setPlaying(bool playing);
     [[nodiscard]] QString countText() const;
     [[nodiscard]] QString placeholder() const;
+
     [[nodiscard]] int followedRow() const { return followedRow_; }
 
 Q_SIGNALS:

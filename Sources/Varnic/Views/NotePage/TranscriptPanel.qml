@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
 /// What was said, turn by turn, to read, search and play from.

@@ -5,12 +5,13 @@
 #include "Varnic/Views/ViewModel.h"
 
 #include <QQuickItem>
+#include <QQuickTextDocument>
 #include <QQuickView>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextBlock>
 #include <QTextDocument>
 #include <QTextLayout>
-#include <QQuickTextDocument>
 
 #include <gmock/gmock.h>
 
@@ -213,10 +214,9 @@ TEST_F(NotePageTest, a_call_in_which_no_one_was_heard_says_so) {
 TEST_F(NotePageTest, the_current_turn_lasts_a_little_longer_than_it_is_spoken) {
     open(addCall({line(Speaker::you, 0, 1, "One."), line(Speaker::them, 4, 5, "Two.")}));
     auto* const transcript = only<TranscriptModel>();
-    for (const auto& [time, current] : {std::pair(0.0, QStringList({"true", "false"})),
-                                        std::pair(1.49, QStringList({"true", "false"})),
-                                        std::pair(1.5, QStringList({"false", "false"})),
-                                        std::pair(4.0, QStringList({"false", "true"}))}) {
+    for (const auto& [time, current] :
+         {std::pair(0.0, QStringList({"true", "false"})), std::pair(1.49, QStringList({"true", "false"})),
+          std::pair(1.5, QStringList({"false", "false"})), std::pair(4.0, QStringList({"false", "true"}))}) {
         transcript->setTime(time);
         EXPECT_EQ(column(*transcript, TranscriptModel::IsCurrent), current) << time;
     }
@@ -228,8 +228,8 @@ TEST_F(NotePageTest, the_transcript_follows_the_player_only_while_it_plays) {
     transcript->setTime(4.5);
     EXPECT_EQ(transcript->followedRow(), -1);
     transcript->setPlaying(true);
-    for (const auto& [time, row] : {std::pair(0.5, -1), std::pair(0.99, 0), std::pair(3.5, 0), std::pair(3.995, 1),
-                                    std::pair(60.0, 1)}) {
+    for (const auto& [time, row] :
+         {std::pair(0.5, -1), std::pair(0.99, 0), std::pair(3.5, 0), std::pair(3.995, 1), std::pair(60.0, 1)}) {
         transcript->setTime(time);
         EXPECT_EQ(transcript->followedRow(), row) << time;
     }
