@@ -33,11 +33,10 @@ TEST(Wording, shown_speaksOfThisPlatform) {
 }
 
 TEST(Wording, shown_ofANoteLeavesWhatPeopleSaidAndWrote) {
-    Note note;
-    note.title = "This Mac";
-    note.call = CallRecord{.segments = {Segment(Speaker::you, 0, 1, "I bought this Mac")},
-                           .digest = CallDigest{.provider = "On this Mac"},
-                           .problem = "No speech model on this Mac"};
+    const Note note(Uuid::random(), "This Mac", Date(), {Block{}},
+                    CallRecord{.segments = {Segment(Speaker::you, 0, 1, "I bought this Mac")},
+                               .digest = CallDigest{.provider = "On this Mac"},
+                               .problem = "No speech model on this Mac"});
     const Note shown = Wording::shown(note);
     EXPECT_EQ(shown.title, "This Mac");
     EXPECT_EQ(shown.call->segments, note.call->segments);

@@ -19,7 +19,7 @@ Item {
     readonly property real value: Math.max(position, 0)
 
     /// The user wants to hear the call from there, in seconds.
-    signal seek(time: real)
+    signal seek(real time)
 
     function stepBy(seconds: real) {
         seekTo(call.step(value, seconds));
@@ -91,7 +91,8 @@ Item {
         active: timeline.activeFocus
         anchors.fill: parent
 
-        sourceComponent: Theme.FocusRing {}
+        sourceComponent: Theme.FocusRing {
+        }
     }
 
     HoverHandler {

@@ -14,9 +14,9 @@ Item {
     required property FreshInk fresh
     required property string text
 
-    /// The place of a character; `measures` is what it depends on.
-    function placeOf(character: int, measures: size): rect {
-        return written.positionToRectangle(character);
+    /// The place of a character; `layout` is what it depends on.
+    function placeOf(character: int, layout: vector3d): rect {
+        return written.positionToRectangle(Math.min(character, written.length));
     }
 
     baselineOffset: written.baselineOffset
@@ -51,9 +51,9 @@ Item {
         InkIn {
             required property int from
             required property int to
-            readonly property size measures: Qt.size(written.width, written.contentHeight)
-            readonly property rect begin: line.placeOf(from, measures)
-            readonly property rect end: line.placeOf(to, measures)
+            readonly property vector3d layout: Qt.vector3d(written.width, written.contentHeight, written.length)
+            readonly property rect begin: line.placeOf(from, layout)
+            readonly property rect end: line.placeOf(to, layout)
 
             height: begin.height
             // A letter may lean out of its place a little.

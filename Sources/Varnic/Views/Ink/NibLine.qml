@@ -34,20 +34,16 @@ Item {
         you: Theme.Palette.you
     }
 
-    Loader {
-        active: line.showNib
+    WritingNib {
+        color: trail.leader === InkTrail.You ? Theme.Palette.you : trail.leader === InkTrail.Them ? Theme.Palette.them : Theme.Palette.ink
+        paper: Theme.Palette.paper
+        visible: line.showNib
         // The tip of a nib that leans to the right is at the head of the line.
         x: trail.head.x + 11 - width / 2
         y: trail.head.y - 13 - height / 2
 
-        sourceComponent: Theme.NibMark {
-            color: trail.leader === InkTrail.You ? Theme.Palette.you : trail.leader === InkTrail.Them
-                                                   ? Theme.Palette.them : Theme.Palette.ink
-            rotation: 35
-            size: 34
-        }
-        Behavior on y {
-            enabled: !Theme.Appearance.reduceMotion
+        Behavior on y  {
+            enabled: line.showNib && !Theme.Appearance.reduceMotion
 
             NumberAnimation {
                 duration: 80

@@ -9,7 +9,7 @@ Item {
     property bool active: true
     property real size: 9
     /// How far the ring has spread, 0 to 1.
-    property real pulse: 0
+    property real pulse
 
     Accessible.name: "Recording"
     Accessible.role: Accessible.Indicator
@@ -36,7 +36,7 @@ Item {
         width: dot.size
     }
 
-    NumberAnimation on pulse {
+    NumberAnimation on pulse  {
         duration: 1100
         easing.type: Easing.OutQuad
         from: 0

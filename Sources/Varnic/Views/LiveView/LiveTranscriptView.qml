@@ -1,0 +1,90 @@
+import QtQuick
+import Varnic.Ink
+import Varnic.Theme as Theme
+
+/// What is said, as it is said. It follows the call until the user scrolls back, and again from the end on.
+Item {
+    ListView {
+        id: list
+
+        /// Whether the newest line is kept in sight.
+        property bool follows: true
+        readonly property real end: Math.max(contentHeight - height, 0) + originY
+
+        function toEnd() {
+            if (follows && contentHeight > height) {
+                scroll.to = end;
+                scroll.restart();
+            }
+        }
+
+        Accessible.name: "Transcript"
+        Accessible.role: Accessible.List
+        activeFocusOnTab: true
+        anchors.fill: parent
+        boundsBehavior: Flickable.StopAtBounds
+        cacheBuffer: 1000
+        clip: true
+        model: LiveCall.transcript
+        spacing: Theme.Space.l
+
+        delegate: LiveTurn {
+        }
+        footer: Item {
+            height: 40
+            width: 1
+        }
+        header: Item {
+            height: Theme.Space.xl
+            width: 1
+        }
+
+        Keys.onDownPressed: flick(0, -600)
+        Keys.onUpPressed: flick(0, 600)
+        onContentHeightChanged: toEnd()
+        onHeightChanged: toEnd()
+        onMovementEnded: follows = atYEnd
+        onMovementStarted: scroll.stop()
+
+        NumberAnimation {
+            id: scroll
+
+            duration: Theme.Appearance.reduceMotion ? 0 : 250
+            easing.type: Easing.OutQuad
+            property: "contentY"
+            target: list
+        }
+
+        WheelHandler {
+            onWheel: event => {
+                scroll.stop();
+                list.contentY = Math.min(Math.max(list.contentY - event.angleDelta.y, list.originY), list.end);
+                list.follows = list.contentY >= list.end - 1;
+            }
+        }
+    }
+
+    Column {
+        anchors.horizontalCenter: parent.horizontalCenter
+        spacing: 6
+        topPadding: Theme.Space.xl
+        visible: LiveCall.transcript.count === 0
+        width: Math.min(parent.width, 760) - 2 * Theme.Space.xl
+
+        Text {
+            color: Theme.Palette.inkSoft
+            font: Theme.Typo.heading
+            text: LiveCall.placeholderTitle
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+
+        Text {
+            color: Theme.Palette.inkFaint
+            font: Theme.Typo.body
+            text: LiveCall.placeholder
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+    }
+}

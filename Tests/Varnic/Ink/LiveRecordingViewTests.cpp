@@ -1,0 +1,135 @@
+#include "Varnic/AppModel/ScratchModel.h"
+#include "Varnic/HandCapture.h"
+#include "Varnic/Views/Ink/LiveCall.h"
+#include "Varnic/Views/ViewModel.h"
+
+#include <QQuickItem>
+#include <QQuickView>
+#include <QTest>
+#include <gmock/gmock.h>
+
+#include <memory>
+
+namespace varnic {
+namespace {
+
+class LiveRecordingViewTests : public testing::Test {
+protected:
+    LiveRecordingViewTests() {
+        view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
+        setAppModel(*view.engine(), *model);
+        view.setResizeMode(QQuickView::SizeRootObjectToView);
+        view.resize(800, 600);
+        view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Varnic/LiveView/LiveRecordingView.qml")));
+        view.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
+    }
+
+    void record(std::vector<Speaker> sides = {Speaker::you, Speaker::them}) {
+        capture = std::make_shared<HandCapture>(std::move(sides));
+        QCoro::waitFor(model->recorder().start(Uuid::random(), model.folder() / "call", capture, std::nullopt, "Zoom"));
+    }
+
+    LiveCall& call() { return *view.engine()->singletonInstance<LiveCall*>(qmlTypeId("Varnic.Ink", 1, 0, "LiveCall")); }
+
+    [[nodiscard]] QQuickItem* item(const char* name) const {
+        return view.contentItem()->findChild<QQuickItem*>(QString::fromLatin1(name));
+    }
+
+    void click(const char* name) {
+        QQuickItem* target = nullptr;
+        ASSERT_TRUE(waitUntil([&] {
+            target = find(view.contentItem(), QString::fromLatin1(name));
+            return target != nullptr && target->isVisible() && target->width() > 0;
+        })) << name;
+        QTest::mouseClick(&view, Qt::LeftButton, {},
+                          target->mapToScene(QPointF(target->width() / 2, target->height() / 2)).toPoint());
+    }
+
+    static QQuickItem* find(QQuickItem* in, const QString& name) {
+        if (in->objectName() == name) {
+            return in;
+        }
+        for (QQuickItem* child : in->childItems()) {
+            if (QQuickItem* found = find(child, name)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
+    [[nodiscard]] bool isDialogOpen() const {
+        return view.rootObject()->findChild<QObject*>(QStringLiteral("discardDialog"))->property("visible").toBool();
+    }
+
+    ScratchModel model;
+    QQuickView view;
+    std::shared_ptr<HandCapture> capture;
+};
+
+TEST_F(LiveRecordingViewTests, buttonsAreForARunningRecordingOnly) {
+    for (const char* name : {"stop", "pause", "discard"}) {
+        EXPECT_FALSE(item(name)->isEnabled()) << name;
+    }
+    record();
+    for (const char* name : {"stop", "pause", "discard"}) {
+        EXPECT_TRUE(item(name)->isEnabled()) << name;
+    }
+    QCoro::waitFor(model->recorder().stop());
+    EXPECT_FALSE(item("stop")->isEnabled());
+}
+
+TEST_F(LiveRecordingViewTests, discard_asksFirst) {
+    record();
+    const auto folder = model.folder() / "call";
+    click("discard");
+    ASSERT_TRUE(waitUntil([&] { return isDialogOpen(); }));
+    click("keep");
+    ASSERT_TRUE(waitUntil([&] { return !isDialogOpen(); }));
+    EXPECT_TRUE(call().isRecording());
+
+    click("discard");
+    ASSERT_TRUE(waitUntil([&] { return isDialogOpen(); }));
+    click("confirmDiscard");
+    ASSERT_TRUE(waitUntil([&] { return !call().isBusy(); }));
+    EXPECT_FALSE(std::filesystem::exists(folder));
+}
+
+TEST_F(LiveRecordingViewTests, discard_aRecordingThatEndsMeanwhileIsKept) {
+    record();
+    click("discard");
+    ASSERT_TRUE(waitUntil([&] { return isDialogOpen(); }));
+    const auto result = QCoro::waitFor(model->recorder().stop());
+    EXPECT_TRUE(waitUntil([&] { return !isDialogOpen(); }));
+    call().discard();
+    ASSERT_TRUE(result);
+    EXPECT_TRUE(std::filesystem::exists(result->folder / "you.m4a"));
+}
+
+TEST_F(LiveRecordingViewTests, pause_restsThePen) {
+    record();
+    EXPECT_TRUE(waitUntil([&] { return call().ink()->end() > 2; }));
+    click("pause");
+    EXPECT_TRUE(call().isPaused());
+    EXPECT_EQ(call().stateName(), "Paused");
+    const auto written = call().ink()->end();
+    const std::size_t ticks = model->recorder().samples().size();
+    EXPECT_TRUE(waitUntil([&] { return model->recorder().samples().size() > ticks + 3; }));
+    EXPECT_EQ(call().ink()->end(), written);
+    click("pause");
+    EXPECT_TRUE(waitUntil([&] { return call().ink()->end() > written; }));
+}
+
+TEST_F(LiveRecordingViewTests, aSideThatIsMissingIsNamedInThisPlatformsWords) {
+    record({Speaker::you});
+    EXPECT_TRUE(call().you().isOn);
+    EXPECT_EQ(call().you().detail, "microphone");
+    EXPECT_FALSE(call().them().isOn);
+    EXPECT_EQ(call().them().detail, "Recording your side only — the computer’s sound can’t be heard.");
+    EXPECT_EQ(call().warning(), "");
+    EXPECT_EQ(call().placeholderTitle(), "Recording your side.");
+    EXPECT_EQ(call().placeholder(), "The transcript is written on this computer when you stop.");
+}
+
+} // namespace
+} // namespace varnic
