@@ -216,6 +216,8 @@ public:
     QCoro::Task<> runAI(Uuid id);
     void useLocalSummary(Uuid id);
     void removeAudio(Uuid id);
+    /// The recordings of a call that are on disk. The note must be a call.
+    [[nodiscard]] CallTracks existingTracks(const Note& note) const;
 
     /// Ends what is being transcribed or summarised as soon as it can. A call without a transcript says so; what is
     /// started later runs.
@@ -256,7 +258,6 @@ private:
     [[nodiscard]] DigestContext context(Date startedAt, std::string themName, std::string source) const;
     void showPlaceholder(Uuid id, std::string title, CallRecord call);
     void file(Note finished, std::shared_ptr<RecordingMarkFile> mark);
-    [[nodiscard]] CallTracks existingTracks(const Note& note) const;
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
 
     std::vector<Note> notes_;

@@ -1,25 +1,74 @@
-#include "Varnic/AppModel/AppModel.h"
-#include "Varnic/Views/ViewModel.h"
+#include "Varnic/Shell/CommandLine.h"
+#include "Varnic/Shell/SingleInstance.h"
+#include "Varnic/Views/Program/Program.h"
+#include "Varnic/Views/Theme/Native/Fonts.h"
 
 #include <QApplication>
-#include <QQmlApplicationEngine>
+#include <QMessageBox>
 #include <QQuickStyle>
-#include <QtQml/QQmlExtensionPlugin>
 
-Q_IMPORT_QML_PLUGIN(Varnic_ThemePlugin)
-Q_IMPORT_QML_PLUGIN(Varnic_InkPlugin)
-Q_IMPORT_QML_PLUGIN(Varnic_LiveViewPlugin)
-Q_IMPORT_QML_PLUGIN(Varnic_NotePagePlugin)
-Q_IMPORT_QML_PLUGIN(Varnic_LibraryViewsPlugin)
+#include <cstdio>
+#include <exception>
+#include <optional>
+
+namespace {
+
+using varnic::CommandLine;
+using varnic::SingleInstance;
+
+/// The exit code of a start that only prints, which takes no screen.
+std::optional<int> answer(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const CommandLine line = CommandLine::parse(QCoreApplication::arguments());
+    if (!line.answer) {
+        return std::nullopt;
+    }
+    std::fputs(line.answer->c_str(), line.exitCode == 0 ? stdout : stderr);
+    return line.exitCode;
+}
+
+int refuse(const std::string& problem) {
+    std::fprintf(stderr, "varnic: %s\n", problem.c_str());
+    QMessageBox::critical(nullptr, "Varnic", QString::fromStdString(problem));
+    return 1;
+}
+
+int run(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QGuiApplication::setApplicationDisplayName("Varnic");
+    QGuiApplication::setDesktopFileName("app.brevin.Varnic");
+    QGuiApplication::setWindowIcon(QIcon::fromTheme("app.brevin.Varnic"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    const CommandLine line = CommandLine::parse(QCoreApplication::arguments());
+
+    const auto [library, isScratch] = varnic::AppPlaces::dataDirectoryFromEnvironment();
+    SingleInstance instance(library, SingleInstance::busNameFor(library, isScratch));
+    switch (instance.claim(line.request)) {
+    case SingleInstance::Outcome::handedOver:
+        return 0;
+    case SingleInstance::Outcome::refused:
+        return refuse(instance.problem());
+    case SingleInstance::Outcome::first:
+        break;
+    }
+    QQuickStyle::setStyle("Basic");
+    varnic::prepareFonts();
+    varnic::Program program(varnic::AppPlaces::fromEnvironment());
+    instance.setHandler([&program](const varnic::Request& request) { program.perform(request); });
+    program.start(line.request);
+    return QApplication::exec();
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
-    const QApplication application(argc, argv);
-    QQuickStyle::setStyle("Basic");
-    varnic::AppModel model(varnic::AppPlaces::fromEnvironment());
-    model.load();
-    QQmlApplicationEngine engine;
-    engine.addImportPath("qrc:/qt/qml");
-    varnic::setAppModel(engine, model);
-    engine.load(QUrl("qrc:/qt/qml/Varnic/LibraryViews/Main.qml"));
-    return engine.rootObjects().isEmpty() ? 1 : QApplication::exec();
+    if (const auto code = answer(argc, argv)) {
+        return *code;
+    }
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "varnic: %s\n", error.what());
+        return 1;
+    }
 }

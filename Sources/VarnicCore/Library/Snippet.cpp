@@ -102,6 +102,10 @@ std::vector<Highlight> highlight(const Line& line, std::span<const std::string_v
 
 } // namespace
 
+std::vector<Highlight> findHighlights(std::string_view text, std::span<const std::string_view> terms) {
+    return highlight({std::string(text), Unicode::characterStarts(text)}, terms);
+}
+
 Snippet snip(std::string_view text, std::span<const std::string_view> terms, std::size_t radius) {
     const std::vector<std::size_t> starts = Unicode::characterStarts(text);
     const std::size_t center = terms.empty() ? 0 : findCenter(text, starts, terms.front());

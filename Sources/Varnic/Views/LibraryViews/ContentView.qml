@@ -1,18 +1,118 @@
 import QtQuick
-import Varnic.NotePage
+import Varnic.LibraryViews
+import Varnic.NotePage as Pages
 import Varnic.Theme as Theme
 
-/// Sidebar, list and detail.
-Rectangle {
-    color: Theme.Palette.paper
+/// Sidebar, list and detail, with the sheets above them and the notice at the bottom.
+FocusScope {
+    id: view
 
-    NotePage {
+    onWidthChanged: Columns.windowWidth = width
+
+    Rectangle {
         anchors.fill: parent
+        color: Theme.Palette.paper
     }
 
-    Text {
-        color: Theme.Palette.ink
-        font: Theme.Typo.pageTitle
-        text: "Varnic"
+    Item {
+        id: sidebarSpace
+
+        clip: true
+        height: parent.height
+        visible: width > 0
+        width: Columns.showsSidebar ? Columns.sidebarWidth : 0
+
+        Behavior on width  {
+            enabled: !sidebarDivider.isDragged
+
+            NumberAnimation {
+                duration: Theme.Motion.layout
+                easing.type: Theme.Motion.easing
+            }
+        }
+
+        Sidebar {
+            anchors.right: parent.right
+            height: parent.height
+            width: Columns.sidebarWidth
+        }
+    }
+
+    ColumnDivider {
+        id: sidebarDivider
+
+        anchors.left: sidebarSpace.right
+        height: parent.height
+        visible: sidebarSpace.visible
+        width: visible ? 1 : 0
+        z: 1
+
+        onDraggedBy: delta => Columns.sidebarWidth += delta
+    }
+
+    ListColumn {
+        id: list
+
+        anchors.left: sidebarDivider.right
+        focus: true
+        height: parent.height
+        width: Columns.listWidth
+    }
+
+    ColumnDivider {
+        id: listDivider
+
+        anchors.left: list.right
+        height: parent.height
+        z: 1
+
+        onDraggedBy: delta => Columns.listWidth += delta
+    }
+
+    Pages.Detail {
+        anchors.bottom: parent.bottom
+        anchors.left: listDivider.right
+        anchors.right: parent.right
+        anchors.top: parent.top
+    }
+
+    ToastPlace {
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: Theme.Space.l
+        anchors.horizontalCenter: parent.horizontalCenter
+        z: 2
+    }
+
+    DropArea {
+        anchors.fill: parent
+        keys: ["text/uri-list"]
+
+        onDropped: drop => {
+            drop.accept(Qt.CopyAction);
+            Library.importFiles(drop.urls);
+        }
+    }
+
+    Loader {
+        active: Library.showConsent
+
+        sourceComponent: ConsentSheet {
+        }
+    }
+
+    Loader {
+        active: Library.showSetup
+
+        sourceComponent: SetupSheet {
+        }
+    }
+
+    MenuShortcuts {
+    }
+
+    Shortcut {
+        sequence: "Ctrl+F"
+
+        onActivated: list.search()
     }
 }

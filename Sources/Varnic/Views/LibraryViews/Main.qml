@@ -1,15 +1,29 @@
 import QtQuick
+import QtQuick.Controls.Basic
+import Varnic.LibraryViews
+import Varnic.Theme as Theme
 
-/// The main window.
-Window {
+/// The main window. Whoever makes it shows it, in the place where it was.
+ApplicationWindow {
+    id: window
+
+    color: Theme.Palette.paper
     height: 800
     minimumHeight: 640
     minimumWidth: 1000
     title: "Varnic"
-    visible: true
     width: 1240
 
     ContentView {
         anchors.fill: parent
+        focus: true
+    }
+
+    Connections {
+        function onCloseRequested() {
+            window.close();
+        }
+
+        target: MainMenu
     }
 }

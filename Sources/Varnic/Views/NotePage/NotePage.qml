@@ -1,7 +1,119 @@
 import QtQuick
+import QtQuick.Controls.Basic
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
-/// One note as a sheet of paper.
-Rectangle {
-    color: Theme.Palette.paper
+/// One note as a sheet of paper, and beside it the transcript of a call.
+FocusScope {
+    id: page
+
+    required property string noteId
+
+    NoteModel {
+        id: note
+
+        noteId: page.noteId
+
+        onSeekRequested: time => player.seek(time, false)
+    }
+
+    CallPlayer {
+        id: player
+
+        tracks: note.tracks
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.Palette.paper
+    }
+
+    NoteToolbar {
+        id: toolbar
+
+        anchors.left: parent.left
+        anchors.right: panel.left
+        note: note
+    }
+
+    Flickable {
+        id: sheet
+
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: panel.left
+        anchors.top: toolbar.bottom
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        contentHeight: content.implicitHeight + Theme.Space.l + 80
+        contentWidth: width
+
+        ScrollBar.vertical: ScrollBar {
+        }
+
+        Column {
+            id: content
+
+            width: Math.min(Theme.PageWidth.max, sheet.width - 2 * Theme.Space.xxl)
+            x: (sheet.width - width) / 2
+            y: Theme.Space.l
+
+            Loader {
+                active: note.isCall
+                width: parent.width
+
+                sourceComponent: CallHeader {
+                    note: note
+                }
+            }
+
+            TitleField {
+                bottomPadding: note.isCall ? Theme.Space.m : Theme.Space.l
+                focus: true
+                note: note
+                width: parent.width
+            }
+
+            Loader {
+                active: note.isCall
+                width: parent.width
+
+                sourceComponent: CallSection {
+                    note: note
+                    player: player
+                }
+            }
+
+            BlockList {
+                note: note
+                topPadding: note.isCall ? Theme.Space.s : 0
+                width: parent.width
+            }
+
+            NoteFooter {
+                items: note.footer
+                width: parent.width
+            }
+        }
+    }
+
+    TranscriptPanel {
+        id: panel
+
+        anchors.bottom: parent.bottom
+        anchors.top: parent.top
+        note: note
+        player: player
+        width: Math.min(330, page.width * 0.6)
+        x: note.transcriptShown ? page.width - width : page.width
+
+        Behavior on x  {
+            enabled: panel.isPlaced
+
+            NumberAnimation {
+                duration: Theme.Motion.layout
+                easing.type: Theme.Motion.easing
+            }
+        }
+    }
 }

@@ -1,0 +1,103 @@
+import QtQuick
+import Varnic.LibraryViews
+import Varnic.Theme as Theme
+
+/// The cards of one note.
+Item {
+    id: row
+
+    required property string due
+    required property int index
+    readonly property bool isCurrent: ListView.isCurrentItem
+    readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
+    required property string noteId
+    required property string title
+    required property string total
+
+    function choose() {
+        ListView.view.currentIndex = index;
+        Library.open(noteId);
+    }
+
+    Accessible.description: due === "" ? total : total + ", " + due
+    Accessible.focusable: true
+    Accessible.focused: isCurrent && isFocused
+    Accessible.name: title
+    Accessible.role: Accessible.ListItem
+    implicitHeight: content.implicitHeight + 10
+
+    Accessible.onPressAction: choose()
+
+    ListGround {
+        anchors.fill: parent
+        isCurrent: row.isCurrent && row.isFocused
+        isFocused: row.isFocused
+        isHovered: hover.hovered
+    }
+
+    Column {
+        id: content
+
+        anchors.left: parent.left
+        anchors.leftMargin: 10
+        anchors.right: state.left
+        anchors.rightMargin: Theme.Space.s
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 3
+
+        Text {
+            Accessible.ignored: true
+            color: Theme.Palette.ink
+            elide: Text.ElideRight
+            font: Theme.Typo.rowTitle
+            text: row.title
+            textFormat: Text.PlainText
+            width: parent.width
+        }
+
+        Text {
+            Accessible.ignored: true
+            color: Theme.Palette.inkFaint
+            font: Theme.Typo.caption
+            text: row.total
+        }
+    }
+
+    Item {
+        id: state
+
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        implicitHeight: Math.max(chip.height, done.height)
+        implicitWidth: chip.visible ? chip.width : done.width
+
+        Theme.Chip {
+            id: chip
+
+            anchors.verticalCenter: parent.verticalCenter
+            text: row.due
+            visible: text !== ""
+        }
+
+        Theme.Symbol {
+            id: done
+
+            Accessible.name: "All caught up"
+            Accessible.role: Accessible.Graphic
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.Palette.ok
+            name: "checkmark.circle.fill"
+            size: 13
+            visible: row.due === ""
+        }
+    }
+
+    HoverHandler {
+        id: hover
+    }
+
+    TapHandler {
+        onTapped: row.choose()
+    }
+}

@@ -1,0 +1,115 @@
+#include "Varnic/Views/LibraryViews/Library.h"
+
+#include "Varnic/Shell/Menus.h"
+#include "Varnic/Views/ViewModel.h"
+#include "VarnicCore/Text/Wording.h"
+#include "VarnicPlatform/Capture/Permissions.h"
+
+#include <utility>
+
+namespace varnic {
+
+namespace {
+
+std::optional<Uuid> idOf(const QString& text) {
+    return Uuid::parse(text.toStdString());
+}
+
+} // namespace
+
+Library* Library::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
+    return new Library(appModel(*engine));
+}
+
+Library::Library(AppModel& model, QObject* parent) : QObject(parent), model_(model), isLoaded_(!model.notes().empty()) {
+    const auto follow = [this](auto& property, void (Library::*changed)()) {
+        watchers_.push_back(property.addNotifier([this, changed] { Q_EMIT(this->*changed)(); }));
+    };
+    follow(model.section, &Library::sectionChanged);
+    follow(model.query, &Library::queryChanged);
+    follow(model.showConsent, &Library::showConsentChanged);
+    follow(model.showSetup, &Library::showSetupChanged);
+    follow(model.loadProblem, &Library::loadProblemChanged);
+    connect(this, &Library::showConsentChanged, this, &Library::isAskingChanged);
+    connect(this, &Library::showSetupChanged, this, &Library::isAskingChanged);
+    connect(this, &Library::sectionChanged, this, &Library::listTitleChanged);
+    connect(this, &Library::queryChanged, this, &Library::listTitleChanged);
+    connect(&model, &AppModel::notesChanged, this, &Library::onNotesChanged);
+}
+
+QString Library::listTitle() const {
+    if (isSearching()) {
+        return QStringLiteral("Search");
+    }
+    const std::string_view name = title(model_.section.value());
+    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+}
+
+QString Library::loadProblem() const {
+    return QString::fromStdString(Wording::shown(model_.loadProblem.value().value_or("")));
+}
+
+QString Library::emptyTitle() const {
+    return section() == Notes ? QStringLiteral("No notes yet") : QStringLiteral("Nothing recorded yet");
+}
+
+QString Library::emptyDetail() const {
+    return section() == Notes
+               ? QStringLiteral("Headings, to-dos, tables and flashcards — press Ctrl+N.")
+               : QStringLiteral("Start a Zoom, Meet, Teams or FaceTime call, then press Record. No bot joins; both "
+                                "sides are written down here.");
+}
+
+QString Library::privacyText() {
+    return QString::fromStdString(Wording::shown("Calls and notes stay on this Mac."));
+}
+
+/// A library that has been read tells so once, even where it is empty.
+void Library::onNotesChanged() {
+    if (!std::exchange(isLoaded_, true)) {
+        Q_EMIT isLoadedChanged();
+    }
+}
+
+void Library::open(const QString& note, const QString& block) {
+    model_.selection = idOf(note);
+    if (const auto id = idOf(block)) {
+        model_.focusBlock = id;
+    }
+}
+
+void Library::openHit(const QString& note, double time) {
+    const auto id = idOf(note);
+    model_.selection = id;
+    if (id && time >= 0) {
+        model_.seek = AppModel::Seek{*id, time};
+    }
+}
+
+void Library::openSettings(const QString& pane) {
+    if (!Permissions::openSettings(pane.toStdString())) {
+        model_.flash({.text = "No settings program was found", .symbol = "exclamationmark.triangle"});
+    }
+}
+
+void Library::markDone(const QString& note, const QString& block) {
+    if (const auto id = idOf(note), todo = idOf(block); id && todo) {
+        model_.toggleTodo(*id, *todo);
+    }
+}
+
+void Library::remove(const QString& note) {
+    if (const auto id = idOf(note)) {
+        model_.remove(*id);
+    }
+}
+
+void Library::importFiles(const QList<QUrl>& files) {
+    for (const QUrl& file : files) {
+        if (file.isLocalFile()) {
+            model_.importAudio(file.toLocalFile().toStdString());
+        }
+    }
+}
+
+} // namespace varnic

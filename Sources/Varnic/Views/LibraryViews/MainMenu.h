@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Varnic/AppModel/AppModel.h"
+#include "Varnic/Shell/Menus.h"
+
+#include <QAbstractListModel>
+#include <QQmlEngine>
+#include <QtQmlIntegration>
+
+#include <vector>
+
+namespace varnic {
+
+/// The entries of all menus, one below the other, for the main window to draw and to listen to their shortcuts. Main
+/// thread.
+class MainMenu : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+
+public:
+    enum Role {
+        text = Qt::UserRole,
+        /// As Shortcut.sequence takes it; may be empty.
+        shortcut,
+        /// As the user reads it.
+        shortcutText,
+        isEnabled,
+        isCheckable,
+        isChecked,
+        /// The title of the menu that the entry is the first of, else empty.
+        menuTitle,
+        /// A line stands before the entry.
+        beginsGroup
+    };
+
+    static MainMenu* create(const QQmlEngine* engine, const QJSEngine* scripts);
+
+    explicit MainMenu(AppModel& model, QObject* parent = nullptr);
+
+    Q_INVOKABLE void perform(int row) const;
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void closeRequested() const;
+    void quitRequested() const;
+
+private:
+    struct Row {
+        MenuEntry entry;
+        QString menuTitle;
+    };
+
+    void refresh();
+
+    std::vector<Row> rows_;
+    QPropertyNotifier transcriptWatcher_;
+};
+
+} // namespace varnic

@@ -1,0 +1,71 @@
+#include "Varnic/Views/LibraryViews/NoteActions.h"
+
+#include "Varnic/Views/ViewModel.h"
+#include "VarnicCore/Export/ExportFormat.h"
+
+#include <filesystem>
+#include <system_error>
+
+namespace varnic {
+
+NoteActions* NoteActions::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
+    return new NoteActions(appModel(*engine));
+}
+
+void NoteActions::setNoteId(const QString& id) {
+    id_ = Uuid::parse(id.toStdString());
+    Q_EMIT noteIdChanged();
+}
+
+const Note* NoteActions::note() const {
+    return model_.note(id_);
+}
+
+QString NoteActions::pinText() const {
+    return note() != nullptr && note()->pinned ? QStringLiteral("Unpin") : QStringLiteral("Pin to Top");
+}
+
+bool NoteActions::canTranscribe() const {
+    const Note* stored = note();
+    if (stored == nullptr || !stored->call || stored->call->tracks.empty() ||
+        model_.processing.value().contains(stored->id)) {
+        return false;
+    }
+    std::error_code error;
+    return !std::filesystem::is_empty(model_.audioFolder(stored->id), error) && !error;
+}
+
+QStringList NoteActions::exportTitles() {
+    QStringList titles;
+    for (const ExportFormat format : allExportFormats) {
+        const std::string_view name = title(format);
+        titles << QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) + "…";
+    }
+    return titles;
+}
+
+void NoteActions::togglePin() {
+    if (id_) {
+        model_.togglePin(*id_);
+    }
+}
+
+void NoteActions::exportAs(int index) {
+    if (id_) {
+        model_.exportNote(*id_, allExportFormats.at(static_cast<std::size_t>(index)));
+    }
+}
+
+void NoteActions::transcribeAgain() {
+    if (id_) {
+        model_.retranscribe(*id_);
+    }
+}
+
+void NoteActions::remove() {
+    if (id_) {
+        model_.remove(*id_);
+    }
+}
+
+} // namespace varnic

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Varnic/AppModel/AppModel.h"
+
+#include <QObject>
+#include <QQmlEngine>
+#include <QStringList>
+#include <QtQmlIntegration>
+
+namespace varnic {
+
+/// What can be done with one note of a list. Main thread.
+class NoteActions : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    /// The note; what can be done is looked up as it is set.
+    Q_PROPERTY(QString noteId READ noteId WRITE setNoteId NOTIFY noteIdChanged)
+    Q_PROPERTY(QString pinText READ pinText NOTIFY noteIdChanged)
+    Q_PROPERTY(bool canTranscribe READ canTranscribe NOTIFY noteIdChanged)
+    /// The kinds of file that a note can be exported to.
+    Q_PROPERTY(QStringList exportTitles READ exportTitles CONSTANT)
+
+public:
+    static NoteActions* create(const QQmlEngine* engine, const QJSEngine* scripts);
+
+    explicit NoteActions(AppModel& model, QObject* parent = nullptr) : QObject(parent), model_(model) {}
+
+    [[nodiscard]] QString noteId() const { return id_ ? QString::fromStdString(id_->text()) : QString(); }
+
+    void setNoteId(const QString& id);
+
+    [[nodiscard]] QString pinText() const;
+
+    /// A call whose sound is there and that is not being written down.
+    [[nodiscard]] bool canTranscribe() const;
+
+    [[nodiscard]] static QStringList exportTitles();
+
+    Q_INVOKABLE void togglePin();
+    Q_INVOKABLE void exportAs(int index);
+    Q_INVOKABLE void transcribeAgain();
+    /// Moves the note to the deleted ones; the toast brings it back.
+    Q_INVOKABLE void remove();
+
+Q_SIGNALS:
+    void noteIdChanged();
+
+private:
+    [[nodiscard]] const Note* note() const;
+
+    AppModel& model_;
+    std::optional<Uuid> id_;
+};
+
+} // namespace varnic

@@ -1,0 +1,66 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnic.Theme as Theme
+
+/// An entry of a menu, with its keys at the right.
+MenuItem {
+    id: item
+
+    /// It takes something away.
+    property bool isDestructive
+    /// As the user reads them; may be empty.
+    property string keys
+
+    Accessible.description: keys
+    Accessible.name: text
+    Accessible.role: Accessible.MenuItem
+    font: Theme.Typo.ui
+    implicitHeight: 28
+    implicitWidth: 220
+    leftPadding: 0
+    rightPadding: 0
+
+    arrow: Theme.Symbol {
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.Space.s
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.Palette.inkSoft
+        name: "chevron.right"
+        size: 11
+        visible: item.subMenu !== null
+    }
+    background: Rectangle {
+        color: item.highlighted && item.enabled ? Theme.Palette.wash : "transparent"
+        radius: 5
+    }
+    contentItem: Item {
+        opacity: item.enabled ? 1 : 0.45
+
+        Text {
+            anchors.left: parent.left
+            anchors.leftMargin: item.checkable ? 28 : Theme.Space.m
+            anchors.verticalCenter: parent.verticalCenter
+            color: item.isDestructive ? Theme.Palette.record : Theme.Palette.ink
+            font: item.font
+            text: item.text
+        }
+
+        Text {
+            anchors.right: parent.right
+            anchors.rightMargin: Theme.Space.m
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.Palette.inkFaint
+            font: Theme.Typo.caption
+            text: item.keys
+        }
+    }
+    indicator: Theme.Symbol {
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.Space.s
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.Palette.inkSoft
+        name: "checkmark"
+        size: 11
+        visible: item.checkable && item.checked
+    }
+}

@@ -1,0 +1,121 @@
+import QtQuick
+import Varnic.LibraryViews
+import Varnic.Theme as Theme
+
+/// A to-do with its box, or the note that the ones below it stand in.
+Item {
+    id: row
+
+    required property string blockId
+    required property string due
+    required property int index
+    readonly property bool isCurrent: ListView.isCurrentItem
+    readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
+    required property bool isHeader
+    required property bool isYours
+    required property string noteId
+    required property string ownerName
+    required property string text
+
+    function choose() {
+        ListView.view.currentIndex = index;
+        Library.open(noteId, blockId);
+    }
+
+    function markDone() {
+        if (!isHeader) {
+            Library.markDone(noteId, blockId);
+        }
+    }
+
+    Accessible.description: due
+    Accessible.focusable: true
+    Accessible.focused: isCurrent && isFocused
+    Accessible.name: text
+    Accessible.role: Accessible.ListItem
+    implicitHeight: content.implicitHeight + (isHeader ? 16 : 8)
+
+    Accessible.onPressAction: choose()
+
+    ListGround {
+        anchors.fill: parent
+        isCurrent: row.isCurrent && row.isFocused
+        isFocused: row.isFocused
+        isHovered: hover.hovered
+    }
+
+    Theme.PlainButton {
+        id: box
+
+        Accessible.name: "Mark done"
+        anchors.left: parent.left
+        anchors.leftMargin: 6
+        anchors.top: content.top
+        anchors.topMargin: -3
+        corner: 4
+        focusPolicy: Qt.NoFocus
+        implicitHeight: 24
+        implicitWidth: 24
+        visible: !row.isHeader
+
+        contentItem: Item {
+            Theme.Symbol {
+                anchors.centerIn: parent
+                color: box.hovered ? Theme.Palette.ink : Theme.Palette.inkSoft
+                name: box.down ? "checkmark.square" : "square"
+                size: 13
+            }
+        }
+
+        onClicked: row.markDone()
+    }
+
+    Column {
+        id: content
+
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 4
+        anchors.left: parent.left
+        anchors.leftMargin: row.isHeader ? 10 : 34
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        spacing: 3
+
+        Text {
+            Accessible.ignored: true
+            color: row.isHeader ? Theme.Palette.inkSoft : Theme.Palette.ink
+            elide: row.isHeader ? Text.ElideRight : Text.ElideNone
+            font: row.isHeader ? Theme.Typo.captionStrong : Theme.Typo.ui
+            text: row.text
+            textFormat: Text.PlainText
+            width: parent.width
+            wrapMode: row.isHeader ? Text.NoWrap : Text.Wrap
+        }
+
+        Theme.FlowLayout {
+            spacing: 5
+            visible: row.ownerName !== "" || row.due !== ""
+            width: parent.width
+
+            Theme.SpeakerTag {
+                name: row.ownerName
+                visible: row.ownerName !== ""
+                you: row.isYours
+            }
+
+            Theme.Chip {
+                symbol: "calendar"
+                text: row.due
+                visible: row.due !== ""
+            }
+        }
+    }
+
+    HoverHandler {
+        id: hover
+    }
+
+    TapHandler {
+        onTapped: row.choose()
+    }
+}

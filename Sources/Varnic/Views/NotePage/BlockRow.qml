@@ -1,0 +1,97 @@
+import QtQuick
+import Varnic.Theme as Theme
+
+/// One block of a note.
+Loader {
+    id: row
+
+    required property string back
+    required property string cardText
+    required property list<string> cells
+    required property int columns
+    required property bool done
+    required property string due
+    required property int index
+    required property string kind
+    required property string kindTitle
+    required property bool ownerIsYou
+    required property string ownerName
+    required property string words
+
+    signal toggled
+
+    sourceComponent: {
+        switch (kind) {
+        case "table":
+            return table;
+        case "flashcard":
+            return flashcard;
+        case "divider":
+            return divider;
+        case "todo":
+            return todo;
+        default:
+            return line;
+        }
+    }
+
+    Component {
+        id: line
+
+        TextBlock {
+            kind: row.kind
+            kindTitle: row.kindTitle
+            words: row.words
+        }
+    }
+
+    Component {
+        id: todo
+
+        TodoBlock {
+            done: row.done
+            due: row.due
+            ownerIsYou: row.ownerIsYou
+            ownerName: row.ownerName
+            words: row.words
+
+            onToggled: row.toggled()
+        }
+    }
+
+    Component {
+        id: flashcard
+
+        FlashcardBlock {
+            back: row.back
+            cardText: row.cardText
+            front: row.words
+        }
+    }
+
+    Component {
+        id: table
+
+        TableBlock {
+            cells: row.cells
+            columns: row.columns
+        }
+    }
+
+    Component {
+        id: divider
+
+        Item {
+            Accessible.name: "Divider"
+            Accessible.role: Accessible.Separator
+            implicitHeight: 2 * Theme.Space.m + 1
+
+            Rectangle {
+                anchors.verticalCenter: parent.verticalCenter
+                color: Theme.Palette.rule
+                height: 1
+                width: parent.width
+            }
+        }
+    }
+}

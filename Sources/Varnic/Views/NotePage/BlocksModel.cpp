@@ -1,0 +1,117 @@
+#include "Varnic/Views/NotePage/BlocksModel.h"
+
+#include "VarnicCore/Text/RelativeDate.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace varnic {
+
+namespace {
+
+QString text(std::string_view utf8) {
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+int columnsOf(const Block& table) {
+    std::size_t columns = 0;
+    for (const auto& row : table.rows) {
+        columns = std::max(columns, row.size());
+    }
+    return static_cast<int>(columns);
+}
+
+/// The cells row by row, all rows as long as the longest.
+QStringList cellsOf(const Block& table) {
+    QStringList cells;
+    for (const auto& row : table.rows) {
+        for (const std::string& cell : row) {
+            cells << text(cell);
+        }
+        cells.resize(cells.size() + columnsOf(table) - std::ssize(row));
+    }
+    return cells;
+}
+
+} // namespace
+
+void BlocksModel::componentComplete() {
+    connect(note_, &NoteModel::changed, this, &BlocksModel::readBlocks);
+    readBlocks();
+}
+
+void BlocksModel::readBlocks() {
+    if (note_->app() == nullptr) {
+        return;
+    }
+    std::vector<BlockRow> blocks;
+    for (const Block& block : note_->note().blocks) {
+        blocks.push_back({block, block.owner ? note_->name(*block.owner) : std::string()});
+    }
+    take(std::move(blocks));
+}
+
+void BlocksModel::toggle(int row) {
+    note_->app()->toggleTodo(note_->id(), rows().at(static_cast<std::size_t>(row)).id);
+}
+
+QString BlocksModel::cardText(const Block& block) const {
+    if (!block.card) {
+        return {};
+    }
+    std::string told = fmt::format("Box {}", block.card->box);
+    if (block.card->due) {
+        told += " · " + relativeDate(*block.card->due, currentDate(), note_->app()->region);
+    }
+    return text(told);
+}
+
+QVariant BlocksModel::data(const QModelIndex& index, int role) const {
+    const BlockRow* block = row(index);
+    if (block == nullptr) {
+        return {};
+    }
+    switch (role) {
+    case Kind:
+        return text(rawValue(block->kind));
+    case KindTitle:
+        return text(title(block->kind));
+    case Text:
+        return text(block->text);
+    case Done:
+        return block->done;
+    case OwnerIsYou:
+        return block->owner == Speaker::you;
+    case OwnerName:
+        return text(block->ownerName);
+    case Due:
+        return text(block->due.value_or(""));
+    case Back:
+        return text(block->back);
+    case CardText:
+        return cardText(*block);
+    case Cells:
+        return cellsOf(*block);
+    case Columns:
+        return columnsOf(*block);
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> BlocksModel::roleNames() const {
+    return {{Kind, "kind"},
+            {KindTitle, "kindTitle"},
+            {Text, "words"},
+            {Done, "done"},
+            {OwnerIsYou, "ownerIsYou"},
+            {OwnerName, "ownerName"},
+            {Due, "due"},
+            {Back, "back"},
+            {CardText, "cardText"},
+            {Cells, "cells"},
+            {Columns, "columns"}};
+}
+
+} // namespace varnic

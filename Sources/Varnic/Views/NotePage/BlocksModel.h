@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Varnic/Views/NotePage/NoteModel.h"
+#include "Varnic/Views/NotePage/RowsModel.h"
+
+#include <QPointer>
+
+namespace varnic {
+
+/// A block as it is shown.
+struct BlockRow : Block {
+    /// What to call its owner; empty where it has none.
+    std::string ownerName;
+
+    bool operator==(const BlockRow&) const = default;
+};
+
+/// The blocks of a note, in order, to be read. Main thread.
+class BlocksModel : public RowsModel<BlockRow>, public QQmlParserStatus {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_INTERFACES(QQmlParserStatus)
+    Q_PROPERTY(varnic::NoteModel* note MEMBER note_ REQUIRED)
+
+public:
+    enum Role {
+        Kind = Qt::UserRole,
+        KindTitle,
+        Text,
+        Done,
+        OwnerIsYou,
+        OwnerName,
+        Due,
+        Back,
+        CardText,
+        Cells,
+        Columns
+    };
+
+    explicit BlocksModel(QObject* parent = nullptr) : RowsModel(parent) {}
+
+    void classBegin() override {}
+
+    void componentComplete() override;
+
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+    /// Ticks a to-do, or takes the tick away.
+    Q_INVOKABLE void toggle(int row);
+
+private:
+    void readBlocks();
+    [[nodiscard]] QString cardText(const Block& block) const;
+
+    QPointer<NoteModel> note_;
+};
+
+} // namespace varnic

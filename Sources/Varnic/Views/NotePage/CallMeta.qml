@@ -1,0 +1,66 @@
+import QtQuick
+import QtQuick.Layouts
+import Varnic.Ink
+import Varnic.NotePage
+import Varnic.Theme as Theme
+
+/// Who spoke, how much, and when; and the call to listen to.
+ColumnLayout {
+    id: meta
+
+    required property NoteModel note
+    required property CallPlayer player
+
+    spacing: Theme.Space.s
+
+    RowLayout {
+        spacing: Theme.Space.m
+
+        Theme.SpeakerTag {
+            Layout.maximumWidth: 160
+            name: meta.note.yourName
+            you: true
+        }
+
+        NameField {
+            note: meta.note
+        }
+
+        Item {
+            Layout.fillWidth: true
+        }
+
+        TalkShare {
+            percent: meta.note.sharePercent
+            share: meta.note.share
+            visible: meta.note.hasShare
+        }
+    }
+
+    RowLayout {
+        spacing: Theme.Space.s
+
+        PlayButton {
+            player: meta.player
+        }
+
+        InkTimeline {
+            Layout.fillWidth: true
+            call: meta.note.ink
+            position: meta.player.time
+            seekable: meta.player.available
+
+            onSeek: time => meta.player.seek(time, true)
+        }
+
+        Text {
+            Accessible.name: "Position " + text
+            Accessible.role: Accessible.StaticText
+            Layout.preferredWidth: 44
+            color: Theme.Palette.inkSoft
+            font: Theme.Typo.stamp
+            horizontalAlignment: Text.AlignRight
+            text: meta.player.stamp
+        }
+    }
+}

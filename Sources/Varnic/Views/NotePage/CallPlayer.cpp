@@ -1,0 +1,102 @@
+#include "Varnic/Views/NotePage/CallPlayer.h"
+
+#include "Varnic/Views/ViewModel.h"
+#include "VarnicCore/Models/Clock.h"
+
+#include <chrono>
+
+namespace varnic {
+
+using namespace std::chrono_literals;
+
+CallPlayer::CallPlayer(QObject* parent)
+    : QObject(parent), player_([this](TrackPlayer::Event event) {
+          QMetaObject::invokeMethod(this, [this, event] { take(event); }, Qt::QueuedConnection);
+      }) {
+    tick_.setInterval(100ms);
+    connect(&tick_, &QTimer::timeout, this, &CallPlayer::follow);
+}
+
+void CallPlayer::setTracks(const QList<QUrl>& tracks) {
+    if (tracks == tracks_) {
+        return;
+    }
+    tracks_ = tracks;
+    if (tracks_.isEmpty()) {
+        player_.stop();
+    } else {
+        std::vector<std::filesystem::path> files;
+        for (const QUrl& track : tracks_) {
+            files.emplace_back(track.toLocalFile().toStdString());
+        }
+        player_.load(std::move(files));
+    }
+    setTime(0);
+    follow();
+    Q_EMIT tracksChanged();
+}
+
+QString CallPlayer::stamp() const {
+    return QString::fromStdString(Clock::stamp(time_));
+}
+
+void CallPlayer::seek(double seconds, bool play) {
+    setTime(seconds);
+    player_.seek(seconds);
+    if (play) {
+        player_.play();
+    }
+    follow();
+}
+
+void CallPlayer::toggle() {
+    if (player_.playing()) {
+        player_.pause();
+    } else {
+        player_.play();
+    }
+    follow();
+}
+
+void CallPlayer::take(TrackPlayer::Event event) {
+    if (event == TrackPlayer::Event::failed && !player_.problem().empty()) {
+        tellProblem(player_.problem());
+    }
+    follow();
+}
+
+void CallPlayer::tellProblem(const std::string& sentence) {
+    if (const QQmlEngine* engine = qmlEngine(this)) {
+        appModel(*engine).flash({.text = sentence, .symbol = "exclamationmark.triangle"});
+    }
+}
+
+void CallPlayer::follow() {
+    const bool available = player_.available();
+    const bool playing = player_.playing();
+    if (available) {
+        setTime(player_.time());
+    }
+    if (available != available_) {
+        available_ = available;
+        Q_EMIT availableChanged();
+    }
+    if (playing != playing_) {
+        playing_ = playing;
+        Q_EMIT playingChanged();
+    }
+    if (playing) {
+        tick_.start();
+    } else {
+        tick_.stop();
+    }
+}
+
+void CallPlayer::setTime(double time) {
+    if (time != time_) {
+        time_ = time;
+        Q_EMIT timeChanged();
+    }
+}
+
+} // namespace varnic

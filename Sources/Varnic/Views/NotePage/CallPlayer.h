@@ -1,0 +1,67 @@
+#pragma once
+
+#include "VarnicPlatform/Playback/TrackPlayer.h"
+
+#include <QList>
+#include <QObject>
+#include <QTimer>
+#include <QUrl>
+#include <QtQmlIntegration>
+
+namespace varnic {
+
+/// Replays the tracks of a call for its page. Main thread.
+class CallPlayer : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    /// What to play, all at once from 0; setting other ones starts over, stopped at 0.
+    Q_PROPERTY(QList<QUrl> tracks READ tracks WRITE setTracks NOTIFY tracksChanged)
+    /// The place that is being heard, in seconds; the last one heard when it ends.
+    Q_PROPERTY(double time READ time NOTIFY timeChanged)
+    Q_PROPERTY(QString stamp READ stamp NOTIFY timeChanged)
+    Q_PROPERTY(bool playing READ playing NOTIFY playingChanged)
+    /// Whether there is something to play.
+    Q_PROPERTY(bool available READ available NOTIFY availableChanged)
+
+public:
+    explicit CallPlayer(QObject* parent = nullptr);
+
+    [[nodiscard]] QList<QUrl> tracks() const { return tracks_; }
+
+    void setTracks(const QList<QUrl>& tracks);
+
+    [[nodiscard]] double time() const { return time_; }
+
+    [[nodiscard]] QString stamp() const;
+
+    [[nodiscard]] bool playing() const { return playing_; }
+
+    [[nodiscard]] bool available() const { return available_; }
+
+    /// Goes to a place, exact to the sample, and stays paused or playing as it was, or plays from there. Without
+    /// tracks only `time` moves.
+    Q_INVOKABLE void seek(double seconds, bool play);
+    /// Plays if paused, pauses if playing.
+    Q_INVOKABLE void toggle();
+
+Q_SIGNALS:
+    void tracksChanged();
+    void timeChanged();
+    void playingChanged();
+    void availableChanged();
+
+private:
+    void take(TrackPlayer::Event event);
+    void follow();
+    void setTime(double time);
+    void tellProblem(const std::string& sentence);
+
+    QList<QUrl> tracks_;
+    double time_ = 0;
+    bool playing_ = false;
+    bool available_ = false;
+    QTimer tick_;
+    TrackPlayer player_;
+};
+
+} // namespace varnic

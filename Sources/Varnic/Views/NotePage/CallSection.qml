@@ -1,0 +1,44 @@
+import QtQuick
+import Varnic.NotePage
+import Varnic.Theme as Theme
+
+/// What a call has between its title and its notes.
+Column {
+    id: section
+
+    required property NoteModel note
+    required property CallPlayer player
+
+    CallMeta {
+        note: section.note
+        player: section.player
+        width: parent.width
+    }
+
+    Item {
+        height: Theme.Space.m
+        width: 1
+    }
+
+    SummaryStrip {
+        note: section.note
+        width: parent.width
+    }
+
+    Loader {
+        active: section.note.hasEmail
+        width: parent.width
+
+        sourceComponent: Item {
+            implicitHeight: card.implicitHeight + Theme.Space.xl
+
+            EmailCard {
+                id: card
+
+                note: section.note
+                width: parent.width
+                y: Theme.Space.xl
+            }
+        }
+    }
+}

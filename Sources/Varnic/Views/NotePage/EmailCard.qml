@@ -1,0 +1,100 @@
+import QtQuick
+import QtQuick.Layouts
+import Varnic.NotePage
+import Varnic.Theme as Theme
+
+/// The follow-up email that the call's digest drafted, to be changed and taken elsewhere.
+Theme.Card {
+    id: card
+
+    property bool expanded: false
+    required property NoteModel note
+
+    padding: Theme.Space.m
+
+    contentItem: ColumnLayout {
+        spacing: 0
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: Theme.Space.s
+
+            Theme.Symbol {
+                color: Theme.Palette.inkSoft
+                name: "envelope"
+                size: 15
+            }
+
+            Text {
+                Accessible.name: text
+                Accessible.role: Accessible.Heading
+                Layout.fillWidth: true
+                color: Theme.Palette.ink
+                elide: Text.ElideRight
+                font: Theme.Typo.subheading
+                text: "Follow-up email"
+            }
+
+            EmailActions {
+                labelled: card.availableWidth > 480
+                note: card.note
+            }
+
+            Theme.IconButton {
+                help: card.expanded ? "Collapse" : "Expand"
+                symbol: card.expanded ? "chevron.up" : "chevron.down"
+
+                onClicked: card.expanded = !card.expanded
+            }
+        }
+
+        Item {
+            Layout.fillWidth: true
+            clip: true
+            implicitHeight: card.expanded ? draft.implicitHeight + Theme.Space.m : 0
+            visible: implicitHeight > 0
+
+            Behavior on implicitHeight  {
+                NumberAnimation {
+                    duration: Theme.Motion.layout
+                    easing.type: Theme.Motion.easing
+                }
+            }
+
+            Column {
+                id: draft
+
+                spacing: Theme.Space.s
+                width: parent.width
+                y: Theme.Space.m
+
+                Field {
+                    Accessible.name: "Subject"
+                    font: Theme.Typo.uiStrong
+                    placeholder: "Subject"
+                    text: card.note.emailSubject
+                    width: parent.width
+
+                    onEdited: text => card.note.emailSubject = text
+                }
+
+                Rectangle {
+                    color: Theme.Palette.rule
+                    height: 1
+                    width: parent.width
+                }
+
+                Field {
+                    Accessible.name: "Email"
+                    font: Theme.Typo.ui
+                    height: Math.max(180, implicitHeight)
+                    lineBreaks: true
+                    text: card.note.emailBody
+                    width: parent.width
+
+                    onEdited: text => card.note.emailBody = text
+                }
+            }
+        }
+    }
+}

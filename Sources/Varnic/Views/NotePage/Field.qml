@@ -1,0 +1,64 @@
+import QtQuick
+import Varnic.NotePage
+import Varnic.Theme as Theme
+
+/// A plain text field of several lines for one stored text. Return goes on to the next control unless line breaks are
+/// wanted.
+FocusScope {
+    id: field
+
+    property real bottomPadding: 0
+    property color color: Theme.Palette.ink
+    property font font: Theme.Typo.body
+    property bool lineBreaks: false
+    property string placeholder
+    /// The stored text.
+    property string text
+
+    signal edited(string text)
+
+    Accessible.multiLine: true
+    Accessible.role: Accessible.EditableText
+    implicitHeight: edit.implicitHeight + bottomPadding
+    implicitWidth: edit.implicitWidth
+
+    TextSync {
+        document: edit.textDocument
+        value: field.text
+
+        onEdited: text => field.edited(text)
+    }
+
+    TextEdit {
+        id: edit
+
+        Accessible.ignored: true
+        activeFocusOnTab: true
+        color: field.color
+        focus: true
+        font: field.font
+        selectByMouse: true
+        selectedTextColor: Theme.Palette.ink
+        selectionColor: Theme.Palette.youWash
+        textFormat: TextEdit.PlainText
+        width: field.width
+        wrapMode: TextEdit.Wrap
+
+        KeyNavigation.priority: KeyNavigation.BeforeItem
+        Keys.onPressed: event => {
+            if (!field.lineBreaks && (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)) {
+                event.accepted = true;
+                nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+            }
+        }
+        Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+        Keys.onTabPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+
+        Text {
+            color: Theme.Palette.inkFaint
+            font: field.font
+            text: field.placeholder
+            visible: edit.length === 0 && edit.preeditText === ""
+        }
+    }
+}

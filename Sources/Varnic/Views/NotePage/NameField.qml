@@ -1,0 +1,69 @@
+import QtQuick
+import Varnic.NotePage
+import Varnic.Theme as Theme
+
+/// The other party's name, to be filled in.
+Rectangle {
+    id: capsule
+
+    required property NoteModel note
+
+    border.color: input.activeFocus ? Theme.Palette.them : "transparent"
+    border.width: 1
+    color: Theme.Palette.themWash
+    implicitHeight: input.implicitHeight + 4
+    implicitWidth: input.x + input.width + 7
+    radius: height / 2
+
+    HoverHandler {
+        id: hover
+
+        cursorShape: Qt.IBeamCursor
+    }
+
+    Theme.HelpTip {
+        text: "Who was on the other side — used in the transcript and the email greeting"
+        visible: hover.hovered
+    }
+
+    Rectangle {
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.Palette.them
+        height: 6
+        radius: 3
+        width: 6
+        x: 7
+    }
+
+    TextInput {
+        id: input
+
+        Accessible.description: "Who was on the other side — used in the transcript and the email greeting"
+        Accessible.name: "Their name"
+        Accessible.role: Accessible.EditableText
+        activeFocusOnTab: true
+        anchors.verticalCenter: parent.verticalCenter
+        clip: true
+        color: Theme.Palette.them
+        font: Theme.Typo.captionStrong
+        objectName: "themName"
+        selectByMouse: true
+        selectedTextColor: Theme.Palette.them
+        selectionColor: Theme.Palette.themWash
+        text: capsule.note.themName
+        width: capsule.note.nameFieldWidth
+        x: 17
+
+        onAccepted: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+        onTextEdited: capsule.note.themName = text
+
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.Palette.them
+            font: input.font
+            opacity: 0.6
+            text: "Add their name"
+            visible: input.length === 0 && input.preeditText === ""
+        }
+    }
+}

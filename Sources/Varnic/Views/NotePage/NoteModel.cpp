@@ -1,0 +1,266 @@
+#include "Varnic/Views/NotePage/NoteModel.h"
+
+#include "Varnic/Views/ViewModel.h"
+#include "VarnicCore/Editor/NoteEditor.h"
+#include "VarnicCore/Export/ExportFormat.h"
+#include "VarnicCore/Models/Clock.h"
+#include "VarnicCore/Text/RelativeDate.h"
+#include "VarnicCore/Text/Unicode.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+namespace varnic {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+QString text(const std::string& utf8) {
+    return QString::fromStdString(utf8);
+}
+
+bool hasSameLines(const Note& a, const Note& b) {
+    return a.isCall() == b.isCall() &&
+           (!a.call || (a.call->themName == b.call->themName && a.call->duration == b.call->duration &&
+                        a.call->segments == b.call->segments));
+}
+
+} // namespace
+
+NoteModel::NoteModel(QObject* parent) : QObject(parent), blank_(Date()), note_(blank_) {
+    clock_.setInterval(1min);
+    connect(&clock_, &QTimer::timeout, this, &NoteModel::changed);
+}
+
+void NoteModel::componentComplete() {
+    app_ = &appModel(*qmlEngine(this));
+    connect(app_, &AppModel::notesChanged, this, &NoteModel::refresh);
+    connect(&app_->recorder(), &RecordingController::stateChanged, this, &NoteModel::changed);
+    watchers_.push_back(app_->settings.yourName.addNotifier([this] {
+        Q_EMIT changed();
+        Q_EMIT transcriptChanged();
+    }));
+    watchers_.push_back(app_->showTranscript.addNotifier([this] { Q_EMIT transcriptShownChanged(); }));
+    watchers_.push_back(app_->seek.addNotifier([this] { takeSeek(); }));
+    clock_.start();
+    refresh();
+    Q_EMIT changed();
+    // When the whole page stands, its player included.
+    QMetaObject::invokeMethod(this, &NoteModel::takeSeek, Qt::QueuedConnection);
+}
+
+void NoteModel::refresh() {
+    const Note* stored = app_->note(id_);
+    const Note& next = stored != nullptr ? *stored : blank_;
+    CallTracks tracks = next.isCall() ? app_->existingTracks(next) : CallTracks();
+    if (next == note_ && tracks == tracks_) {
+        return;
+    }
+    const bool wasCall = note_.isCall();
+    const bool sameLines = hasSameLines(note_, next);
+    note_ = next;
+    tracks_ = std::move(tracks);
+    Q_EMIT changed();
+    if (!sameLines) {
+        Q_EMIT transcriptChanged();
+    }
+    if (wasCall != isCall()) {
+        Q_EMIT transcriptShownChanged();
+    }
+}
+
+void NoteModel::takeSeek() {
+    const std::optional<AppModel::Seek> wanted = app_->seek.value();
+    if (!wanted || wanted->note != id_) {
+        return;
+    }
+    app_->seek = std::nullopt;
+    if (isCall()) {
+        app_->showTranscript = true;
+        Q_EMIT seekRequested(wanted->time);
+    }
+}
+
+QString NoteModel::noteId() const {
+    return text(id_.text());
+}
+
+void NoteModel::setNoteId(const QString& id) {
+    id_ = Uuid::parse(id.toStdString()).value_or(Uuid());
+}
+
+void NoteModel::edit(const std::function<void(Note&)>& change) {
+    app_->update(id_, false, [&change](Note& note) {
+        const Note before = note;
+        change(note);
+        if (note != before) {
+            note.modified = currentDate();
+        }
+    });
+}
+
+QString NoteModel::title() const {
+    return text(note_.title);
+}
+
+void NoteModel::setTitle(const QString& title) {
+    edit([&title](Note& note) { note.title = title.toStdString(); });
+}
+
+QString NoteModel::titlePlaceholder() const {
+    return isCall() ? "Untitled call" : "Untitled";
+}
+
+bool NoteModel::canDelete() const {
+    return app_ != nullptr && app_->liveNoteID() != id_;
+}
+
+QStringList NoteModel::footer() const {
+    if (app_ == nullptr) {
+        return {};
+    }
+    QStringList items;
+    if (const std::size_t words = NoteEditor::wordCount(note_); words > 0) {
+        items << text(fmt::format("{} word{}", words, words == 1 ? "" : "s"))
+              << text(fmt::format("{} min read", NoteEditor::readingMinutes(note_)));
+    }
+    return items << text("Edited " + relativeDate(note_.modified, currentDate(), app_->region));
+}
+
+QString NoteModel::eyebrow() const {
+    if (!note_.call) {
+        return {};
+    }
+    return text(app_->region.format(note_.call->startedAt, "EEE d MMM, HH:mm") + " · " +
+                Clock::length(note_.call->duration));
+}
+
+std::string NoteModel::name(Speaker speaker) const {
+    const std::string yours = app_->exportOptions().yourName;
+    return note_.call ? note_.call->name(speaker, yours) : CallRecord().name(speaker, yours);
+}
+
+QString NoteModel::yourName() const {
+    return app_ == nullptr ? QString() : text(name(Speaker::you));
+}
+
+QString NoteModel::themName() const {
+    return note_.call ? text(note_.call->themName) : QString();
+}
+
+void NoteModel::setThemName(const QString& name) {
+    app_->renameThem(id_, name.toStdString());
+}
+
+double NoteModel::nameFieldWidth() const {
+    constexpr double characterWidth = 7.4;
+    constexpr double margin = 10;
+    constexpr double least = 86;
+    constexpr double most = 160;
+    const std::size_t characters = note_.call ? Unicode::characterCount(note_.call->themName) : 0;
+    return std::clamp(static_cast<double>(characters) * characterWidth + margin, least, most);
+}
+
+bool NoteModel::hasShare() const {
+    return note_.call && note_.call->yourShare();
+}
+
+double NoteModel::share() const {
+    return note_.call ? note_.call->yourShare().value_or(0) : 0;
+}
+
+int NoteModel::sharePercent() const {
+    return static_cast<int>(std::lround(share() * 100));
+}
+
+QList<QUrl> NoteModel::tracks() const {
+    QList<QUrl> files;
+    for (const auto& track : {tracks_.you, tracks_.them}) {
+        if (track) {
+            files << QUrl::fromLocalFile(text(track->string()));
+        }
+    }
+    return files;
+}
+
+const EmailDraft* NoteModel::email() const {
+    return note_.call && note_.call->digest ? &note_.call->digest->email : nullptr;
+}
+
+void NoteModel::editEmail(const std::function<void(EmailDraft&)>& change) {
+    edit([&change](Note& note) {
+        if (note.call && note.call->digest) {
+            change(note.call->digest->email);
+        }
+    });
+}
+
+QString NoteModel::emailSubject() const {
+    return hasEmail() ? text(email()->subject) : QString();
+}
+
+void NoteModel::setEmailSubject(const QString& subject) {
+    editEmail([&subject](EmailDraft& email) { email.subject = subject.toStdString(); });
+}
+
+QString NoteModel::emailBody() const {
+    return hasEmail() ? text(email()->body) : QString();
+}
+
+void NoteModel::setEmailBody(const QString& body) {
+    editEmail([&body](EmailDraft& email) { email.body = body.toStdString(); });
+}
+
+QStringList NoteModel::exportTitles() const {
+    QStringList titles;
+    for (const ExportFormat format : allExportFormats) {
+        titles << text(std::string(varnic::title(format)) + "…");
+    }
+    return titles;
+}
+
+bool NoteModel::transcriptShown() const {
+    return app_ != nullptr && isCall() && app_->showTranscript.value();
+}
+
+void NoteModel::setTranscriptShown(bool shown) {
+    app_->showTranscript = shown;
+}
+
+void NoteModel::exportAs(int format) {
+    app_->exportNote(id_, allExportFormats.at(static_cast<std::size_t>(format)));
+}
+
+void NoteModel::exportAudio() {
+    app_->exportAudio(id_);
+}
+
+void NoteModel::retranscribe() {
+    app_->retranscribe(id_);
+}
+
+void NoteModel::removeAudio() {
+    app_->removeAudio(id_);
+}
+
+void NoteModel::togglePin() {
+    app_->togglePin(id_);
+}
+
+void NoteModel::remove() {
+    app_->remove(id_);
+}
+
+void NoteModel::copyEmail() {
+    app_->copyEmail(id_);
+}
+
+void NoteModel::openInMail() {
+    app_->openInMail(id_);
+}
+
+} // namespace varnic

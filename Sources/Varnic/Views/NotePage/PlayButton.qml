@@ -1,0 +1,45 @@
+import QtQuick
+import Varnic.NotePage
+import Varnic.Theme as Theme
+
+/// Plays the call or pauses it.
+Theme.PlainButton {
+    id: button
+
+    required property CallPlayer player
+
+    Accessible.name: player.playing ? "Pause" : "Play"
+    corner: 15
+    enabled: player.available
+    help: player.available ? "Play the call (Alt+Space)" : "The audio for this call was removed"
+    implicitHeight: 30
+    implicitWidth: 30
+
+    background: Item {
+        Rectangle {
+            anchors.centerIn: parent
+            color: button.player.available ? Theme.Palette.ink : Theme.Palette.inkFaint
+            height: 26
+            opacity: button.down ? 0.85 : 1
+            radius: 13
+            width: 26
+        }
+    }
+    contentItem: Item {
+        Theme.Symbol {
+            anchors.centerIn: parent
+            color: Theme.Palette.paper
+            name: button.player.playing ? "pause.fill" : "play.fill"
+            size: 11
+            weight: Font.Bold
+        }
+    }
+
+    onClicked: player.toggle()
+
+    Shortcut {
+        sequence: "Alt+Space"
+
+        onActivated: button.player.toggle()
+    }
+}

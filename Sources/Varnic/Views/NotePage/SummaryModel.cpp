@@ -1,0 +1,110 @@
+#include "Varnic/Views/NotePage/SummaryModel.h"
+
+#include "Varnic/Views/ViewModel.h"
+#include "VarnicCore/Text/Wording.h"
+
+#include <fmt/format.h>
+
+namespace varnic {
+
+namespace {
+
+QString shown(const std::string& text) {
+    return QString::fromStdString(Wording::shown(text));
+}
+
+} // namespace
+
+void SummaryModel::componentComplete() {
+    app_ = &appModel(*qmlEngine(this));
+    connect(note_, &NoteModel::changed, this, &SummaryModel::changed);
+    const auto tell = [this] { Q_EMIT changed(); };
+    watchers_.push_back(app_->processing.addNotifier(tell));
+    watchers_.push_back(app_->aiRunning.addNotifier(tell));
+    watchers_.push_back(app_->aiError.addNotifier(tell));
+    watchers_.push_back(app_->settings.ai.addNotifier(tell));
+    Q_EMIT changed();
+}
+
+QString SummaryModel::stage() const {
+    if (app_ == nullptr) {
+        return {};
+    }
+    const auto& stages = app_->processing.value();
+    const auto found = stages.find(note_->id());
+    return found == stages.end() ? QString() : shown(found->second.label());
+}
+
+QString SummaryModel::problem() const {
+    const auto& call = note_->note().call;
+    return call && call->problem && stage().isEmpty() ? shown(*call->problem) : QString();
+}
+
+bool SummaryModel::canRetranscribe() const {
+    return !note_->tracks().isEmpty() && stage().isEmpty();
+}
+
+bool SummaryModel::showsAI() const {
+    return app_ != nullptr && note_->isCall() && settings().enabled && stage().isEmpty() && problem().isEmpty();
+}
+
+AISettings SummaryModel::settings() const {
+    return app_ != nullptr ? app_->settings.ai.value() : AISettings();
+}
+
+bool SummaryModel::hasAIDigest() const {
+    const auto& call = note_->note().call;
+    return call && call->digest && !call->digest->isLocal;
+}
+
+QString SummaryModel::credit() const {
+    return hasAIDigest() ? shown("Summary by " + note_->note().call->digest->provider) : QString();
+}
+
+QString SummaryModel::asking() const {
+    const bool runs = app_ != nullptr && app_->aiRunning.value().contains(note_->id());
+    return runs ? shown(fmt::format("Asking {}…", settings().modelName())) : QString();
+}
+
+QString SummaryModel::askTitle() const {
+    return hasAIDigest() ? "Summarise Again" : shown("Summarise with " + settings().modelName());
+}
+
+QString SummaryModel::askHelp() const {
+    return shown("Sends this call’s transcript to " + settings().destination());
+}
+
+QString SummaryModel::localHelp() const {
+    return shown("Go back to the summary made on this Mac");
+}
+
+QString SummaryModel::privacy() const {
+    return shown(fmt::format(fmt::runtime(settings().staysOnThisMac()
+                                              ? "Your local model at {} — nothing leaves this Mac."
+                                              : "The transcript is sent to {} using your key. Varnic’s own summary "
+                                                "never leaves this Mac."),
+                             settings().destination()));
+}
+
+bool SummaryModel::staysHere() const {
+    return settings().staysOnThisMac();
+}
+
+QString SummaryModel::aiError() const {
+    if (app_ == nullptr) {
+        return {};
+    }
+    const auto& errors = app_->aiError.value();
+    const auto found = errors.find(note_->id());
+    return found == errors.end() ? QString() : shown(found->second);
+}
+
+void SummaryModel::summarise() {
+    app_->runAI(note_->id());
+}
+
+void SummaryModel::useLocalSummary() {
+    app_->useLocalSummary(note_->id());
+}
+
+} // namespace varnic

@@ -1,0 +1,83 @@
+import QtQuick
+import Varnic.NotePage
+import Varnic.Theme as Theme
+
+/// How far the call is written down, what went wrong with it, or who summarises it.
+Column {
+    id: strip
+
+    required property NoteModel note
+
+    bottomPadding: height > bottomPadding ? Theme.Space.m : 0
+    spacing: 8
+
+    SummaryModel {
+        id: summary
+
+        note: strip.note
+    }
+
+    Row {
+        Accessible.name: summary.stage
+        Accessible.role: Accessible.StaticText
+        spacing: Theme.Space.s
+        visible: summary.stage !== ""
+
+        Theme.Spinner {
+            Accessible.ignored: true
+            anchors.verticalCenter: parent.verticalCenter
+            size: 14
+        }
+
+        Text {
+            Accessible.ignored: true
+            color: Theme.Palette.inkSoft
+            font: Theme.Typo.ui
+            text: summary.stage
+        }
+    }
+
+    Row {
+        spacing: Theme.Space.s
+        visible: summary.problem !== ""
+        width: parent.width
+
+        Theme.Symbol {
+            id: warning
+
+            color: Theme.Palette.warn
+            name: "exclamationmark.triangle"
+            size: 14
+            y: 2
+        }
+
+        Text {
+            Accessible.name: text
+            Accessible.role: Accessible.AlertMessage
+            color: Theme.Palette.ink
+            font: Theme.Typo.ui
+            lineHeight: 1.25
+            text: summary.problem
+            textFormat: Text.PlainText
+            width: parent.width - warning.width - parent.spacing
+            wrapMode: Text.Wrap
+        }
+    }
+
+    Theme.QuietButton {
+        text: "Transcribe Again"
+        visible: summary.problem !== "" && summary.canRetranscribe
+
+        onClicked: strip.note.retranscribe()
+    }
+
+    Loader {
+        active: summary.showsAI
+        visible: active
+        width: parent.width
+
+        sourceComponent: AIControls {
+            summary: summary
+        }
+    }
+}

@@ -1,0 +1,18 @@
+import QtQuick
+import Varnic.NotePage
+import Varnic.Theme as Theme
+
+/// The title of a note, on as many lines as it takes.
+Field {
+    id: field
+
+    required property NoteModel note
+
+    Accessible.name: "Title"
+    font: Theme.Typo.pageTitle
+    placeholder: note.titlePlaceholder
+    objectName: "title"
+    text: note.title
+
+    onEdited: text => note.title = text
+}

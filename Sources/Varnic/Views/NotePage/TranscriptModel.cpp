@@ -1,0 +1,150 @@
+#include "Varnic/Views/NotePage/TranscriptModel.h"
+
+#include "Varnic/Views/ViewModel.h"
+#include "VarnicCore/Models/Clock.h"
+#include "VarnicCore/Text/TextKit.h"
+#include "VarnicCore/Transcript/Diarisation.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace varnic {
+
+namespace {
+
+/// Lines of a speaker no further apart than this, in seconds, are one turn.
+constexpr double turnGap = 2.0;
+/// A turn stays the current one for this long behind its end, in seconds.
+constexpr double afterglow = 0.5;
+/// A turn that begins this soon, in seconds, is begun: a seek to its start may end up a sample before it.
+constexpr double tolerance = 0.01;
+
+} // namespace
+
+void TranscriptModel::componentComplete() {
+    connect(note_, &NoteModel::transcriptChanged, this, &TranscriptModel::readTurns);
+    watchers_.push_back(appModel(*qmlEngine(this)).processing.addNotifier([this] { Q_EMIT changed(); }));
+    readTurns();
+}
+
+void TranscriptModel::readTurns() {
+    turns_.clear();
+    if (const auto& call = note_->note().call; call && note_->app() != nullptr) {
+        const std::string yours = note_->name(Speaker::you);
+        const std::string theirs = note_->name(Speaker::them);
+        for (Segment& turn : Diarisation::turns(call->segments, turnGap)) {
+            turns_.push_back({.row = {.id = turn.id,
+                                      .speaker = turn.speaker,
+                                      .name = turn.speaker == Speaker::you ? yours : theirs,
+                                      .start = turn.start,
+                                      .end = turn.end,
+                                      .text = std::move(turn.text)},
+                              .folded = {}});
+        }
+    }
+    show();
+}
+
+void TranscriptModel::show() {
+    const std::string needle = TextKit::fold(filter_.toStdString());
+    std::vector<TurnRow> shown;
+    for (Turn& turn : turns_) {
+        if (!needle.empty() && turn.folded.empty()) {
+            turn.folded = TextKit::fold(turn.row.text);
+        }
+        if (turn.folded.find(needle) != std::string::npos) {
+            shown.push_back(turn.row);
+            shown.back().isCurrent = isCurrent(turn.row);
+        }
+    }
+    take(std::move(shown));
+    Q_EMIT changed();
+    markPosition();
+}
+
+bool TranscriptModel::isCurrent(const TurnRow& row) const {
+    return row.start <= time_ && time_ < row.end + afterglow;
+}
+
+int TranscriptModel::rowAt(double time) const {
+    const auto last = std::find_if(rows().rbegin(), rows().rend(),
+                                   [time](const TurnRow& row) { return row.start <= time + tolerance; });
+    return static_cast<int>(rows().rend() - last) - 1;
+}
+
+void TranscriptModel::markPosition() {
+    for (std::size_t i = 0; i < rows().size(); ++i) {
+        if (const bool is = isCurrent(rows()[i]); is != rows()[i].isCurrent) {
+            change(i, [is](TurnRow& row) { row.isCurrent = is; });
+        }
+    }
+    if (const int row = playing_ ? rowAt(time_) : -1; row != followedRow_) {
+        followedRow_ = row;
+        Q_EMIT followedRowChanged();
+    }
+}
+
+void TranscriptModel::setFilter(const QString& filter) {
+    if (filter != filter_) {
+        filter_ = filter;
+        show();
+    }
+}
+
+void TranscriptModel::setTime(double time) {
+    if (time != time_) {
+        time_ = time;
+        markPosition();
+        Q_EMIT positionChanged();
+    }
+}
+
+void TranscriptModel::setPlaying(bool playing) {
+    if (playing != playing_) {
+        playing_ = playing;
+        markPosition();
+        Q_EMIT positionChanged();
+    }
+}
+
+QString TranscriptModel::countText() const {
+    return QString::fromStdString(fmt::format("{} turns", rows().size()));
+}
+
+QString TranscriptModel::placeholder() const {
+    if (!turns_.empty() || note_->app() == nullptr) {
+        return {};
+    }
+    return note_->app()->processing.value().contains(note_->id()) ? "Writing the transcript…" : "No one was heard.";
+}
+
+QVariant TranscriptModel::data(const QModelIndex& index, int role) const {
+    const TurnRow* turn = row(index);
+    if (turn == nullptr) {
+        return {};
+    }
+    switch (role) {
+    case IsYou:
+        return turn->speaker == Speaker::you;
+    case Name:
+        return QString::fromStdString(turn->name);
+    case Start:
+        return turn->start;
+    case Stamp:
+        return QString::fromStdString(Clock::stamp(turn->start));
+    case Text:
+        return QString::fromStdString(turn->text);
+    case IsCurrent:
+        return turn->isCurrent;
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> TranscriptModel::roleNames() const {
+    return {{IsYou, "isYou"}, {Name, "name"},  {Start, "start"},
+            {Stamp, "stamp"}, {Text, "words"}, {IsCurrent, "isCurrent"}};
+}
+
+} // namespace varnic

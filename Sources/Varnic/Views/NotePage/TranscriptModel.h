@@ -1,0 +1,97 @@
+#pragma once
+
+#include "Varnic/Views/NotePage/NoteModel.h"
+#include "Varnic/Views/NotePage/RowsModel.h"
+
+#include <QPointer>
+
+namespace varnic {
+
+/// One turn of a transcript as it is shown.
+struct TurnRow {
+    Uuid id;
+    Speaker speaker = Speaker::you;
+    std::string name;
+    /// Seconds into the call.
+    double start = 0;
+    double end = 0;
+    std::string text;
+    /// The player is in this turn.
+    bool isCurrent = false;
+
+    bool operator==(const TurnRow&) const = default;
+};
+
+/// The turns of a call that hold what is filtered for, and where the player is in them. Main thread.
+class TranscriptModel : public RowsModel<TurnRow>, public QQmlParserStatus {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_INTERFACES(QQmlParserStatus)
+    Q_PROPERTY(varnic::NoteModel* note MEMBER note_ NOTIFY changed REQUIRED)
+    /// What a turn must hold; case, accents and width do not count.
+    Q_PROPERTY(QString filter READ filter WRITE setFilter NOTIFY changed)
+    /// Where the player is, in seconds.
+    Q_PROPERTY(double time READ time WRITE setTime NOTIFY positionChanged)
+    Q_PROPERTY(bool playing READ playing WRITE setPlaying NOTIFY positionChanged)
+    Q_PROPERTY(QString countText READ countText NOTIFY changed)
+    /// What stands in place of turns where nobody was heard; else empty.
+    Q_PROPERTY(QString placeholder READ placeholder NOTIFY changed)
+    /// The row that the player is at, to be kept in sight; -1 while it does not play.
+    Q_PROPERTY(int followedRow READ followedRow NOTIFY followedRowChanged)
+
+public:
+    enum Role { IsYou = Qt::UserRole, Name, Start, Stamp, Text, IsCurrent };
+
+    explicit TranscriptModel(QObject* parent = nullptr) : RowsModel(parent) {}
+
+    void classBegin() override {}
+
+    void componentComplete() override;
+
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+    [[nodiscard]] QString filter() const { return filter_; }
+
+    void setFilter(const QString& filter);
+
+    [[nodiscard]] double time() const { return time_; }
+
+    void setTime(double time);
+
+    [[nodiscard]] bool playing() const { return playing_; }
+
+    void setPlaying(bool playing);
+    [[nodiscard]] QString countText() const;
+    [[nodiscard]] QString placeholder() const;
+
+    [[nodiscard]] int followedRow() const { return followedRow_; }
+
+Q_SIGNALS:
+    void changed();
+    void positionChanged();
+    void followedRowChanged();
+
+private:
+    struct Turn {
+        TurnRow row;
+        std::string folded;
+    };
+
+    void readTurns();
+    void show();
+    void markPosition();
+    [[nodiscard]] bool isCurrent(const TurnRow& row) const;
+    [[nodiscard]] int rowAt(double time) const;
+
+    QPointer<NoteModel> note_;
+    QString filter_;
+    double time_ = 0;
+    bool playing_ = false;
+    int followedRow_ = -1;
+    /// All turns of the call.
+    std::vector<Turn> turns_;
+    std::vector<QPropertyNotifier> watchers_;
+};
+
+} // namespace varnic

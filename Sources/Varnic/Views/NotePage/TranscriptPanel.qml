@@ -1,0 +1,167 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnic.NotePage
+import Varnic.Theme as Theme
+
+/// What was said, turn by turn, to read, search and play from.
+Rectangle {
+    id: panel
+
+    /// Whether it has come to its first place, and moves from here on.
+    readonly property bool isPlaced: placed.running === false && width > 0
+    required property NoteModel note
+    required property CallPlayer player
+
+    function show(row: int): void {
+        const from = list.contentY;
+        list.positionViewAtIndex(row, ListView.Center);
+        glide.to = list.contentY;
+        list.contentY = from;
+        glide.restart();
+    }
+
+    Accessible.name: "Transcript"
+    Accessible.role: Accessible.Pane
+    color: Theme.Palette.sidebar
+    visible: note.transcriptShown || x < parent.width
+
+    Timer {
+        id: placed
+
+        interval: 0
+        running: true
+    }
+
+    TranscriptModel {
+        id: transcript
+
+        filter: search.text
+        note: panel.note
+        playing: panel.player.playing
+        time: panel.player.time
+
+        onFollowedRowChanged: if (followedRow >= 0) {
+            panel.show(followedRow);
+        }
+    }
+
+    Rectangle {
+        color: Theme.Palette.rule
+        height: parent.height
+        width: 1
+    }
+
+    Item {
+        id: head
+
+        height: 44
+        width: parent.width
+
+        Text {
+            Accessible.ignored: true
+            anchors.left: parent.left
+            anchors.leftMargin: Theme.Space.l
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.Palette.ink
+            font: Theme.Typo.uiStrong
+            text: "Transcript"
+        }
+
+        Text {
+            anchors.right: parent.right
+            anchors.rightMargin: Theme.Space.l
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.Palette.inkFaint
+            font: Theme.Typo.caption
+            objectName: "turnCount"
+            text: transcript.countText
+        }
+    }
+
+    SearchField {
+        id: search
+
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.Space.l
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.Space.l
+        anchors.top: head.bottom
+        enabled: panel.note.transcriptShown
+        placeholder: "Find in transcript"
+
+        onLeft: list.forceActiveFocus(Qt.TabFocusReason)
+    }
+
+    Rectangle {
+        id: line
+
+        anchors.top: search.bottom
+        anchors.topMargin: Theme.Space.s
+        color: Theme.Palette.rule
+        height: 1
+        width: parent.width
+    }
+
+    Text {
+        anchors.left: parent.left
+        anchors.margins: Theme.Space.l
+        anchors.right: parent.right
+        anchors.top: line.bottom
+        color: Theme.Palette.inkFaint
+        font: Theme.Typo.ui
+        text: transcript.placeholder
+        wrapMode: Text.Wrap
+    }
+
+    ListView {
+        id: list
+
+        Accessible.name: "Turns"
+        Accessible.role: Accessible.List
+        activeFocusOnTab: panel.note.transcriptShown && count > 0
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.Space.s
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.Space.s
+        anchors.top: line.bottom
+        bottomMargin: Theme.Space.l
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        highlightMoveDuration: Theme.Motion.snappy
+        keyNavigationEnabled: true
+        model: transcript
+        objectName: "turns"
+        spacing: Theme.Space.s
+        topMargin: Theme.Space.m
+
+        ScrollBar.vertical: ScrollBar {
+        }
+        delegate: TurnRow {
+            isMarked: list.activeFocus && ListView.isCurrentItem
+            needle: transcript.filter
+            width: list.width
+
+            onChosen: {
+                list.currentIndex = index;
+                panel.player.seek(start, true);
+            }
+        }
+
+        Keys.onEnterPressed: (currentItem as TurnRow)?.chosen()
+        Keys.onReturnPressed: (currentItem as TurnRow)?.chosen()
+        Keys.onSpacePressed: panel.player.toggle()
+        onActiveFocusChanged: if (activeFocus && currentIndex < 0) {
+            currentIndex = 0;
+        }
+
+        NumberAnimation {
+            id: glide
+
+            duration: Theme.Motion.layout
+            easing.type: Theme.Motion.easing
+            property: "contentY"
+            target: list
+        }
+    }
+}

@@ -1,0 +1,32 @@
+#include "Varnic/Views/Program/MainWindow.h"
+
+#include "Varnic/Views/LibraryViews/MainMenu.h"
+#include "Varnic/Views/ViewModel.h"
+
+#include <stdexcept>
+
+namespace varnic {
+
+MainWindow::MainWindow(AppModel& model, std::function<void()> quit) {
+    engine_.addImportPath("qrc:/qt/qml");
+    setAppModel(engine_, model);
+    engine_.load(QUrl("qrc:/qt/qml/Varnic/LibraryViews/Main.qml"));
+    window_ = engine_.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine_.rootObjects().front());
+    if (window_ == nullptr) {
+        throw std::runtime_error("The main window couldn’t be made.");
+    }
+    auto* menu = engine_.singletonInstance<MainMenu*>(qmlTypeId("Varnic.LibraryViews", 1, 0, "MainMenu"));
+    QObject::connect(menu, &MainMenu::quitRequested, menu, std::move(quit), Qt::QueuedConnection);
+    place_ = std::make_unique<WindowPlace>(*window_, model.settings.store());
+}
+
+void MainWindow::activate() {
+    if (window_->windowStates().testFlag(Qt::WindowMinimized)) {
+        window_->setWindowStates(window_->windowStates() & ~Qt::WindowMinimized);
+    }
+    window_->show();
+    window_->raise();
+    window_->requestActivate();
+}
+
+} // namespace varnic

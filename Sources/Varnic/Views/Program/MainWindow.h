@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Varnic/AppModel/AppModel.h"
+#include "Varnic/Views/Program/WindowPlace.h"
+
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+#include <functional>
+#include <memory>
+
+namespace varnic {
+
+/// The program's window and the QML engine behind all its windows. Main thread; must not outlive the model.
+class MainWindow {
+public:
+    /// Makes the window without showing it. Throws std::runtime_error when its QML cannot be loaded.
+    MainWindow(AppModel& model, std::function<void()> quit);
+
+    /// Shows the window, or brings it to the front.
+    void activate();
+
+    [[nodiscard]] bool isInFront() const { return window_->isActive(); }
+
+    [[nodiscard]] bool isVisible() const { return window_->isVisible(); }
+
+    [[nodiscard]] QQuickWindow& window() const { return *window_; }
+
+    [[nodiscard]] QQmlEngine& engine() { return engine_; }
+
+private:
+    QQmlApplicationEngine engine_;
+    QQuickWindow* window_ = nullptr;
+    std::unique_ptr<WindowPlace> place_;
+};
+
+} // namespace varnic

@@ -1,0 +1,96 @@
+#include "Varnic/Views/Program/Program.h"
+
+#include "Varnic/Views/Program/FileDialogs.h"
+#include "Varnic/Views/Program/QuitRule.h"
+#include "Varnic/Views/Program/Sounds.h"
+#include "VarnicCore/Pipeline/SessionState.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QQmlComponent>
+#include <QUrl>
+
+namespace varnic {
+
+Program::Program(AppPlaces places)
+    : model_(std::move(places)), delegate_(model_), window_(model_, [this] { delegate_.terminate(); }),
+      tray_(model_, [this] { delegate_.terminate(); }), signals_([this] { delegate_.terminate(); }) {
+    fillInDesktop();
+    delegate_.notifications().isWindowInFront = [this] { return window_.isInFront(); };
+    delegate_.pill().present = [this] { presentPill(); };
+    delegate_.pill().orderOut = [this] {
+        if (pill_) {
+            pill_->hide();
+        }
+    };
+    connect(&window_.window(), &QWindow::visibleChanged, this, [this](bool isVisible) {
+        wasShown_ = wasShown_ || isVisible;
+        quitIfForsaken();
+    });
+    connect(&model_.recorder(), &RecordingController::stateChanged, this, &Program::quitIfForsaken);
+    processingWatcher_ = model_.processing.addNotifier([this] { quitIfForsaken(); });
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { delegate_.finishBeforeLogout(); });
+}
+
+void Program::fillInDesktop() {
+    model_.desktop.activate = [this] { window_.activate(); };
+    model_.desktop.playSound = [](const std::string& name) { Sounds::play(name); };
+    model_.desktop.copyText = [](const std::string& text) {
+        QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+    };
+    model_.desktop.openURL = [](const std::string& url) {
+        QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(url)));
+    };
+    model_.desktop.chooseRecording = [this](std::string message) {
+        return FileDialogs::chooseRecording(&window_.window(), std::move(message));
+    };
+    model_.desktop.chooseDestination = [this](std::string fileName) {
+        return FileDialogs::chooseDestination(&window_.window(), std::move(fileName));
+    };
+}
+
+void Program::start(const Request& request) {
+    // A press of the desktop's own shortcut records without a window in the way of the call; the reminder, the pill and
+    // the tray show what goes on.
+    if (request.kind != Request::Kind::toggleRecording) {
+        window_.activate();
+    }
+    if (request.kind != Request::Kind::activate) {
+        delegate_.perform(request);
+    }
+    // Once the event loop runs, and the window is on its way to the screen.
+    QMetaObject::invokeMethod(this, [this] { delegate_.applicationDidFinishLaunching(); }, Qt::QueuedConnection);
+}
+
+/// Without a tray a closed window would leave a program that nobody sees. It ends once all is recorded and written.
+void Program::quitIfForsaken() {
+    const QuitRule::Situation now{.isWindowVisible = window_.isVisible() || !wasShown_,
+                                  .hasTray = tray_.isReachable(),
+                                  .isRecording = isBusy(model_.recorder().state()),
+                                  .isProcessing = !model_.processing.value().empty()};
+    if (QuitRule::shouldQuit(now)) {
+        // The flow that has just begun to end is through by then.
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (!window_.isVisible() && !isBusy(model_.recorder().state())) {
+                    delegate_.terminate();
+                }
+            },
+            Qt::QueuedConnection);
+    }
+}
+
+void Program::presentPill() {
+    if (!pill_) {
+        QQmlComponent component(&window_.engine(), QUrl("qrc:/qt/qml/Varnic/Ink/Pill.qml"));
+        pill_.reset(qobject_cast<QQuickWindow*>(component.create()));
+    }
+    if (pill_) {
+        pill_->show();
+        pill_->raise();
+    }
+}
+
+} // namespace varnic

@@ -1,0 +1,102 @@
+#include "Varnic/Views/Program/TrayIcon.h"
+
+#include "Varnic/Views/Theme/Native/NibMark.h"
+#include "VarnicCore/Pipeline/SessionState.h"
+
+#include <QIcon>
+#include <QPainter>
+#include <QPixmap>
+
+#include <utility>
+
+namespace varnic {
+
+namespace {
+
+/// The dot stands in a square of this many points.
+constexpr int dotSquare = 14;
+constexpr int dotInset = 2;
+/// Your ink as it is in the dark, which can be read on light panels too.
+constexpr QRgb nibColour = 0xFF8EA7F2;
+
+template <typename Paint>
+QIcon painted(Paint paint) {
+    QIcon icon;
+    for (const int size : {16, 22, 24, 32, 48, 64}) {
+        QPixmap pixmap(size, size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        paint(painter, QRectF(0, 0, size, size));
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
+
+QIcon dotIcon() {
+    return painted([](QPainter& painter, const QRectF& square) {
+        const qreal inset = square.width() * dotInset / dotSquare;
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor(menuBarDotColour));
+        painter.drawEllipse(square.adjusted(inset, inset, -inset, -inset));
+    });
+}
+
+QIcon idleIcon() {
+    const QIcon drawn = painted([](QPainter& painter, const QRectF& square) {
+        const qreal inset = square.width() / 10;
+        paintNib(painter, square.adjusted(inset, inset, -inset, -inset), QColor(nibColour), Qt::white);
+    });
+    return QIcon::fromTheme("app.brevin.Varnic-symbolic", drawn);
+}
+
+} // namespace
+
+TrayIcon::TrayIcon(AppModel& model, std::function<void()> quit, QObject* parent) : QObject(parent), model_(model) {
+    time_ = menu_.addAction(QString());
+    time_->setEnabled(false);
+    record_ = menu_.addAction(QString(), this, [&model] { model.toggleRecording(); });
+    menu_.addAction("New Note", this, [&model] {
+        model.newNote();
+        model.desktop.activate();
+    });
+    menu_.addSeparator();
+    menu_.addAction("Open Varnic", this, [&model] { model.desktop.activate(); });
+    menu_.addAction("Quit", this, std::move(quit));
+    icon_.setContextMenu(&menu_);
+    connect(&icon_, &QSystemTrayIcon::activated, this, [&model](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick) {
+            model.desktop.activate();
+        }
+    });
+    connect(&model.recorder(), &RecordingController::stateChanged, this, &TrayIcon::refresh);
+    connect(&model.recorder(), &RecordingController::ticked, this, &TrayIcon::refresh);
+    refresh();
+    icon_.show();
+}
+
+bool TrayIcon::isReachable() const {
+    return icon_.isVisible() && QSystemTrayIcon::isSystemTrayAvailable();
+}
+
+/// The recorder moves 20 times a second, what shows of it once.
+void TrayIcon::refresh() {
+    const SessionState& state = model_.recorder().state();
+    record_->setText(isBusy(state) ? "Stop Recording" : "Record Call");
+    record_->setEnabled(SessionLogic::toggle(state, true) != SessionLogic::Action::none);
+    const MenuBarLabel label = MenuBarLabel::of(state, model_.recorder().elapsed());
+    if (label == label_) {
+        return;
+    }
+    const QString text = QString::fromStdString(label.text);
+    if (icon_.icon().isNull() || label.showsDot != label_.showsDot) {
+        icon_.setIcon(label.showsDot ? dotIcon() : idleIcon());
+    }
+    icon_.setToolTip(label.showsDot ? "Varnic is recording · " + text : QStringLiteral("Varnic"));
+    time_->setText("Recording · " + text);
+    time_->setVisible(label.showsDot);
+    label_ = label;
+}
+
+} // namespace varnic

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Varnic/AppModel/AppModel.h"
+#include "Varnic/Shell/MenuBarLabel.h"
+
+#include <QMenu>
+#include <QObject>
+#include <QSystemTrayIcon>
+
+#include <functional>
+
+namespace varnic {
+
+/// The icon in the desktop's tray, where there is one: a red dot while a recording runs, with its time for who points
+/// at it. Main thread; must not outlive the model.
+class TrayIcon : public QObject {
+    Q_OBJECT
+
+public:
+    TrayIcon(AppModel& model, std::function<void()> quit, QObject* parent = nullptr);
+
+    /// Whether the user can reach the program by it now.
+    [[nodiscard]] bool isReachable() const;
+
+private:
+    void refresh();
+
+    AppModel& model_;
+    MenuBarLabel label_;
+    QMenu menu_;
+    QAction* time_;
+    QAction* record_;
+    QSystemTrayIcon icon_;
+};
+
+} // namespace varnic

@@ -1,0 +1,291 @@
+#include "Varnic/AppModel/ScratchModel.h"
+#include "Varnic/Views/NotePage/CallPlayer.h"
+#include "Varnic/Views/NotePage/NoteModel.h"
+#include "Varnic/Views/NotePage/TranscriptModel.h"
+#include "Varnic/Views/ViewModel.h"
+
+#include <QQuickItem>
+#include <QQuickTextDocument>
+#include <QQuickView>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextLayout>
+
+#include <gmock/gmock.h>
+
+namespace varnic {
+namespace {
+
+using testing::ElementsAre;
+
+/// A page in a window, on a library of its own.
+class NotePageTest : public testing::Test {
+protected:
+    /// Shows what the library has open.
+    void open(Uuid id) {
+        model_->selection = id;
+        if (view_.source().isEmpty()) {
+            view_.engine()->addImportPath("qrc:/qt/qml");
+            setAppModel(*view_.engine(), *model_);
+            view_.setResizeMode(QQuickView::SizeRootObjectToView);
+            view_.resize(1000, 800);
+            view_.setSource(QUrl("qrc:/qt/qml/Varnic/NotePage/Detail.qml"));
+        }
+        view_.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&view_));
+    }
+
+    Uuid addNote(std::string title, std::vector<Block> blocks = {}) {
+        return model_->newNote(std::move(title), std::move(blocks));
+    }
+
+    Uuid addCall(std::vector<Segment> segments) {
+        const Uuid id = addNote("Call");
+        model_->update(id, true, [&](Note& note) {
+            note.call = CallRecord();
+            note.call->startedAt = parseDate("2026-03-10T09:30:00Z");
+            note.call->duration = 61;
+            note.call->segments = std::move(segments);
+        });
+        return id;
+    }
+
+    template <typename Type = QObject>
+    Type* find(const char* name) {
+        return view_.rootObject() == nullptr ? nullptr : view_.rootObject()->findChild<Type*>(name);
+    }
+
+    template <typename Type>
+    Type* only() {
+        return view_.rootObject()->findChild<Type*>();
+    }
+
+    void type(const QString& text) {
+        for (const QChar letter : text) {
+            QTest::keyClick(&view_, letter.toLatin1());
+        }
+    }
+
+    ScratchModel model_;
+    QQuickView view_;
+};
+
+Segment line(Speaker who, double from, double to, const char* words) {
+    return {who, from, to, words};
+}
+
+QStringList column(const QAbstractListModel& rows, int role) {
+    QStringList values;
+    for (int i = 0; i < rows.rowCount(); ++i) {
+        values << rows.data(rows.index(i), role).toString();
+    }
+    return values;
+}
+
+TEST_F(NotePageTest, typing_in_the_title_saves_it) {
+    const Uuid id = addNote("");
+    open(id);
+    auto* const title = find<QQuickItem>("title");
+    ASSERT_NE(title, nullptr);
+    title->forceActiveFocus();
+    type("Plan");
+    EXPECT_EQ(model_->note(id)->title, "Plan");
+    ASSERT_EQ(model_.stored().size(), 1U);
+    EXPECT_EQ(model_.stored().front().title, "Plan");
+}
+
+TEST_F(NotePageTest, edits_from_elsewhere_leave_the_cursor_where_one_types) {
+    const Uuid id = addNote("Plan");
+    open(id);
+    find<QQuickItem>("title")->forceActiveFocus();
+    QTest::keyClick(&view_, Qt::Key_End);
+    type(" B");
+    model_->update(id, false, [](Note& note) { note.title = "Our " + note.title; });
+    model_->update(id, false, [](Note& note) { note.title += " \xF0\x9F\x98\x80"; });
+    type("C");
+    EXPECT_EQ(model_->note(id)->title, "Our Plan BC \xF0\x9F\x98\x80");
+}
+
+TEST_F(NotePageTest, return_in_the_title_goes_on_and_breaks_no_line) {
+    const Uuid id = addNote("Plan");
+    open(id);
+    find<QQuickItem>("title")->forceActiveFocus();
+    QTest::keyClick(&view_, Qt::Key_Return);
+    EXPECT_EQ(model_->note(id)->title, "Plan");
+    EXPECT_FALSE(find<QQuickItem>("title")->hasActiveFocus());
+}
+
+TEST_F(NotePageTest, footer_counts_words) {
+    const Uuid id = addNote("");
+    open(id);
+    auto* const note = only<NoteModel>();
+    EXPECT_EQ(note->footer(), QStringList({"Edited now"}));
+    for (const auto& [title, words] : {std::pair("one", "1 word"), std::pair("one two", "2 words")}) {
+        model_->update(id, false, [title = title](Note& edited) { edited.title = title; });
+        EXPECT_EQ(note->footer(), QStringList({words, "1 min read", "Edited now"}));
+    }
+}
+
+TEST_F(NotePageTest, a_note_that_is_deleted_while_shown_leaves_a_page_that_works) {
+    const Uuid id = addNote("Plan");
+    open(id);
+    model_->remove(id);
+    EXPECT_EQ(model_->selection.value(), std::nullopt);
+    EXPECT_EQ(only<NoteModel>(), nullptr);
+    model_->selection = id; // a list that has not caught up
+    ASSERT_NE(only<NoteModel>(), nullptr);
+    EXPECT_EQ(only<NoteModel>()->title(), "");
+    find<QQuickItem>("title")->forceActiveFocus();
+    type("x");
+    EXPECT_TRUE(model_->notes().empty());
+}
+
+TEST_F(NotePageTest, a_call_says_when_it_was_and_who_spoke) {
+    open(addCall({line(Speaker::you, 0, 3, "Hello."), line(Speaker::them, 3, 4, "Hello.")}));
+    const auto* const note = only<NoteModel>();
+    EXPECT_EQ(note->eyebrow(), "Tue 10 Mar, 09:30 · 1 min");
+    EXPECT_EQ(note->sharePercent(), 75);
+    EXPECT_NEAR(find<QQuickItem>("yourBar")->width(), 64 * 0.75 - 0.75, 1e-9);
+}
+
+TEST_F(NotePageTest, the_share_bar_never_vanishes) {
+    for (const auto& [who, percent] : {std::pair(Speaker::you, 100), std::pair(Speaker::them, 0)}) {
+        open(addCall({line(who, 0, 3, "Hello.")}));
+        EXPECT_EQ(only<NoteModel>()->sharePercent(), percent);
+        EXPECT_GE(find<QQuickItem>("yourBar")->width(), 2);
+    }
+}
+
+TEST_F(NotePageTest, the_name_field_grows_with_the_name) {
+    const Uuid id = addCall({});
+    open(id);
+    auto* const field = find<QQuickItem>("themName");
+    for (const auto& [name, width] : {std::pair("", 86.0), std::pair("Ann", 86.0), std::pair("Maximilian Å", 98.8),
+                                      std::pair("A name that takes far more room than there is", 160.0)}) {
+        model_->renameThem(id, name);
+        EXPECT_NEAR(field->width(), width, 1e-9) << name;
+    }
+}
+
+TEST_F(NotePageTest, a_typed_name_stands_in_the_transcript) {
+    const Uuid id = addCall({line(Speaker::them, 0, 3, "Hello.")});
+    open(id);
+    find<QQuickItem>("themName")->forceActiveFocus();
+    type("Priya");
+    EXPECT_EQ(model_->note(id)->call->themName, "Priya");
+    EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::Name), QStringList({"Priya"}));
+}
+
+TEST_F(NotePageTest, filter_finds_words_whatever_their_accents_and_marks_them) {
+    model_->showTranscript = true;
+    open(addCall({line(Speaker::you, 0, 1, "Hi."), line(Speaker::them, 1, 3, "My \xF0\x9F\x98\x80 résumé, Resume!"),
+                  line(Speaker::you, 3, 4, "Fine.")}));
+    find<QQuickItem>("filter")->forceActiveFocus();
+    type("resume");
+    EXPECT_EQ(find("turnCount")->property("text"), "1 turns");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return find<QQuickItem>("words") != nullptr; }));
+    const auto* const source = find("words")->property("textDocument").value<QQuickTextDocument*>();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !source->textDocument()->firstBlock().layout()->formats().empty(); }));
+    QStringList marked;
+    for (const auto& range : source->textDocument()->firstBlock().layout()->formats()) {
+        marked << source->textDocument()->toPlainText().mid(range.start, range.length);
+    }
+    EXPECT_EQ(marked, QStringList({"résumé", "Resume"}));
+
+    type("x");
+    EXPECT_EQ(find("turnCount")->property("text"), "0 turns");
+    QTest::keyClick(&view_, Qt::Key_Escape);
+    EXPECT_EQ(find("turnCount")->property("text"), "3 turns");
+}
+
+TEST_F(NotePageTest, a_call_in_which_no_one_was_heard_says_so) {
+    model_->showTranscript = true;
+    const Uuid id = addCall({});
+    open(id);
+    const auto* const transcript = only<TranscriptModel>();
+    EXPECT_EQ(transcript->countText(), "0 turns");
+    EXPECT_EQ(transcript->placeholder(), "No one was heard.");
+    model_->processing = {{id, ProcessingStage::transcribing(0)}};
+    EXPECT_EQ(transcript->placeholder(), "Writing the transcript…");
+}
+
+TEST_F(NotePageTest, the_current_turn_lasts_a_little_longer_than_it_is_spoken) {
+    open(addCall({line(Speaker::you, 0, 1, "One."), line(Speaker::them, 4, 5, "Two.")}));
+    auto* const transcript = only<TranscriptModel>();
+    for (const auto& [time, current] :
+         {std::pair(0.0, QStringList({"true", "false"})), std::pair(1.49, QStringList({"true", "false"})),
+          std::pair(1.5, QStringList({"false", "false"})), std::pair(4.0, QStringList({"false", "true"}))}) {
+        transcript->setTime(time);
+        EXPECT_EQ(column(*transcript, TranscriptModel::IsCurrent), current) << time;
+    }
+}
+
+TEST_F(NotePageTest, the_transcript_follows_the_player_only_while_it_plays) {
+    open(addCall({line(Speaker::you, 1, 2, "One."), line(Speaker::them, 4, 5, "Two.")}));
+    auto* const transcript = only<TranscriptModel>();
+    transcript->setTime(4.5);
+    EXPECT_EQ(transcript->followedRow(), -1);
+    transcript->setPlaying(true);
+    for (const auto& [time, row] :
+         {std::pair(0.5, -1), std::pair(0.99, 0), std::pair(3.5, 0), std::pair(3.995, 1), std::pair(60.0, 1)}) {
+        transcript->setTime(time);
+        EXPECT_EQ(transcript->followedRow(), row) << time;
+    }
+}
+
+TEST_F(NotePageTest, return_on_a_turn_goes_to_it) {
+    model_->showTranscript = true;
+    open(addCall({line(Speaker::you, 0, 1, "One."), line(Speaker::them, 4, 5, "Two.")}));
+    find<QQuickItem>("filter")->forceActiveFocus();
+    QTest::keyClick(&view_, Qt::Key_Down);
+    QTest::keyClick(&view_, Qt::Key_Down);
+    QTest::keyClick(&view_, Qt::Key_Return);
+    EXPECT_EQ(only<CallPlayer>()->time(), 4);
+    EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::IsCurrent), QStringList({"false", "true"}));
+}
+
+TEST_F(NotePageTest, a_seek_is_taken_by_the_page_of_its_call_only) {
+    const Uuid id = addCall({line(Speaker::you, 0, 9, "One.")});
+    open(id);
+    const AppModel::Seek elsewhere{.note = Uuid::random(), .time = 5};
+    model_->seek = elsewhere;
+    QCoreApplication::processEvents();
+    EXPECT_EQ(model_->seek.value(), elsewhere);
+    EXPECT_EQ(only<CallPlayer>()->time(), 0);
+    EXPECT_FALSE(model_->showTranscript.value());
+
+    model_->seek = AppModel::Seek{.note = id, .time = 7};
+    EXPECT_EQ(model_->seek.value(), std::nullopt);
+    EXPECT_EQ(only<CallPlayer>()->time(), 7);
+    EXPECT_TRUE(model_->showTranscript.value());
+}
+
+TEST_F(NotePageTest, a_seek_from_before_the_page_was_opened_is_taken) {
+    const Uuid id = addCall({line(Speaker::you, 0, 9, "One.")});
+    model_->seek = AppModel::Seek{.note = id, .time = 7};
+    open(id);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !model_->seek.value(); }));
+    EXPECT_EQ(only<CallPlayer>()->time(), 7);
+}
+
+TEST_F(NotePageTest, space_ticks_a_todo) {
+    const Uuid id = addNote("Plan", {Block{.kind = BlockKind::todo, .text = "Ship"}});
+    open(id);
+    find<QQuickItem>("tick")->forceActiveFocus();
+    QTest::keyClick(&view_, Qt::Key_Space);
+    EXPECT_TRUE(model_->note(id)->blocks.front().done);
+}
+
+TEST_F(NotePageTest, ctrl_alt_t_shows_the_transcript_of_a_call) {
+    open(addNote("Plan"));
+    QTest::keyClick(&view_, Qt::Key_T, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_FALSE(model_->showTranscript.value());
+    open(addCall({}));
+    QTest::keyClick(&view_, Qt::Key_T, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_TRUE(model_->showTranscript.value());
+}
+
+} // namespace
+} // namespace varnic

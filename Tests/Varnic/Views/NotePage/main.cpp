@@ -1,0 +1,16 @@
+#include <QGuiApplication>
+#include <QtQml/QQmlExtensionPlugin>
+
+#include <gmock/gmock.h>
+
+Q_IMPORT_QML_PLUGIN(Varnic_ThemePlugin)
+Q_IMPORT_QML_PLUGIN(Varnic_Theme_NativePlugin)
+Q_IMPORT_QML_PLUGIN(Varnic_InkPlugin)
+Q_IMPORT_QML_PLUGIN(Varnic_LiveViewPlugin)
+Q_IMPORT_QML_PLUGIN(Varnic_NotePagePlugin)
+
+int main(int argc, char** argv) {
+    testing::InitGoogleMock(&argc, argv);
+    const QGuiApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
