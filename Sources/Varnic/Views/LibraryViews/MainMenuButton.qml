@@ -15,7 +15,6 @@ Theme.IconButton {
     PaperMenu {
         id: menu
 
-        Accessible.name: "Main menu"
         width: 280
 
         Instantiator {
