@@ -8,7 +8,7 @@ Column {
 
     required property NoteModel note
 
-    bottomPadding: height > bottomPadding ? Theme.Space.m : 0
+    bottomPadding: model.stage !== "" || model.problem !== "" || model.showsAI ? Theme.Space.m : 0
     spacing: 8
 
     SummaryModel {
