@@ -13,10 +13,10 @@ QPainterPath nibShape(const QRectF& rectangle);
 /// The program's mark: a nib with its breather hole and its slit. The holes are of the paper's colour.
 void paintNib(QPainter& painter, const QRectF& square, const QColor& color, const QColor& paper);
 
-/// The mark as an item.
+/// The mark as an item, in colours that it is given.
 class NibMark : public QQuickPaintedItem {
     Q_OBJECT
-    QML_ELEMENT
+    QML_NAMED_ELEMENT(PaintedNib)
     /// The side of its square, in points.
     Q_PROPERTY(qreal size MEMBER size_ NOTIFY changed)
     Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)
