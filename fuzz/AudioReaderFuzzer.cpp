@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -41,6 +42,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         readSome(AudioReader::open(path));
         readSome(AudioReader::openMono(path, 16'000));
+        AudioReader elsewhere = AudioReader::openUpToStereo(path, 48'000);
+        elsewhere.seek(mostFrames);
+        readSome(std::move(elsewhere));
         varnic::audioLength(path);
     } catch (const varnic::AudioError&) {
         return 0;

@@ -117,7 +117,8 @@ bool AudioDemuxer::next(AVPacket& packet) {
 }
 
 bool AudioDemuxer::seek(std::int64_t frame, int rate) {
-    return seekTo(origin_ + av_rescale_q(frame, AVRational{1, rate}, stream_->time_base));
+    std::int64_t time = av_rescale_q(frame, AVRational{1, rate}, stream_->time_base);
+    return !__builtin_add_overflow(time, origin_, &time) && seekTo(time);
 }
 
 bool AudioDemuxer::seekToLastKnown() {
@@ -125,7 +126,8 @@ bool AudioDemuxer::seekToLastKnown() {
     if (isMp4_ && entries > 0) {
         return seekTo(avformat_index_get_entry(stream_, entries - 1)->timestamp);
     }
-    return stream_->duration > 0 && seekTo(origin_ + stream_->duration);
+    std::int64_t end = 0;
+    return stream_->duration > 0 && !__builtin_add_overflow(origin_, stream_->duration, &end) && seekTo(end);
 }
 
 bool AudioDemuxer::seekTo(std::int64_t time) {

@@ -18,6 +18,8 @@ namespace {
 /// Rates outside of this are damage, not sound.
 constexpr int lowestRate = 1000;
 constexpr int highestRate = 768'000;
+/// A last time stamp after so long is no measure of a file's length.
+constexpr int longestHours = 24;
 
 } // namespace
 
@@ -82,7 +84,9 @@ public:
     }
 
     std::int64_t length() {
-        const std::int64_t last = av_rescale(decoder_.lastPacket(rate_).value_or(0), format_.rate, rate_);
+        const std::int64_t stamp = decoder_.lastPacket(rate_).value_or(0);
+        const bool isCredible = stamp > 0 && stamp < std::int64_t{longestHours} * 3600 * rate_;
+        const std::int64_t last = isCredible ? av_rescale(stamp, format_.rate, rate_) : 0;
         seek(last);
         std::int64_t frames = last;
         PcmBuffer block;

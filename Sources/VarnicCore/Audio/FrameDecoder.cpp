@@ -1,5 +1,6 @@
 #include "VarnicCore/Audio/FrameDecoder.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace varnic {
@@ -10,6 +11,8 @@ namespace {
 constexpr double runUp = 0.25;
 /// Seconds before that at which reading begins: the stamps on the last page of an Ogg file rest on the page before.
 constexpr double stampRunUp = 2;
+/// Seconds; keeps hostile lengths from overflowing.
+constexpr std::int64_t longestPacket = 60;
 
 Ffmpeg::Codec openCodec(const AVStream& stream) {
     const AVCodec* decoder = avcodec_find_decoder(stream.codecpar->codec_id);
@@ -70,7 +73,8 @@ bool FrameDecoder::seek(std::int64_t frame, int rate) {
     isDrained_ = false;
     while (demuxer_.next(*packet_)) {
         const auto start = demuxer_.frameAt(packet_->pts, rate);
-        if (!start || *start + demuxer_.framesOf(packet_->duration, rate) >= from) {
+        const std::int64_t length = demuxer_.framesOf(packet_->duration, rate);
+        if (!start || *start >= from - std::clamp<std::int64_t>(length, 0, longestPacket * rate)) {
             send();
             break;
         }

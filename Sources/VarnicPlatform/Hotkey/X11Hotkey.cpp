@@ -103,24 +103,26 @@ void X11Hotkey::readEvents() {
         report({Hotkey::State::unavailable, "The X server is gone."});
         return;
     }
-    bool isPressed = false;
+    int presses = 0;
+    while (takeEvents(presses)) {
+        grab(); // And then what came in with the answers, which gives no sign of its own.
+    }
+    const Hotkey::Action act = action; // Which may replace this object.
+    for (; presses > 0; --presses) {
+        act({});
+    }
+}
+
+bool X11Hotkey::takeEvents(int& presses) {
     bool isLayoutNew = false;
     while (const Event event{xcb_poll_for_event(x_), std::free}) {
         if ((event->response_type & kindMask) == XCB_MAPPING_NOTIFY) {
             keys_->refresh(*reinterpret_cast<xcb_mapping_notify_event_t*>(event.get()));
             isLayoutNew = true;
         }
-        isPressed = isPress(*event) || isPressed;
+        presses += isPress(*event) ? 1 : 0;
     }
-    if (isLayoutNew) {
-        grab();
-        // What has come in with the answers gives no sign of its own.
-        readEvents();
-    }
-    if (isPressed) {
-        const Hotkey::Action act = action; // Which may replace this object.
-        act({});
-    }
+    return isLayoutNew;
 }
 
 bool X11Hotkey::isPress(const xcb_generic_event_t& event) {

@@ -29,6 +29,8 @@ private:
     /// Whether the server gives us all states of all keys.
     bool grabKeys();
     void readEvents();
+    /// Counts the presses among what has come in. Whether the layout has changed.
+    bool takeEvents(int& presses);
     /// Whether the event is the beginning of a press, and not the repetition while the key is held.
     bool isPress(const xcb_generic_event_t& event);
 

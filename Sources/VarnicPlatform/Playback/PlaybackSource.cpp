@@ -1,7 +1,5 @@
 #include "VarnicPlatform/Playback/PlaybackSource.h"
 
-#include "VarnicCore/Audio/AudioError.h"
-
 #include <algorithm>
 #include <cmath>
 #include <exception>
@@ -33,8 +31,8 @@ PlaybackSource::PlaybackSource(const std::vector<std::filesystem::path>& files) 
             Track track{AudioReader::openUpToStereo(file, PlaybackQueue::rate)};
             length_ = std::max(length_, track.reader.length());
             tracks_.push_back(std::move(track));
-        } catch (const AudioError&) {
-            continue;
+        } catch (const std::exception&) {
+            continue; // not there, not readable, or in a form that cannot be converted
         }
     }
 }

@@ -1,12 +1,23 @@
 #pragma once
 
+#include "VarnicPlatform/Playback/PlaybackQueue.h"
+#include "VarnicPlatform/Playback/PlaybackSource.h"
+
+#include <condition_variable>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <optional>
+#include <stop_token>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace varnic {
+
+class PlaybackOutput;
 
 /// Plays the tracks of a call through the default sound output, all at once from 0 and none of them mixed on disk.
 /// Every operation returns at once; files, decoding and the sound system are a thread's of its own. All members may be
@@ -62,9 +73,54 @@ public:
     [[nodiscard]] std::string problem() const;
 
 private:
-    class Engine;
+    using Lock = std::unique_lock<std::mutex>;
 
-    std::unique_ptr<Engine> engine_;
+    // With the lock held
+
+    [[nodiscard]] std::int64_t heard() const;
+    void moveTo(std::int64_t frame);
+    void halt();
+    void take(std::vector<std::filesystem::path> tracks, bool isLoading);
+
+    [[nodiscard]] bool isToPlay() const { return isPlaying_ && length_ > 0; }
+
+    // In the thread, which gives up the lock for everything that takes time
+
+    void run(const std::stop_token& stop);
+    void takeTracks(Lock& lock);
+    void playOn(Lock& lock, const std::stop_token& stop);
+    void fill(Lock& lock);
+    void fail(const std::string& problem, Lock& lock);
+    void tell(Event event, Lock& lock) const;
+    void openOutput();
+    [[nodiscard]] bool hasRoom() const;
+    [[nodiscard]] bool hasToMove() const;
+
+    const std::function<void(Event)> observer_;
+    mutable std::mutex lock_;
+    std::condition_variable_any changed_;
+
+    // Under the lock
+
+    std::optional<std::vector<std::filesystem::path>> toLoad_;
+    bool isLoading_ = false;
+    bool isPlaying_ = false;
+    /// Whether the source is elsewhere than the queue is to go on.
+    bool isMoved_ = false;
+    /// Frames of the call; 0 while there is nothing to play.
+    std::int64_t length_ = 0;
+    /// The frame of the call at `placeInQueue_`, which is where the kept part of the queue begins.
+    std::int64_t place_ = 0;
+    std::int64_t placeInQueue_ = 0;
+    std::string problem_;
+    PlaybackQueue queue_;
+
+    // The thread's own
+
+    PlaybackSource source_;
+    bool isFinished_ = false;
+    std::unique_ptr<PlaybackOutput> output_;
+    std::jthread thread_;
 };
 
 } // namespace varnic
