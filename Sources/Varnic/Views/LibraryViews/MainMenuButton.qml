@@ -31,6 +31,6 @@ Theme.IconButton {
     Shortcut {
         sequence: "F10"
 
-        onActivated: button.click()
+        onActivated: button.clicked()
     }
 }
