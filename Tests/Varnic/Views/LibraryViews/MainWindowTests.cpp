@@ -118,6 +118,16 @@ TEST_F(MainWindowTest, shortcuts_of_the_menus_work) {
     EXPECT_TRUE(waitUntil([this] { return !main_->isVisible(); }));
 }
 
+TEST_F(MainWindowTest, main_menu_opens_by_key_and_performs) {
+    open();
+    press(Qt::Key_F10);
+    ASSERT_TRUE(waitUntil([this] { return shown("menuEntry") != nullptr; }));
+    EXPECT_EQ(shown("menuEntry")->property("text"), "New Note");
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(model_->notes().size(), 1U);
+}
+
 TEST_F(MainWindowTest, every_control_has_a_name) {
     model_->newNote("Plan", {Block{.kind = BlockKind::todo, .text = "Write"}});
     open();
