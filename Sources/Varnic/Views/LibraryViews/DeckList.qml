@@ -5,6 +5,7 @@ import Varnic.Theme as Theme
 
 /// The notes that hold flashcards.
 FocusScope {
+    objectName: "deckList"
     ListView {
         id: list
 

@@ -4,6 +4,7 @@ import Varnic.Theme as Theme
 
 /// What stands in place of an empty list, and what to do about it.
 Column {
+    objectName: "emptyList"
     padding: Theme.Space.xl
     spacing: Theme.Space.m
 

@@ -9,6 +9,6 @@ Rectangle {
 
     border.color: Theme.Palette.you
     border.width: isCurrent && isFocused ? 1 : 0
-    color: isCurrent ? (isFocused ? Theme.Palette.youWash : Theme.Palette.wash) : isHovered ? Theme.Palette.rule : "transparent"
+    color: isCurrent ? (isFocused ? Theme.Palette.youWash : Theme.Palette.washHover) : isHovered ? Theme.Palette.rule : "transparent"
     radius: Theme.Radius.control
 }

@@ -20,7 +20,7 @@ class MainMenu : public QAbstractListModel {
 
 public:
     enum Role {
-        text = Qt::UserRole,
+        label = Qt::UserRole,
         /// As Shortcut.sequence takes it; may be empty.
         shortcut,
         /// As the user reads it.

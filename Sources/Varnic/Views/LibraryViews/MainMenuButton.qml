@@ -15,7 +15,6 @@ Theme.IconButton {
     PaperMenu {
         id: menu
 
-        Accessible.name: "Main menu"
         width: 280
 
         Instantiator {
@@ -32,6 +31,6 @@ Theme.IconButton {
     Shortcut {
         sequence: "F10"
 
-        onActivated: button.click()
+        onActivated: button.clicked()
     }
 }

@@ -6,11 +6,14 @@ import Varnic.Theme as Theme
 PaperMenuItem {
     id: item
 
+    objectName: "menuEntry"
+
     required property bool beginsGroup
     required property int index
     required property bool isCheckable
     required property bool isChecked
     required property bool isEnabled
+    required property string label
     required property string menuTitle
     required property string shortcutText
 
@@ -19,6 +22,7 @@ PaperMenuItem {
     enabled: isEnabled
     implicitHeight: 28 + topInset
     keys: shortcutText
+    text: label
     topInset: menuTitle !== "" ? (index === 0 ? 22 : 32) : beginsGroup ? 9 : 0
     topPadding: topInset
 

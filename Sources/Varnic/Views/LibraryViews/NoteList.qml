@@ -7,6 +7,8 @@ import Varnic.Theme as Theme
 FocusScope {
     id: notes
 
+    objectName: "noteList"
+
     ListView {
         id: list
 

@@ -13,8 +13,6 @@ PaperMenu {
         }
     }
 
-    Accessible.name: "Note"
-
     PaperMenuItem {
         text: NoteActions.pinText
 

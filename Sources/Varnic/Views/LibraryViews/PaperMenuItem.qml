@@ -38,7 +38,7 @@ MenuItem {
 
         Text {
             anchors.left: parent.left
-            anchors.leftMargin: item.checkable ? 28 : Theme.Space.m
+            anchors.leftMargin: Theme.Space.m
             anchors.verticalCenter: parent.verticalCenter
             color: item.isDestructive ? Theme.Palette.record : Theme.Palette.ink
             font: item.font
@@ -55,8 +55,8 @@ MenuItem {
         }
     }
     indicator: Theme.Symbol {
-        anchors.left: parent.left
-        anchors.leftMargin: Theme.Space.s
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.Space.m
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.Palette.inkSoft
         name: "checkmark"

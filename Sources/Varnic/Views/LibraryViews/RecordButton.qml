@@ -56,6 +56,6 @@ Theme.PlainButton {
         id: busy
 
         font: button.digits
-        text: "Stop · 0:00:00"
+        text: "Stop · 00:00"
     }
 }

@@ -5,6 +5,7 @@ import Varnic.Theme as Theme
 
 /// What the search found, under the titles of the notes.
 FocusScope {
+    objectName: "searchResults"
     ListView {
         id: list
 

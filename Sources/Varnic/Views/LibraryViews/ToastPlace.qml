@@ -28,6 +28,8 @@ Item {
             Theme.ToastView {
                 id: view
 
+                objectName: "toast"
+
                 symbol: Toast.symbol
                 text: Toast.text
                 undoable: Toast.undoable

@@ -5,6 +5,7 @@ import Varnic.Theme as Theme
 
 /// The open to-dos of all notes.
 FocusScope {
+    objectName: "todoList"
     ListView {
         id: list
 

@@ -19,8 +19,8 @@ TodoRow rowOf(const OpenTodo& todo, const AppModel& model) {
         const std::string& yourName = model.settings.yourName.value();
         const std::string you = yourName.empty() ? std::string(label(Speaker::you)) : yourName;
         row.isYours = *owner == Speaker::you;
-        row.ownerName = QString::fromStdString(note != nullptr && note->call ? note->call->name(*owner, you)
-                                                                             : std::string(label(*owner)));
+        row.ownerName =
+            QString::fromStdString((note != nullptr && note->call ? *note->call : CallRecord()).name(*owner, you));
     }
     return row;
 }

@@ -62,19 +62,35 @@ Loader {
     Component {
         id: flashcard
 
-        FlashcardBlock {
-            back: row.back
-            cardText: row.cardText
-            front: row.words
+        Item {
+            implicitHeight: card.implicitHeight + 2 * card.y
+
+            FlashcardBlock {
+                id: card
+
+                back: row.back
+                cardText: row.cardText
+                front: row.words
+                width: parent.width
+                y: 6
+            }
         }
     }
 
     Component {
         id: table
 
-        TableBlock {
-            cells: row.cells
-            columns: row.columns
+        Item {
+            implicitHeight: grid.implicitHeight + 2 * grid.y
+
+            TableBlock {
+                id: grid
+
+                cells: row.cells
+                columns: row.columns
+                width: parent.width
+                y: 6
+            }
         }
     }
 

@@ -23,7 +23,7 @@ FocusScope {
     implicitWidth: edit.implicitWidth
 
     TextSync {
-        document: edit.textDocument
+        editor: edit
         value: field.text
 
         onEdited: text => field.edited(text)

@@ -12,7 +12,7 @@ Rectangle {
     border.color: Theme.Palette.rule
     border.width: 1
     color: Theme.Palette.surface
-    implicitHeight: sides.height + footer.height
+    implicitHeight: Math.max(question.implicitHeight, answer.implicitHeight) + footer.height
     radius: Theme.Radius.card
 
     component Side: Row {
@@ -56,7 +56,7 @@ Rectangle {
 
         Rectangle {
             color: Theme.Palette.rule
-            height: Math.max(question.implicitHeight, answer.implicitHeight) + footer.height
+            height: block.height
             width: 1
         }
 

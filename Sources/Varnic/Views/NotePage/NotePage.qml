@@ -10,17 +10,17 @@ FocusScope {
     required property string noteId
 
     NoteModel {
-        id: note
+        id: theNote
 
         noteId: page.noteId
 
-        onSeekRequested: time => player.seek(time, false)
+        onSeekRequested: time => thePlayer.seek(time, false)
     }
 
     CallPlayer {
-        id: player
+        id: thePlayer
 
-        tracks: note.tracks
+        tracks: theNote.tracks
     }
 
     Rectangle {
@@ -33,7 +33,7 @@ FocusScope {
 
         anchors.left: parent.left
         anchors.right: panel.left
-        note: note
+        note: theNote
     }
 
     Flickable {
@@ -59,39 +59,39 @@ FocusScope {
             y: Theme.Space.l
 
             Loader {
-                active: note.isCall
+                active: theNote.isCall
                 width: parent.width
 
                 sourceComponent: CallHeader {
-                    note: note
+                    note: theNote
                 }
             }
 
             TitleField {
-                bottomPadding: note.isCall ? Theme.Space.m : Theme.Space.l
+                bottomPadding: theNote.isCall ? Theme.Space.m : Theme.Space.l
                 focus: true
-                note: note
+                note: theNote
                 width: parent.width
             }
 
             Loader {
-                active: note.isCall
+                active: theNote.isCall
                 width: parent.width
 
                 sourceComponent: CallSection {
-                    note: note
-                    player: player
+                    note: theNote
+                    player: thePlayer
                 }
             }
 
             BlockList {
-                note: note
-                topPadding: note.isCall ? Theme.Space.s : 0
+                note: theNote
+                topPadding: theNote.isCall ? Theme.Space.s : 0
                 width: parent.width
             }
 
             NoteFooter {
-                items: note.footer
+                items: theNote.footer
                 width: parent.width
             }
         }
@@ -102,10 +102,10 @@ FocusScope {
 
         anchors.bottom: parent.bottom
         anchors.top: parent.top
-        note: note
-        player: player
+        note: theNote
+        player: thePlayer
         width: Math.min(330, page.width * 0.6)
-        x: note.transcriptShown ? page.width - width : page.width
+        x: theNote.transcriptShown ? page.width - width : page.width
 
         Behavior on x  {
             enabled: panel.isPlaced

@@ -8,7 +8,7 @@ Rectangle {
     required property string placeholder
     readonly property alias text: input.text
 
-    signal left
+    signal leaving
 
     border.color: input.activeFocus ? Theme.Palette.you : Theme.Palette.rule
     border.width: 1
@@ -41,7 +41,7 @@ Rectangle {
         width: parent.width - x - 8
         x: 28
 
-        Keys.onDownPressed: field.left()
+        Keys.onDownPressed: field.leaving()
         Keys.onEscapePressed: clear()
 
         Text {

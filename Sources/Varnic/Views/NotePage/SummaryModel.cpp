@@ -26,6 +26,10 @@ void SummaryModel::componentComplete() {
     Q_EMIT changed();
 }
 
+const CallRecord* SummaryModel::call() const {
+    return app_ != nullptr && note_->isCall() ? &*note_->note().call : nullptr;
+}
+
 QString SummaryModel::stage() const {
     if (app_ == nullptr) {
         return {};
@@ -36,16 +40,16 @@ QString SummaryModel::stage() const {
 }
 
 QString SummaryModel::problem() const {
-    const auto& call = note_->note().call;
-    return call && call->problem && stage().isEmpty() ? shown(*call->problem) : QString();
+    const CallRecord* const call = this->call();
+    return call != nullptr && call->problem && stage().isEmpty() ? shown(*call->problem) : QString();
 }
 
 bool SummaryModel::canRetranscribe() const {
-    return !note_->tracks().isEmpty() && stage().isEmpty();
+    return call() != nullptr && !note_->tracks().isEmpty() && stage().isEmpty();
 }
 
 bool SummaryModel::showsAI() const {
-    return app_ != nullptr && note_->isCall() && settings().enabled && stage().isEmpty() && problem().isEmpty();
+    return call() != nullptr && settings().enabled && stage().isEmpty() && problem().isEmpty();
 }
 
 AISettings SummaryModel::settings() const {
@@ -53,12 +57,12 @@ AISettings SummaryModel::settings() const {
 }
 
 bool SummaryModel::hasAIDigest() const {
-    const auto& call = note_->note().call;
-    return call && call->digest && !call->digest->isLocal;
+    const CallRecord* const call = this->call();
+    return call != nullptr && call->digest && !call->digest->isLocal;
 }
 
 QString SummaryModel::credit() const {
-    return hasAIDigest() ? shown("Summary by " + note_->note().call->digest->provider) : QString();
+    return hasAIDigest() ? shown("Summary by " + call()->digest->provider) : QString();
 }
 
 QString SummaryModel::asking() const {

@@ -59,6 +59,8 @@ Q_SIGNALS:
     void changed();
 
 private:
+    /// Null before the element is complete, and for a note that is no call.
+    [[nodiscard]] const CallRecord* call() const;
     [[nodiscard]] AISettings settings() const;
     [[nodiscard]] bool hasAIDigest() const;
 

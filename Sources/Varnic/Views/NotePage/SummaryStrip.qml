@@ -8,20 +8,20 @@ Column {
 
     required property NoteModel note
 
-    bottomPadding: height > bottomPadding ? Theme.Space.m : 0
+    bottomPadding: model.stage !== "" || model.problem !== "" || model.showsAI ? Theme.Space.m : 0
     spacing: 8
 
     SummaryModel {
-        id: summary
+        id: model
 
         note: strip.note
     }
 
     Row {
-        Accessible.name: summary.stage
+        Accessible.name: model.stage
         Accessible.role: Accessible.StaticText
         spacing: Theme.Space.s
-        visible: summary.stage !== ""
+        visible: model.stage !== ""
 
         Theme.Spinner {
             Accessible.ignored: true
@@ -33,13 +33,13 @@ Column {
             Accessible.ignored: true
             color: Theme.Palette.inkSoft
             font: Theme.Typo.ui
-            text: summary.stage
+            text: model.stage
         }
     }
 
     Row {
         spacing: Theme.Space.s
-        visible: summary.problem !== ""
+        visible: model.problem !== ""
         width: parent.width
 
         Theme.Symbol {
@@ -57,7 +57,7 @@ Column {
             color: Theme.Palette.ink
             font: Theme.Typo.ui
             lineHeight: 1.25
-            text: summary.problem
+            text: model.problem
             textFormat: Text.PlainText
             width: parent.width - warning.width - parent.spacing
             wrapMode: Text.Wrap
@@ -66,18 +66,18 @@ Column {
 
     Theme.QuietButton {
         text: "Transcribe Again"
-        visible: summary.problem !== "" && summary.canRetranscribe
+        visible: model.problem !== "" && model.canRetranscribe
 
         onClicked: strip.note.retranscribe()
     }
 
     Loader {
-        active: summary.showsAI
+        active: model.showsAI
         visible: active
         width: parent.width
 
         sourceComponent: AIControls {
-            summary: summary
+            summary: model
         }
     }
 }

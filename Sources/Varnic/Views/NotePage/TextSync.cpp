@@ -1,14 +1,16 @@
 #include "Varnic/Views/NotePage/TextSync.h"
 
+#include <QQuickTextDocument>
 #include <QScopedValueRollback>
 #include <QTextCursor>
-#include <QTextDocument>
 
 #include <algorithm>
 
 namespace varnic {
 
 namespace {
+
+constexpr const char* cursorPosition = "cursorPosition";
 
 /// What two texts have in common at their ends, in UTF-16 units; no surrogate pair is cut.
 struct Common {
@@ -36,11 +38,12 @@ Common commonEnds(const QString& a, const QString& b) {
 
 } // namespace
 
-void TextSync::setDocument(QQuickTextDocument* document) {
-    document_ = document;
-    connect(document_->textDocument(), &QTextDocument::contentsChanged, this, &TextSync::takeTyped);
+void TextSync::setEditor(QQuickItem* editor) {
+    editor_ = editor;
+    document_ = editor_->property("textDocument").value<QQuickTextDocument*>()->textDocument();
+    connect(document_, &QTextDocument::contentsChanged, this, &TextSync::takeTyped);
     show();
-    Q_EMIT documentChanged();
+    Q_EMIT editorChanged();
 }
 
 void TextSync::setValue(const QString& value) {
@@ -55,26 +58,31 @@ void TextSync::show() {
     if (!document_) {
         return;
     }
-    QTextDocument* const text = document_->textDocument();
-    const QString before = text->toPlainText();
+    const QString before = document_->toPlainText();
     if (before == value_) {
         return;
     }
     const QScopedValueRollback showing(isShowing_, true);
     const Common common = commonEnds(before, value_);
-    QTextCursor cursor(text);
-    cursor.setPosition(static_cast<int>(common.head));
-    cursor.setPosition(static_cast<int>(before.size() - common.tail), QTextCursor::KeepAnchor);
+    const auto from = static_cast<int>(common.head);
+    const auto to = static_cast<int>(before.size() - common.tail);
+    const bool isAtCursor = editor_->property(cursorPosition).toInt() == from && from == to;
+    QTextCursor cursor(document_);
+    cursor.setPosition(from);
+    cursor.setPosition(to, QTextCursor::KeepAnchor);
     cursor.insertText(value_.mid(common.head, value_.size() - common.head - common.tail));
+    if (isAtCursor) {
+        editor_->setProperty(cursorPosition, from); // the document moves cursors behind what is put in at their place
+    }
     // Taking back one's own typing would take back what others wrote too.
-    text->clearUndoRedoStacks();
+    document_->clearUndoRedoStacks();
 }
 
 void TextSync::takeTyped() {
     if (isShowing_) {
         return;
     }
-    if (const QString typed = document_->textDocument()->toPlainText(); typed != value_) {
+    if (const QString typed = document_->toPlainText(); typed != value_) {
         value_ = typed;
         Q_EMIT edited(typed);
         Q_EMIT valueChanged();

@@ -2,8 +2,9 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QQuickTextDocument>
+#include <QQuickItem>
 #include <QString>
+#include <QTextDocument>
 #include <QtQmlIntegration>
 
 namespace varnic {
@@ -13,23 +14,24 @@ namespace varnic {
 class TextSync : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QQuickTextDocument* document READ document WRITE setDocument NOTIFY documentChanged REQUIRED)
+    /// A TextEdit.
+    Q_PROPERTY(QQuickItem* editor READ editor WRITE setEditor NOTIFY editorChanged REQUIRED)
     /// The stored text.
     Q_PROPERTY(QString value READ value WRITE setValue NOTIFY valueChanged REQUIRED)
 
 public:
     using QObject::QObject;
 
-    [[nodiscard]] QQuickTextDocument* document() const { return document_; }
+    [[nodiscard]] QQuickItem* editor() const { return editor_; }
 
-    void setDocument(QQuickTextDocument* document);
+    void setEditor(QQuickItem* editor);
 
     [[nodiscard]] QString value() const { return value_; }
 
     void setValue(const QString& value);
 
 Q_SIGNALS:
-    void documentChanged();
+    void editorChanged();
     void valueChanged();
     /// The user has made the text this.
     void edited(const QString& text);
@@ -38,7 +40,8 @@ private:
     void show();
     void takeTyped();
 
-    QPointer<QQuickTextDocument> document_;
+    QPointer<QQuickItem> editor_;
+    QPointer<QTextDocument> document_;
     QString value_;
     bool isShowing_ = false;
 };

@@ -113,7 +113,7 @@ QString TranscriptModel::countText() const {
 }
 
 QString TranscriptModel::placeholder() const {
-    if (!turns_.empty() || note_->app() == nullptr) {
+    if (!turns_.empty() || !note_ || note_->app() == nullptr) {
         return {};
     }
     return note_->app()->processing.value().contains(note_->id()) ? "Writing the transcript…" : "No one was heard.";

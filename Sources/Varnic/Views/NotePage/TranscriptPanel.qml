@@ -89,7 +89,7 @@ Rectangle {
         enabled: panel.note.transcriptShown
         placeholder: "Find in transcript"
 
-        onLeft: list.forceActiveFocus(Qt.TabFocusReason)
+        onLeaving: list.forceActiveFocus(Qt.TabFocusReason)
     }
 
     Rectangle {

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 namespace varnic {
 namespace {
@@ -17,18 +18,41 @@ namespace {
 class MainWindowTest : public testing::Test {
 protected:
     void open() {
-        model_.load();
         main_.emplace(*model_, [this] { ++quits_; });
+        model_.load();
         main_->activate();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&main_->window()));
     }
 
-    /// The item of that kind that shows, or null.
-    QQuickItem* shown(const char* type) {
-        const auto items = main_->window().contentItem()->findChildren<QQuickItem*>();
-        const auto found = std::ranges::find_if(items, [type](const QQuickItem* item) {
-            return item->isVisible() && QString(item->metaObject()->className()).startsWith(QString(type) + "_");
-        });
+    /// All items that show. What a loader holds is no child of an object, but of an item.
+    static void collect(QQuickItem* item, std::vector<QQuickItem*>& items) {
+        if (item->isVisible()) {
+            items.push_back(item);
+            for (QQuickItem* child : item->childItems()) {
+                collect(child, items);
+            }
+        }
+    }
+
+    [[nodiscard]] std::vector<QQuickItem*> shownItems() const {
+        std::vector<QQuickItem*> items;
+        collect(main_->window().contentItem(), items);
+        return items;
+    }
+
+    /// What is typed into is told as the field around it.
+    static bool hasName(QQuickItem* item) {
+        const auto name = [](QQuickItem* named) {
+            QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(named);
+            return told == nullptr ? QString() : told->text(QAccessible::Name);
+        };
+        return !name(item).isEmpty() || !name(item->parentItem()).isEmpty();
+    }
+
+    /// The item of that name if it shows, else null.
+    [[nodiscard]] QQuickItem* shown(const char* name) const {
+        const auto items = shownItems();
+        const auto found = std::ranges::find(items, QString(name), &QQuickItem::objectName);
         return found == items.end() ? nullptr : *found;
     }
 
@@ -43,10 +67,10 @@ protected:
 
 TEST_F(MainWindowTest, empty_library_says_what_to_do) {
     open();
-    EXPECT_NE(shown("EmptyList"), nullptr);
+    EXPECT_NE(shown("emptyList"), nullptr);
     press(Qt::Key_N, Qt::ControlModifier);
     EXPECT_EQ(model_->notes().size(), 1U);
-    EXPECT_TRUE(waitUntil([this] { return shown("EmptyList") == nullptr; }));
+    EXPECT_TRUE(waitUntil([this] { return shown("emptyList") == nullptr; }));
 }
 
 TEST_F(MainWindowTest, search_replaces_any_list_and_gives_it_back) {
@@ -54,16 +78,16 @@ TEST_F(MainWindowTest, search_replaces_any_list_and_gives_it_back) {
     open();
     for (const auto section : {LibrarySection::all, LibrarySection::todos, LibrarySection::cards}) {
         model_->section = section;
-        EXPECT_EQ(shown("SearchResultsList"), nullptr);
+        EXPECT_EQ(shown("searchResults"), nullptr);
         press(Qt::Key_F, Qt::ControlModifier);
         for (const int key : {Qt::Key_B, Qt::Key_U}) {
             press(key);
         }
         EXPECT_EQ(model_->query.value(), "bu");
-        EXPECT_NE(shown("SearchResultsList"), nullptr);
+        EXPECT_NE(shown("searchResults"), nullptr);
         press(Qt::Key_Escape);
         EXPECT_EQ(model_->query.value(), "");
-        EXPECT_TRUE(waitUntil([this] { return shown("SearchResultsList") == nullptr; }));
+        EXPECT_TRUE(waitUntil([this] { return shown("searchResults") == nullptr; }));
     }
 }
 
@@ -72,7 +96,7 @@ TEST_F(MainWindowTest, arrows_select_and_delete_deletes) {
     model_->update(old, false, [](Note& note) { note.created -= std::chrono::hours(1); });
     const Uuid fresh = model_->newNote("New");
     open();
-    auto* const list = shown("NoteList");
+    auto* const list = shown("noteList");
     ASSERT_NE(list, nullptr);
     list->forceActiveFocus();
     ASSERT_EQ(model_->selection.value(), fresh);
@@ -81,7 +105,7 @@ TEST_F(MainWindowTest, arrows_select_and_delete_deletes) {
     press(Qt::Key_Delete);
     EXPECT_EQ(model_->note(old), nullptr);
     EXPECT_EQ(model_->selection.value(), fresh);
-    EXPECT_NE(shown("ToastView"), nullptr);
+    EXPECT_NE(shown("toast"), nullptr);
 }
 
 TEST_F(MainWindowTest, shortcuts_of_the_menus_work) {
@@ -94,16 +118,24 @@ TEST_F(MainWindowTest, shortcuts_of_the_menus_work) {
     EXPECT_TRUE(waitUntil([this] { return !main_->isVisible(); }));
 }
 
+TEST_F(MainWindowTest, main_menu_opens_by_key_and_performs) {
+    open();
+    press(Qt::Key_F10);
+    ASSERT_TRUE(waitUntil([this] { return shown("menuEntry") != nullptr; }));
+    EXPECT_EQ(shown("menuEntry")->property("text"), "New Note");
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(model_->notes().size(), 1U);
+}
+
 TEST_F(MainWindowTest, every_control_has_a_name) {
     model_->newNote("Plan", {Block{.kind = BlockKind::todo, .text = "Write"}});
     open();
     for (const auto section : {LibrarySection::all, LibrarySection::todos}) {
         model_->section = section;
-        for (const QQuickItem* item : main_->window().contentItem()->findChildren<QQuickItem*>()) {
-            if (item->isVisible() && item->activeFocusOnTab()) {
-                QAccessibleInterface* told = QAccessible::queryAccessibleInterface(const_cast<QQuickItem*>(item));
-                ASSERT_NE(told, nullptr) << item->metaObject()->className();
-                EXPECT_NE(told->text(QAccessible::Name), "") << item->metaObject()->className();
+        for (QQuickItem* item : shownItems()) {
+            if (item->activeFocusOnTab()) {
+                EXPECT_TRUE(hasName(item)) << item->metaObject()->className();
             }
         }
     }

@@ -20,6 +20,23 @@ namespace {
 
 using testing::ElementsAre;
 
+/// The first object of that name (any, if empty) in what an item shows. Rows of repeaters and lists have no QObject
+/// parent, so a search by those does not find them.
+template <typename Type>
+Type* within(QQuickItem* item, const QString& name) {
+    for (QObject* own : QObjectList{item} + item->children()) {
+        if (auto* const found = qobject_cast<Type*>(own); found && (name.isEmpty() || found->objectName() == name)) {
+            return found;
+        }
+    }
+    for (QQuickItem* child : item->childItems()) {
+        if (auto* const found = within<Type>(child, name)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
 /// A page in a window, on a library of its own.
 class NotePageTest : public testing::Test {
 protected:
@@ -54,12 +71,12 @@ protected:
 
     template <typename Type = QObject>
     Type* find(const char* name) {
-        return view_.rootObject() == nullptr ? nullptr : view_.rootObject()->findChild<Type*>(name);
+        return within<Type>(view_.rootObject(), name);
     }
 
     template <typename Type>
     Type* only() {
-        return view_.rootObject()->findChild<Type*>();
+        return find<Type>("");
     }
 
     void type(const QString& text) {
@@ -244,6 +261,15 @@ TEST_F(NotePageTest, return_on_a_turn_goes_to_it) {
     QTest::keyClick(&view_, Qt::Key_Return);
     EXPECT_EQ(only<CallPlayer>()->time(), 4);
     EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::IsCurrent), QStringList({"false", "true"}));
+}
+
+TEST_F(NotePageTest, a_click_on_the_words_of_a_turn_goes_to_it) {
+    model_->showTranscript = true;
+    open(addCall({line(Speaker::you, 3, 4, "One.")}));
+    auto* const words = find<QQuickItem>("words");
+    ASSERT_NE(words, nullptr);
+    QTest::mouseClick(&view_, Qt::LeftButton, {}, words->mapToScene({8, 8}).toPoint());
+    EXPECT_EQ(only<CallPlayer>()->time(), 3);
 }
 
 TEST_F(NotePageTest, a_seek_is_taken_by_the_page_of_its_call_only) {
