@@ -54,7 +54,7 @@ std::vector<float> samples(const std::string& name) {
 }
 
 void play(const std::string& name) {
-    backgroundThreads().start([sound = samples(name)] { ShortSound::play(sound); });
+    Background::start([sound = samples(name)] { ShortSound::play(sound); });
 }
 
 } // namespace varnic::Sounds
