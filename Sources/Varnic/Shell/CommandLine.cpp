@@ -1,9 +1,12 @@
 #include "Varnic/Shell/CommandLine.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QUrl>
+
+#include <array>
 
 namespace varnic {
 
@@ -26,6 +29,18 @@ std::string launchToken() {
     return {};
 }
 
+/// The parser takes the program's name from the application, and one of its own where there is none yet.
+std::string helpText(const QCommandLineParser& parser) {
+    std::string name = "varnic";
+    std::array words{name.data()};
+    int count = words.size();
+    std::optional<QCoreApplication> application;
+    if (QCoreApplication::instance() == nullptr) {
+        application.emplace(count, words.data());
+    }
+    return parser.helpText().toStdString();
+}
+
 } // namespace
 
 CommandLine CommandLine::parse(const QStringList& words) {
@@ -45,7 +60,7 @@ CommandLine CommandLine::parse(const QStringList& words) {
                 .exitCode = usageError};
     }
     if (parser.isSet(help)) {
-        return {.request = {}, .answer = parser.helpText().toStdString()};
+        return {.request = {}, .answer = helpText(parser)};
     }
     if (parser.isSet(version)) {
         return {.request = {}, .answer = "varnic " VARNIC_VERSION "\n"};

@@ -18,7 +18,7 @@ struct CommandLine {
     int exitCode = 0;
 
     /// `words` begin with the program's name. Relative paths count from the current folder, and the activation token is
-    /// that of the environment.
+    /// that of the environment. Needs no application.
     static CommandLine parse(const QStringList& words);
 };
 

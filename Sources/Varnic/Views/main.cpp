@@ -4,22 +4,29 @@
 #include "Varnic/Views/Theme/Native/Fonts.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QMessageBox>
 #include <QQuickStyle>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <iterator>
 #include <optional>
+#include <span>
 
 namespace {
 
 using varnic::CommandLine;
 using varnic::SingleInstance;
 
-/// The exit code of a start that only prints, which takes no screen.
+/// The exit code of a start that only prints, which takes no screen. There must be only one application in the life of
+/// the program: with the end of a first one, Qt forgets how windows are told to screen readers.
 std::optional<int> answer(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    const CommandLine line = CommandLine::parse(QCoreApplication::arguments());
+    QStringList words;
+    std::ranges::transform(std::span(argv, static_cast<std::size_t>(argc)), std::back_inserter(words),
+                           [](const char* word) { return QFile::decodeName(word); });
+    const CommandLine line = CommandLine::parse(words);
     if (!line.answer) {
         return std::nullopt;
     }
