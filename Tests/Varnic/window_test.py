@@ -85,9 +85,9 @@ class WindowTest(unittest.TestCase):
         call = wait_for(lambda: next((call for call in self.calls() if call.get("segments")), None), "the transcript")
         self.assertEqual({segment["speaker"] for segment in call["segments"]}, {"you", "them"})
 
-        program.press("Show or hide the transcript…")
+        program.press("Transcript", "push button")
         turn = next(segment for segment in call["segments"] if segment["speaker"] == "them")
-        program.press(f"{turn['text'][:20]}…")
+        program.press(f"…{turn['text'][:20]}…", "list item")
         program.expect("Pause")
 
     def test_quit_whileRecording_savesTheCall(self):

@@ -21,6 +21,7 @@ T.Button {
     }
 
     Accessible.description: help === text ? "" : help
+    Accessible.onPressAction: activate()
     focusPolicy: Qt.TabFocus
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
