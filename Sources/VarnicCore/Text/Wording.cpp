@@ -20,6 +20,7 @@ constexpr std::array phrases{
     Phrase{"the Mac", "the computer"},     Phrase{"Keychain", "key ring"},
     Phrase{"keychain", "key ring"},        Phrase{"Finder", "Files"},
     Phrase{"System Settings", "Settings"}, Phrase{"macOS", "Linux"},
+    Phrase{"menu-bar icon", "tray icon"},
 };
 
 } // namespace

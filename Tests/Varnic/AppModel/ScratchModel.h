@@ -55,10 +55,14 @@ public:
 private:
     /// Whatever has changed, a search that goes on finds what a new one does.
     void checkSearch() {
-        const std::string query = model_->query.value();
-        model_->query = std::string("e");
-        EXPECT_TRUE(areSame(model_->searchResults(), NoteSearch::search("e", model_->notes())));
-        model_->query = query;
+        const bool isOpen = !model_->query.value().empty();
+        if (!isOpen) {
+            model_->query = std::string("e");
+        }
+        EXPECT_TRUE(areSame(model_->searchResults(), NoteSearch::search(model_->query.value(), model_->notes())));
+        if (!isOpen) {
+            model_->query = std::string();
+        }
     }
 
     TemporaryFolder temporary_;

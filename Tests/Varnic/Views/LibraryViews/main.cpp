@@ -7,6 +7,9 @@
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
+    // No screen is needed, and a picture has the same size everywhere.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_FONT_DPI", "96");
     const QApplication application(argc, argv);
     QQuickStyle::setStyle("Basic");
     varnic::prepareFonts();
