@@ -1,6 +1,9 @@
 import QtQuick
 import Varnic.Theme as Theme
 
+// What a delegate reads of the file around it: the pragma for that is not whole in Qt 6.4.
+// qmllint disable unqualified
+
 /// One block of a note.
 Loader {
     id: row

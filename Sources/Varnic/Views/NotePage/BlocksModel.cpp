@@ -49,11 +49,11 @@ void BlocksModel::readBlocks() {
     for (const Block& block : note_->note().blocks) {
         blocks.push_back({block, block.owner ? note_->name(*block.owner) : std::string()});
     }
-    take(std::move(blocks));
+    rows_.take(std::move(blocks));
 }
 
 void BlocksModel::toggle(int row) {
-    note_->app()->toggleTodo(note_->id(), rows().at(static_cast<std::size_t>(row)).id);
+    note_->app()->toggleTodo(note_->id(), rows_.all().at(static_cast<std::size_t>(row)).id);
 }
 
 QString BlocksModel::cardText(const Block& block) const {
@@ -68,7 +68,7 @@ QString BlocksModel::cardText(const Block& block) const {
 }
 
 QVariant BlocksModel::data(const QModelIndex& index, int role) const {
-    const BlockRow* block = row(index);
+    const BlockRow* block = rows_.at(index);
     if (block == nullptr) {
         return {};
     }

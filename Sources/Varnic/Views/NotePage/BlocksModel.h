@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Varnic/Views/NotePage/NoteModel.h"
-#include "Varnic/Views/NotePage/RowsModel.h"
+#include "Varnic/Views/NotePage/Rows.h"
 
 #include <QPointer>
 
@@ -16,7 +16,7 @@ struct BlockRow : Block {
 };
 
 /// The blocks of a note, in order, to be read. Main thread.
-class BlocksModel : public RowsModel<BlockRow>, public QQmlParserStatus {
+class BlocksModel : public QAbstractListModel, public QQmlParserStatus {
     Q_OBJECT
     QML_ELEMENT
     Q_INTERFACES(QQmlParserStatus)
@@ -37,11 +37,13 @@ public:
         Columns
     };
 
-    explicit BlocksModel(QObject* parent = nullptr) : RowsModel(parent) {}
+    explicit BlocksModel(QObject* parent = nullptr) : QAbstractListModel(parent) {}
 
     void classBegin() override {}
 
     void componentComplete() override;
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override { return rows_.count(parent); }
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
@@ -50,9 +52,12 @@ public:
     Q_INVOKABLE void toggle(int row);
 
 private:
+    friend class Rows<BlocksModel, BlockRow>;
+
     void readBlocks();
     [[nodiscard]] QString cardText(const Block& block) const;
 
+    Rows<BlocksModel, BlockRow> rows_{*this};
     QPointer<NoteModel> note_;
 };
 

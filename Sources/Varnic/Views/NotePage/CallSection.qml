@@ -2,6 +2,9 @@ import QtQuick
 import Varnic.NotePage
 import Varnic.Theme as Theme
 
+// What a delegate reads of the file around it: the pragma for that is not whole in Qt 6.4.
+// qmllint disable unqualified
+
 /// What a call has between its title and its notes.
 Column {
     id: section
@@ -25,11 +28,10 @@ Column {
         width: parent.width
     }
 
-    Loader {
-        active: section.note.hasEmail
-        width: parent.width
+    Repeater {
+        model: section.note.hasEmail ? 1 : 0
 
-        sourceComponent: Item {
+        Item {
             implicitHeight: card.implicitHeight + Theme.Space.xl
 
             EmailCard {
@@ -39,6 +41,7 @@ Column {
                 width: parent.width
                 y: Theme.Space.xl
             }
+            width: section.width
         }
     }
 }

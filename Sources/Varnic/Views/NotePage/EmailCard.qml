@@ -12,7 +12,9 @@ Theme.Card {
 
     padding: Theme.Space.m
 
-    contentItem: ColumnLayout {
+    ColumnLayout {
+        anchors.left: parent.left
+        anchors.right: parent.right
         spacing: 0
 
         RowLayout {

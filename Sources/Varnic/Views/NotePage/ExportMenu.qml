@@ -1,15 +1,17 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import Varnic.NotePage
+
+// What a delegate reads of the file around it: the pragma for that is not whole in Qt 6.4.
+// qmllint disable unqualified
 
 /// The files that the note can be written to.
 PaperMenu {
-    id: menu
+    id: exports
 
     required property NoteModel note
 
     Instantiator {
-        model: menu.note.exportTitles
+        model: exports.note.exportTitles
 
         PaperMenuItem {
             required property int index
@@ -17,22 +19,22 @@ PaperMenu {
 
             text: modelData
 
-            onTriggered: menu.note.exportAs(index)
+            onTriggered: exports.note.exportAs(index)
         }
 
-        onObjectAdded: (index, object) => menu.insertItem(index, object)
-        onObjectRemoved: (index, object) => menu.removeItem(object)
+        onObjectAdded: (index, object) => exports.insertItem(index, object)
+        onObjectRemoved: (index, object) => exports.removeItem(object)
     }
 
     PaperMenuSeparator {
-        visible: menu.note.isCall
+        visible: exports.note.isCall
     }
 
     PaperMenuItem {
-        enabled: menu.note.tracks.length > 0
+        enabled: exports.note.tracks.length > 0
         text: "Recording (.m4a)…"
-        visible: menu.note.isCall
+        visible: exports.note.isCall
 
-        onTriggered: menu.note.exportAudio()
+        onTriggered: exports.note.exportAudio()
     }
 }

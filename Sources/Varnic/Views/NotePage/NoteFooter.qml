@@ -1,15 +1,18 @@
 import QtQuick
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
 /// What is known of the note as a text.
 Flow {
-    required property list<string> items
+    id: footer
+
+    required property NoteModel note
 
     spacing: Theme.Space.s
     topPadding: Theme.Space.xxl
 
     Repeater {
-        model: parent.items
+        model: footer.note.footer
 
         Text {
             required property string modelData

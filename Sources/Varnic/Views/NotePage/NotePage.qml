@@ -3,6 +3,9 @@ import QtQuick.Controls.Basic
 import Varnic.NotePage
 import Varnic.Theme as Theme
 
+// What a delegate reads of the file around it: the pragma for that is not whole in Qt 6.4.
+// qmllint disable unqualified
+
 /// One note as a sheet of paper, and beside it the transcript of a call.
 FocusScope {
     id: page
@@ -58,12 +61,12 @@ FocusScope {
             x: (sheet.width - width) / 2
             y: Theme.Space.l
 
-            Loader {
-                active: theNote.isCall
-                width: parent.width
+            Repeater {
+                model: theNote.isCall ? 1 : 0
 
-                sourceComponent: CallHeader {
+                CallHeader {
                     note: theNote
+                    width: content.width
                 }
             }
 
@@ -74,13 +77,13 @@ FocusScope {
                 width: parent.width
             }
 
-            Loader {
-                active: theNote.isCall
-                width: parent.width
+            Repeater {
+                model: theNote.isCall ? 1 : 0
 
-                sourceComponent: CallSection {
+                CallSection {
                     note: theNote
                     player: thePlayer
+                    width: content.width
                 }
             }
 
@@ -91,7 +94,7 @@ FocusScope {
             }
 
             NoteFooter {
-                items: theNote.footer
+                note: theNote
                 width: parent.width
             }
         }

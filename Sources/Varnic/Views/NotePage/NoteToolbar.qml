@@ -27,6 +27,7 @@ Item {
             id: exporter
 
             Accessible.name: "Export"
+            objectName: "export"
             help: "Export as Markdown, PDF, RTF or Word"
             size: 32
             symbol: "square.and.arrow.up"

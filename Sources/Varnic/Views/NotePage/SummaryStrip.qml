@@ -2,6 +2,9 @@ import QtQuick
 import Varnic.NotePage
 import Varnic.Theme as Theme
 
+// What a delegate reads of the file around it: the pragma for that is not whole in Qt 6.4.
+// qmllint disable unqualified
+
 /// How far the call is written down, what went wrong with it, or who summarises it.
 Column {
     id: strip
@@ -71,13 +74,12 @@ Column {
         onClicked: strip.note.retranscribe()
     }
 
-    Loader {
-        active: model.showsAI
-        visible: active
-        width: parent.width
+    Repeater {
+        model: model.showsAI ? 1 : 0
 
-        sourceComponent: AIControls {
+        AIControls {
             summary: model
+            width: strip.width
         }
     }
 }

@@ -58,7 +58,7 @@ void TranscriptModel::show() {
             shown.back().isCurrent = isCurrent(turn.row);
         }
     }
-    take(std::move(shown));
+    rows_.take(std::move(shown));
     Q_EMIT changed();
     markPosition();
 }
@@ -68,15 +68,15 @@ bool TranscriptModel::isCurrent(const TurnRow& row) const {
 }
 
 int TranscriptModel::rowAt(double time) const {
-    const auto last = std::find_if(rows().rbegin(), rows().rend(),
+    const auto last = std::find_if(rows_.all().rbegin(), rows_.all().rend(),
                                    [time](const TurnRow& row) { return row.start <= time + tolerance; });
-    return static_cast<int>(rows().rend() - last) - 1;
+    return static_cast<int>(rows_.all().rend() - last) - 1;
 }
 
 void TranscriptModel::markPosition() {
-    for (std::size_t i = 0; i < rows().size(); ++i) {
-        if (const bool is = isCurrent(rows()[i]); is != rows()[i].isCurrent) {
-            change(i, [is](TurnRow& row) { row.isCurrent = is; });
+    for (std::size_t i = 0; i < rows_.all().size(); ++i) {
+        if (const bool is = isCurrent(rows_.all()[i]); is != rows_.all()[i].isCurrent) {
+            rows_.change(i, [is](TurnRow& row) { row.isCurrent = is; });
         }
     }
     if (const int row = playing_ ? rowAt(time_) : -1; row != followedRow_) {
@@ -109,7 +109,7 @@ void TranscriptModel::setPlaying(bool playing) {
 }
 
 QString TranscriptModel::countText() const {
-    return QString::fromStdString(fmt::format("{} turns", rows().size()));
+    return QString::fromStdString(fmt::format("{} turns", rows_.all().size()));
 }
 
 QString TranscriptModel::placeholder() const {
@@ -120,7 +120,7 @@ QString TranscriptModel::placeholder() const {
 }
 
 QVariant TranscriptModel::data(const QModelIndex& index, int role) const {
-    const TurnRow* turn = row(index);
+    const TurnRow* turn = rows_.at(index);
     if (turn == nullptr) {
         return {};
     }

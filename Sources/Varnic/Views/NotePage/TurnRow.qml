@@ -29,14 +29,10 @@ Rectangle {
     implicitHeight: label.y + label.implicitHeight + 4
     radius: 6
 
-    Loader {
-        active: turn.isMarked
-        anchors.fill: parent
-        anchors.margins: 3
-
-        sourceComponent: Theme.FocusRing {
-            corner: 3
-        }
+    Theme.FocusRing {
+        anchors.margins: 0
+        corner: 3
+        visible: turn.isMarked
     }
 
     HoverHandler {
@@ -108,13 +104,9 @@ Rectangle {
         }
     }
 
-    Loader {
-        active: turn.needle !== ""
-
-        sourceComponent: MatchHighlighter {
-            color: Theme.Palette.highlight
-            needle: turn.needle
-            source: label.textDocument
-        }
+    MatchHighlighter {
+        color: Theme.Palette.highlight
+        needle: turn.needle
+        source: label.textDocument
     }
 }

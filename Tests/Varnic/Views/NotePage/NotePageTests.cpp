@@ -304,6 +304,21 @@ TEST_F(NotePageTest, space_ticks_a_todo) {
     EXPECT_TRUE(model_->note(id)->blocks.front().done);
 }
 
+TEST_F(NotePageTest, the_export_menu_is_used_by_keys_alone) {
+    std::string asked;
+    model_->desktop.chooseDestination = [&asked](std::string name) -> QCoro::Task<Desktop::File> {
+        asked = std::move(name);
+        co_return std::nullopt;
+    };
+    open(addNote("Plan"));
+    find<QQuickItem>("export")->forceActiveFocus();
+    QTest::keyClick(&view_, Qt::Key_Space);
+    QTest::keyClick(&view_, Qt::Key_Down);
+    QTest::keyClick(&view_, Qt::Key_Down);
+    QTest::keyClick(&view_, Qt::Key_Return);
+    EXPECT_EQ(asked, "Plan.pdf");
+}
+
 TEST_F(NotePageTest, ctrl_alt_t_shows_the_transcript_of_a_call) {
     open(addNote("Plan"));
     QTest::keyClick(&view_, Qt::Key_T, Qt::ControlModifier | Qt::AltModifier);

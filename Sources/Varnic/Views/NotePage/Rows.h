@@ -9,23 +9,25 @@
 
 namespace varnic {
 
-/// A list model over plain rows, which have an `id` and compare. New rows are taken over in place: what views show of
-/// rows that stay stays too.
-template <typename Row>
-class RowsModel : public QAbstractListModel {
+/// The rows of a list model, which have an `id` and compare. New rows are taken over in place: what views show of rows
+/// that stay stays too. A part of its model and not a base class, because the registration of QML types does not see
+/// through templates. `Model` is a QAbstractListModel and makes this a friend.
+template <typename Model, typename Row>
+class Rows {
 public:
-    using QAbstractListModel::QAbstractListModel;
+    explicit Rows(Model& model) : model_(model) {}
 
-    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override {
+    [[nodiscard]] const std::vector<Row>& all() const { return rows_; }
+
+    [[nodiscard]] int count(const QModelIndex& parent) const {
         return parent.isValid() ? 0 : static_cast<int>(rows_.size());
     }
 
-protected:
-    [[nodiscard]] const std::vector<Row>& rows() const { return rows_; }
-
-    [[nodiscard]] const Row* row(const QModelIndex& index) const {
-        return checkIndex(index, CheckIndexOption::IndexIsValid) ? &rows_[static_cast<std::size_t>(index.row())]
-                                                                 : nullptr;
+    /// The row, or null where there is none.
+    [[nodiscard]] const Row* at(const QModelIndex& index) const {
+        return model_.checkIndex(index, QAbstractItemModel::CheckIndexOption::IndexIsValid)
+                   ? &rows_[static_cast<std::size_t>(index.row())]
+                   : nullptr;
     }
 
     /// Removes and inserts between the rows that are the same at both ends, and changes those.
@@ -38,14 +40,14 @@ protected:
             ++tail;
         }
         if (const auto last = std::ssize(rows_) - tail; last > head) {
-            beginRemoveRows({}, static_cast<int>(head), static_cast<int>(last - 1));
+            model_.beginRemoveRows({}, static_cast<int>(head), static_cast<int>(last - 1));
             rows_.erase(rows_.begin() + head, rows_.begin() + last);
-            endRemoveRows();
+            model_.endRemoveRows();
         }
         if (const auto last = std::ssize(next) - tail; last > head) {
-            beginInsertRows({}, static_cast<int>(head), static_cast<int>(last - 1));
+            model_.beginInsertRows({}, static_cast<int>(head), static_cast<int>(last - 1));
             rows_.insert(rows_.begin() + head, next.begin() + head, next.begin() + last);
-            endInsertRows();
+            model_.endInsertRows();
         }
         for (std::size_t i = 0; i < next.size(); ++i) {
             if (rows_[i] != next[i]) {
@@ -57,11 +59,12 @@ protected:
     template <typename Change>
     void change(std::size_t at, Change apply) {
         apply(rows_[at]);
-        const QModelIndex place = index(static_cast<int>(at));
-        Q_EMIT dataChanged(place, place);
+        const QModelIndex place = model_.index(static_cast<int>(at));
+        Q_EMIT model_.dataChanged(place, place);
     }
 
 private:
+    Model& model_;
     std::vector<Row> rows_;
 };
 
