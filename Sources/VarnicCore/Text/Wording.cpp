@@ -15,11 +15,16 @@ struct Phrase {
 /// Longer phrases stand before those that they contain.
 constexpr std::array phrases{
     Phrase{"their side needs Screen Recording", "the computer’s sound can’t be heard"},
-    Phrase{"this Mac", "this computer"},   Phrase{"my Mac", "my computer"},
-    Phrase{"your Mac", "your computer"},   Phrase{"The Mac", "The computer"},
-    Phrase{"the Mac", "the computer"},     Phrase{"Keychain", "key ring"},
-    Phrase{"keychain", "key ring"},        Phrase{"Finder", "Files"},
-    Phrase{"System Settings", "Settings"}, Phrase{"macOS", "Linux"},
+    Phrase{"this Mac", "this computer"},
+    Phrase{"my Mac", "my computer"},
+    Phrase{"your Mac", "your computer"},
+    Phrase{"The Mac", "The computer"},
+    Phrase{"the Mac", "the computer"},
+    Phrase{"Keychain", "key ring"},
+    Phrase{"keychain", "key ring"},
+    Phrase{"Finder", "Files"},
+    Phrase{"System Settings", "Settings"},
+    Phrase{"macOS", "Linux"},
     Phrase{"menu-bar icon", "tray icon"},
 };
 

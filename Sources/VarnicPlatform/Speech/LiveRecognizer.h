@@ -39,8 +39,8 @@ public:
     /// As `cancel`, and joins the engine's thread, which blocks for at most the decoding that runs.
     ~LiveRecognizer();
 
-    /// The next sound, in a format that SpeechRequest takes, and the call's time in seconds at which it begins. Where that leaves
-    /// a gap, there was silence. Only copies the sound; ignored after `endAudio` and `cancel`.
+    /// The next sound, in a format that SpeechRequest takes, and the call's time in seconds at which it begins. Where
+    /// that leaves a gap, there was silence. Only copies the sound; ignored after `endAudio` and `cancel`.
     void append(const PcmBuffer& buffer, double at);
 
     /// No more sound will come. What is open arrives as a commit.
