@@ -11,11 +11,17 @@ function(varnic_qml_module target uri)
             set_source_files_properties("${file}" PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
         endif()
     endforeach()
+    # The linter would go through what Qt's compiler makes of each QML file.
+    set(cachegen)
+    if(CMAKE_CXX_CLANG_TIDY)
+        set(cachegen NO_CACHEGEN)
+    endif()
     set(CMAKE_AUTOMOC ON)
     qt_add_qml_module(${target}
         URI ${uri}
         VERSION 1.0
         STATIC
+        ${cachegen}
         RESOURCE_PREFIX /qt/qml
         OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/qml/${path}"
         IMPORTS ${module_IMPORTS}

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <numeric>
+#include <span>
 
 namespace varnic {
 
@@ -64,7 +66,7 @@ EchoFilter::Remainder EchoFilter::remainder(std::span<const float, block> sound,
     rest.doubt = static_cast<double>(share * doubt / window);
     std::vector<float> samples(window);
     transform_.backward(echo, samples);
-    std::transform(heard.begin(), heard.end(), samples.begin() + block, rest.samples.begin(), std::minus<>());
+    std::ranges::transform(heard, std::span(samples).subspan(block), rest.samples.begin(), std::minus<>());
     std::fill_n(samples.begin(), block, 0.0F);
     std::ranges::copy(rest.samples, samples.begin() + block);
     Spectrum error(bins);

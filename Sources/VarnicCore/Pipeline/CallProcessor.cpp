@@ -123,7 +123,7 @@ CallProcessor::Sides CallProcessor::transcribeBoth(const CallTracks& tracks, con
     FirstFailure failure;
     const auto start = [&](const std::optional<std::filesystem::path>& file, Speaker speaker,
                            const std::optional<std::filesystem::path>& overheard) {
-        return std::async(std::launch::async, [&, speaker]() -> std::vector<Segment> {
+        return std::async(std::launch::async, [&, file, speaker, overheard]() -> std::vector<Segment> {
             if (!file) {
                 return {};
             }

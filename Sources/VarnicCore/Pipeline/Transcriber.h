@@ -50,7 +50,7 @@ struct SpokenTrack {
     std::filesystem::path file;
     Speaker speaker = Speaker::you;
     /// The track of a side that the microphone of this one may overhear. What it overheard is not to be heard.
-    std::optional<std::filesystem::path> overheard = {};
+    std::optional<std::filesystem::path> overheard;
 };
 
 /// What turns a track into lines of text. Safe to call from any thread and concurrently.

@@ -7,10 +7,12 @@
 #include <sys/types.h>
 #include <xcb/xcb.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -62,9 +64,9 @@ xcb_window_t activeWindow(xcb_connection_t* x) {
 /// The class of a window is "instance\0Class\0".
 std::vector<std::string> classNames(xcb_connection_t* x, xcb_window_t window) {
     const std::string bytes = property(x, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING);
-    const std::string instance = bytes.c_str();
-    return {instance.size() < bytes.size() ? std::string(bytes.c_str() + instance.size() + 1) : std::string(),
-            instance};
+    const auto end = std::min(bytes.find('\0'), bytes.size());
+    const std::string behind = bytes.substr(std::min(end + 1, bytes.size()));
+    return {behind.substr(0, behind.find('\0')), bytes.substr(0, end)};
 }
 
 } // namespace

@@ -58,7 +58,7 @@ struct Call {
 
     Call(double down, double late, int rate) : them(babble(16, 1, rate)) {
         std::fill_n(them.begin(), rate, 0.0F);
-        them.resize(static_cast<std::size_t>(20 * rate));
+        them.resize(20 * static_cast<std::size_t>(rate));
         yours.resize(them.size());
         const std::vector<float> voice = babble(20, 2, rate);
         for (const auto& [from, to] : {std::pair{8, 12}, std::pair{18, 20}}) {
