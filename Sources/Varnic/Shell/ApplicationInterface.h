@@ -9,7 +9,7 @@
 
 namespace varnic {
 
-/// How desktops and other starts of the program call this one (the desktop entry specification, "D-Bus activation").
+/// How desktops and other starts of the program call this one (freedesktop.org, desktop entries, "D-Bus activation").
 class ApplicationInterface : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")

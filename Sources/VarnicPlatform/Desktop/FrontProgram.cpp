@@ -23,7 +23,7 @@ namespace {
 template <typename Value>
 using Reply = std::unique_ptr<Value, decltype(&std::free)>;
 
-/// The window manager's specification names its properties; X's own have fixed numbers.
+/// Window managers' properties have names (Extended Window Manager Hints); X's own have fixed numbers.
 xcb_atom_t atom(xcb_connection_t* x, std::string_view name) {
     const auto cookie = xcb_intern_atom(x, 1, static_cast<std::uint16_t>(name.size()), name.data());
     const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(x, cookie, nullptr), std::free);

@@ -16,7 +16,7 @@ struct KeyCombination {
     /// As users read it: "Ctrl+Alt+Super+R".
     [[nodiscard]] std::string title() const;
 
-    /// As the desktop's portal reads it (the shortcuts specification of freedesktop.org): "CTRL+ALT+LOGO+r".
+    /// As the desktop's portal reads it (shortcuts as freedesktop.org writes them): "CTRL+ALT+LOGO+r".
     [[nodiscard]] std::string portalTrigger() const;
 };
 

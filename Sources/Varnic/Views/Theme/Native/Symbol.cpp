@@ -61,7 +61,7 @@ void Symbol::paint(QPainter* painter) {
     }
     QSvgRenderer renderer(drawing(*symbol, color_, weight_));
     const qreal side = std::min(width(), height());
-    painter->setOpacity(color_.alphaF());
+    painter->setOpacity(static_cast<qreal>(color_.alphaF()));
     renderer.render(painter, QRectF((width() - side) / 2, (height() - side) / 2, side, side));
 }
 
