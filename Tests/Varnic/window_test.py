@@ -98,7 +98,8 @@ class WindowTest(unittest.TestCase):
         self.desktop.xdotool("key", "ctrl+q")
         self.assertEqual(program.end(), 0)
         [call] = self.calls()
-        self.assertIn("choose Transcribe Again", call["problem"])
+        # The live words, where some were final by then.
+        self.assertTrue(call.get("segments") or "choose Transcribe Again" in call["problem"])
         self.assertGreater(call["duration"], 0)
         self.assertEqual(len(list(self.library.glob("audio/*/*.m4a"))), 2)
 

@@ -183,28 +183,35 @@ class WholeCall(RecordTest):
             line["file"] = self.cut(line["speaker"], line["start"], line["end"] + 0.1)
             line["beginning"] = Track(line["file"]).piece(0, 2)
 
-    def play_call(self, sound):
+    def echo(self, file: Path) -> Path:
+        """What the microphone hears of the other side: 12 dB down and 30 ms late."""
+        echo = file.with_suffix(".echo.wav")
+        subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", file, "-af", "volume=-12dB,adelay=30:all=1", echo],
+                       check=True)
+        return echo
+
+    def play_call(self, sound, with_echo):
         """Plays line after line with a pause between them, and notes between which moments each began."""
         pause = 0.7
         for line in self.lines:
+            echo = self.echo(line["file"]) if with_echo and line["speaker"] == "them" else None
             time.sleep(pause)
             before = time.time()
             if line["speaker"] == "you":
-                player = sound.feed(line["file"])
+                players = [sound.feed(line["file"])]
             else:
                 player = sound.play(line["file"])
+                players = [player, *([sound.feed(echo)] if echo else [])]
                 sound.wait_for(lambda: f"|<- {player}:" in sound.output("pw-link", "-l"), player)
             line["played"] = before, time.time() + 0.1  # the sound server's own delay
-            self.play_out(sound, player)
+            self.play_out(sound, *players)
 
     def record_call(self, with_echo=False):
         sound = self.sound_system()
-        if with_echo:
-            sound.overhear(volume=0.178, delay=0.03)  # 12 dB down, since both channels of the sink add up
         both = [self.record(sound, "--your-name", "Sam", *more) for more in ([], ["--no-live"])]
         for recorder in both:
             recorder.started()
-        self.play_call(sound)
+        self.play_call(sound, with_echo)
         time.sleep(1)
         for recorder in both:
             recorder.signal(signal.SIGINT)
@@ -265,6 +272,8 @@ class WholeCall(RecordTest):
         self.assertFalse([line for line in both[1].said if " Sam: " in line])
 
     def test_what_the_microphone_hears_of_the_other_side_is_not_yours(self):
+        # Lines are compared by their words, so that a faint one that is misheard beyond likeness still comes back as
+        # yours: one may, of the seven.
         self.check_notes(self.record_call(with_echo=True), {"live": 0.25, "afterwards": 0.25})
 
 

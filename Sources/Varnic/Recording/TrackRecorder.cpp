@@ -13,10 +13,6 @@ TrackRecorder::TrackRecorder(const std::filesystem::path& folder, Recognizers re
     for (const Speaker speaker : {Speaker::you, Speaker::them}) {
         writers_[speaker] = std::make_unique<TrackWriter>(trackFile(folder, speaker), speaker, true);
     }
-    if (const auto yours = recognizers_.find(Speaker::you); yours != recognizers_.end()) {
-        echoFree_.emplace(
-            [recognizer = yours->second.get()](const PcmBuffer& buffer, double at) { recognizer->append(buffer, at); });
-    }
 }
 
 std::filesystem::path TrackRecorder::trackFile(const std::filesystem::path& folder, Speaker speaker) {
@@ -40,24 +36,14 @@ void TrackRecorder::write(Speaker speaker, const PcmBuffer& buffer, double at) {
         note(error.what());
     }
     levels_.set(speaker, writer.level());
-    try {
-        recognise(speaker, buffer, at);
-    } catch (const std::exception&) {
-        // A piece that can't be converted is not recognised; the track is not affected.
-    }
-}
-
-void TrackRecorder::recognise(Speaker speaker, const PcmBuffer& buffer, double at) {
-    if (recognizers_.empty()) {
+    const auto recognizer = recognizers_.find(speaker);
+    if (recognizer == recognizers_.end()) {
         return;
     }
-    const PcmBuffer sound = Resampler{TrackFormat::processing}.convert(buffer);
-    if (echoFree_) {
-        echoFree_->add(speaker, sound, at);
-    }
-    const auto recognizer = recognizers_.find(speaker);
-    if (recognizer != recognizers_.end() && speaker != Speaker::you) {
-        recognizer->second->append(sound, at);
+    try {
+        recognizer->second->append(Resampler{TrackFormat::processing}.convert(buffer), at);
+    } catch (const std::exception&) {
+        // A piece that can't be converted is not recognised; the track is not affected.
     }
 }
 
@@ -94,9 +80,6 @@ void TrackRecorder::pad(double target) {
 }
 
 void TrackRecorder::endAudio() {
-    if (echoFree_) {
-        queue_.sync([this] { echoFree_->finish(); });
-    }
     for (const auto& [speaker, recognizer] : recognizers_) {
         recognizer->endAudio();
     }

@@ -3,7 +3,6 @@
 #include "Varnic/Recording/LevelBox.h"
 #include "Varnic/Recording/PauseClock.h"
 #include "Varnic/SerialQueue.h"
-#include "VarnicCore/Audio/EchoFreeStream.h"
 #include "VarnicCore/Audio/PcmBuffer.h"
 #include "VarnicCore/Audio/TrackWriter.h"
 #include "VarnicPlatform/Speech/LiveRecognizer.h"
@@ -51,7 +50,7 @@ public:
 
     [[nodiscard]] bool hasRecognizers() const { return !recognizers_.empty(); }
 
-    /// Lets the recognisers come to their last words. Waits for the queue.
+    /// Lets the recognisers come to their last words.
     void endAudio();
     /// Ends the recognisers; none of them calls back any more.
     void cancelRecognizers();
@@ -63,7 +62,6 @@ private:
     static std::size_t index(Speaker speaker) { return speaker == Speaker::you ? 0 : 1; }
 
     void write(Speaker speaker, const PcmBuffer& buffer, double at);
-    void recognise(Speaker speaker, const PcmBuffer& buffer, double at);
     void note(std::optional<std::string> problem);
 
     LevelBox levels_;
@@ -73,8 +71,6 @@ private:
     std::optional<std::string> problem_;
     std::map<Speaker, std::unique_ptr<TrackWriter>> writers_;
     Recognizers recognizers_;
-    /// On the way to your recogniser, where there is one.
-    std::optional<EchoFreeStream> echoFree_;
     /// Last, so that its work ends before what it works on.
     SerialQueue queue_;
 };

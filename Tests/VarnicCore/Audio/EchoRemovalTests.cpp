@@ -1,5 +1,4 @@
 #include "VarnicCore/Audio/EchoFreeReader.h"
-#include "VarnicCore/Audio/EchoFreeStream.h"
 
 #include "VarnicCore/Audio/AudioMix.h"
 #include "VarnicCore/TemporaryFolder.h"
@@ -104,61 +103,6 @@ TEST_P(EchoPlaceTests, read_callWithEcho_keepsYourWordsAndNothingElse) {
 
 INSTANTIATE_TEST_SUITE_P(Echoes, EchoPlaceTests,
                          testing::Values(Place{-6, 0.01}, Place{-12, 0.03}, Place{-12, 0.3}, Place{-20, 0.1}));
-
-/// What comes out of a stream, put together by its time stamps.
-struct Output {
-    std::vector<float> samples;
-    EchoFreeStream stream{[this](const PcmBuffer& buffer, double at) {
-        const auto start = static_cast<std::size_t>(std::llround(at * EchoRemoval::rate));
-        EXPECT_EQ(buffer.format(), (AudioFormat{EchoRemoval::rate, 1}));
-        EXPECT_GE(start, samples.size());
-        samples.resize(start);
-        samples.insert(samples.end(), buffer.channels.front().begin(), buffer.channels.front().end());
-    }};
-
-    /// Gives a side's sound from one second to another in pieces of 20 ms.
-    void add(Speaker speaker, const std::vector<float>& sound, double from, double to) {
-        constexpr int piece = trackRate / 50;
-        for (auto at = std::lround(from * trackRate); at < std::lround(to * trackRate); at += piece) {
-            PcmBuffer buffer{trackRate, {{sound.begin() + at, sound.begin() + at + piece}}};
-            stream.add(speaker, buffer, static_cast<double>(at) / trackRate);
-        }
-    }
-};
-
-TEST(EchoFreeStreamTests, add_sidesByTurns_takesTheEchoOutOnceItIsKnown) {
-    const Call call(-12, 0.05, trackRate);
-    Output out;
-    for (int turn = 0; turn < 500; ++turn) {
-        const double at = turn * 0.04;
-        out.add(Speaker::you, call.microphone, at, at + 0.04);
-        if (at < 16) { // nothing comes where nobody plays
-            out.add(Speaker::them, call.them, at, at + 0.04);
-        }
-    }
-    EXPECT_GT(out.samples.size(), 19.7 * EchoRemoval::rate) << "little is held back";
-    out.stream.finish();
-    EXPECT_NEAR(static_cast<double>(out.samples.size()), 20.0 * EchoRemoval::rate, EchoRemoval::block);
-    const double echo = decibels(call.microphone, 5, 7, trackRate);
-    EXPECT_LT(decibels(out.samples, 5, 7, EchoRemoval::rate), echo - 15);
-    EXPECT_LT(decibels(out.samples, 13, 15.9, EchoRemoval::rate), echo - 15);
-    for (const auto& [from, to] : {std::pair{8, 12}, std::pair{18, 20}}) {
-        EXPECT_NEAR(decibels(out.samples, from, to, EchoRemoval::rate), decibels(call.yours, from, to, trackRate), 1);
-    }
-}
-
-TEST(EchoFreeStreamTests, add_gapsOnEitherSide_soundStaysInItsPlace) {
-    const std::vector<float> voice = babble(120, 3, trackRate);
-    Output out;
-    out.add(Speaker::you, voice, 1, 2);
-    out.add(Speaker::them, voice, 90, 91);
-    out.add(Speaker::you, voice, 100, 101);
-    out.stream.finish();
-    EXPECT_LT(decibels(out.samples, 0, 1, EchoRemoval::rate), -100);
-    EXPECT_NEAR(decibels(out.samples, 1, 2, EchoRemoval::rate), decibels(voice, 1, 2, trackRate), 1);
-    EXPECT_LT(decibels(out.samples, 2.1, 100, EchoRemoval::rate), -100);
-    EXPECT_NEAR(decibels(out.samples, 100, 101, EchoRemoval::rate), decibels(voice, 100, 101, trackRate), 1);
-}
 
 TEST(EchoRemovalTests, clean_soundThatIsNoNumber_isForgotten) {
     const Call call(-12, 0.05, EchoRemoval::rate);

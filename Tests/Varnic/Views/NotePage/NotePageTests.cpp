@@ -40,6 +40,9 @@ Type* within(QQuickItem* item, const QString& name) {
 /// A page in a window, on a library of its own.
 class NotePageTest : public testing::Test {
 protected:
+    /// A page that has been left is deleted while there is an application.
+    void TearDown() override { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
     /// Shows what the library has open.
     void open(Uuid id) {
         model_->selection = id;
