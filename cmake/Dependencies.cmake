@@ -3,6 +3,7 @@
 set(VARNIC_DEPS_DIR "${CMAKE_SOURCE_DIR}/.deps" CACHE PATH "Where setup unpacked the pinned wheels")
 
 find_package(PkgConfig REQUIRED)
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
 find_package(Threads REQUIRED)
 find_package(ICU 72 REQUIRED COMPONENTS uc i18n)
 find_package(fmt 9 REQUIRED)
@@ -19,7 +20,7 @@ pkg_check_modules(PUGIXML REQUIRED IMPORTED_TARGET pugixml)
 pkg_check_modules(PIPEWIRE REQUIRED IMPORTED_TARGET libpipewire-0.3)
 pkg_check_modules(SYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-keysyms)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Qml Quick QuickControls2 QuickTest Svg Widgets)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Qml Quick QuickTest Svg Widgets)
 find_package(QCoro6 REQUIRED COMPONENTS Core)
 
 add_library(SherpaOnnx SHARED IMPORTED)

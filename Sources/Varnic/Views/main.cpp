@@ -5,8 +5,8 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QFontDatabase>
 #include <QMessageBox>
-#include <QQuickStyle>
 
 #include <algorithm>
 #include <cstdio>
@@ -14,6 +14,7 @@
 #include <iterator>
 #include <optional>
 #include <span>
+#include <thread>
 
 namespace {
 
@@ -44,7 +45,6 @@ int run(int argc, char** argv) {
     QApplication application(argc, argv);
     QGuiApplication::setApplicationDisplayName("Varnic");
     QGuiApplication::setDesktopFileName("app.brevin.Varnic");
-    QGuiApplication::setWindowIcon(QIcon::fromTheme("app.brevin.Varnic"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const CommandLine line = CommandLine::parse(QCoreApplication::arguments());
 
@@ -58,8 +58,9 @@ int run(int argc, char** argv) {
     case SingleInstance::Outcome::first:
         break;
     }
-    QQuickStyle::setStyle("Basic");
     varnic::prepareFonts();
+    // To read what fonts there are takes long; it goes on beside the rest up to the first text, which waits for it.
+    const std::jthread fonts([] { QFontDatabase::families(); });
     varnic::Program program(varnic::AppPlaces::fromEnvironment());
     instance.setHandler([&program](const varnic::Request& request) { program.perform(request); });
     program.start(line.request);

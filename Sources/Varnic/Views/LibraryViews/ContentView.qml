@@ -1,13 +1,24 @@
 import QtQuick
 import Varnic.LibraryViews
-import Varnic.NotePage as Pages
 import Varnic.Theme as Theme
 
 /// Sidebar, list and detail, with the sheets above them and the notice at the bottom.
 FocusScope {
     id: view
 
+    /// What takes longer, or shows nothing before the library is read, comes after the first picture.
+    property bool isWhole: false
+
     onWidthChanged: Columns.windowWidth = width
+
+    Connections {
+        function onFrameSwapped() {
+            view.isWhole = true;
+        }
+
+        enabled: !view.isWhole
+        target: view.Window.window
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -56,6 +67,7 @@ FocusScope {
         anchors.left: sidebarDivider.right
         focus: true
         height: parent.height
+        isWhole: view.isWhole
         width: Columns.listWidth
     }
 
@@ -69,11 +81,13 @@ FocusScope {
         onDraggedBy: delta => Columns.listWidth += delta
     }
 
-    Pages.Detail {
+    Loader {
+        active: view.isWhole
         anchors.bottom: parent.bottom
         anchors.left: listDivider.right
         anchors.right: parent.right
         anchors.top: parent.top
+        source: "qrc:/qt/qml/Varnic/NotePage/Detail.qml"
     }
 
     ToastPlace {
@@ -95,16 +109,12 @@ FocusScope {
 
     Loader {
         active: Library.showConsent
-
-        sourceComponent: ConsentSheet {
-        }
+        source: "ConsentSheet.qml"
     }
 
     Loader {
         active: Library.showSetup
-
-        sourceComponent: SetupSheet {
-        }
+        source: "SetupSheet.qml"
     }
 
     MenuShortcuts {

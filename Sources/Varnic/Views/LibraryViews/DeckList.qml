@@ -24,7 +24,7 @@ FocusScope {
         spacing: 2
         topMargin: Theme.Space.s
 
-        T.ScrollBar.vertical: ThinScrollBar {
+        T.ScrollBar.vertical: Theme.ThinScrollBar {
         }
         delegate: DeckItem {
             width: ListView.view ? ListView.view.width : 0

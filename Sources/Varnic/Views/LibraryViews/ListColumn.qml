@@ -6,6 +6,9 @@ import Varnic.Theme as Theme
 FocusScope {
     id: column
 
+    /// Whether the list is there, beside its header.
+    required property bool isWhole
+
     /// Moves the keyboard to the search.
     function search() {
         header.search();
@@ -30,39 +33,12 @@ FocusScope {
     }
 
     Loader {
+        active: column.isWhole
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: problem.bottom
         focus: true
-        sourceComponent: Library.isSearching ? results : Library.section === Library.Todos ? todos : Library.section === Library.Cards ? decks : notes
-    }
-
-    Component {
-        id: notes
-
-        NoteList {
-        }
-    }
-
-    Component {
-        id: results
-
-        SearchResultsList {
-        }
-    }
-
-    Component {
-        id: todos
-
-        TodoList {
-        }
-    }
-
-    Component {
-        id: decks
-
-        DeckList {
-        }
+        source: Library.isSearching ? "SearchResultsList.qml" : Library.section === Library.Todos ? "TodoList.qml" : Library.section === Library.Cards ? "DeckList.qml" : "NoteList.qml"
     }
 }

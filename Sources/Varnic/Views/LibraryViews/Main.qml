@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// The main window. Whoever makes it shows it, in the place where it was.
-ApplicationWindow {
+Window {
     id: window
 
     color: Theme.Palette.paper

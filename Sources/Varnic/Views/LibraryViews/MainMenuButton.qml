@@ -10,21 +10,30 @@ Theme.IconButton {
     size: 30
     symbol: "line.3.horizontal"
 
-    onClicked: menu.popup(0, height + 4)
+    onClicked: {
+        menu.active = true;
+        (menu.item as Theme.PaperMenu).popup(button, 0, height + 4);
+    }
 
-    PaperMenu {
+    Loader {
         id: menu
 
-        width: 280
+        active: false
 
-        Instantiator {
-            model: MainMenu
+        sourceComponent: Theme.PaperMenu {
+            id: entries
 
-            delegate: MainMenuItem {
+            width: 280
+
+            Instantiator {
+                model: MainMenu
+
+                delegate: MainMenuItem {
+                }
+
+                onObjectAdded: (index, object) => entries.insertItem(index, object)
+                onObjectRemoved: (index, object) => entries.removeItem(object)
             }
-
-            onObjectAdded: (index, object) => menu.insertItem(index, object)
-            onObjectRemoved: (index, object) => menu.removeItem(object)
         }
     }
 

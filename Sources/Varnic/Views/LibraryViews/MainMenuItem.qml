@@ -3,7 +3,7 @@ import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// An entry of the main menu, below the title of its menu if it is the first of it.
-PaperMenuItem {
+Theme.PaperMenuItem {
     id: item
 
     objectName: "menuEntry"

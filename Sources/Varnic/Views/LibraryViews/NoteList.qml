@@ -9,6 +9,11 @@ FocusScope {
 
     objectName: "noteList"
 
+    function showMenu(row: NoteRow, x: real, y: real) {
+        menu.active = true;
+        (menu.item as NoteMenu).show(row, x, y);
+    }
+
     ListView {
         id: list
 
@@ -31,7 +36,7 @@ FocusScope {
         spacing: 2
         topMargin: Theme.Space.s
 
-        T.ScrollBar.vertical: ThinScrollBar {
+        T.ScrollBar.vertical: Theme.ThinScrollBar {
         }
         delegate: NoteRow {
             width: ListView.view ? ListView.view.width : 0
@@ -41,10 +46,10 @@ FocusScope {
         }
 
         Keys.onDeletePressed: Library.remove(rows.currentId)
-        Keys.onMenuPressed: menu.show(currentItem as NoteRow, Theme.Space.l, currentItem.height / 2)
+        Keys.onMenuPressed: notes.showMenu(currentItem as NoteRow, Theme.Space.l, currentItem.height / 2)
         Keys.onPressed: event => {
             if (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier) {
-                menu.show(currentItem as NoteRow, Theme.Space.l, currentItem.height / 2);
+                notes.showMenu(currentItem as NoteRow, Theme.Space.l, currentItem.height / 2);
                 event.accepted = true;
             } else {
                 event.accepted = rows.moveByKey(event.key, Math.floor(height / 80));
@@ -60,7 +65,7 @@ FocusScope {
             const row = list.itemAt(place.x, place.y + list.contentY) as NoteRow;
             if (row) {
                 row.choose();
-                menu.show(row, eventPoint.position.x - list.x, place.y + list.contentY - row.y);
+                notes.showMenu(row, eventPoint.position.x - list.x, place.y + list.contentY - row.y);
             }
         }
     }
@@ -71,7 +76,12 @@ FocusScope {
         width: Math.min(280, parent.width)
     }
 
-    NoteMenu {
+    Loader {
         id: menu
+
+        active: false
+
+        sourceComponent: NoteMenu {
+        }
     }
 }

@@ -1,8 +1,9 @@
 import QtQuick
 import Varnic.LibraryViews
+import Varnic.Theme as Theme
 
 /// What can be done with a note of the list.
-PaperMenu {
+Theme.PaperMenu {
     id: menu
 
     /// Opens at a place of a row that shows a note.
@@ -13,19 +14,19 @@ PaperMenu {
         }
     }
 
-    PaperMenuItem {
+    Theme.PaperMenuItem {
         text: NoteActions.pinText
 
         onTriggered: NoteActions.togglePin()
     }
 
-    PaperMenu {
+    Theme.PaperMenu {
         title: "Export"
 
         Repeater {
             model: NoteActions.exportTitles
 
-            PaperMenuItem {
+            Theme.PaperMenuItem {
                 required property int index
                 required property string modelData
 
@@ -36,19 +37,18 @@ PaperMenu {
         }
     }
 
-    PaperMenuItem {
+    Theme.PaperMenuItem {
         enabled: NoteActions.canTranscribe
-        height: visible ? implicitHeight : 0
         text: "Transcribe Again"
         visible: NoteActions.canTranscribe
 
         onTriggered: NoteActions.transcribeAgain()
     }
 
-    MenuRule {
+    Theme.PaperMenuRule {
     }
 
-    PaperMenuItem {
+    Theme.PaperMenuItem {
         isDestructive: true
         keys: "Del"
         text: "Delete"

@@ -24,7 +24,7 @@ FocusScope {
         reuseItems: true
         topMargin: Theme.Space.s
 
-        T.ScrollBar.vertical: ThinScrollBar {
+        T.ScrollBar.vertical: Theme.ThinScrollBar {
         }
         delegate: SearchResultRow {
             width: ListView.view ? ListView.view.width : 0

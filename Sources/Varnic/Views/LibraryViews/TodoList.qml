@@ -23,7 +23,7 @@ FocusScope {
         highlightResizeDuration: 0
         topMargin: Theme.Space.s
 
-        T.ScrollBar.vertical: ThinScrollBar {
+        T.ScrollBar.vertical: Theme.ThinScrollBar {
         }
         delegate: TodoItem {
             width: ListView.view ? ListView.view.width : 0

@@ -1,11 +1,12 @@
 import QtQuick
 import Varnic.NotePage
+import Varnic.Theme as Theme
 
 // What a delegate reads of the file around it: the pragma for that is not whole in Qt 6.4.
 // qmllint disable unqualified
 
 /// The files that the note can be written to.
-PaperMenu {
+Theme.PaperMenu {
     id: exports
 
     required property NoteModel note
@@ -13,7 +14,7 @@ PaperMenu {
     Instantiator {
         model: exports.note.exportTitles
 
-        PaperMenuItem {
+        Theme.PaperMenuItem {
             required property int index
             required property string modelData
 
@@ -26,11 +27,11 @@ PaperMenu {
         onObjectRemoved: (index, object) => exports.removeItem(object)
     }
 
-    PaperMenuSeparator {
+    Theme.PaperMenuRule {
         visible: exports.note.isCall
     }
 
-    PaperMenuItem {
+    Theme.PaperMenuItem {
         enabled: exports.note.tracks.length > 0
         text: "Recording (.m4a)…"
         visible: exports.note.isCall

@@ -1,19 +1,20 @@
 import QtQuick
 import Varnic.NotePage
+import Varnic.Theme as Theme
 
 /// What else can be done with the note.
-PaperMenu {
+Theme.PaperMenu {
     id: menu
 
     required property NoteModel note
 
-    PaperMenuItem {
+    Theme.PaperMenuItem {
         text: menu.note.pinned ? "Unpin" : "Pin to Top"
 
         onTriggered: menu.note.togglePin()
     }
 
-    PaperMenuItem {
+    Theme.PaperMenuItem {
         enabled: menu.note.tracks.length > 0
         text: "Transcribe Again"
         visible: menu.note.isCall
@@ -21,7 +22,7 @@ PaperMenu {
         onTriggered: menu.note.retranscribe()
     }
 
-    PaperMenuItem {
+    Theme.PaperMenuItem {
         enabled: menu.note.tracks.length > 0
         text: "Remove Audio, Keep Transcript"
         visible: menu.note.isCall
@@ -29,11 +30,11 @@ PaperMenu {
         onTriggered: menu.note.removeAudio()
     }
 
-    PaperMenuSeparator {
+    Theme.PaperMenuRule {
     }
 
-    PaperMenuItem {
-        destructive: true
+    Theme.PaperMenuItem {
+        isDestructive: true
         enabled: menu.note.canDelete
         text: "Delete Note"
 

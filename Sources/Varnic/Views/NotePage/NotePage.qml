@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Varnic.NotePage
 import Varnic.Theme as Theme
 
@@ -51,7 +51,7 @@ FocusScope {
         contentHeight: content.implicitHeight + Theme.Space.l + 80
         contentWidth: width
 
-        ScrollBar.vertical: ScrollBar {
+        T.ScrollBar.vertical: Theme.ThinScrollBar {
         }
 
         Column {

@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Varnic.NotePage
 import Varnic.Theme as Theme
 
@@ -138,7 +138,7 @@ Rectangle {
         spacing: Theme.Space.s
         topMargin: Theme.Space.m
 
-        ScrollBar.vertical: ScrollBar {
+        T.ScrollBar.vertical: Theme.ThinScrollBar {
         }
         delegate: TurnRow {
             isMarked: list.activeFocus && ListView.isCurrentItem

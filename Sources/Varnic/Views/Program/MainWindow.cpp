@@ -3,7 +3,11 @@
 #include "Varnic/Views/LibraryViews/MainMenu.h"
 #include "Varnic/Views/ViewModel.h"
 
+#include <QTimer>
+
+#include <chrono>
 #include <stdexcept>
+#include <utility>
 
 namespace varnic {
 
@@ -27,6 +31,21 @@ void MainWindow::activate() {
     window_->show();
     window_->raise();
     window_->requestActivate();
+}
+
+void MainWindow::afterFirstPicture(std::function<void()> work) {
+    using namespace std::chrono_literals;
+    auto* const wait = new QTimer(window_); // NOLINT(*-owning-memory): the window owns it
+    wait->setSingleShot(true);
+    QObject::connect(wait, &QTimer::timeout, window_, std::move(work));
+    const auto end = [wait] {
+        if (wait->isActive()) {
+            wait->start(0);
+        }
+    };
+    QObject::connect(window_, &QQuickWindow::frameSwapped, wait, end,
+                     Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    wait->start(500ms);
 }
 
 } // namespace varnic

@@ -20,6 +20,10 @@ public:
     /// Shows the window, or brings it to the front.
     void activate();
 
+    /// Does the work once the window's first picture is on the screen, and in half a second where none is drawn because
+    /// nobody could see it.
+    void afterFirstPicture(std::function<void()> work);
+
     [[nodiscard]] bool isInFront() const { return window_->isActive(); }
 
     [[nodiscard]] bool isVisible() const { return window_->isVisible(); }

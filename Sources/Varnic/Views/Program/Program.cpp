@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDesktopServices>
+#include <QIcon>
 #include <QQmlComponent>
 #include <QUrl>
 
@@ -15,7 +16,7 @@ namespace varnic {
 
 Program::Program(AppPlaces places)
     : model_(std::move(places)), delegate_(model_), window_(model_, [this] { delegate_.terminate(); }),
-      tray_(model_, [this] { delegate_.terminate(); }), signals_([this] { delegate_.terminate(); }) {
+      signals_([this] { delegate_.terminate(); }) {
     fillInDesktop();
     delegate_.notifications().isWindowInFront = [this] { return window_.isInFront(); };
     delegate_.pill().present = [this] { presentPill(); };
@@ -51,22 +52,30 @@ void Program::fillInDesktop() {
 }
 
 void Program::start(const Request& request) {
-    // A press of the desktop's own shortcut records without a window in the way of the call; the reminder, the pill and
-    // the tray show what goes on.
-    if (request.kind != Request::Kind::toggleRecording) {
-        window_.activate();
-    }
     if (request.kind != Request::Kind::activate) {
         delegate_.perform(request);
     }
-    // Once the event loop runs, and the window is on its way to the screen.
-    QMetaObject::invokeMethod(this, [this] { delegate_.applicationDidFinishLaunching(); }, Qt::QueuedConnection);
+    // A press of the desktop's own shortcut records without a window in the way of the call; the reminder, the pill and
+    // the tray show what goes on.
+    if (request.kind == Request::Kind::toggleRecording) {
+        QMetaObject::invokeMethod(this, &Program::launch, Qt::QueuedConnection);
+    } else {
+        window_.activate();
+        window_.afterFirstPicture([this] { launch(); });
+    }
+}
+
+void Program::launch() {
+    QGuiApplication::setWindowIcon(QIcon::fromTheme("app.brevin.Varnic"));
+    tray_.emplace(model_, [this] { delegate_.terminate(); });
+    delegate_.applicationDidFinishLaunching();
+    quitIfForsaken();
 }
 
 /// Without a tray a closed window would leave a program that nobody sees. It ends once all is recorded and written.
 void Program::quitIfForsaken() {
     const QuitRule::Situation now{.isWindowVisible = window_.isVisible() || !wasShown_,
-                                  .hasTray = tray_.isReachable(),
+                                  .hasTray = !tray_ || tray_->isReachable(),
                                   .isRecording = isBusy(model_.recorder().state()),
                                   .isProcessing = !model_.processing.value().empty()};
     if (QuitRule::shouldQuit(now)) {

@@ -11,6 +11,7 @@
 #include <QQuickWindow>
 
 #include <memory>
+#include <optional>
 
 namespace varnic {
 
@@ -29,6 +30,7 @@ public:
     void perform(const Request& request) { delegate_.perform(request); }
 
 private:
+    void launch();
     void fillInDesktop();
     void quitIfForsaken();
     void presentPill();
@@ -36,7 +38,7 @@ private:
     AppModel model_;
     AppDelegate delegate_;
     MainWindow window_;
-    TrayIcon tray_;
+    std::optional<TrayIcon> tray_;
     std::unique_ptr<QQuickWindow> pill_;
     TerminationSignals signals_;
     QPropertyNotifier processingWatcher_;

@@ -1,7 +1,6 @@
 #include "Varnic/Views/Theme/Native/Fonts.h"
 
 #include <QApplication>
-#include <QQuickStyle>
 
 #include <gmock/gmock.h>
 
@@ -11,7 +10,6 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_FONT_DPI", "96");
     const QApplication application(argc, argv);
-    QQuickStyle::setStyle("Basic");
     varnic::prepareFonts();
     return RUN_ALL_TESTS();
 }

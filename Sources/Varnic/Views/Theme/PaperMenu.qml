@@ -1,14 +1,16 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Varnic.Theme as Theme
 
 /// A menu on paper.
-Menu {
+T.Menu {
     id: menu
 
     cascade: true
     delegate: PaperMenuItem {
     }
+    implicitHeight: contentHeight + topPadding + bottomPadding
+    implicitWidth: implicitBackgroundWidth
     margins: 6
     overlap: 2
     padding: 5
@@ -17,7 +19,7 @@ Menu {
         border.color: Theme.Palette.rule
         border.width: 1
         color: Theme.Palette.surface
-        implicitWidth: 230
+        implicitWidth: 240
         radius: Theme.Radius.control
 
         Theme.Shadow {
@@ -28,5 +30,12 @@ Menu {
             y: 3 - blur
             z: -1
         }
+    }
+    contentItem: ListView {
+        clip: true
+        currentIndex: menu.currentIndex
+        implicitHeight: contentHeight
+        interactive: contentHeight > height
+        model: menu.contentModel
     }
 }

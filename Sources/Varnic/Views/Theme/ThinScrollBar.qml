@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Varnic.Theme as Theme
 
-/// A thin bar at the side of a list, seen while it is used.
+/// A thin bar at the side of what scrolls, seen while it is used.
 T.ScrollBar {
     id: bar
 

@@ -1,9 +1,9 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Varnic.Theme as Theme
 
-/// An entry of a menu, with its keys at the right.
-MenuItem {
+/// An entry of a menu, with its keys at the right. One that is not visible takes no place.
+T.MenuItem {
     id: item
 
     /// It takes something away.
@@ -15,10 +15,9 @@ MenuItem {
     Accessible.name: text
     Accessible.role: Accessible.MenuItem
     font: Theme.Typo.ui
+    height: visible ? implicitHeight : 0
     implicitHeight: 28
     implicitWidth: 220
-    leftPadding: 0
-    rightPadding: 0
 
     arrow: Theme.Symbol {
         anchors.right: parent.right
