@@ -4,11 +4,16 @@
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Text/Wording.h"
 
+#include <QEasingCurve>
+
 #include <algorithm>
 
 namespace varnic {
 
 namespace {
+
+/// From one ring around the dot to the next: 1.1 seconds.
+constexpr int pulseTicks = 22;
 
 QString shown(std::string_view text) {
     return QString::fromStdString(Wording::shown(text));
@@ -62,6 +67,14 @@ bool LiveCall::records(Speaker speaker) const {
 
 QString LiveCall::recorderWarning() const {
     return shown(recorder_.warning().value_or(""));
+}
+
+double LiveCall::pulse() const {
+    if (!isRecording() || isPaused()) {
+        return 0;
+    }
+    const auto tick = static_cast<double>(ink_.end() % pulseTicks);
+    return QEasingCurve(QEasingCurve::OutQuad).valueForProgress(tick / pulseTicks);
 }
 
 LiveSide LiveCall::side(Speaker speaker) const {

@@ -51,6 +51,8 @@ class LiveCall : public QObject {
     /// How loud each side is now, 0 to 1.
     Q_PROPERTY(double youLevel READ youLevel NOTIFY ticked)
     Q_PROPERTY(double themLevel READ themLevel NOTIFY ticked)
+    /// How far the ring around the dot has spread, 0 to 1; 0 while nothing is recorded.
+    Q_PROPERTY(double pulse READ pulse NOTIFY ticked)
     /// What stands in the place of a transcript without lines.
     Q_PROPERTY(QString placeholderTitle READ placeholderTitle NOTIFY sidesChanged)
     Q_PROPERTY(QString placeholder READ placeholder NOTIFY stateChanged)
@@ -82,6 +84,7 @@ public:
 
     [[nodiscard]] double themLevel() const { return ink_.latest().them; }
 
+    [[nodiscard]] double pulse() const;
     [[nodiscard]] QString placeholderTitle() const;
     [[nodiscard]] QString placeholder() const;
 

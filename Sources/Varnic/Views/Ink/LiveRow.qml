@@ -13,7 +13,6 @@ Item {
         id: dot
 
         Accessible.ignored: true
-        active: LiveCall.isRecording && !LiveCall.isPaused
         anchors.verticalCenter: parent.verticalCenter
         size: 9
     }

@@ -41,14 +41,5 @@ Item {
         // The tip of a nib that leans to the right is at the head of the line.
         x: trail.head.x + 11 - width / 2
         y: trail.head.y - 13 - height / 2
-
-        Behavior on y  {
-            enabled: line.showNib && !Theme.Appearance.reduceMotion
-
-            NumberAnimation {
-                duration: 80
-                easing.type: Easing.OutQuad
-            }
-        }
     }
 }

@@ -23,7 +23,6 @@ Item {
     RecordingDot {
         id: dot
 
-        active: LiveCall.isRecording && !LiveCall.isPaused
         anchors.verticalCenter: parent.verticalCenter
         size: 9
         x: 16

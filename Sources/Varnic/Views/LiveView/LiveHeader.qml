@@ -27,7 +27,6 @@ RowLayout {
 
             RecordingDot {
                 Accessible.ignored: true
-                active: LiveCall.isRecording && !LiveCall.isPaused
                 anchors.verticalCenter: parent.verticalCenter
                 size: 9
             }

@@ -62,7 +62,9 @@ void Symbol::paint(QPainter* painter) {
     QSvgRenderer renderer(drawing(*symbol, color_, weight_));
     const qreal side = std::min(width(), height());
     painter->setOpacity(static_cast<qreal>(color_.alphaF()));
-    renderer.render(painter, QRectF((width() - side) / 2, (height() - side) / 2, side, side));
+    painter->translate(width() / 2, height() / 2);
+    painter->rotate(turn_);
+    renderer.render(painter, QRectF(-side / 2, -side / 2, side, side));
 }
 
 } // namespace varnic

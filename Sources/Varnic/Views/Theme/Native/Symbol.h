@@ -18,6 +18,8 @@ class Symbol : public QQuickPaintedItem {
     /// The weight of the type, as in QFont; it sets the width of the strokes.
     Q_PROPERTY(int weight MEMBER weight_ NOTIFY changed)
     Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)
+    /// Degrees clockwise. Drawn anew, since a turned picture of so few pixels would be ragged.
+    Q_PROPERTY(qreal turn MEMBER turn_ NOTIFY changed)
 
 public:
     explicit Symbol(QQuickItem* parent = nullptr);
@@ -34,6 +36,7 @@ private:
     qreal size_ = 13;
     int weight_ = QFont::Normal;
     QColor color_;
+    qreal turn_ = 0;
 };
 
 } // namespace varnic
