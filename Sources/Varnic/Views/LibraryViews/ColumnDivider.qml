@@ -1,17 +1,35 @@
 import QtQuick
 import Varnic.Theme as Theme
 
-/// The hairline between two columns, by which they are made wider.
+/// The hairline between two columns, by which they are made wider: with the pointer, or with the arrow keys.
 Rectangle {
     id: divider
 
     readonly property bool isDragged: drag.active
+    /// Which column it is the edge of, for assistive programs.
+    required property string name
+    readonly property real step: 10
 
     /// By so many points to the right, since the last time.
     signal draggedBy(real delta)
 
+    Accessible.focusable: true
+    Accessible.name: name
+    Accessible.role: Accessible.Splitter
+    activeFocusOnTab: true
     color: Theme.Palette.rule
     width: 1
+
+    Keys.onLeftPressed: draggedBy(-step)
+    Keys.onRightPressed: draggedBy(step)
+
+    Rectangle {
+        anchors.horizontalCenter: parent.horizontalCenter
+        color: Theme.Palette.you
+        height: parent.height
+        visible: divider.activeFocus
+        width: 3
+    }
 
     Item {
         anchors.horizontalCenter: parent.horizontalCenter

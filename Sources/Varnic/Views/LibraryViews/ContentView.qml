@@ -54,6 +54,8 @@ FocusScope {
 
         anchors.left: sidebarSpace.right
         height: parent.height
+        name: "Width of the sidebar"
+        objectName: "sidebarDivider"
         visible: sidebarSpace.visible
         width: visible ? 1 : 0
         z: 1
@@ -76,6 +78,7 @@ FocusScope {
 
         anchors.left: list.right
         height: parent.height
+        name: "Width of the list"
         z: 1
 
         onDraggedBy: delta => Columns.listWidth += delta

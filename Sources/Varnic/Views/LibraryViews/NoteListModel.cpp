@@ -26,11 +26,7 @@ NoteListModel::NoteListModel(QObject* parent) : RowModel<NoteSummary>(parent) {
     connect(this, &QAbstractItemModel::modelReset, this, &NoteListModel::countChanged);
     calendar_.setTimerType(Qt::VeryCoarseTimer);
     calendar_.setInterval(calendarInterval);
-    connect(&calendar_, &QTimer::timeout, this, [this] {
-        if (model_->region.day(currentDate()) != today_) {
-            refresh();
-        }
-    });
+    connect(&calendar_, &QTimer::timeout, this, &NoteListModel::followCalendar);
 }
 
 void NoteListModel::componentComplete() {
@@ -50,6 +46,12 @@ void NoteListModel::setModel(AppModel& model) {
     calendar_.start();
 }
 
+void NoteListModel::followCalendar() {
+    if (model_->region.day(now()) != today_) {
+        refresh();
+    }
+}
+
 void NoteListModel::refresh() {
     if (section_ == model_->section.value()) {
         setRows(summaries());
@@ -61,8 +63,8 @@ void NoteListModel::refresh() {
 }
 
 std::vector<NoteSummary> NoteListModel::summaries() {
-    const Date now = currentDate();
-    if (const auto today = model_->region.day(now); today != today_) {
+    const Date moment = now();
+    if (const auto today = model_->region.day(moment); today != today_) {
         today_ = today;
         dates_.clear();
     }
@@ -74,16 +76,16 @@ std::vector<NoteSummary> NoteListModel::summaries() {
     for (const Note* note : model_->visibleNotes()) {
         const auto found = stages.find(note->id);
         rows.push_back(NoteSummaries::of(*note, found == stages.end() ? std::nullopt : std::optional(found->second)));
-        rows.back().date = dateText(*note, now);
+        rows.back().date = dateText(*note, moment);
     }
     return rows;
 }
 
 /// Most dates stay what they were, and putting one in words takes as long as all the rest of a note.
-QString NoteListModel::dateText(const Note& note, Date now) {
+QString NoteListModel::dateText(const Note& note, Date moment) {
     auto& known = dates_[note.id];
     if (known.text.isEmpty() || known.date != note.modified) {
-        known = {note.modified, QString::fromStdString(NoteSummaries::relative(note.modified, now, model_->region))};
+        known = {note.modified, QString::fromStdString(NoteSummaries::relative(note.modified, moment, model_->region))};
     }
     return known.text;
 }

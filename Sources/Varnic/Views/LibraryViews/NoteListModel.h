@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <QtQmlIntegration>
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -47,6 +48,9 @@ public:
 
     explicit NoteListModel(QObject* parent = nullptr);
 
+    /// Tests replace it before they set the model.
+    std::function<Date()> now = currentDate;
+
     /// For use without QML.
     void setModel(AppModel& model);
 
@@ -68,6 +72,8 @@ public:
 
     void componentComplete() override;
 
+    /// Puts the dates in words anew if the day has changed; looked at every minute.
+    void followCalendar();
     /// Brings the list in line with the model, as at each change.
     void refresh();
 
@@ -83,7 +89,7 @@ private:
     };
 
     [[nodiscard]] std::vector<NoteSummary> summaries();
-    [[nodiscard]] QString dateText(const Note& note, Date now);
+    [[nodiscard]] QString dateText(const Note& note, Date moment);
     void refreshCurrentRow();
 
     AppModel* model_ = nullptr;

@@ -89,6 +89,23 @@ TEST_F(ListModels, sections_show_their_notes) {
     EXPECT_THAT(column(list, NoteListModel::title), ElementsAre("Plan"));
 }
 
+TEST_F(ListModels, dates_change_at_midnight) {
+    const Uuid id = add("Plan", 0);
+    model_->update(id, false, [](Note& note) { note.modified = parseDate("2026-03-10T08:05:00Z"); });
+    Date now = parseDate("2026-03-10T23:59:59Z");
+    NoteListModel list;
+    list.now = [&now] { return now; };
+    list.setModel(*model_);
+    const QSignalSpy changed(&list, &QAbstractItemModel::dataChanged);
+    list.followCalendar();
+    EXPECT_THAT(column(list, NoteListModel::date), ElementsAre("08:05"));
+    EXPECT_EQ(changed.count(), 0);
+    now = parseDate("2026-03-11T00:00:00Z");
+    list.followCalendar();
+    EXPECT_THAT(column(list, NoteListModel::date), ElementsAre("Yesterday"));
+    EXPECT_EQ(changed.count(), 1);
+}
+
 TEST_F(ListModels, keys_stop_at_the_ends) {
     add("B", 10);
     add("A", 0);

@@ -21,7 +21,8 @@ protected:
         main_.emplace(*model_, [this] { ++quits_; });
         model_.load();
         main_->activate();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&main_->window()));
+        // Lists and page follow the first picture.
+        ASSERT_TRUE(waitUntil([this] { return shown("noteList") != nullptr; }));
     }
 
     /// All items that show. What a loader holds is no child of an object, but of an item.
@@ -126,6 +127,18 @@ TEST_F(MainWindowTest, main_menu_opens_by_key_and_performs) {
     press(Qt::Key_Down);
     press(Qt::Key_Return);
     EXPECT_EQ(model_->notes().size(), 1U);
+}
+
+TEST_F(MainWindowTest, dividers_move_by_key) {
+    open();
+    auto* const divider = shown("sidebarDivider");
+    ASSERT_NE(divider, nullptr);
+    divider->forceActiveFocus();
+    const qreal before = divider->x();
+    press(Qt::Key_Right);
+    press(Qt::Key_Right);
+    press(Qt::Key_Left);
+    EXPECT_TRUE(waitUntil([&] { return divider->x() == before + 10; }));
 }
 
 TEST_F(MainWindowTest, every_control_has_a_name) {
