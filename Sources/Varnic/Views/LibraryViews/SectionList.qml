@@ -10,6 +10,7 @@ ListView {
     activeFocusOnTab: true
     boundsBehavior: Flickable.StopAtBounds
     currentIndex: sections.currentRow
+    highlightMoveDuration: 0
     keyNavigationEnabled: false
     spacing: 2
 

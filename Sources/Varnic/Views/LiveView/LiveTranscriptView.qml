@@ -18,6 +18,13 @@ Item {
             }
         }
 
+        /// Scrolls for the user, who decides by that whether the end is followed.
+        function scrollBy(points: real) {
+            scroll.stop();
+            contentY = Math.min(Math.max(contentY + points, originY), end);
+            follows = contentY >= end - 1;
+        }
+
         Accessible.name: "Transcript"
         Accessible.role: Accessible.List
         activeFocusOnTab: true
@@ -39,8 +46,8 @@ Item {
             width: 1
         }
 
-        Keys.onDownPressed: flick(0, -600)
-        Keys.onUpPressed: flick(0, 600)
+        Keys.onDownPressed: scrollBy(60)
+        Keys.onUpPressed: scrollBy(-60)
         onContentHeightChanged: toEnd()
         onHeightChanged: toEnd()
         onMovementEnded: follows = atYEnd
@@ -56,11 +63,7 @@ Item {
         }
 
         WheelHandler {
-            onWheel: event => {
-                scroll.stop();
-                list.contentY = Math.min(Math.max(list.contentY - event.angleDelta.y, list.originY), list.end);
-                list.follows = list.contentY >= list.end - 1;
-            }
+            onWheel: event => list.scrollBy(-event.angleDelta.y)
         }
     }
 

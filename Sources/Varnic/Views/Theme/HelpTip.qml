@@ -22,6 +22,15 @@ T.ToolTip {
         border.width: 1 / Screen.devicePixelRatio
         color: Theme.Palette.surface
         radius: 6
+
+        Theme.Shadow {
+            height: parent.height + 2 * blur
+            radius: 6
+            width: parent.width + 2 * blur
+            x: -blur
+            y: 3 - blur
+            z: -1
+        }
     }
     contentItem: Text {
         color: Theme.Palette.ink

@@ -11,6 +11,8 @@ T.Button {
     property real corner: Theme.Radius.control
     /// What it does, for its tool tip and for assistive programs.
     property string help
+    /// A press is the end of the tip, which would lie over what it opens, until the pointer comes anew.
+    property bool isAnswered
 
     /// Does what a press does.
     function activate() {
@@ -28,6 +30,8 @@ T.Button {
 
     Keys.onEnterPressed: activate()
     Keys.onReturnPressed: activate()
+    onHoveredChanged: isAnswered = false
+    onPressed: isAnswered = true
 
     FocusRing {
         corner: button.corner
@@ -37,7 +41,7 @@ T.Button {
     Loader {
         id: tip
 
-        active: button.help !== "" && button.hovered && !button.down
+        active: button.help !== "" && button.hovered && !button.isAnswered
         anchors.fill: parent
 
         sourceComponent: HelpTip {
