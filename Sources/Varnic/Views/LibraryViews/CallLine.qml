@@ -12,12 +12,15 @@ Item {
 
     implicitHeight: Math.max(14, words.visible ? words.implicitHeight : 0)
 
-    Theme.Spinner {
+    Loader {
         id: spinner
 
+        active: line.stage !== ""
         anchors.verticalCenter: parent.verticalCenter
-        size: 12
-        visible: line.stage !== ""
+
+        sourceComponent: Theme.Spinner {
+            size: 12
+        }
     }
 
     Text {
@@ -25,7 +28,7 @@ Item {
 
         Accessible.ignored: true
         anchors.left: parent.left
-        anchors.leftMargin: spinner.visible ? 18 : 0
+        anchors.leftMargin: spinner.active ? 18 : 0
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.Palette.inkSoft

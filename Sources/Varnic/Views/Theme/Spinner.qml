@@ -19,6 +19,7 @@ Item {
         anchors.fill: parent
         color: spinner.color
         name: "progress"
+        weight: Font.Bold
     }
 
     /// In steps: what goes on meanwhile needs the processor.
