@@ -1,5 +1,6 @@
 #include <dlfcn.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 
@@ -23,6 +24,6 @@ extern "C" void* varnicDelayedFunction(Delayed* function) {
         std::fprintf(stderr, "varnic: %s\n", ::dlerror());
         std::abort();
     }
-    __atomic_store_n(&function->target, target, __ATOMIC_RELEASE);
+    std::atomic_ref(function->target).store(target);
     return target;
 }
