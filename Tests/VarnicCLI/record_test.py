@@ -255,7 +255,7 @@ class WholeCall(RecordTest):
 
     def test_a_call_becomes_two_aligned_tracks_and_its_note(self):
         both = self.record_call()
-        self.check_notes(both, {"live": 0.15, "afterwards": 0.15})
+        self.check_notes(both, {"live": 0.18, "afterwards": 0.15})
         # The live lines were on the terminal as they were said.
         lines = [line for line in both[0].said if " Sam: " in line or " Them: " in line]
         self.assertGreater(len(lines), 8, both[0].said)
