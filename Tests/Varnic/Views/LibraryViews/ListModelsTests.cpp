@@ -145,7 +145,9 @@ TEST_F(ListModels, search_shows_titles_and_hits_and_opens_a_moment) {
     const QAbstractItemModelTester tester(&results, QAbstractItemModelTester::FailureReportingMode::Fatal);
     results.setModel(*model);
     EXPECT_EQ(results.count(), 0);
+    QSignalSpy changed(&results, &SearchResultsModel::countChanged);
     model->query = std::string("BUDGET");
+    ASSERT_TRUE(changed.wait());
     EXPECT_THAT(column(results, SearchResultsModel::text),
                 ElementsAre("Budget call", "Budget call", "Them: The budget is <fixed> now"));
     EXPECT_THAT(column(results, SearchResultsModel::isHeader), ElementsAre("true", "false", "false"));
