@@ -139,7 +139,7 @@ void typing(std::size_t notes) {
         const Cost cost = costOf([&] {
             model.query = query;
             for (const NoteMatch& match : model.searchResults()) {
-                hits += match.hits.size();
+                hits += match.hits->size();
             }
         });
         const Cost plain = costOf([&] { NoteSearch::search(query, model.notes()); });

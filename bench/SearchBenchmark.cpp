@@ -43,7 +43,7 @@ void compare(const std::string& term, const varnic::LibraryStore& store, const s
         ours.push_back(bench::costOf([&] {
             hits = 0;
             for (const auto& match : varnic::NoteSearch::search(term, notes)) {
-                hits += match.hits.size();
+                hits += match.hits->size();
             }
         }));
     }

@@ -51,7 +51,7 @@ void compare(const fs::path& file) {
     const long peak = peakMegabytes();
 
     // The same stretches of sound, found and read beforehand.
-    TrackListener listener(file, SpeechModels::detectorFile(data), {});
+    TrackListener listener({file, Speaker::them, {}}, SpeechModels::detectorFile(data), {});
     const std::vector<SpeechStretch> stretches = listener.find([](double) {});
     AudioReader reader = AudioReader::openMono(file, SpeechRecognizer::rate);
     std::vector<float> samples;

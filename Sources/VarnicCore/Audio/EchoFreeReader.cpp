@@ -34,6 +34,12 @@ std::size_t TrackBlocks::read(EchoFilter::Block& block) {
     return filled;
 }
 
+void TrackBlocks::seek(std::int64_t sample) {
+    reader_.seek(sample);
+    buffer_ = {};
+    next_ = 0;
+}
+
 EchoRemoval EchoFreeReader::learn(const std::filesystem::path& you, const std::filesystem::path& them,
                                   const std::function<void()>& reading) {
     EchoFreeReader reader(you, them, EchoRemoval());
@@ -62,6 +68,14 @@ bool EchoFreeReader::read(PcmBuffer& buffer) {
     buffer.channels.resize(1);
     buffer.channels.front().assign(you.begin(), you.begin() + static_cast<std::ptrdiff_t>(count));
     return count > 0;
+}
+
+void EchoFreeReader::seek(std::int64_t sample) {
+    you_.seek(sample);
+    them_.seek(sample);
+    removal_.interrupt();
+    held_ = 0;
+    taken_ = given_ = 0;
 }
 
 } // namespace varnic

@@ -20,6 +20,9 @@ public:
     /// Fills the block; gives how much of it is sound, less than the whole only at the end.
     std::size_t read(EchoFilter::Block& block);
 
+    /// Makes `read` go on at this sample.
+    void seek(std::int64_t sample);
+
 private:
     AudioReader reader_;
     PcmBuffer buffer_;
@@ -40,6 +43,9 @@ public:
 
     /// Replaces the buffer by the next sound, one channel at EchoRemoval::rate; false at the end.
     bool read(PcmBuffer& buffer);
+
+    /// Makes `read` go on at this sample. The echo of what was played before it is not known for half a second.
+    void seek(std::int64_t sample);
 
 private:
     TrackBlocks you_;

@@ -69,7 +69,7 @@ public:
 
     NoteHits search(const Note& note) {
         note_ = &note;
-        found_ = {};
+        found_.clear();
         tryText({note.displayTitle()}, {Field::title, {}, {}});
         for (const Block& block : note.blocks) {
             tryBlock(block);
@@ -77,15 +77,17 @@ public:
         if (note.call) {
             tryCall(*note.call);
         }
-        auto& hits = found_.hits;
-        std::ranges::stable_sort(hits, std::greater{}, &SearchHit::score);
-        for (const SearchHit& hit : hits) {
-            found_.score += hit.score;
+        if (found_.empty()) {
+            return {};
         }
-        if (std::ranges::any_of(hits, [](const SearchHit& hit) { return hit.field == Field::title; })) {
-            found_.score += titleBonus;
+        std::ranges::stable_sort(found_, std::greater{}, &SearchHit::score);
+        double score = std::ranges::any_of(found_, [](const SearchHit& hit) { return hit.field == Field::title; })
+                           ? titleBonus
+                           : 0;
+        for (const SearchHit& hit : found_) {
+            score += hit.score;
         }
-        return std::move(found_);
+        return {std::make_shared<const std::vector<SearchHit>>(std::move(found_)), score};
     }
 
 private:
@@ -135,14 +137,14 @@ private:
         }
         const std::string text = fmt::format("{}", fmt::join(pieces, ""));
         Snippet snippet = snip(text, found, snippetRadius);
-        found_.hits.push_back({note_->id, place.field, std::move(snippet.text), std::move(snippet.highlights),
-                               place.time, place.blockID, weight(place.field) * static_cast<double>(found.size())});
+        found_.push_back({note_->id, place.field, std::move(snippet.text), std::move(snippet.highlights), place.time,
+                          place.blockID, weight(place.field) * static_cast<double>(found.size())});
     }
 
     const SearchTerms& terms_;
     std::string folded_;
     const Note* note_ = nullptr;
-    NoteHits found_;
+    std::vector<SearchHit> found_;
 };
 
 std::vector<NoteHits> searchPart(const SearchTerms& terms, std::span<const Note* const> notes) {

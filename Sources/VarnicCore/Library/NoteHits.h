@@ -3,6 +3,7 @@
 #include "VarnicCore/Library/NoteSearch.h"
 #include "VarnicCore/Library/SearchTerms.h"
 
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -10,7 +11,8 @@ namespace varnic {
 
 /// What a search finds in one note, best first, and how good that is together.
 struct NoteHits {
-    std::vector<SearchHit> hits;
+    /// None where there is nothing.
+    std::shared_ptr<const std::vector<SearchHit>> hits;
     double score = 0;
 };
 

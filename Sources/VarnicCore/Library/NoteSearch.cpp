@@ -59,7 +59,7 @@ double weight(SearchHit::Field field) {
 std::vector<NoteMatch> ranked(std::span<const Note> notes, std::vector<NoteHits> found) {
     std::vector<Ranked> all;
     for (std::size_t i = 0; i < notes.size(); ++i) {
-        if (!found[i].hits.empty()) {
+        if (found[i].hits) {
             all.push_back({{&notes[i], std::move(found[i].hits)}, found[i].score});
         }
     }

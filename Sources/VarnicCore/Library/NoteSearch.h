@@ -3,6 +3,7 @@
 #include "VarnicCore/Library/Snippet.h"
 #include "VarnicCore/Models/Note.h"
 
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -42,7 +43,8 @@ double weight(SearchHit::Field field);
 struct NoteMatch {
     /// One of the notes that were searched.
     const Note* note = nullptr;
-    std::vector<SearchHit> hits;
+    /// Never none. Shared, since there may be tens of thousands that are asked for with every keystroke.
+    std::shared_ptr<const std::vector<SearchHit>> hits;
 };
 
 namespace NoteSearch {

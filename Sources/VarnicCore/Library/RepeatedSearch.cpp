@@ -23,7 +23,7 @@ void RepeatedSearch::take(std::vector<std::string> terms) {
         return;
     }
     if (narrows(terms, terms_)) {
-        std::erase_if(known_, [](const auto& entry) { return !entry.second.hits.empty(); });
+        std::erase_if(known_, [](const auto& entry) { return entry.second.hits != nullptr; });
     } else {
         known_.clear();
     }

@@ -2,6 +2,7 @@
 
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Transcript/Diarisation.h"
+#include "VarnicCore/Transcript/OverheardLines.h"
 
 #include <algorithm>
 #include <exception>
@@ -21,6 +22,24 @@ std::vector<Segment> linesOf(const std::vector<Segment>& segments, Speaker speak
     std::ranges::copy_if(segments, std::back_inserter(lines),
                          [speaker](const Segment& line) { return line.speaker == speaker; });
     return lines;
+}
+
+/// Both sides' lines as one transcript without those that the microphone only overheard.
+std::vector<Segment> transcript(const std::vector<Segment>& you, const std::vector<Segment>& them,
+                                const CallTracks& tracks, const std::stop_token& stop) {
+    std::vector<Segment> segments = Diarisation::merge(you, them);
+    if (!tracks.you || !tracks.them) {
+        return segments;
+    }
+    try {
+        return OverheardLines::remove(segments, *tracks.you, *tracks.them, [&stop] {
+            if (stop.stop_requested()) {
+                throw TranscriberError::failed("cancelled");
+            }
+        });
+    } catch (const std::exception&) {
+        return segments; // a line too many is better than none
+    }
 }
 
 /// Keeps the failure that stopped both transcriptions; the one that it stopped fails too, but only as a consequence.
@@ -72,23 +91,21 @@ CallProcessor::CallProcessor(std::shared_ptr<const Transcriber> speechWriter,
 
 Note CallProcessor::process(const Recording& recording, const DigestContext& context, const StageCallback& progress,
                             const std::stop_token& stop) const {
-    Sides sides;
-    std::optional<std::string> problem;
+    CallRecord call = recording.record();
     if (recording.live && !recording.live->empty()) {
-        sides = {linesOf(*recording.live, Speaker::you), linesOf(*recording.live, Speaker::them)};
+        call.segments = transcript(linesOf(*recording.live, Speaker::you), linesOf(*recording.live, Speaker::them),
+                                   recording.tracks, stop);
     } else {
         progress(ProcessingStage::transcribing(0));
         try {
-            sides = transcribeBoth(
+            const Sides sides = transcribeBoth(
                 recording.tracks, [&](double overall) { progress(ProcessingStage::transcribing(overall)); }, stop);
+            call.segments = transcript(sides.you, sides.them, recording.tracks, stop);
         } catch (const std::exception& error) {
-            problem = error.what();
+            call.problem = error.what();
         }
     }
-    CallRecord call = recording.record();
-    call.segments = Diarisation::merge(sides.you, sides.them);
     call.themName = context.themName;
-    call.problem = std::move(problem);
     if (call.segments.empty() && !call.problem) {
         call.problem = nobodyHeard;
     }
@@ -104,7 +121,7 @@ Note CallProcessor::retranscribe(const Note& note, const CallTracks& tracks, con
                                  const std::stop_token& stop) const {
     Note copy = note;
     const Sides sides = transcribeBoth(tracks, [](double /*overall*/) {}, stop);
-    const std::vector<Segment> segments = Diarisation::merge(sides.you, sides.them);
+    const std::vector<Segment> segments = transcript(sides.you, sides.them, tracks, stop);
     if (copy.call) {
         copy.call->segments = segments;
         copy.call->problem = segments.empty() ? std::optional<std::string>(nobodyHeard) : std::nullopt;

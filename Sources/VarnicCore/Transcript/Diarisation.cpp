@@ -15,12 +15,6 @@ constexpr double echoOverlap = 0.4;
 /// A line counts as at least this long (seconds) when overlaps are compared.
 constexpr double shortestLine = 0.01;
 
-bool overlapsAsEcho(const Segment& you, const Segment& them) {
-    const double overlap = std::max(0.0, std::min(you.end, them.end) - std::max(you.start, them.start));
-    const double shorter = std::min(you.duration(), std::max(them.duration(), shortestLine));
-    return overlap > echoOverlap * shorter;
-}
-
 bool isEcho(const Segment& line, const std::vector<Segment>& them, double threshold) {
     return std::ranges::any_of(them, [&](const Segment& heard) {
         return overlapsAsEcho(line, heard) && TextKit::similarity(line.text, heard.text) >= threshold;
@@ -28,6 +22,12 @@ bool isEcho(const Segment& line, const std::vector<Segment>& them, double thresh
 }
 
 } // namespace
+
+bool overlapsAsEcho(const Segment& you, const Segment& them) {
+    const double overlap = std::max(0.0, std::min(you.end, them.end) - std::max(you.start, them.start));
+    const double shorter = std::min(you.duration(), std::max(them.duration(), shortestLine));
+    return overlap > echoOverlap * shorter;
+}
 
 std::vector<Segment> merge(const std::vector<Segment>& you, const std::vector<Segment>& them, double echoThreshold) {
     std::vector<Segment> merged;

@@ -7,9 +7,12 @@
 /// The two sides of a call as one transcript, and views of it. Times in seconds. Pure.
 namespace varnic::Diarisation {
 
+/// Whether your line overlaps theirs for over 40 % of the shorter, as one does that the microphone overheard.
+bool overlapsAsEcho(const Segment& you, const Segment& them);
+
 /// Joins the two sides in order of their starts, and drops from your side what the microphone merely overheard of the
-/// other party: a line that overlaps one of theirs for over 40 % of the shorter and whose text is at least
-/// `echoThreshold` (0 to 1) similar to it. Blank lines are dropped too.
+/// other party: a line that overlaps one of theirs as an echo does and whose text is at least `echoThreshold` (0 to 1)
+/// similar to it. Blank lines are dropped too.
 std::vector<Segment> merge(const std::vector<Segment>& you, const std::vector<Segment>& them,
                            double echoThreshold = 0.5);
 

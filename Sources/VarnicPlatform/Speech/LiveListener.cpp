@@ -36,7 +36,10 @@ struct Ticket {
     std::atomic<bool> isCancelled = false;
 };
 
-struct End {};
+struct End {
+    /// The next request goes on with what is open.
+    bool isHandedOver = false;
+};
 
 /// Something that happens to a request: sound, seconds without sound, or its end.
 struct Event {
@@ -76,6 +79,9 @@ public:
     }
 
     [[nodiscard]] bool isClosed() const { return isClosed_; }
+
+    /// The request that was opened last.
+    std::atomic<const Ticket*> newest = nullptr;
 
     /// Replaces `events` by what has come, once it is worth it or nothing has come for `patience` (for ever without
     /// one); false when the queue is closed.
@@ -117,6 +123,7 @@ public:
     Request(std::shared_ptr<Queue> queue, OnResult onResult)
         : queue_(std::move(queue)), ticket_(std::make_shared<Ticket>()) {
         ticket_->onResult = std::move(onResult);
+        queue_->newest = ticket_.get();
     }
 
     Request(const Request&) = delete;
@@ -137,7 +144,7 @@ public:
     void skip(double seconds) override { push(seconds); }
 
     void endAudio() override {
-        push(End{});
+        push(End{.isHandedOver = queue_->newest != ticket_.get()});
         isEnded_ = true;
     }
 
@@ -240,7 +247,11 @@ private:
             session_->listener.skip(std::llround(*seconds * UtteranceListener::rate));
         } else {
             flush();
-            session_->listener.finish();
+            if (std::get<End>(event.what).isHandedOver) {
+                unheard_ = session_->listener.takeSound();
+            } else {
+                session_->listener.finish();
+            }
             session_.reset();
         }
     }
@@ -263,7 +274,8 @@ private:
                 ticket->onResult(result);
             }
         };
-        session_.emplace(Session{ticket, UtteranceListener(*voice_, decode, report), {}, {}});
+        session_.emplace(
+            Session{ticket, UtteranceListener(*voice_, decode, report, std::exchange(unheard_, {})), {}, {}});
     }
 
     void hear(const PcmBuffer& sound) {
@@ -326,6 +338,8 @@ private:
     /// The request whose events come now; its session ends before it where an error does.
     std::shared_ptr<Ticket> last_;
     std::optional<Session> session_;
+    /// Sound of the request before it that is to be heard in the next session.
+    std::vector<float> unheard_;
     /// Whether the open utterance was heard in the pause of delivery that lasts.
     bool isHeard_ = false;
 };

@@ -105,12 +105,17 @@ void LiveRecognizer::cancel() {
     }
 }
 
-/// The old request goes on by itself until its last result.
+/// The old request goes on by itself until its last result, unless the new one takes over in the middle of its sound.
 void LiveRecognizer::rotate(double at) {
-    if (request_) {
-        request_->endAudio();
+    const std::unique_ptr<SpeechRequest> old = std::move(request_);
+    const bool goesOn = at - fed_ <= tolerance;
+    if (old && !goesOn) {
+        old->endAudio();
     }
     request_ = makeRequest_([handler = handler_, at](const SpeechResult& result) { handler->take(result, at); });
+    if (old && goesOn) {
+        old->endAudio();
+    }
     chunkStart_ = at;
     fed_ = at;
 }

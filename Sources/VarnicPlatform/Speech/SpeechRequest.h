@@ -39,7 +39,8 @@ public:
     /// So many seconds pass in which there is no sound.
     virtual void skip(double seconds) = 0;
 
-    /// No more sound will come: the open utterance gets its final result.
+    /// No more sound will come: the open utterance gets its final result, here or, where another request was opened
+    /// already, there, with times before the beginning of that one.
     virtual void endAudio() = 0;
 
     /// Gives up what is open; no result begins to be reported any more.

@@ -54,9 +54,11 @@ float levelOf(std::span<const float> samples) {
 } // namespace
 
 UtteranceListener::UtteranceListener(LiveVoice& voice, StretchHearing::Decode decode, SpeechRequest::OnResult report,
-                                     Clock clock)
-    : voice_(voice), decode_(std::move(decode)), report_(std::move(report)), clock_(std::move(clock)) {
+                                     std::span<const float> before, Clock clock)
+    : voice_(voice), decode_(std::move(decode)), report_(std::move(report)), clock_(std::move(clock)),
+      first_(-std::ssize(before)), position_(first_) {
     voice_.interrupt();
+    add(before);
 }
 
 void UtteranceListener::add(std::span<const float> samples) {

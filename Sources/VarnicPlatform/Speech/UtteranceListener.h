@@ -23,9 +23,10 @@ public:
     using Clock = std::function<double()>;
 
     /// `voice` must outlive it. An error that `decode` throws costs the words of the utterance, no more. The slower
-    /// decoding is by the clock, the fewer unfinished results there are.
+    /// decoding is by the clock, the fewer unfinished results there are. `before` is sound from before the request
+    /// that is still to be heard. Throws TranscriberError where the speech detector fails.
     UtteranceListener(LiveVoice& voice, StretchHearing::Decode decode, SpeechRequest::OnResult report,
-                      Clock clock = HostClock::now);
+                      std::span<const float> before = {}, Clock clock = HostClock::now);
 
     /// The next samples at `rate`. Reports the final result of each utterance whose end is in them. Throws
     /// TranscriberError where the speech detector fails.
@@ -40,6 +41,9 @@ public:
 
     /// Ends the open utterance, if there is one, with its final result. More may follow.
     void finish();
+
+    /// The sound that another listener has to hear to go on with the open utterance; this one is done then.
+    std::vector<float> takeSound() { return std::move(sound_); }
 
     [[nodiscard]] bool isOpen() const { return open_; }
 

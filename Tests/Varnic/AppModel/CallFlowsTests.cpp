@@ -50,7 +50,7 @@ protected:
         prepare();
     }
 
-    ~CallFlowsTests() override { Permissions::override.reset(); }
+    void TearDown() override { Permissions::override.reset(); }
 
     void prepare() {
         model->settings.liveTranscript = false;

@@ -20,8 +20,8 @@ using testing::SizeIs;
 class ScriptedEngine {
 public:
     RecordingController::MakeRecognizer factory() {
-        return [this](Speaker speaker, const std::string&, LiveRecognizer::Lines onPartial,
-                      LiveRecognizer::Lines onCommit) {
+        return [this](Speaker speaker, const std::string&, const LiveRecognizer::Lines& onPartial,
+                      const LiveRecognizer::Lines& onCommit) {
             partial[speaker] = onPartial;
             commit[speaker] = onCommit;
             return std::make_unique<LiveRecognizer>(

@@ -23,7 +23,7 @@ protected:
         EXPECT_TRUE(waitUntil([] { return runProgram({"dunstctl", "is-paused"}) == 0; }));
     }
 
-    ~NotificationsTest() override {
+    void TearDown() override {
         server.kill();
         server.waitForFinished();
     }

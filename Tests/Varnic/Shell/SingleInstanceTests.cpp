@@ -19,7 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using testing::ElementsAre;
 using testing::StartsWith;
 
 /// Whole programs on a library of their own; see Tests/fixtures/shell_worker.cpp.

@@ -19,7 +19,9 @@ public Q_SLOTS:
         qmlRegisterSingletonInstance("Varnic.Tests", 1, 0, "Portal", portal_.get());
     }
 
-    void qmlEngineAvailable(QQmlEngine* engine) { engine->addImportPath("qrc:/qt/qml"); }
+    void qmlEngineAvailable(QQmlEngine* engine) { // NOLINT(readability-convert-member-functions-to-static): the same
+        engine->addImportPath("qrc:/qt/qml");
+    }
 
     void cleanupTestCase() { portal_.reset(); }
 

@@ -2,7 +2,9 @@
 
 #include "VarnicCore/Audio/AudioMix.h"
 #include "VarnicCore/TemporaryFolder.h"
+#include "VarnicCore/Transcript/OverheardLines.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -73,16 +75,20 @@ struct Place {
     double late;
 };
 
-class EchoPlaceTests : public testing::TestWithParam<Place> {};
+class EchoPlaceTests : public testing::TestWithParam<Place> {
+protected:
+    EchoPlaceTests() {
+        AudioMix::write(call.microphone, you, false);
+        AudioMix::write(call.them, them, false);
+    }
+
+    TemporaryFolder folder;
+    Call call{GetParam().down, GetParam().late, trackRate};
+    std::filesystem::path you = folder.path() / "you.caf";
+    std::filesystem::path them = folder.path() / "them.caf";
+};
 
 TEST_P(EchoPlaceTests, read_callWithEcho_keepsYourWordsAndNothingElse) {
-    const TemporaryFolder folder;
-    const Call call(GetParam().down, GetParam().late, trackRate);
-    const auto you = folder.path() / "you.caf";
-    const auto them = folder.path() / "them.caf";
-    AudioMix::write(call.microphone, you, false);
-    AudioMix::write(call.them, them, false);
-
     EchoFreeReader reader(you, them, EchoFreeReader::learn(you, them, [] {}));
     std::vector<float> cleaned;
     for (PcmBuffer buffer; reader.read(buffer);) {
@@ -99,6 +105,23 @@ TEST_P(EchoPlaceTests, read_callWithEcho_keepsYourWordsAndNothingElse) {
         EXPECT_NEAR(decibels(cleaned, at, at + 0.15, rate), decibels(call.yours, at, at + 0.15, trackRate), 2) << at;
     }
     EXPECT_NEAR(decibels(cleaned, 18, 20, rate), decibels(call.yours, 18, 20, trackRate), 1);
+}
+
+TEST_P(EchoPlaceTests, remove_linesOfARunningCall_takesThoseThatAreEcho) {
+    const std::vector<Segment> transcript{Segment(Speaker::them, 1, 6, "What they say"),
+                                          Segment(Speaker::you, 1, 5.9, "Was day stay"),
+                                          Segment(Speaker::them, 6, 16, "and say"),
+                                          Segment(Speaker::you, 8.1, 11.9, "what you say over it"),
+                                          Segment(Speaker::you, 13, 15, "an stay"),
+                                          Segment(Speaker::you, 18, 20, "what you say then"),
+                                          Segment(Speaker::them, 17.5, 20, "Nothing, really"),
+                                          Segment(Speaker::you, 40, 41, "behind the end")};
+    std::vector<std::string> left;
+    for (const Segment& line : OverheardLines::remove(transcript, you, them, [] {})) {
+        left.push_back(line.text);
+    }
+    EXPECT_THAT(left, testing::ElementsAre("What they say", "and say", "what you say over it", "what you say then",
+                                           "Nothing, really", "behind the end"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Echoes, EchoPlaceTests,

@@ -8,7 +8,6 @@ namespace varnic {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 /// What a start that fails says.
 std::string failure(Recorder& recorder) {

@@ -52,8 +52,10 @@ protected:
     std::vector<double> heard;
     std::vector<SpeechResult> results;
     LiveVoice voice{std::nullopt};
-    UtteranceListener listener{voice, [this](std::span<const float> samples) { return decode(samples); },
+    UtteranceListener listener{voice,
+                               [this](std::span<const float> samples) { return decode(samples); },
                                [this](const SpeechResult& result) { results.push_back(result); },
+                               {},
                                [this] { return now; }};
 };
 
@@ -154,6 +156,19 @@ TEST_F(UtteranceListenerTest, skip_whileSpeaking_endsTheUtteranceAndKeepsTheTime
     EXPECT_NEAR(results.at(1).words.at(0).start, 42, 0.05);
     EXPECT_NEAR(results.at(1).words.at(1).end(), 44.2, 0.05);
     EXPECT_LT(heard.at(1), 2.6);
+}
+
+TEST_F(UtteranceListenerTest, takeSound_whileSpeaking_isHeardWithWhatFollowsBeforeTheBeginning) {
+    hear(1, false);
+    hear(2.001, true);
+    listener.offerPartial(false);
+    UtteranceListener next{voice, [this](std::span<const float> samples) { return decode(samples); },
+                           [this](const SpeechResult& result) { results.push_back(result); }, listener.takeSound()};
+    next.finish();
+    EXPECT_EQ(texts(), (Texts{"…Nr. 1", "Nr. 2"}));
+    EXPECT_NEAR(results.at(1).words.at(0).start, -2, 0.05);
+    EXPECT_NEAR(results.at(1).words.at(1).end(), 0, 0.05);
+    EXPECT_NEAR(heard.at(1), 2.4, 0.15);
 }
 
 TEST_F(UtteranceListenerTest, add_engineFailsOrHearsNothing_onlyThatUtteranceIsLost) {

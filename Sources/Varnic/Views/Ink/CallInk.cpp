@@ -36,7 +36,7 @@ double CallInk::xOf(double time, double width) const {
     return duration_ > 0 ? std::clamp(time / duration_, 0.0, 1.0) * width : 0;
 }
 
-QString CallInk::stamp(double time) const {
+QString CallInk::stamp(double time) {
     return QString::fromStdString(Clock::stamp(time));
 }
 

@@ -33,7 +33,7 @@ public:
     /// Where a moment lies on a timeline of this width.
     Q_INVOKABLE double xOf(double time, double width) const;
     /// A moment as the transcript writes it.
-    Q_INVOKABLE QString stamp(double time) const;
+    Q_INVOKABLE static QString stamp(double time);
     /// The moment `by` later (or earlier, below 0), within the call.
     Q_INVOKABLE double step(double time, double by) const;
 

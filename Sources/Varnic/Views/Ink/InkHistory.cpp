@@ -22,7 +22,7 @@ void InkHistory::append(InkSample sample) {
 
 InkPen::Levels InkHistory::at(std::int64_t index) const {
     const InkSample& sample = samples_[static_cast<std::size_t>(index - first_)];
-    return {.you = sample.you, .them = sample.them};
+    return {.you = static_cast<double>(sample.you), .them = static_cast<double>(sample.them)};
 }
 
 InkPen::Levels InkHistory::latest() const {

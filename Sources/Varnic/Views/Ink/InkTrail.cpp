@@ -13,6 +13,18 @@ namespace {
 constexpr double nibRoom = 46;
 constexpr double margin = 4;
 
+InkTrail::Leader leaderOf(InkPen::Ink ink) {
+    switch (ink) {
+    case InkPen::Ink::you:
+        return InkTrail::You;
+    case InkPen::Ink::them:
+        return InkTrail::Them;
+    case InkPen::Ink::quiet:
+        break;
+    }
+    return InkTrail::Quiet;
+}
+
 } // namespace
 
 InkTrail::InkTrail(QQuickItem* parent) : QQuickPaintedItem(parent) {
@@ -78,8 +90,7 @@ void InkTrail::follow() {
         const InkPen::Point point = InkPen::point(static_cast<double>(history_->end() - 1),
                                                   std::max(levels.you, levels.them), InkStrip::line(setting()));
         head = QPointF(point.x - left(), point.y);
-        const InkPen::Ink ink = InkPen::ink(levels);
-        leader = ink == InkPen::Ink::quiet ? Quiet : ink == InkPen::Ink::you ? You : Them;
+        leader = leaderOf(InkPen::ink(levels));
     }
     if (head != head_ || leader != leader_) {
         head_ = head;

@@ -26,7 +26,7 @@ MainMenu::MainMenu(AppModel& model, QObject* parent) : QAbstractListModel(parent
 }
 
 void MainMenu::refresh() {
-    Q_EMIT dataChanged(index(0), index(rowCount() - 1), {label, isEnabled, isChecked});
+    Q_EMIT dataChanged(index(0), index(rowCount() - 1), {caption, isEnabled, isChecked});
 }
 
 void MainMenu::perform(int row) const {
@@ -46,7 +46,7 @@ QVariant MainMenu::data(const QModelIndex& index, int role) const {
     const Row& row = rows_[static_cast<std::size_t>(index.row())];
     const QString keys = QString::fromStdString(row.entry.shortcut);
     switch (role) {
-    case label:
+    case caption:
         return QString::fromStdString(row.entry.text());
     case shortcut:
         return keys;
@@ -68,7 +68,7 @@ QVariant MainMenu::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> MainMenu::roleNames() const {
-    return {{label, "label"},         {shortcut, "shortcut"},       {shortcutText, "shortcutText"},
+    return {{caption, "caption"},     {shortcut, "shortcut"},       {shortcutText, "shortcutText"},
             {isEnabled, "isEnabled"}, {isCheckable, "isCheckable"}, {isChecked, "isChecked"},
             {menuTitle, "menuTitle"}, {beginsGroup, "beginsGroup"}};
 }

@@ -20,7 +20,7 @@ class MainMenu : public QAbstractListModel {
 
 public:
     enum Role {
-        label = Qt::UserRole,
+        caption = Qt::UserRole,
         /// As Shortcut.sequence takes it; may be empty.
         shortcut,
         /// As the user reads it.

@@ -13,7 +13,7 @@ Theme.PaperMenuItem {
     required property bool isCheckable
     required property bool isChecked
     required property bool isEnabled
-    required property string label
+    required property string caption
     required property string menuTitle
     required property string shortcutText
 
@@ -22,7 +22,7 @@ Theme.PaperMenuItem {
     enabled: isEnabled
     implicitHeight: 28 + topInset
     keys: shortcutText
-    text: label
+    text: caption
     topInset: menuTitle !== "" ? (index === 0 ? 22 : 32) : beginsGroup ? 9 : 0
     topPadding: topInset
 

@@ -26,14 +26,14 @@ void SearchResultsModel::componentComplete() {
 void SearchResultsModel::setModel(AppModel& model) {
     model_ = &model;
     timer_.setSingleShot(true);
-    timer_.setInterval(refreshDelay);
     connect(&timer_, &QTimer::timeout, this, &SearchResultsModel::search);
     connect(&model, &AppModel::notesChanged, this, [this] {
         if (!timer_.isActive()) {
-            timer_.start();
+            timer_.start(refreshDelay);
         }
     });
-    watchers_.push_back(model.query.addNotifier([this] { search(); }));
+    // Keys that were pressed during a long search make one search together.
+    watchers_.push_back(model.query.addNotifier([this] { timer_.start(0); }));
     search();
 }
 
@@ -43,7 +43,7 @@ void SearchResultsModel::search() {
     for (NoteMatch& match : model_->searchResults()) {
         fresh.push_back({match.note->id, QString::fromStdString(match.note->displayTitle()).simplified(),
                          std::move(match.hits), row});
-        row += fresh.back().hits.size() + 1;
+        row += fresh.back().hits->size() + 1;
     }
     const auto isSame = [](const Result& a, const Result& b) {
         return a.note == b.note && a.title == b.title && a.hits == b.hits;
@@ -63,7 +63,7 @@ const SearchResultsModel::Result& SearchResultsModel::resultAt(std::size_t row) 
 }
 
 const SearchHit* SearchResultsModel::hitAt(const Result& result, std::size_t row) {
-    return row == result.firstRow ? nullptr : &result.hits[row - result.firstRow - 1];
+    return row == result.firstRow ? nullptr : &(*result.hits)[row - result.firstRow - 1];
 }
 
 int SearchResultsModel::rowCount(const QModelIndex& parent) const {

@@ -9,6 +9,7 @@
 #include <QtQmlIntegration>
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 namespace varnic {
@@ -57,7 +58,7 @@ private:
     struct Result {
         Uuid note;
         QString title;
-        std::vector<SearchHit> hits;
+        std::shared_ptr<const std::vector<SearchHit>> hits;
         /// The row of the title.
         std::size_t firstRow = 0;
     };

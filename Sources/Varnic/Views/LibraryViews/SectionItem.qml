@@ -11,7 +11,7 @@ Item {
     readonly property bool isCurrent: ListView.isCurrentItem
     readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
     required property int section
-    required property string symbol
+    required property string symbolName
     required property string title
 
     function choose() {
@@ -44,7 +44,7 @@ Item {
         anchors.leftMargin: Theme.Space.s
         anchors.verticalCenter: parent.verticalCenter
         color: item.isCurrent ? Theme.Palette.you : Theme.Palette.inkSoft
-        name: item.symbol
+        name: item.symbolName
         size: 13
         weight: Font.Medium
     }

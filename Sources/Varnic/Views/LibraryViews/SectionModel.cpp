@@ -89,7 +89,7 @@ QVariant SectionModel::data(const QModelIndex& index, int role) const {
         return row.title;
     case section:
         return static_cast<int>(row.id);
-    case symbol:
+    case symbolName:
         return row.symbol;
     case badge:
         return row.badge;
@@ -99,7 +99,7 @@ QVariant SectionModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> SectionModel::roleNames() const {
-    return {{title, "title"}, {section, "section"}, {symbol, "symbol"}, {badge, "badge"}};
+    return {{title, "title"}, {section, "section"}, {symbolName, "symbolName"}, {badge, "badge"}};
 }
 
 } // namespace varnic

@@ -32,7 +32,7 @@ class SectionModel : public RowModel<SectionRow>, public QQmlParserStatus {
     Q_PROPERTY(int currentRow READ currentRow NOTIFY currentRowChanged)
 
 public:
-    enum Role { title = Qt::UserRole, section, symbol, badge };
+    enum Role { title = Qt::UserRole, section, symbolName, badge };
 
     explicit SectionModel(QObject* parent = nullptr) : RowModel<SectionRow>(parent) {}
 

@@ -29,7 +29,7 @@ bool Toast::undoable() const {
     return shows() && model_.toast.value()->undo;
 }
 
-void Toast::undo() {
+void Toast::undo() const {
     if (undoable()) {
         // A copy, since undoing may show another notice.
         const auto undo = model_.toast.value()->undo;

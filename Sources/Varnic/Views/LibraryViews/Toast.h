@@ -32,7 +32,7 @@ public:
     [[nodiscard]] QString symbol() const;
     [[nodiscard]] bool undoable() const;
 
-    Q_INVOKABLE void undo();
+    Q_INVOKABLE void undo() const;
 
     Q_INVOKABLE void dismiss() { model_.toast = std::nullopt; }
 

@@ -215,7 +215,7 @@ void NoteModel::setEmailBody(const QString& body) {
     editEmail([&body](EmailDraft& email) { email.body = body.toStdString(); });
 }
 
-QStringList NoteModel::exportTitles() const {
+QStringList NoteModel::exportTitles() {
     QStringList titles;
     for (const ExportFormat format : allExportFormats) {
         titles << text(std::string(varnic::title(format)) + "…");

@@ -103,7 +103,7 @@ public:
     void setEmailSubject(const QString& subject);
     [[nodiscard]] QString emailBody() const;
     void setEmailBody(const QString& body);
-    [[nodiscard]] QStringList exportTitles() const;
+    [[nodiscard]] static QStringList exportTitles();
     [[nodiscard]] bool transcriptShown() const;
     void setTranscriptShown(bool shown);
 

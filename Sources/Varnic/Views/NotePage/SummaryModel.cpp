@@ -78,7 +78,7 @@ QString SummaryModel::askHelp() const {
     return shown("Sends this call’s transcript to " + settings().destination());
 }
 
-QString SummaryModel::localHelp() const {
+QString SummaryModel::localHelp() {
     return shown("Go back to the summary made on this Mac");
 }
 

@@ -47,7 +47,7 @@ public:
     [[nodiscard]] QString asking() const;
     [[nodiscard]] QString askTitle() const;
     [[nodiscard]] QString askHelp() const;
-    [[nodiscard]] QString localHelp() const;
+    [[nodiscard]] static QString localHelp();
     [[nodiscard]] QString privacy() const;
     [[nodiscard]] bool staysHere() const;
     [[nodiscard]] QString aiError() const;

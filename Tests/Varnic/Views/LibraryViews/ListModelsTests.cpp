@@ -33,33 +33,33 @@ Block todo(const char* text) {
 class ListModels : public testing::Test {
 protected:
     Uuid add(std::string title, int minutesAgo, std::vector<Block> blocks = {}) {
-        const Uuid id = model_->newNote(std::move(title), std::move(blocks));
-        model_->update(id, false, [&](Note& note) { note.created -= std::chrono::minutes(minutesAgo); });
+        const Uuid id = model->newNote(std::move(title), std::move(blocks));
+        model->update(id, false, [&](Note& note) { note.created -= std::chrono::minutes(minutesAgo); });
         return id;
     }
 
     void makeCall(Uuid id, std::vector<Segment> segments) {
-        model_->update(id, false, [&](Note& note) {
+        model->update(id, false, [&](Note& note) {
             note.call = CallRecord{.startedAt = note.created, .duration = 60, .segments = std::move(segments)};
         });
     }
 
-    ScratchModel model_;
+    ScratchModel model;
 };
 
 TEST_F(ListModels, pinning_moves_one_row_and_the_selection_with_it) {
     add("Old", 10);
     add("New", 0);
-    const Uuid old = model_->notes().back().id;
+    const Uuid old = model->notes().back().id;
     NoteListModel list;
     const QAbstractItemModelTester tester(&list, QAbstractItemModelTester::FailureReportingMode::Fatal);
-    list.setModel(*model_);
-    model_->selection = old;
+    list.setModel(*model);
+    model->selection = old;
     ASSERT_THAT(column(list, NoteListModel::title), ElementsAre("New", "Old"));
     EXPECT_EQ(list.currentRow(), 1);
     const QSignalSpy moved(&list, &QAbstractItemModel::rowsMoved);
     const QSignalSpy reset(&list, &QAbstractItemModel::modelReset);
-    model_->togglePin(old);
+    model->togglePin(old);
     EXPECT_THAT(column(list, NoteListModel::title), ElementsAre("Old", "New"));
     EXPECT_EQ(list.currentRow(), 0);
     EXPECT_EQ(moved.count(), 1);
@@ -70,9 +70,9 @@ TEST_F(ListModels, typing_changes_the_row_of_its_note_only) {
     add("Other", 10);
     const Uuid id = add("Plan", 0);
     NoteListModel list;
-    list.setModel(*model_);
+    list.setModel(*model);
     const QSignalSpy changed(&list, &QAbstractItemModel::dataChanged);
-    model_->update(id, false, [](Note& note) { note.blocks.front().text = "Hello"; });
+    model->update(id, false, [](Note& note) { note.blocks.front().text = "Hello"; });
     ASSERT_EQ(changed.count(), 1);
     EXPECT_EQ(changed.front().front().toModelIndex().row(), 0);
     EXPECT_THAT(column(list, NoteListModel::preview), ElementsAre("Hello", "Empty note"));
@@ -82,20 +82,20 @@ TEST_F(ListModels, sections_show_their_notes) {
     add("Plan", 10);
     makeCall(add("Call", 0), {});
     NoteListModel list;
-    list.setModel(*model_);
-    model_->section = LibrarySection::calls;
+    list.setModel(*model);
+    model->section = LibrarySection::calls;
     EXPECT_THAT(column(list, NoteListModel::title), ElementsAre("Call"));
-    model_->section = LibrarySection::notes;
+    model->section = LibrarySection::notes;
     EXPECT_THAT(column(list, NoteListModel::title), ElementsAre("Plan"));
 }
 
 TEST_F(ListModels, dates_change_at_midnight) {
     const Uuid id = add("Plan", 0);
-    model_->update(id, false, [](Note& note) { note.modified = parseDate("2026-03-10T08:05:00Z"); });
+    model->update(id, false, [](Note& note) { note.modified = parseDate("2026-03-10T08:05:00Z"); });
     Date now = parseDate("2026-03-10T23:59:59Z");
     NoteListModel list;
     list.now = [&now] { return now; };
-    list.setModel(*model_);
+    list.setModel(*model);
     const QSignalSpy changed(&list, &QAbstractItemModel::dataChanged);
     list.followCalendar();
     EXPECT_THAT(column(list, NoteListModel::date), ElementsAre("08:05"));
@@ -110,8 +110,8 @@ TEST_F(ListModels, keys_stop_at_the_ends) {
     add("B", 10);
     add("A", 0);
     NoteListModel list;
-    list.setModel(*model_);
-    model_->selection = std::nullopt;
+    list.setModel(*model);
+    model->selection = std::nullopt;
     EXPECT_TRUE(list.moveByKey(Qt::Key_Down, 5));
     EXPECT_EQ(list.currentRow(), 0);
     list.moveByKey(Qt::Key_PageDown, 5);
@@ -126,11 +126,11 @@ TEST_F(ListModels, keys_stop_at_the_ends) {
 TEST_F(ListModels, running_recording_stands_first_and_has_no_menu) {
     add("Plan", 0);
     NoteListModel list;
-    list.setModel(*model_);
-    RecordAction record(*model_);
-    model_->recorder().makeRecognizer = [](auto&&...) { return nullptr; };
+    list.setModel(*model);
+    RecordAction record(*model);
+    model->recorder().makeRecognizer = [](auto&&...) { return nullptr; };
     const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you});
-    QCoro::waitFor(model_->recorder().start(Uuid::random(), model_.folder() / "audio", capture, std::nullopt, "Zoom"));
+    QCoro::waitFor(model->recorder().start(Uuid::random(), model.folder() / "audio", capture, std::nullopt, "Zoom"));
     ASSERT_EQ(list.count(), 2);
     EXPECT_TRUE(list.data(list.index(0), NoteListModel::isLive).toBool());
     list.select(0);
@@ -138,18 +138,18 @@ TEST_F(ListModels, running_recording_stands_first_and_has_no_menu) {
     EXPECT_EQ(record.accessibleName(), "Stop recording");
     EXPECT_EQ(record.stopText(), "Stop · 0:00");
     EXPECT_TRUE(record.isEnabled());
-    model_->recorder().discard();
+    model->recorder().discard();
     EXPECT_EQ(list.count(), 1);
     EXPECT_EQ(record.accessibleName(), "Record call");
 }
 
 TEST_F(ListModels, record_does_nothing_while_stopping) {
-    RecordAction record(*model_);
+    RecordAction record(*model);
     std::vector<bool> enabled;
     QObject::connect(&record, &RecordAction::stateChanged, &record, [&] { enabled.push_back(record.isEnabled()); });
     const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you});
-    QCoro::waitFor(model_->recorder().start(Uuid::random(), model_.folder() / "audio", capture, std::nullopt, "Zoom"));
-    QCoro::waitFor(model_->recorder().stop());
+    QCoro::waitFor(model->recorder().start(Uuid::random(), model.folder() / "audio", capture, std::nullopt, "Zoom"));
+    QCoro::waitFor(model->recorder().stop());
     // Starting, recording, stopping, idle.
     EXPECT_THAT(enabled, ElementsAre(false, true, false, true));
 }
@@ -160,30 +160,32 @@ TEST_F(ListModels, search_shows_titles_and_hits_and_opens_a_moment) {
     add("Something else", 5);
     SearchResultsModel results;
     const QAbstractItemModelTester tester(&results, QAbstractItemModelTester::FailureReportingMode::Fatal);
-    results.setModel(*model_);
+    results.setModel(*model);
     EXPECT_EQ(results.count(), 0);
-    model_->query = std::string("BUDGET");
+    QSignalSpy changed(&results, &SearchResultsModel::countChanged);
+    model->query = std::string("BUDGET");
+    ASSERT_TRUE(changed.wait());
     EXPECT_THAT(column(results, SearchResultsModel::text),
                 ElementsAre("Budget call", "Budget call", "Them: The budget is <fixed> now"));
     EXPECT_THAT(column(results, SearchResultsModel::isHeader), ElementsAre("true", "false", "false"));
     EXPECT_THAT(column(results, SearchResultsModel::stamp), ElementsAre("", "", "1:05"));
     EXPECT_THAT(column(results, SearchResultsModel::markedText).back(),
                 "Them: The <mark>budget</mark> is &lt;fixed&gt; now");
-    Library library(*model_);
+    Library library(*model);
     library.openHit(QString::fromStdString(call.text()),
                     results.data(results.index(2), SearchResultsModel::time).toDouble());
-    EXPECT_EQ(model_->selection.value(), call);
-    EXPECT_EQ(model_->seek.value(), (AppModel::Seek{call, 65}));
+    EXPECT_EQ(model->selection.value(), call);
+    EXPECT_EQ(model->seek.value(), (AppModel::Seek{call, 65}));
 }
 
 TEST_F(ListModels, results_follow_the_notes) {
     const Uuid id = add("Plan", 0);
     SearchResultsModel results;
-    results.setModel(*model_);
-    model_->query = std::string("budget");
+    results.setModel(*model);
+    model->query = std::string("budget");
     EXPECT_EQ(results.count(), 0);
     QSignalSpy changed(&results, &SearchResultsModel::countChanged);
-    model_->update(id, false, [](Note& note) { note.title = "Budget"; });
+    model->update(id, false, [](Note& note) { note.title = "Budget"; });
     ASSERT_TRUE(changed.count() == 1 || changed.wait());
     EXPECT_EQ(results.count(), 2);
 }
@@ -193,11 +195,11 @@ TEST_F(ListModels, todos_stand_under_their_notes_until_they_are_done) {
     const Uuid first = add("First", 0, {todo("Write"), todo("Send")});
     TodoListModel todos;
     const QAbstractItemModelTester tester(&todos, QAbstractItemModelTester::FailureReportingMode::Fatal);
-    todos.setModel(*model_);
+    todos.setModel(*model);
     EXPECT_THAT(column(todos, TodoListModel::text), ElementsAre("First", "Write", "Send", "Later", "Rest"));
-    model_->toggleTodo(first, model_->note(first)->blocks.front().id);
+    model->toggleTodo(first, model->note(first)->blocks.front().id);
     EXPECT_THAT(column(todos, TodoListModel::text), ElementsAre("First", "Send", "Later", "Rest"));
-    model_->toggleTodo(first, model_->note(first)->blocks.back().id);
+    model->toggleTodo(first, model->note(first)->blocks.back().id);
     EXPECT_THAT(column(todos, TodoListModel::text), ElementsAre("Later", "Rest"));
 }
 
@@ -205,7 +207,7 @@ TEST_F(ListModels, decks_count_their_cards) {
     add("One", 0, {Block::flashcard("Q", "A")});
     add("Two", 5, {Block::flashcard("Q", "A"), Block::flashcard("R", "A")});
     DeckListModel decks;
-    decks.setModel(*model_);
+    decks.setModel(*model);
     EXPECT_THAT(column(decks, DeckListModel::title), ElementsAre("Two", "One"));
     EXPECT_THAT(column(decks, DeckListModel::total), ElementsAre("2 cards", "1 card"));
     EXPECT_THAT(column(decks, DeckListModel::due), ElementsAre("2 due", "1 due"));
@@ -213,7 +215,7 @@ TEST_F(ListModels, decks_count_their_cards) {
 
 TEST_F(ListModels, badges_count_and_hide_at_none) {
     SectionModel sections;
-    sections.setModel(*model_);
+    sections.setModel(*model);
     EXPECT_THAT(column(sections, SectionModel::badge), ElementsAre("", "", "", ""));
     EXPECT_THAT(column(sections, SectionModel::title), ElementsAre("All Notes", "Calls", "To-dos", "Flashcards"));
     QSignalSpy changed(&sections, &QAbstractItemModel::dataChanged);

@@ -18,9 +18,9 @@ namespace {
 class MainWindowTest : public testing::Test {
 protected:
     void open() {
-        main_.emplace(*model_, [this] { ++quits_; });
-        model_.load();
-        main_->activate();
+        mainWindow.emplace(*model, [this] { ++quits; });
+        model.load();
+        mainWindow->activate();
         // Lists and page follow the first picture.
         ASSERT_TRUE(waitUntil([this] { return shown("noteList") != nullptr; }));
     }
@@ -37,7 +37,7 @@ protected:
 
     [[nodiscard]] std::vector<QQuickItem*> shownItems() const {
         std::vector<QQuickItem*> items;
-        collect(main_->window().contentItem(), items);
+        collect(mainWindow->window().contentItem(), items);
         return items;
     }
 
@@ -58,65 +58,65 @@ protected:
     }
 
     void press(int key, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::keyClick(&main_->window(), static_cast<Qt::Key>(key), modifiers);
+        QTest::keyClick(&mainWindow->window(), static_cast<Qt::Key>(key), modifiers);
     }
 
-    ScratchModel model_;
-    std::optional<MainWindow> main_;
-    int quits_ = 0;
+    ScratchModel model;
+    std::optional<MainWindow> mainWindow;
+    int quits = 0;
 };
 
 TEST_F(MainWindowTest, empty_library_says_what_to_do) {
     open();
     EXPECT_NE(shown("emptyList"), nullptr);
     press(Qt::Key_N, Qt::ControlModifier);
-    EXPECT_EQ(model_->notes().size(), 1U);
+    EXPECT_EQ(model->notes().size(), 1U);
     EXPECT_TRUE(waitUntil([this] { return shown("emptyList") == nullptr; }));
 }
 
 TEST_F(MainWindowTest, search_replaces_any_list_and_gives_it_back) {
-    model_->newNote("Budget");
+    model->newNote("Budget");
     open();
     for (const auto section : {LibrarySection::all, LibrarySection::todos, LibrarySection::cards}) {
-        model_->section = section;
+        model->section = section;
         EXPECT_EQ(shown("searchResults"), nullptr);
         press(Qt::Key_F, Qt::ControlModifier);
         for (const int key : {Qt::Key_B, Qt::Key_U}) {
             press(key);
         }
-        EXPECT_EQ(model_->query.value(), "bu");
+        EXPECT_EQ(model->query.value(), "bu");
         EXPECT_NE(shown("searchResults"), nullptr);
         press(Qt::Key_Escape);
-        EXPECT_EQ(model_->query.value(), "");
+        EXPECT_EQ(model->query.value(), "");
         EXPECT_TRUE(waitUntil([this] { return shown("searchResults") == nullptr; }));
     }
 }
 
 TEST_F(MainWindowTest, arrows_select_and_delete_deletes) {
-    const Uuid old = model_->newNote("Old");
-    model_->update(old, false, [](Note& note) { note.created -= std::chrono::hours(1); });
-    const Uuid fresh = model_->newNote("New");
+    const Uuid old = model->newNote("Old");
+    model->update(old, false, [](Note& note) { note.created -= std::chrono::hours(1); });
+    const Uuid fresh = model->newNote("New");
     open();
     auto* const list = shown("noteList");
     ASSERT_NE(list, nullptr);
     list->forceActiveFocus();
-    ASSERT_EQ(model_->selection.value(), fresh);
+    ASSERT_EQ(model->selection.value(), fresh);
     press(Qt::Key_Down);
-    EXPECT_EQ(model_->selection.value(), old);
+    EXPECT_EQ(model->selection.value(), old);
     press(Qt::Key_Delete);
-    EXPECT_EQ(model_->note(old), nullptr);
-    EXPECT_EQ(model_->selection.value(), fresh);
+    EXPECT_EQ(model->note(old), nullptr);
+    EXPECT_EQ(model->selection.value(), fresh);
     EXPECT_NE(shown("toast"), nullptr);
 }
 
 TEST_F(MainWindowTest, shortcuts_of_the_menus_work) {
     open();
     press(Qt::Key_4, Qt::ControlModifier);
-    EXPECT_EQ(model_->section.value(), LibrarySection::todos);
+    EXPECT_EQ(model->section.value(), LibrarySection::todos);
     press(Qt::Key_Q, Qt::ControlModifier);
-    EXPECT_TRUE(waitUntil([this] { return quits_ == 1; }));
+    EXPECT_TRUE(waitUntil([this] { return quits == 1; }));
     press(Qt::Key_W, Qt::ControlModifier);
-    EXPECT_TRUE(waitUntil([this] { return !main_->isVisible(); }));
+    EXPECT_TRUE(waitUntil([this] { return !mainWindow->isVisible(); }));
 }
 
 TEST_F(MainWindowTest, main_menu_opens_by_key_and_performs) {
@@ -126,7 +126,7 @@ TEST_F(MainWindowTest, main_menu_opens_by_key_and_performs) {
     EXPECT_EQ(shown("menuEntry")->property("text"), "New Note");
     press(Qt::Key_Down);
     press(Qt::Key_Return);
-    EXPECT_EQ(model_->notes().size(), 1U);
+    EXPECT_EQ(model->notes().size(), 1U);
 }
 
 TEST_F(MainWindowTest, dividers_move_by_key) {
@@ -142,10 +142,10 @@ TEST_F(MainWindowTest, dividers_move_by_key) {
 }
 
 TEST_F(MainWindowTest, every_control_has_a_name) {
-    model_->newNote("Plan", {Block{.kind = BlockKind::todo, .text = "Write"}});
+    model->newNote("Plan", {Block{.kind = BlockKind::todo, .text = "Write"}});
     open();
     for (const auto section : {LibrarySection::all, LibrarySection::todos}) {
-        model_->section = section;
+        model->section = section;
         for (QQuickItem* item : shownItems()) {
             if (item->activeFocusOnTab()) {
                 EXPECT_TRUE(hasName(item)) << item->metaObject()->className();

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-#include <numeric>
+#include <algorithm>
 #include <random>
 
 namespace varnic {
@@ -25,7 +25,7 @@ class Rows : public RowModel<Row> {
 public:
     using RowModel<Row>::setRows;
 
-    explicit Rows(std::vector<int> ids) { set(std::move(ids)); }
+    explicit Rows(const std::vector<int>& ids) { set(ids); }
 
     void set(const std::vector<int>& ids) {
         std::vector<Row> rows;
@@ -109,7 +109,7 @@ TEST(RowModel, any_list_becomes_any_other) {
     Rows rows({});
     const QAbstractItemModelTester tester(&rows, QAbstractItemModelTester::FailureReportingMode::Fatal);
     std::vector<int> all(24);
-    std::iota(all.begin(), all.end(), 0);
+    std::ranges::generate(all, [next = 0]() mutable { return next++; });
     for (int round = 0; round < 300; ++round) {
         std::ranges::shuffle(all, random);
         const std::vector<int> some(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(random() % all.size()));

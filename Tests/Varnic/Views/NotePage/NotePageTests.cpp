@@ -18,8 +18,6 @@
 namespace varnic {
 namespace {
 
-using testing::ElementsAre;
-
 /// The first object of that name (any, if empty) in what an item shows. Rows of repeaters and lists have no QObject
 /// parent, so a search by those does not find them.
 template <typename Type>
@@ -45,25 +43,25 @@ protected:
 
     /// Shows what the library has open.
     void open(Uuid id) {
-        model_->selection = id;
-        if (view_.source().isEmpty()) {
-            view_.engine()->addImportPath("qrc:/qt/qml");
-            setAppModel(*view_.engine(), *model_);
-            view_.setResizeMode(QQuickView::SizeRootObjectToView);
-            view_.resize(1000, 800);
-            view_.setSource(QUrl("qrc:/qt/qml/Varnic/NotePage/Detail.qml"));
+        model->selection = id;
+        if (view.source().isEmpty()) {
+            view.engine()->addImportPath("qrc:/qt/qml");
+            setAppModel(*view.engine(), *model);
+            view.setResizeMode(QQuickView::SizeRootObjectToView);
+            view.resize(1000, 800);
+            view.setSource(QUrl("qrc:/qt/qml/Varnic/NotePage/Detail.qml"));
         }
-        view_.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&view_));
+        view.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
     }
 
     Uuid addNote(std::string title, std::vector<Block> blocks = {}) {
-        return model_->newNote(std::move(title), std::move(blocks));
+        return model->newNote(std::move(title), std::move(blocks));
     }
 
     Uuid addCall(std::vector<Segment> segments) {
         const Uuid id = addNote("Call");
-        model_->update(id, true, [&](Note& note) {
+        model->update(id, true, [&](Note& note) {
             note.call = CallRecord();
             note.call->startedAt = parseDate("2026-03-10T09:30:00Z");
             note.call->duration = 61;
@@ -74,7 +72,7 @@ protected:
 
     template <typename Type = QObject>
     Type* find(const char* name) {
-        return within<Type>(view_.rootObject(), name);
+        return within<Type>(view.rootObject(), name);
     }
 
     template <typename Type>
@@ -84,12 +82,12 @@ protected:
 
     void type(const QString& text) {
         for (const QChar letter : text) {
-            QTest::keyClick(&view_, letter.toLatin1());
+            QTest::keyClick(&view, letter.toLatin1());
         }
     }
 
-    ScratchModel model_;
-    QQuickView view_;
+    ScratchModel model;
+    QQuickView view;
 };
 
 Segment line(Speaker who, double from, double to, const char* words) {
@@ -111,29 +109,29 @@ TEST_F(NotePageTest, typing_in_the_title_saves_it) {
     ASSERT_NE(title, nullptr);
     title->forceActiveFocus();
     type("Plan");
-    EXPECT_EQ(model_->note(id)->title, "Plan");
-    ASSERT_EQ(model_.stored().size(), 1U);
-    EXPECT_EQ(model_.stored().front().title, "Plan");
+    EXPECT_EQ(model->note(id)->title, "Plan");
+    ASSERT_EQ(model.stored().size(), 1U);
+    EXPECT_EQ(model.stored().front().title, "Plan");
 }
 
 TEST_F(NotePageTest, edits_from_elsewhere_leave_the_cursor_where_one_types) {
     const Uuid id = addNote("Plan");
     open(id);
     find<QQuickItem>("title")->forceActiveFocus();
-    QTest::keyClick(&view_, Qt::Key_End);
+    QTest::keyClick(&view, Qt::Key_End);
     type(" B");
-    model_->update(id, false, [](Note& note) { note.title = "Our " + note.title; });
-    model_->update(id, false, [](Note& note) { note.title += " \xF0\x9F\x98\x80"; });
+    model->update(id, false, [](Note& note) { note.title = "Our " + note.title; });
+    model->update(id, false, [](Note& note) { note.title += " \xF0\x9F\x98\x80"; });
     type("C");
-    EXPECT_EQ(model_->note(id)->title, "Our Plan BC \xF0\x9F\x98\x80");
+    EXPECT_EQ(model->note(id)->title, "Our Plan BC \xF0\x9F\x98\x80");
 }
 
 TEST_F(NotePageTest, return_in_the_title_goes_on_and_breaks_no_line) {
     const Uuid id = addNote("Plan");
     open(id);
     find<QQuickItem>("title")->forceActiveFocus();
-    QTest::keyClick(&view_, Qt::Key_Return);
-    EXPECT_EQ(model_->note(id)->title, "Plan");
+    QTest::keyClick(&view, Qt::Key_Return);
+    EXPECT_EQ(model->note(id)->title, "Plan");
     EXPECT_FALSE(find<QQuickItem>("title")->hasActiveFocus());
 }
 
@@ -143,7 +141,7 @@ TEST_F(NotePageTest, footer_counts_words) {
     auto* const note = only<NoteModel>();
     EXPECT_EQ(note->footer(), QStringList({"Edited now"}));
     for (const auto& [title, words] : {std::pair("one", "1 word"), std::pair("one two", "2 words")}) {
-        model_->update(id, false, [title = title](Note& edited) { edited.title = title; });
+        model->update(id, false, [text = title](Note& edited) { edited.title = text; });
         EXPECT_EQ(note->footer(), QStringList({words, "1 min read", "Edited now"}));
     }
 }
@@ -151,15 +149,15 @@ TEST_F(NotePageTest, footer_counts_words) {
 TEST_F(NotePageTest, a_note_that_is_deleted_while_shown_leaves_a_page_that_works) {
     const Uuid id = addNote("Plan");
     open(id);
-    model_->remove(id);
-    EXPECT_EQ(model_->selection.value(), std::nullopt);
+    model->remove(id);
+    EXPECT_EQ(model->selection.value(), std::nullopt);
     EXPECT_EQ(only<NoteModel>(), nullptr);
-    model_->selection = id; // a list that has not caught up
+    model->selection = id; // a list that has not caught up
     ASSERT_NE(only<NoteModel>(), nullptr);
     EXPECT_EQ(only<NoteModel>()->title(), "");
     find<QQuickItem>("title")->forceActiveFocus();
     type("x");
-    EXPECT_TRUE(model_->notes().empty());
+    EXPECT_TRUE(model->notes().empty());
 }
 
 TEST_F(NotePageTest, a_call_says_when_it_was_and_who_spoke) {
@@ -184,7 +182,7 @@ TEST_F(NotePageTest, the_name_field_grows_with_the_name) {
     auto* const field = find<QQuickItem>("themName");
     for (const auto& [name, width] : {std::pair("", 86.0), std::pair("Ann", 86.0), std::pair("Maximilian Å", 98.8),
                                       std::pair("A name that takes far more room than there is", 160.0)}) {
-        model_->renameThem(id, name);
+        model->renameThem(id, name);
         EXPECT_NEAR(field->width(), width, 1e-9) << name;
     }
 }
@@ -194,12 +192,12 @@ TEST_F(NotePageTest, a_typed_name_stands_in_the_transcript) {
     open(id);
     find<QQuickItem>("themName")->forceActiveFocus();
     type("Priya");
-    EXPECT_EQ(model_->note(id)->call->themName, "Priya");
+    EXPECT_EQ(model->note(id)->call->themName, "Priya");
     EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::Name), QStringList({"Priya"}));
 }
 
 TEST_F(NotePageTest, filter_finds_words_whatever_their_accents_and_marks_them) {
-    model_->showTranscript = true;
+    model->showTranscript = true;
     open(addCall({line(Speaker::you, 0, 1, "Hi."), line(Speaker::them, 1, 3, "My \xF0\x9F\x98\x80 résumé, Resume!"),
                   line(Speaker::you, 3, 4, "Fine.")}));
     find<QQuickItem>("filter")->forceActiveFocus();
@@ -216,18 +214,18 @@ TEST_F(NotePageTest, filter_finds_words_whatever_their_accents_and_marks_them) {
 
     type("x");
     EXPECT_EQ(find("turnCount")->property("text"), "0 turns");
-    QTest::keyClick(&view_, Qt::Key_Escape);
+    QTest::keyClick(&view, Qt::Key_Escape);
     EXPECT_EQ(find("turnCount")->property("text"), "3 turns");
 }
 
 TEST_F(NotePageTest, a_call_in_which_no_one_was_heard_says_so) {
-    model_->showTranscript = true;
+    model->showTranscript = true;
     const Uuid id = addCall({});
     open(id);
     const auto* const transcript = only<TranscriptModel>();
     EXPECT_EQ(transcript->countText(), "0 turns");
     EXPECT_EQ(transcript->placeholder(), "No one was heard.");
-    model_->processing = {{id, ProcessingStage::transcribing(0)}};
+    model->processing = {{id, ProcessingStage::transcribing(0)}};
     EXPECT_EQ(transcript->placeholder(), "Writing the transcript…");
 }
 
@@ -256,22 +254,22 @@ TEST_F(NotePageTest, the_transcript_follows_the_player_only_while_it_plays) {
 }
 
 TEST_F(NotePageTest, return_on_a_turn_goes_to_it) {
-    model_->showTranscript = true;
+    model->showTranscript = true;
     open(addCall({line(Speaker::you, 0, 1, "One."), line(Speaker::them, 4, 5, "Two.")}));
     find<QQuickItem>("filter")->forceActiveFocus();
-    QTest::keyClick(&view_, Qt::Key_Down);
-    QTest::keyClick(&view_, Qt::Key_Down);
-    QTest::keyClick(&view_, Qt::Key_Return);
+    QTest::keyClick(&view, Qt::Key_Down);
+    QTest::keyClick(&view, Qt::Key_Down);
+    QTest::keyClick(&view, Qt::Key_Return);
     EXPECT_EQ(only<CallPlayer>()->time(), 4);
     EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::IsCurrent), QStringList({"false", "true"}));
 }
 
 TEST_F(NotePageTest, a_click_on_the_words_of_a_turn_goes_to_it) {
-    model_->showTranscript = true;
+    model->showTranscript = true;
     open(addCall({line(Speaker::you, 3, 4, "One.")}));
     auto* const words = find<QQuickItem>("words");
     ASSERT_NE(words, nullptr);
-    QTest::mouseClick(&view_, Qt::LeftButton, {}, words->mapToScene({8, 8}).toPoint());
+    QTest::mouseClick(&view, Qt::LeftButton, {}, words->mapToScene({8, 8}).toPoint());
     EXPECT_EQ(only<CallPlayer>()->time(), 3);
 }
 
@@ -279,23 +277,23 @@ TEST_F(NotePageTest, a_seek_is_taken_by_the_page_of_its_call_only) {
     const Uuid id = addCall({line(Speaker::you, 0, 9, "One.")});
     open(id);
     const AppModel::Seek elsewhere{.note = Uuid::random(), .time = 5};
-    model_->seek = elsewhere;
+    model->seek = elsewhere;
     QCoreApplication::processEvents();
-    EXPECT_EQ(model_->seek.value(), elsewhere);
+    EXPECT_EQ(model->seek.value(), elsewhere);
     EXPECT_EQ(only<CallPlayer>()->time(), 0);
-    EXPECT_FALSE(model_->showTranscript.value());
+    EXPECT_FALSE(model->showTranscript.value());
 
-    model_->seek = AppModel::Seek{.note = id, .time = 7};
-    EXPECT_EQ(model_->seek.value(), std::nullopt);
+    model->seek = AppModel::Seek{.note = id, .time = 7};
+    EXPECT_EQ(model->seek.value(), std::nullopt);
     EXPECT_EQ(only<CallPlayer>()->time(), 7);
-    EXPECT_TRUE(model_->showTranscript.value());
+    EXPECT_TRUE(model->showTranscript.value());
 }
 
 TEST_F(NotePageTest, a_seek_from_before_the_page_was_opened_is_taken) {
     const Uuid id = addCall({line(Speaker::you, 0, 9, "One.")});
-    model_->seek = AppModel::Seek{.note = id, .time = 7};
+    model->seek = AppModel::Seek{.note = id, .time = 7};
     open(id);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !model_->seek.value(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !model->seek.value(); }));
     EXPECT_EQ(only<CallPlayer>()->time(), 7);
 }
 
@@ -303,32 +301,32 @@ TEST_F(NotePageTest, space_ticks_a_todo) {
     const Uuid id = addNote("Plan", {Block{.kind = BlockKind::todo, .text = "Ship"}});
     open(id);
     find<QQuickItem>("tick")->forceActiveFocus();
-    QTest::keyClick(&view_, Qt::Key_Space);
-    EXPECT_TRUE(model_->note(id)->blocks.front().done);
+    QTest::keyClick(&view, Qt::Key_Space);
+    EXPECT_TRUE(model->note(id)->blocks.front().done);
 }
 
 TEST_F(NotePageTest, the_export_menu_is_used_by_keys_alone) {
     std::string asked;
-    model_->desktop.chooseDestination = [&asked](std::string name) -> QCoro::Task<Desktop::File> {
+    model->desktop.chooseDestination = [&asked](std::string name) -> QCoro::Task<Desktop::File> {
         asked = std::move(name);
         co_return std::nullopt;
     };
     open(addNote("Plan"));
     find<QQuickItem>("export")->forceActiveFocus();
-    QTest::keyClick(&view_, Qt::Key_Space);
-    QTest::keyClick(&view_, Qt::Key_Down);
-    QTest::keyClick(&view_, Qt::Key_Down);
-    QTest::keyClick(&view_, Qt::Key_Return);
+    QTest::keyClick(&view, Qt::Key_Space);
+    QTest::keyClick(&view, Qt::Key_Down);
+    QTest::keyClick(&view, Qt::Key_Down);
+    QTest::keyClick(&view, Qt::Key_Return);
     EXPECT_EQ(asked, "Plan.pdf");
 }
 
 TEST_F(NotePageTest, ctrl_alt_t_shows_the_transcript_of_a_call) {
     open(addNote("Plan"));
-    QTest::keyClick(&view_, Qt::Key_T, Qt::ControlModifier | Qt::AltModifier);
-    EXPECT_FALSE(model_->showTranscript.value());
+    QTest::keyClick(&view, Qt::Key_T, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_FALSE(model->showTranscript.value());
     open(addCall({}));
-    QTest::keyClick(&view_, Qt::Key_T, Qt::ControlModifier | Qt::AltModifier);
-    EXPECT_TRUE(model_->showTranscript.value());
+    QTest::keyClick(&view, Qt::Key_T, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_TRUE(model->showTranscript.value());
 }
 
 } // namespace
