@@ -1,5 +1,5 @@
 # varnic_delay_load(TARGET OBJECTS target... LIBRARIES file-or-target...): the program loads these libraries when it
-# first calls them. They bring over a hundred others, which would be half of the time to the first picture. A library is
+# first calls them or `loadDelayedLibraries`. They bring over a hundred others, which would be half of the time to the first picture. A library is
 # left out of what the program needs because all that its objects call is defined in the program.
 # x86-64 only; elsewhere, and under the sanitizers, which load libraries in their own way, all is loaded at the start.
 function(varnic_delay_load target)
@@ -18,6 +18,6 @@ function(varnic_delay_load target)
         COMMAND Python3::Interpreter "${script}" "${assembly}" --objects ${objects} --libraries ${delay_LIBRARIES}
         DEPENDS "${script}" ${delay_OBJECTS} VERBATIM)
     set_source_files_properties("${assembly}" PROPERTIES LANGUAGE ASM)
-    target_sources(${target} PRIVATE "${assembly}" "${CMAKE_SOURCE_DIR}/Sources/Varnic/Views/Delayed.cpp")
+    target_sources(${target} PRIVATE "${assembly}")
     target_link_options(${target} PRIVATE LINKER:--as-needed)
 endfunction()

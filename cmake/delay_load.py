@@ -3,7 +3,7 @@
     delay_load.py OUT.S --objects ARCHIVE... --libraries LIBRARY...
 
 Every function of the libraries that the objects call gets an entry of its own name. It jumps through a slot, which leads
-to Sources/Varnic/Delayed.cpp the first time, and from then on to the function itself.
+to Sources/Varnic/Views/Program/DelayedLibraries.cpp the first time, and from then on to the function itself.
 """
 
 import argparse
@@ -60,10 +60,19 @@ FUNCTION = """
     .data
     .balign 8
 {row}:
-    .quad {row}_first, {row}_library, {row}_name
+    .quad {row}_first, {library}, {row}_name
     .section .rodata
-{row}_library: .string "{library}"
 {row}_name: .string "{name}"
+"""
+
+LIBRARIES = """
+    .section .rodata
+{strings}
+    .section .data.rel.ro, "aw"
+    .globl varnicDelayedLibraries
+    .balign 8
+varnicDelayedLibraries:
+    .quad {labels}, 0
 """
 
 
@@ -97,11 +106,16 @@ def main():
     parts = [HEAD.format(save="\n".join(f"    movups %xmm{i}, {16 * i}(%rsp)" for i in registers),
                          restore="\n".join(f"    movups {16 * i}(%rsp), %xmm{i}" for i in registers))]
     wanted = called(arguments.objects)
+    loaded = {}
     for library in arguments.libraries:
         found = wanted & functions(library)
         wanted -= found
+        if found:
+            loaded[f"delayed_library_{len(loaded)}"] = name_at_run_time(library)
         for name in sorted(found):
-            parts.append(FUNCTION.format(name=name, row=f"delayed_{len(parts)}", library=name_at_run_time(library)))
+            parts.append(FUNCTION.format(name=name, row=f"delayed_{len(parts)}", library=list(loaded)[-1]))
+    parts.append(LIBRARIES.format(strings="\n".join(f'{label}: .string "{name}"' for label, name in loaded.items()),
+                                  labels=", ".join(loaded)))
     with open(arguments.out, "w") as out:
         out.writelines(parts)
 

@@ -1,5 +1,7 @@
 #include "Varnic/Views/Program/Program.h"
 
+#include "Varnic/Background.h"
+#include "Varnic/Views/Program/DelayedLibraries.h"
 #include "Varnic/Views/Program/FileDialogs.h"
 #include "Varnic/Views/Program/QuitRule.h"
 #include "Varnic/Views/Program/Sounds.h"
@@ -70,6 +72,7 @@ void Program::launch() {
     tray_.emplace(model_, [this] { delegate_.terminate(); });
     delegate_.applicationDidFinishLaunching();
     quitIfForsaken();
+    Background::start(loadDelayedLibraries);
 }
 
 /// Without a tray a closed window would leave a program that nobody sees. It ends once all is recorded and written.
