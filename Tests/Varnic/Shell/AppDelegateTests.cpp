@@ -49,10 +49,12 @@ TEST_F(AppDelegateTest, launch_takesItsStepsInOrder) {
         {{{"VARNIC_DEMO", "1"}}, {"kit", "demo"}, 0},
         {{{"VARNIC_SNAPSHOT_DIR", "/tmp/x"}, {"VARNIC_DEMO", "1"}}, {"kit", "snapshots /tmp/x", "quit"}, 0},
         {{{"VARNIC_SELFTEST", "1"}, {"VARNIC_SNAPSHOT_DIR", "/tmp/x"}}, {"kit", "selftest"}, 0}};
+    // The fixture's delegate holds on to its model.
+    ScratchModel own(model.folder() / "Library");
     for (const Case& one : cases) {
-        model.restart();
+        own.restart();
         std::vector<std::string> taken;
-        AppDelegate fresh(*model);
+        AppDelegate fresh(*own);
         fresh.hooks = {.startKit = [&] { taken.emplace_back("kit"); },
                        .runSelfTest = [&]() -> QCoro::Task<> {
                            taken.emplace_back("selftest");
@@ -73,10 +75,10 @@ TEST_F(AppDelegateTest, launch_takesItsStepsInOrder) {
                                return found == one.environment.end() ? std::nullopt : std::optional(found->second);
                            },
                        .quit = [&] { taken.emplace_back("quit"); }};
-        model->desktop.applyHotkey = [&] { taken.emplace_back("hotkey"); };
+        own->desktop.applyHotkey = [&] { taken.emplace_back("hotkey"); };
         QCoro::waitFor(fresh.applicationDidFinishLaunching());
         EXPECT_EQ(taken, one.steps);
-        EXPECT_EQ(model->notes().size(), one.notes);
+        EXPECT_EQ(own->notes().size(), one.notes);
     }
 }
 

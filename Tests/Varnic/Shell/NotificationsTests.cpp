@@ -24,6 +24,7 @@ protected:
     }
 
     void TearDown() override {
+        ShellTest::TearDown();
         server.kill();
         server.waitForFinished();
     }

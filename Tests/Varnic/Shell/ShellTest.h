@@ -31,6 +31,13 @@ protected:
 
     ~ShellTest() override { Permissions::override.reset(); }
 
+    /// What goes on comes to its end first.
+    void TearDown() override {
+        EXPECT_TRUE(
+            waitUntil([this] { return !isBusy(model->recorder().state()) && model->processing.value().empty(); }));
+        QCoreApplication::processEvents();
+    }
+
     /// Records a second of both sides, and goes on recording.
     void record() {
         QCoro::waitFor(model->startRecording(false));
