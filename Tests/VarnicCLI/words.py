@@ -2,16 +2,9 @@
 
 import re
 
-# The same words in another spelling: no errors of hearing.
-SPELLINGS = {r"\$40\b": "forty dollars", r"\$10,000\b": "ten thousand dollars", r"\bi'll\b": "i will",
-             r"\bgood bye\b": "goodbye"}
-
 
 def words(text: str) -> list[str]:
-    text = text.lower().replace("’", "'")
-    for spelling, plain in SPELLINGS.items():
-        text = re.sub(spelling, plain, text)
-    return re.findall(r"[a-z0-9']+", text)
+    return re.findall(r"[a-z0-9']+", text.lower())
 
 
 def word_errors(said: list[str], written: list[str]) -> int:
