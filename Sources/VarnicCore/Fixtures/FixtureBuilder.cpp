@@ -96,14 +96,11 @@ std::string outputOf(const std::vector<std::string>& arguments) {
 }
 
 /// A voice as flite's arguments. These two are the clearest for a recogniser, each for the side whose lines it says
-/// well; without them flite's own choice will do.
+/// well, and at this pace it hears the same words wherever the sound is cut; without them flite's own choice will do.
 std::vector<std::string> voiceOf(Speaker speaker, const std::set<std::string>& installed) {
     const std::string name = speaker == Speaker::you ? "rms" : "slt";
     if (!installed.contains(name)) {
         return {};
-    }
-    if (speaker == Speaker::you) {
-        return {"-voice", name};
     }
     return {"-voice", name, "--setf", "duration_stretch=1.15"};
 }
