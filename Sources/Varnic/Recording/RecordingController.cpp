@@ -157,14 +157,8 @@ QCoro::Task<std::optional<RecordingResult>> RecordingController::stop() {
                            .source = source_,
                            .live = liveSegments(),
                            .mark = mark_};
-    for (const Speaker speaker : bothSides) {
-        const fs::path file = TrackRecorder::trackFile(folder_, speaker);
-        if (std::ranges::find(sides_, speaker) == sides_.end()) {
-            std::error_code ignored;
-            fs::remove(file, ignored);
-        } else {
-            (speaker == Speaker::you ? result.tracks.you : result.tracks.them) = file;
-        }
+    for (const Speaker speaker : sides_) {
+        (speaker == Speaker::you ? result.tracks.you : result.tracks.them) = TrackRecorder::trackFile(folder_, speaker);
     }
     release();
     setState(Session::Idle());
@@ -280,6 +274,7 @@ void RecordingController::takeCommitted(Speaker speaker, std::vector<Segment> li
 
 void RecordingController::begin(std::vector<Speaker> sides) {
     sides_ = std::move(sides);
+    recorder_->keepOnly(sides_);
     checkHealth();
     setState(Session::Recording{startedAt_});
     ticker_.start();

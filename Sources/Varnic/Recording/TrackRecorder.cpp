@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <system_error>
 
 namespace varnic {
 
@@ -19,6 +20,19 @@ std::filesystem::path TrackRecorder::trackFile(const std::filesystem::path& fold
     return folder / (std::string(rawValue(speaker)) + ".m4a");
 }
 
+void TrackRecorder::keepOnly(const std::vector<Speaker>& sides) {
+    queue_.async([this, sides] {
+        std::erase_if(writers_, [&sides](const auto& side) {
+            const bool isKept = std::ranges::find(sides, side.first) != sides.end();
+            if (!isKept) {
+                std::error_code ignored;
+                std::filesystem::remove(side.second->url(), ignored);
+            }
+            return !isKept;
+        });
+    });
+}
+
 void TrackRecorder::deliver(Speaker speaker, PcmBuffer buffer, double at) {
     lastDelivery_[index(speaker)] = HostClock::now();
     if (const auto place = pauses_.place(at)) {
@@ -27,7 +41,11 @@ void TrackRecorder::deliver(Speaker speaker, PcmBuffer buffer, double at) {
 }
 
 void TrackRecorder::write(Speaker speaker, const PcmBuffer& buffer, double at) {
-    TrackWriter& writer = *writers_.at(speaker);
+    const auto found = writers_.find(speaker);
+    if (found == writers_.end()) {
+        return;
+    }
+    TrackWriter& writer = *found->second;
     try {
         writer.append(buffer, at);
         note(std::nullopt);

@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace varnic {
 
@@ -28,6 +29,9 @@ public:
     TrackRecorder(const std::filesystem::path& folder, Recognizers recognizers);
 
     static std::filesystem::path trackFile(const std::filesystem::path& folder, Speaker speaker);
+
+    /// Leaves out all other sides and removes their files: there is no sound of them to be had.
+    void keepOnly(const std::vector<Speaker>& sides);
 
     /// Takes a piece of sound of `at` seconds since time zero. Any thread, at once.
     void deliver(Speaker speaker, PcmBuffer buffer, double at);
@@ -69,6 +73,7 @@ private:
     std::array<std::atomic<double>, 2> lastDelivery_{};
     mutable std::mutex problemLock_;
     std::optional<std::string> problem_;
+    /// Of the queue.
     std::map<Speaker, std::unique_ptr<TrackWriter>> writers_;
     Recognizers recognizers_;
     /// Last, so that its work ends before what it works on.

@@ -1,11 +1,14 @@
 #include "VarnicCore/Library/Recovery.h"
 
 #include "VarnicCore/Audio/AudioFiles.h"
+#include "VarnicCore/Audio/TrackWriter.h"
 #include "VarnicCore/Library/Folders.h"
 #include "VarnicCore/Library/LibraryError.h"
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
+#include <exception>
 #include <optional>
 #include <utility>
 
@@ -14,6 +17,9 @@ namespace varnic::Recovery {
 namespace fs = std::filesystem;
 
 namespace {
+
+/// More than a track has before its first second is whole: a head, and at 8 KB a second what was being written.
+constexpr std::uintmax_t mostOfABeginning = 16'384;
 
 /// A side's file that holds sound.
 struct Track {
@@ -34,6 +40,25 @@ std::optional<Track> trackOf(const std::vector<fs::path>& entries, Speaker speak
         }
     }
     return best;
+}
+
+/// The track of a side that was recorded but of which nothing is on disk, since it had just begun or nobody had spoken
+/// there: the silence that it would have got at the recording's end. Nothing where the side has no such file.
+std::optional<Track> silentTrack(const fs::path& folder, Speaker speaker, double length) {
+    const fs::path file = folder / (std::string(rawValue(speaker)) + ".m4a");
+    std::error_code missing;
+    const std::uintmax_t size = fs::file_size(file, missing);
+    if (missing || size > mostOfABeginning) {
+        return std::nullopt;
+    }
+    try {
+        TrackWriter writer(file, speaker, true);
+        writer.pad(length);
+        writer.close();
+    } catch (const std::exception&) {
+        return std::nullopt; // the other side is worth a note without it
+    }
+    return Track{file, length};
 }
 
 /// When the recording began that ended with the last change of the track.
@@ -62,8 +87,13 @@ bool isFiled(const LibraryStore& store, const Uuid& id) {
 
 Recording describe(const fs::path& folder, const Uuid& id, const std::optional<RecordingMark>& mark) {
     const std::vector<fs::path> entries = Folders::entries(folder);
-    const std::optional<Track> you = trackOf(entries, Speaker::you);
-    const std::optional<Track> them = trackOf(entries, Speaker::them);
+    std::optional<Track> you = trackOf(entries, Speaker::you);
+    std::optional<Track> them = trackOf(entries, Speaker::them);
+    if (mark && you && !them) {
+        them = silentTrack(folder, Speaker::them, you->length);
+    } else if (mark && them && !you) {
+        you = silentTrack(folder, Speaker::you, them->length);
+    }
     Recording recording{.noteID = id, .source = "Call", .audioFolder = id.text()};
     std::optional<Date> start;
     for (const std::optional<Track>& track : {you, them}) {

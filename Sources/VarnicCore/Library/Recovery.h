@@ -25,8 +25,9 @@ namespace Recovery {
 
 /// The dead recordings of the library, oldest first, also those without any sound in them. Recordings of living
 /// processes are left alone; marks of those whose note was saved, and folders left before there was a mark, are
-/// removed. Where a mark is missing or damaged, the recording's start is told from its tracks' dates and lengths, and
-/// the source is "Call". Reads each track's packets.
+/// removed. A marked recording's side that has a file, but nothing in it yet, becomes silence. Where a mark is missing
+/// or damaged, the recording's start is told from its tracks' dates and lengths, and the source is "Call". Reads each
+/// track's packets.
 std::vector<DeadRecording> find(const LibraryStore& store);
 
 } // namespace Recovery

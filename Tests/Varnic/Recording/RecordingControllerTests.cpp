@@ -102,6 +102,7 @@ TEST_F(RecordingControllerTests, start_microphoneOnly_recordsOneSideAndSaysSo) {
     capture->play(Speaker::you, 0, 1);
     ASSERT_TRUE(waitUntil([&] { return !controller.samples().empty() && controller.samples().back().you > 0.5F; }));
     EXPECT_EQ(controller.samples().back().them, 0);
+    EXPECT_FALSE(fs::exists(folder / "them.m4a")) << "a recording that is killed has one side too";
     const auto result = stop();
 
     ASSERT_TRUE(result);

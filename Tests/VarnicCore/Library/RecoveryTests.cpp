@@ -1,3 +1,4 @@
+#include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicCore/Audio/AudioMix.h"
 #include "VarnicCore/Audio/TrackWriter.h"
 #include "VarnicCore/Library/LibraryError.h"
@@ -12,12 +13,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <csignal>
 #include <stop_token>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace varnic {
@@ -45,10 +48,10 @@ protected:
     RecordingMark mark{Uuid::random(), parseDate("2026-03-14T09:26:53.589Z"), "Zoom", {Speaker::you, Speaker::them}};
 };
 
-/// A child process that records both sides for `seconds`, marked, and then waits.
+/// A child process that records both sides for so many seconds each, marked, and then waits.
 class Recorder {
 public:
-    Recorder(const fs::path& folder, const RecordingMark& mark, double seconds) {
+    Recorder(const fs::path& folder, const RecordingMark& mark, double yours, double theirs) {
         std::array<int, 2> ends{};
         EXPECT_EQ(::pipe(ends.data()), 0);
         child_ = ::fork();
@@ -56,9 +59,12 @@ public:
             const RecordingMarkFile file = RecordingMarkFile::create(folder, mark);
             TrackWriter you(folder / "you.m4a", Speaker::you, true);
             TrackWriter them(folder / "them.m4a", Speaker::them, true);
-            for (double at = 0; at < seconds; at += 0.5) {
-                you.append({48'000, {std::vector<float>(24'000, 0.1F)}}, at);
-                them.append({48'000, {std::vector<float>(24'000, 0.1F)}}, at);
+            for (double at = 0; at < std::max(yours, theirs); at += 0.5) {
+                for (auto& [track, seconds] : {std::pair(&you, yours), std::pair(&them, theirs)}) {
+                    if (at < seconds) {
+                        track->append({48'000, {std::vector<float>(24'000, 0.1F)}}, at);
+                    }
+                }
             }
             static_cast<void>(::write(ends[1], "x", 1));
             while (true) {
@@ -89,7 +95,7 @@ private:
 };
 
 TEST_F(RecoveryTest, find_killedRecorder_givesItsTracksOnceItIsDead) {
-    Recorder recorder(makeFolder(), mark, 10);
+    Recorder recorder(makeFolder(), mark, 10, 10);
     EXPECT_TRUE(find().empty()) << "it lives";
     recorder.kill();
     const std::vector<DeadRecording> dead = find();
@@ -106,6 +112,31 @@ TEST_F(RecoveryTest, find_killedRecorder_givesItsTracksOnceItIsDead) {
     EXPECT_GT(recording.duration, 8);
     EXPECT_LE(recording.duration, 10);
     EXPECT_TRUE(find().empty()) << "it is in our hands";
+}
+
+TEST_F(RecoveryTest, find_sideOfWhichNothingIsOnDisk_isSilenceOfTheOthersLength) {
+    const fs::path you = makeFolder() / "you.m4a";
+    const fs::path them = folder() / "them.m4a";
+    for (const auto& [yours, theirs] : {std::pair(5.0, 0.5), std::pair(0.0, 5.0)}) {
+        Recorder(folder(), mark, yours, theirs).kill();
+        ASSERT_EQ(AudioFiles::duration(yours < theirs ? you : them), 0);
+        const std::vector<DeadRecording> dead = find();
+        ASSERT_EQ(dead.size(), 1U);
+        EXPECT_EQ(dead[0].recording.tracks, (CallTracks{you, them}));
+        EXPECT_GE(dead[0].recording.duration, 3);
+        EXPECT_NEAR(AudioFiles::duration(you), AudioFiles::duration(them), 0.0001);
+        EXPECT_EQ(AudioFiles::duration(you), dead[0].recording.duration);
+        fs::remove_all(folder());
+    }
+}
+
+TEST_F(RecoveryTest, find_sideWithAnUnreadableTrack_leavesThatAlone) {
+    Recorder(makeFolder(), mark, 5, 5).kill();
+    const std::string unreadable(20'000, 'x');
+    TemporaryLibrary::write(folder() / "them.m4a", unreadable);
+    ASSERT_EQ(find().size(), 1U);
+    EXPECT_EQ(find()[0].recording.tracks, (CallTracks{folder() / "you.m4a", std::nullopt}));
+    EXPECT_EQ(TemporaryLibrary::read(folder() / "them.m4a"), unreadable);
 }
 
 TEST_F(RecoveryTest, find_givenUp_findsItAgain) {
