@@ -35,6 +35,11 @@ CLOSE = 0.1  # seconds that a line may be from where it was played
 CALL = "VARNIC_TEST_CALL"  # names the folder of the call that all tests play
 
 
+def as_from_a_terminal():
+    die_with_parent()
+    signal.signal(signal.SIGINT, signal.SIG_DFL)  # what a shell runs in the background ignores it, and so do its children
+
+
 class Recorder:
     """`varnic-cli record`, with what it says and when."""
 
@@ -43,7 +48,7 @@ class Recorder:
         self.library = library
         self.process = subprocess.Popen(
             [PROGRAM, "record", "--json", *arguments], text=True, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-            stderr=subprocess.PIPE, preexec_fn=die_with_parent,
+            stderr=subprocess.PIPE, preexec_fn=as_from_a_terminal,
             env={name: value for name, value in environment.items() if value})
         self.said = []
         self.output = ""
