@@ -16,6 +16,7 @@
 #include <cerrno>
 #include <exception>
 #include <sstream>
+#include <utility>
 
 namespace varnic::FixtureBuilder {
 
@@ -96,13 +97,14 @@ std::string outputOf(const std::vector<std::string>& arguments) {
 }
 
 /// A voice as flite's arguments. These two are the clearest for a recogniser, each for the side whose lines it says
-/// well, and at this pace it hears the same words wherever the sound is cut; without them flite's own choice will do.
+/// well, and at these paces it hears much the same words wherever the sound is cut; without them flite's own choice
+/// will do.
 std::vector<std::string> voiceOf(Speaker speaker, const std::set<std::string>& installed) {
-    const std::string name = speaker == Speaker::you ? "rms" : "slt";
+    const auto [name, stretch] = speaker == Speaker::you ? std::pair("rms", "1.05") : std::pair("slt", "1.15");
     if (!installed.contains(name)) {
         return {};
     }
-    return {"-voice", name, "--setf", "duration_stretch=1.15"};
+    return {"-voice", name, "--setf", fmt::format("duration_stretch={}", stretch)};
 }
 
 bool say(const std::string& text, std::vector<std::string> voice, const fs::path& file) {

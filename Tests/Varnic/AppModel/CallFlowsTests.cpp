@@ -227,7 +227,7 @@ TEST_F(CallFlowsTests, quit_whileStartingOrStopping_isFoundAtTheNextStart) {
         next.load();
         const Note* found = next->note(id);
         EXPECT_TRUE(found != nullptr && found->call->problem == quitProblem) << isStopping;
-        EXPECT_TRUE(found != nullptr && found->call->tracks == std::vector{Speaker::you}) << isStopping;
+        EXPECT_TRUE(found != nullptr && found->call->tracks == sides) << isStopping;
 
         capture->isOpening = false;
         capture->isOpening.notify_all();
