@@ -29,8 +29,13 @@ struct LiveRecognizer::Handler {
     std::recursive_mutex gate;
     bool isOpen = true;
 
-    void take(const SpeechResult& result, double offset) {
-        std::vector<Segment> lines = Utterances::build(result.words, result.formatted, speaker, offset, lineGap);
+    /// `began` is when the request did. Lines are built from times within the call: a request that took over in the
+    /// middle of an utterance has words from before its own beginning, and a line's times count from 0 on.
+    void take(SpeechResult result, double began) {
+        for (TimedWord& word : result.words) {
+            word.start += began;
+        }
+        std::vector<Segment> lines = Utterances::build(result.words, result.formatted, speaker, 0, lineGap);
         const std::scoped_lock lock(gate);
         if (isOpen) {
             (result.isFinal ? onCommit : onPartial)(speaker, std::move(lines));

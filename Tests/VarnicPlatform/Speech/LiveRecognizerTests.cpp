@@ -101,6 +101,11 @@ TEST_F(LiveRecognizerTest, append_moreThanFiftySecondsOn_rotatesAndTheOldRequest
     requests[1]->say("After", 3, true);
     EXPECT_NEAR(committed.at(0).start, 53.1, 1e-9);
     EXPECT_NEAR(committed.at(0).end, 53.6, 1e-9);
+    requests[1]->onResult({{{"Over.", -4, 0.5}, {"There.", -2, 0.5}, {"Here.", 1, 0.5}}, "Over. There. Here.", true});
+    ASSERT_EQ(committed.size(), 3U) << "what the old request handed over";
+    EXPECT_NEAR(committed[0].end, 46.6, 1e-9);
+    EXPECT_NEAR(committed[1].start, 48.1, 1e-9);
+    EXPECT_NEAR(committed[1].end, 48.6, 1e-9);
 }
 
 TEST_F(LiveRecognizerTest, result_byItsKind_isPartialOrCommitted) {
