@@ -1,3 +1,4 @@
+#include "Varnic/AppModel/CallImport.h"
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/HandCapture.h"
 #include "VarnicCore/Audio/AudioFiles.h"
@@ -11,10 +12,14 @@
 #include <QScopeGuard>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <chrono>
+#include <csignal>
 
 namespace varnic {
 namespace {
@@ -341,6 +346,28 @@ TEST_F(CallFlowsTests, import_whatHoldsNoSound_leavesNothing) {
         QCoro::waitFor(model->importAudio(file));
         EXPECT_EQ(toastText(), text);
     }
+    EXPECT_THAT(model->notes(), IsEmpty());
+    EXPECT_THAT(audioFolders(), IsEmpty());
+}
+
+TEST_F(CallFlowsTests, import_killedWhileItCopies_isNotTakenForTheWholeRecording) {
+    const SoundFiles files;
+    const CallImport call{.files = {.them = files.tone("Board Meeting.wav", 20)}};
+    const Uuid id = Uuid::random();
+    const fs::path folder = model->audioFolder(id);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const rlimit megabyte{1'000'000, 1'000'000};
+        ::setrlimit(RLIMIT_FSIZE, &megabyte);
+        copyIn(call, id, folder);
+        ::_exit(0);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    ASSERT_EQ(WTERMSIG(status), SIGXFSZ);
+    const AppModel::Recovered recovered = QCoro::waitFor(model->recoverRecordings());
+    EXPECT_THAT(recovered.calls, IsEmpty());
     EXPECT_THAT(model->notes(), IsEmpty());
     EXPECT_THAT(audioFolders(), IsEmpty());
 }
