@@ -93,9 +93,9 @@ private:
         const auto& stages = model_.processing.value();
         if (const auto stage = stages.find(id_); stage != stages.end()) {
             line_.show(Terminal::bar(stage->second));
-            if (interruption_.count() > stoppedBy_) {
-                model_.cancelProcessing();
-            }
+        }
+        if (interruption_.count() > stoppedBy_) {
+            model_.cancelProcessing();
         }
     }
 

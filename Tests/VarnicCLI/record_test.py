@@ -25,6 +25,7 @@ from pathlib import Path
 PROGRAM, FIXTURES, MAKE_CALL = sys.argv[1:4]
 sys.path.insert(0, FIXTURES)
 
+import ai_server  # noqa: E402
 from sound_system import SoundSystem, die_with_parent  # noqa: E402
 from tracks import Track, frames, playable  # noqa: E402
 from words import word_errors, words  # noqa: E402
@@ -624,6 +625,26 @@ class Stopping(RecordTest):
         self.assertEqual(recorder.said[-1], f"varnic-cli: {note['call']['problem']}")
         self.assert_filed(note)
         self.assertGreater(self.tracks(note)[0].peak(0, 20), 0.1)
+
+    def test_an_interrupt_ends_the_wait_for_an_ai_summary(self):
+        sound = self.sound_system()
+        server = self.enterContext(ai_server.Server())
+        ai = {"enabled": True, "askEachTime": False, "provider": "openAICompatible", "anthropicModel": "",
+              "compatBaseURL": f"http://127.0.0.1:{server.server_port}/silent", "compatModel": "small"}
+        settings = Path(sound.environment["XDG_CONFIG_HOME"]) / "app.brevin.varnic.selftest/settings.ini"
+        settings.parent.mkdir()
+        settings.write_text(f"[General]\nai={json.dumps(f'@ByteArray({json.dumps(ai)})')}\n")
+        recorder = self.record(sound.environment | {"VARNIC_SELFTEST": "persist"}).started()
+        sound.play(self.call / "them.caf")
+        recorder.expect(" Them: ")
+        recorder.signal(signal.SIGINT)
+        end = time.monotonic() + PATIENCE
+        while not server.requests and time.monotonic() < end:
+            time.sleep(0.01)
+        self.assertEqual(len(server.requests), 1)
+        self.assertEqual(recorder.stop(), 0, recorder.error)
+        self.assertIn("morning", " ".join(s["text"] for s in recorder.note()["call"]["segments"]))
+        self.assertEqual(len(server.requests), 1)
 
     def test_a_time_limit_stops_it(self):
         for arguments in (["--for", "5"], ["--for", "5", "--no-live"]):

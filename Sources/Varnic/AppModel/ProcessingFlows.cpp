@@ -125,16 +125,18 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
         finished.call->problem = quitProblem;
     }
     file(std::move(finished), std::move(mark));
-    if (const Note* filed = note(id); !settings.keepAudio.value() && filed->call) {
+    // Without a transcript the sound is all there is of the call.
+    if (const Note* filed = note(id); !settings.keepAudio.value() && filed->call && !filed->call->segments.empty()) {
         editCall(id, [](CallRecord& call) {
             call.audioFolder.reset();
             call.tracks.clear();
         });
-        // Not before the transcript is on disk: until then the sound is all there is.
+        // Not before the transcript is on disk, for the same reason.
         saveNow(id, [folder = store_.audioFolder(id)] { Folders::removeAll(folder); });
     }
     const AISettings& ai = settings.ai.value();
-    if (const Note* filed = note(id); ai.enabled && !ai.askEachTime && filed->call && !filed->call->segments.empty()) {
+    const bool asksAI = ai.enabled && !ai.askEachTime && !stop.stop_requested();
+    if (const Note* filed = note(id); asksAI && filed->call && !filed->call->segments.empty()) {
         co_await runAI(id);
     }
 }

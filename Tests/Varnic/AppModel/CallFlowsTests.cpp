@@ -183,6 +183,23 @@ TEST_F(CallFlowsTests, stop_audioNotKept_leavesTheTranscript) {
     EXPECT_EQ(model->note(id)->call->problem, "Nobody was heard on this recording.");
 }
 
+TEST_F(CallFlowsTests, stop_audioNotKeptButNothingWrittenDown_keepsTheSound) {
+    model->settings.keepAudio = false;
+    failure = TranscriberError::unavailable();
+    const Uuid failed = *QCoro::waitFor(record());
+    failure.reset();
+    delay = 1;
+    auto stopping = record();
+    model->cancelProcessing();
+    const Uuid cancelled = *QCoro::waitFor(stopping);
+    EXPECT_THAT(audioFolders(), SizeIs(2));
+    for (const Uuid& id : {failed, cancelled}) {
+        EXPECT_TRUE(model->note(id)->call->problem);
+        QCoro::waitFor(model->retranscribe(id));
+        EXPECT_THAT(model->note(id)->call->segments, Not(IsEmpty()));
+    }
+}
+
 TEST_F(CallFlowsTests, quit_whileRecording_savesTheCall) {
     QCoro::waitFor(model->startRecording(false));
     capture->play(Speaker::you, 0, 1);
@@ -421,9 +438,13 @@ TEST_F(AIFlowTests, runAI_fails_leavesTheNoteAsItWas) {
     EXPECT_THAT(model->aiError.value(), IsEmpty());
 }
 
-TEST_F(AIFlowTests, stop_automatic_asksTheAI) {
+TEST_F(AIFlowTests, stop_automatic_asksTheAIUnlessCancelled) {
     model->settings.ai = AISettings{
         .enabled = true, .provider = AIProviderKind::openAICompatible, .compatModel = "small", .askEachTime = false};
+    auto stopping = record();
+    model->cancelProcessing();
+    QCoro::waitFor(stopping);
+    EXPECT_EQ(transport->requests, 0);
     const auto other = QCoro::waitFor(record());
     EXPECT_EQ(model->note(other)->call->digest->provider, "small");
 }
