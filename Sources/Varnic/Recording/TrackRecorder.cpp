@@ -9,6 +9,13 @@
 
 namespace varnic {
 
+namespace {
+
+/// Seconds by which the sound of one side may come later than that of the other: twice what waits for its turn at most.
+constexpr double mostLag = 10;
+
+} // namespace
+
 TrackRecorder::TrackRecorder(const std::filesystem::path& folder, Recognizers recognizers)
     : recognizers_(std::move(recognizers)) {
     for (const Speaker speaker : {Speaker::you, Speaker::them}) {
@@ -48,6 +55,10 @@ void TrackRecorder::write(Speaker speaker, const PcmBuffer& buffer, double at) {
     TrackWriter& writer = *found->second;
     try {
         writer.append(buffer, at);
+        // A side on which nothing is heard grows too: hours of silence made at once, when it is, would hold both up.
+        for (const auto& [side, other] : writers_) {
+            other->pad(at - mostLag);
+        }
         note(std::nullopt);
     } catch (const std::exception& error) {
         // The next piece's time brings back what is missing here.

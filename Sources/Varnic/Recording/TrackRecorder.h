@@ -20,7 +20,7 @@ namespace varnic {
 
 /// The part of a recording that runs beside the main thread: each side's sound on its way into its track, into the
 /// eye's levels and into the live recogniser. All writing of both sides happens in order of delivery on one queue of
-/// its own.
+/// its own; a side that delivers nothing follows the other with silence.
 class TrackRecorder {
 public:
     using Recognizers = std::map<Speaker, std::unique_ptr<LiveRecognizer>>;

@@ -95,6 +95,23 @@ TEST_F(RecordingControllerTests, stop_oneSideSpeaksInTheMiddle_bothTracksAreAlig
     EXPECT_TRUE(fs::exists(folder / "recording.json")) << "until the call is filed";
 }
 
+TEST_F(RecordingControllerTests, deliver_oneSideOnly_theOthersTrackGrowsWithIt) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+    start(capture);
+    for (int second = 0; second < 60; ++second) {
+        capture->play(Speaker::you, second, 1);
+    }
+    EXPECT_TRUE(waitUntil([&] { return AudioFiles::duration(folder / "them.m4a") > 45; }));
+    capture->play(Speaker::them, 55, 1);
+    const auto result = stop();
+    ASSERT_TRUE(result);
+    const std::vector<float> levels = AudioFiles::frameLevels(*result->tracks.them, 0.5);
+    EXPECT_EQ(levels.size(), 120U);
+    for (std::size_t i = 0; i < levels.size(); ++i) {
+        EXPECT_EQ(levels[i] > -20, i >= 110 && i < 112) << i;
+    }
+}
+
 TEST_F(RecordingControllerTests, start_microphoneOnly_recordsOneSideAndSaysSo) {
     const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you});
     start(capture);
