@@ -4,6 +4,8 @@
 #include "VarnicCore/Audio/SoundFile.h"
 #include "VarnicCore/Library/LibraryError.h"
 
+#include <algorithm>
+#include <chrono>
 #include <utility>
 #include <vector>
 
@@ -11,8 +13,12 @@ namespace varnic {
 
 namespace {
 
-/// A fragment is a second long.
-constexpr std::int64_t fragmentsASync = 4;
+using Clock = std::chrono::steady_clock;
+
+/// Each second's fragment of a recording goes to the disk at once. Sound that comes faster, and a disk that is slow,
+/// are not held up by that for more than a part of the time.
+constexpr std::chrono::milliseconds leastBetweenSyncs{500};
+constexpr int syncsShare = 4;
 
 class CompressedFile final : public SoundFile {
 public:
@@ -61,8 +67,10 @@ private:
         packets_.insert(packets_.end(), waiting_.begin(), waiting_.end());
         waiting_.clear();
         bytes_.clear();
-        if (chunks_.size() % fragmentsASync == 0) {
+        if (const auto began = Clock::now(); began >= nextSync_) {
             file_.sync();
+            const auto ended = Clock::now();
+            nextSync_ = ended + std::max<Clock::duration>(leastBetweenSyncs, (syncsShare - 1) * (ended - began));
         }
     }
 
@@ -90,6 +98,7 @@ private:
     std::vector<Mp4::Packet> packets_;
     std::vector<Mp4::Chunk> chunks_;
     std::int64_t framesWritten_ = 0;
+    Clock::time_point nextSync_;
     bool finished_ = false;
     bool closed_ = false;
 };
