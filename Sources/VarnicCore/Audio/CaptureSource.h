@@ -32,7 +32,8 @@ public:
     CaptureSource& operator=(const CaptureSource&) = delete;
     virtual ~CaptureSource() = default;
 
-    /// Begins to deliver and gives the sides that really started; blocks for as long as that takes. `hostStart` is time
+    /// Begins to deliver, one side while the other still opens, and gives the sides that really started; blocks for as
+    /// long as that takes. `hostStart` is time
     /// zero on the HostClock. Throws CaptureError when no side starts, AudioError for a file that cannot be read.
     virtual std::vector<Speaker> start(double hostStart, Deliver deliver) = 0;
 

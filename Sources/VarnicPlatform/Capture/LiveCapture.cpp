@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <optional>
+#include <string>
 #include <thread>
 
 namespace varnic {
@@ -50,24 +52,32 @@ class LiveCapture::Session {
 public:
     explicit Session(double hostStart) : hostStart_(hostStart), supervisor_(you_.ring, them_.ring) {}
 
-    /// The sides that started; what went wrong with others is among the problems.
+    /// The sides that started, which are kept open from here on; what went wrong with others is among the problems.
     std::vector<Speaker> open(bool withMic, bool withSystem) {
         if (!supervisor_.connect()) {
             supervisor_.addProblem("The sound system, PipeWire, isn’t running.");
             return {};
         }
-        if (withMic) {
-            attempt(Speaker::you, &CaptureSupervisor::openMicrophone);
+        // The programs first: they are heard at once, while a microphone may take seconds.
+        const Problem theirs = withSystem ? attempt(&CaptureSupervisor::openPrograms) : std::nullopt;
+        const Problem yours = withMic ? attempt(&CaptureSupervisor::openMicrophone) : std::nullopt;
+        for (const Problem& problem : {yours, theirs}) {
+            if (problem) {
+                supervisor_.addProblem(*problem);
+            }
         }
-        if (withSystem) {
-            attempt(Speaker::them, &CaptureSupervisor::openPrograms);
+        if (withMic && !yours) {
+            sides_.push_back(Speaker::you);
         }
+        if (withSystem && !theirs) {
+            sides_.push_back(Speaker::them);
+        }
+        supervisor_.watch();
         return sides_;
     }
 
-    /// Begins to deliver.
+    /// Begins to deliver what comes into the rings.
     void run(Deliver deliver) {
-        supervisor_.watch();
         drainer_ = std::jthread([this, deliver = std::move(deliver)](const std::stop_token& stop) {
             std::mutex lock;
             std::unique_lock held(lock);
@@ -100,12 +110,15 @@ public:
     [[nodiscard]] std::uint64_t lostFrames() const { return you_.ring.lostFrames() + them_.ring.lostFrames(); }
 
 private:
-    void attempt(Speaker speaker, void (CaptureSupervisor::*openSide)()) {
+    /// Why a side does not start.
+    using Problem = std::optional<std::string>;
+
+    Problem attempt(void (CaptureSupervisor::*openSide)()) {
         try {
             (supervisor_.*openSide)();
-            sides_.push_back(speaker);
+            return std::nullopt;
         } catch (const CaptureError& error) {
-            supervisor_.addProblem(error.what());
+            return error.what();
         }
     }
 
@@ -131,6 +144,7 @@ std::vector<Speaker> LiveCapture::start(double hostStart, Deliver deliver) {
         throw CaptureError::nothingToRecord();
     }
     const auto session = std::make_shared<Session>(hostStart);
+    session->run(std::move(deliver));
     const std::vector<Speaker> sides = session->open(wantMic, wantSystem);
     {
         const std::scoped_lock lock(lock_);
@@ -140,7 +154,6 @@ std::vector<Speaker> LiveCapture::start(double hostStart, Deliver deliver) {
         session->close();
         throw nothingStarted(session->problems());
     }
-    session->run(std::move(deliver));
     return sides;
 }
 

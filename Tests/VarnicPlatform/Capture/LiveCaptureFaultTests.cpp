@@ -3,6 +3,8 @@
 #include "VarnicCore/Audio/CaptureError.h"
 
 #include <cstdlib>
+#include <span>
+#include <vector>
 
 namespace varnic {
 namespace {
@@ -61,6 +63,20 @@ TEST_F(LiveCaptureTest, start_noSessionManager_saysThatTheMicrophoneIsSilent) {
     EXPECT_THAT(recorder.start(), ElementsAre(Speaker::them));
     EXPECT_THAT(recorder.capture.problems(),
                 ElementsAre("The microphone couldn’t start: no sound comes from “Virtual test-mic”"));
+}
+
+TEST_F(LiveCaptureTest, start_microphoneTakesItsTime_theirSideIsHeardMeanwhile) {
+    startSystem();
+    run("add-dead-source headset");
+    run("default-source headset");
+    play();
+    EXPECT_THAT(recorder.start(), ElementsAre(Speaker::them));
+    const auto secondBefore = static_cast<std::size_t>((recorder.now() - 1) * 48'000);
+    ASSERT_TRUE(comes([&] { return recorder.track(Speaker::them).size() > secondBefore; }));
+    const std::vector<float> meanwhile = recorder.track(Speaker::them);
+    EXPECT_GT(Tones::amplitude(std::span(meanwhile).first(secondBefore).last(12'000), playerTone), Tones::loudness / 4);
+    EXPECT_THAT(recorder.capture.problems(),
+                ElementsAre("The microphone couldn’t start: no sound comes from “headset”"));
 }
 
 class LiveCaptureKills : public LiveCaptureTest, public testing::WithParamInterface<const char*> {
