@@ -33,8 +33,8 @@ public:
     virtual ~CaptureSource() = default;
 
     /// Begins to deliver, one side while the other still opens, and gives the sides that really started; blocks for as
-    /// long as that takes. `hostStart` is time
-    /// zero on the HostClock. Throws CaptureError when no side starts, AudioError for a file that cannot be read.
+    /// long as that takes. `hostStart` is time zero on the HostClock. Throws CaptureError when no side starts,
+    /// AudioError for a file that cannot be read.
     virtual std::vector<Speaker> start(double hostStart, Deliver deliver) = 0;
 
     /// Ends delivery: after it has returned, `deliver` is not called again. May be called with nothing started.
