@@ -139,11 +139,12 @@ void AppDelegate::terminate() {
 }
 
 void AppDelegate::finishBeforeLogout() {
-    QCoro::waitFor(model_.stopRecordingForQuit());
-    // A stop that was under way already.
-    while (isBusy(model_.recorder().state())) {
+    const RecordingController& recorder = model_.recorder();
+    // A start or a stop that is under way comes to its end first.
+    while (isBusy(recorder.state()) && !isRecording(recorder.state())) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
+    QCoro::waitFor(model_.stopRecordingForQuit());
     model_.flushSaves();
 }
 

@@ -4,6 +4,7 @@
 #include "VarnicCore/Audio/SoundFiles.h"
 #include "VarnicPlatform/Desktop/Logind.h"
 
+#include <QTimer>
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -148,6 +149,25 @@ TEST_F(AppDelegateTest, logout_returnsWithTheCallOnDisk) {
         EXPECT_NE(std::ranges::find(stored, call, &Note::id), stored.end()) << isStopping;
         EXPECT_THAT(steps, ElementsAre("hotkey"));
     }
+}
+
+TEST_F(AppDelegateTest, logoutWhileStarting_endsTheRecordingToo) {
+    launch();
+    model->makeCapture = [this] {
+        capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+        capture->isOpening = true;
+        return capture;
+    };
+    model->toggleRecording();
+    ASSERT_TRUE(waitUntil([this] { return isBusy(model->recorder().state()); }));
+    const Uuid call = model->recorder().noteID();
+    QTimer::singleShot(0, [this] {
+        capture->isOpening = false;
+        capture->isOpening.notify_all();
+    });
+    delegate.finishBeforeLogout();
+    EXPECT_FALSE(isBusy(model->recorder().state()));
+    EXPECT_TRUE(std::filesystem::exists(LibraryStore(model.folder() / "Library").url(call)));
 }
 
 TEST_F(AppDelegateTest, sleep_endsTheRecordingAndWaitsForItsNote) {
