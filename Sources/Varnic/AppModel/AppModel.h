@@ -258,6 +258,7 @@ private:
     [[nodiscard]] DigestContext context(Date startedAt, std::string themName, std::string source) const;
     void showPlaceholder(Uuid id, std::string title, CallRecord call);
     void file(Note finished, std::shared_ptr<RecordingMarkFile> mark);
+    void removeAudioIfNotKept(Uuid id);
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
 
     std::vector<Note> notes_;

@@ -125,15 +125,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
         finished.call->problem = quitProblem;
     }
     file(std::move(finished), std::move(mark));
-    // Without a transcript the sound is all there is of the call.
-    if (const Note* filed = note(id); !settings.keepAudio.value() && filed->call && !filed->call->segments.empty()) {
-        editCall(id, [](CallRecord& call) {
-            call.audioFolder.reset();
-            call.tracks.clear();
-        });
-        // Not before the transcript is on disk, for the same reason.
-        saveNow(id, [folder = store_.audioFolder(id)] { Folders::removeAll(folder); });
-    }
+    removeAudioIfNotKept(id);
     const AISettings& ai = settings.ai.value();
     const bool asksAI = ai.enabled && !ai.askEachTime && !stop.stop_requested();
     if (const Note* filed = note(id); asksAI && filed->call && !filed->call->segments.empty()) {
@@ -157,6 +149,20 @@ void AppModel::file(Note finished, std::shared_ptr<RecordingMarkFile> mark) {
         whenSaved = [mark = std::move(mark)] { mark->remove(); };
     }
     scheduleSave(id, true, std::move(whenSaved));
+}
+
+void AppModel::removeAudioIfNotKept(Uuid id) {
+    const Note* filed = note(id);
+    // Without a transcript the sound is all there is of the call.
+    if (settings.keepAudio.value() || filed == nullptr || !filed->call || filed->call->segments.empty()) {
+        return;
+    }
+    editCall(id, [](CallRecord& call) {
+        call.audioFolder.reset();
+        call.tracks.clear();
+    });
+    // Not before the transcript is on disk, for the same reason.
+    saveNow(id, [folder = store_.audioFolder(id)] { Folders::removeAll(folder); });
 }
 
 void AppModel::cancelProcessing() {
@@ -207,6 +213,10 @@ QCoro::Task<> AppModel::retranscribe(Uuid id) {
     }
     if (result) {
         update(id, true, [&](Note& note) { note = note == before ? *result : withTranscript(note, *result, before); });
+        // That of a call which had a transcript was kept by the user's choice of then.
+        if (before.call->segments.empty()) {
+            removeAudioIfNotKept(id);
+        }
     } else if (!stop.stop_requested()) {
         editCall(id, [&problem](CallRecord& call) { call.problem = problem; });
     }

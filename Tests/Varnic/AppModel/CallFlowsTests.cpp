@@ -197,7 +197,17 @@ TEST_F(CallFlowsTests, stop_audioNotKeptButNothingWrittenDown_keepsTheSound) {
         EXPECT_TRUE(model->note(id)->call->problem);
         QCoro::waitFor(model->retranscribe(id));
         EXPECT_THAT(model->note(id)->call->segments, Not(IsEmpty()));
+        EXPECT_FALSE(model->note(id)->call->audioFolder);
     }
+    EXPECT_THAT(audioFolders(), IsEmpty());
+}
+
+TEST_F(CallFlowsTests, retranscribe_callKeptBeforeAudioWasNoLonger_keepsItsSound) {
+    const Uuid id = *QCoro::waitFor(record());
+    model->settings.keepAudio = false;
+    QCoro::waitFor(model->retranscribe(id));
+    EXPECT_THAT(audioFolders(), SizeIs(1));
+    EXPECT_TRUE(model->note(id)->call->audioFolder);
 }
 
 TEST_F(CallFlowsTests, quit_whileRecording_savesTheCall) {
