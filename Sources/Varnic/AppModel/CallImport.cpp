@@ -1,11 +1,10 @@
 #include "Varnic/AppModel/CallImport.h"
 
 #include "VarnicCore/Audio/AudioFiles.h"
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Library/AtomicWrite.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -38,20 +37,12 @@ Date creationDate(const fs::path& file) {
     return isKnown ? std::min(changed, dateOf(status.stx_btime)) : changed;
 }
 
-/// The copy gets its name when it is whole, so that nobody takes a part of a recording for all of it.
 void copyTrack(const fs::path& file, const fs::path& track) {
     std::error_code error;
     if (!fs::is_regular_file(file, error) || ::access(file.c_str(), R_OK) != 0) {
         throw std::runtime_error("Couldn’t read that file");
     }
-    const fs::path unfinished = track.parent_path() / fmt::format(".{}.tmp", track.filename().string());
-    fs::copy_file(file, unfinished, error);
-    if (!error) {
-        fs::rename(unfinished, track, error);
-    }
-    if (error) {
-        throw LibraryError("written", track, error);
-    }
+    AtomicWrite::copy(file, track);
 }
 
 } // namespace

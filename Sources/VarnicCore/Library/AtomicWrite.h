@@ -19,7 +19,10 @@ enum class Readers {
 /// LibraryError, and then leaves no temporary file.
 void replace(const std::filesystem::path& file, std::string_view bytes, Readers readers = Readers::owner);
 
-/// Whether a file of this name is a temporary one of `replace`; a crash can leave it behind.
+/// The same with what another file holds, for who may read that.
+void copy(const std::filesystem::path& from, const std::filesystem::path& file);
+
+/// Whether a file of this name is a temporary one of these; a crash can leave it behind.
 bool isTemporary(const std::filesystem::path& file);
 
 } // namespace varnic::AtomicWrite

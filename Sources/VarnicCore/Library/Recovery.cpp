@@ -2,6 +2,7 @@
 
 #include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicCore/Audio/TrackWriter.h"
+#include "VarnicCore/Library/AtomicWrite.h"
 #include "VarnicCore/Library/Folders.h"
 #include "VarnicCore/Library/LibraryError.h"
 
@@ -121,6 +122,12 @@ std::optional<DeadRecording> marked(const LibraryStore& store, const fs::path& f
     if (isFiled(store, id)) {
         mark->remove();
         return std::nullopt;
+    }
+    // An import dies with a part of what it copied.
+    for (const fs::path& entry : Folders::entries(folder)) {
+        if (AtomicWrite::isTemporary(entry)) {
+            Folders::removeAll(entry);
+        }
     }
     return DeadRecording{describe(folder, id, mark->read()), folder, std::move(*mark)};
 }

@@ -209,8 +209,11 @@ TEST_F(RecoveryTest, find_noSoundInIt_saysSo) {
         const TrackWriter writer(folder() / "you.m4a", Speaker::you, true);
     }
     TemporaryLibrary::write(folder() / "them.m4a", std::string(5000, 'x'));
+    const fs::path unfinished = folder() / ".a copy.tmp";
+    TemporaryLibrary::write(unfinished, "RIFF");
     ASSERT_EQ(find().size(), 1U);
     EXPECT_FALSE(find()[0].hasSound());
+    EXPECT_FALSE(fs::exists(unfinished));
     EXPECT_EQ(find()[0].recording.startedAt, mark.startedAt);
 }
 
