@@ -67,11 +67,26 @@ private:
         packets_.insert(packets_.end(), waiting_.begin(), waiting_.end());
         waiting_.clear();
         bytes_.clear();
-        if (const auto began = Clock::now(); began >= nextSync_) {
-            file_.sync();
+        syncWhenDue();
+    }
+
+    /// A disk that fails may take its time for that too.
+    void syncWhenDue() {
+        const auto began = Clock::now();
+        if (began < nextSync_) {
+            return;
+        }
+        const auto pace = [&] {
             const auto ended = Clock::now();
             nextSync_ = ended + std::max<Clock::duration>(leastBetweenSyncs, (syncsShare - 1) * (ended - began));
+        };
+        try {
+            file_.sync();
+        } catch (const LibraryError&) {
+            pace();
+            throw;
         }
+        pace();
     }
 
     /// Makes an ordinary file of the fragments. Where there is no room for that it stays one of fragments, which plays
