@@ -26,14 +26,17 @@ struct Side {
     FrameRing ring;
     ClockFollower follower{};
 
-    void drain(double hostStart, const CaptureSource::Deliver& deliver) {
+    /// Hands the oldest block out; false where there is none.
+    bool drainOne(double hostStart, const CaptureSource::Deliver& deliver) {
         double stamp = 0;
         PcmBuffer block;
-        while (ring.pop(stamp, block)) {
-            if (auto piece = follower.follow(stamp - hostStart, block)) {
-                deliver(speaker, std::move(piece->sound), piece->at);
-            }
+        if (!ring.pop(stamp, block)) {
+            return false;
         }
+        if (auto piece = follower.follow(stamp - hostStart, block)) {
+            deliver(speaker, std::move(piece->sound), piece->at);
+        }
+        return true;
     }
 };
 
@@ -84,8 +87,7 @@ public:
             std::condition_variable_any never;
             while (!stop.stop_requested()) {
                 never.wait_for(held, stop, drainInterval, [] { return false; });
-                you_.drain(hostStart_, deliver);
-                them_.drain(hostStart_, deliver);
+                drain(deliver);
             }
         });
     }
@@ -119,6 +121,15 @@ private:
             return std::nullopt;
         } catch (const CaptureError& error) {
             return error.what();
+        }
+    }
+
+    /// In turn: after a standstill neither side gets ahead of what waits of the other.
+    void drain(const Deliver& deliver) {
+        for (bool isAny = true; isAny;) {
+            const bool ofYou = you_.drainOne(hostStart_, deliver);
+            const bool ofThem = them_.drainOne(hostStart_, deliver);
+            isAny = ofYou || ofThem;
         }
     }
 
