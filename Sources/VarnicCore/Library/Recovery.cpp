@@ -123,7 +123,7 @@ std::optional<DeadRecording> marked(const LibraryStore& store, const fs::path& f
         mark->remove();
         return std::nullopt;
     }
-    // An import dies with a part of what it copied.
+    // An import that died leaves a part of what it copied.
     for (const fs::path& entry : Folders::entries(folder)) {
         if (AtomicWrite::isTemporary(entry)) {
             Folders::removeAll(entry);
