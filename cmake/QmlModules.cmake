@@ -34,6 +34,14 @@ function(varnic_qml_module target uri)
         set_source_files_properties("${source}" PROPERTIES
             COMPILE_OPTIONS "$<TARGET_PROPERTY:VarnicWarnings,INTERFACE_COMPILE_OPTIONS>")
     endforeach()
+    # What Qt's compiler makes of the QML files is many small sources that all include half of Qt.
+    get_target_property(sources ${target} SOURCES)
+    list(FILTER sources INCLUDE REGEX "/qmlcache/.*_qml\\.cpp$")
+    set_source_files_properties(${sources} PROPERTIES UNITY_GROUP qml)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+    # Pedantry changes what the compiler defines, and so must hold for all that shares the headers.
+    target_compile_options(${target} PRIVATE -Wpedantic)
+    varnic_precompile(${target} QUICK)
     target_include_directories(${target} PUBLIC "${CMAKE_SOURCE_DIR}/Sources" PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
     target_compile_definitions(${target} PUBLIC QT_NO_KEYWORDS)
     target_link_libraries(${target} PUBLIC Qt6::Quick ${module_LIBRARIES} INTERFACE ${target}plugin)
