@@ -10,6 +10,7 @@
 #include <QTimer>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <charconv>
@@ -56,7 +57,11 @@ public:
         // Without a screen there is no sheet to ask on: what can be recorded is, and the rest is said.
         QCoro::waitFor(model_.startRecording(true));
         if (!isRecording(model_.recorder().state())) {
-            throw std::runtime_error(toastText(model_) + " `varnic-cli devices` tells what is missing.");
+            // The reason, where there is one, rather than the hint at a window's settings.
+            const std::vector<std::string> missing = missingDevices(SoundSurvey::take());
+            throw std::runtime_error(missing.empty() ? toastText(model_)
+                                                     : fmt::format("{} `varnic-cli devices` tells what is missing.",
+                                                                   fmt::join(missing, " ")));
         }
         id_ = model_.recorder().noteID();
         for (const std::string& sentence : missingDevices(SoundSurvey::take())) {

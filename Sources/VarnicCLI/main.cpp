@@ -1,4 +1,6 @@
 #include "VarnicCLI/Command.h"
+#include "VarnicCore/Audio/CaptureError.h"
+#include "VarnicCore/Text/Wording.h"
 
 #include <fmt/format.h>
 
@@ -13,7 +15,7 @@ namespace {
 using namespace varnic::cli;
 
 void printHelp(std::FILE* stream) {
-    fmt::print(stream, "usage: varnic-cli COMMAND [options]\n\n"
+    fmt::print(stream, "usage: varnic-cli COMMAND [options]\n       varnic-cli --help | --version\n\n"
                        "Keeps calls and notes in a library on this computer.\n\n");
     for (const Command& command : commands()) {
         fmt::print(stream, "  {:<12} {}\n", command.name, command.summary);
@@ -32,8 +34,12 @@ ExitCode run(const std::vector<std::string>& words) {
         printHelp(stderr);
         return ExitCode::usage;
     }
-    if (words.front() == "--help" || words.front() == "help") {
+    if (words.front() == "--help" || words.front() == "-h" || words.front() == "help") {
         printHelp(stdout);
+        return ExitCode::success;
+    }
+    if (words.front() == "--version") {
+        fmt::print("varnic-cli {}\n", VARNIC_VERSION);
         return ExitCode::success;
     }
     const auto command = std::ranges::find(commands(), words.front(), &Command::name);
@@ -61,6 +67,9 @@ int main(int argc, char** argv) {
     } catch (const UsageError& error) {
         fmt::print(stderr, "varnic-cli: {}; see varnic-cli --help\n", error.what());
         return static_cast<int>(ExitCode::usage);
+    } catch (const varnic::CaptureError& error) {
+        fmt::print(stderr, "varnic-cli: {}\n", varnic::Wording::shown(error.what()));
+        return static_cast<int>(ExitCode::failure);
     } catch (const std::exception& error) {
         fmt::print(stderr, "varnic-cli: {}\n", error.what());
         return static_cast<int>(ExitCode::failure);

@@ -333,6 +333,15 @@ class Devices(CommandLine):
         run = self.devices({"XDG_RUNTIME_DIR": str(self.folder), "PIPEWIRE_REMOTE": ""}, "--json")
         self.assertEqual(len(json.loads(run.stdout)["missing"]), 1)
 
+    def test_a_missing_configuration_is_told_in_our_words_alone(self):
+        nowhere = {"XDG_RUNTIME_DIR": str(self.folder), "PIPEWIRE_CONFIG_DIR": str(self.folder), "PIPEWIRE_REMOTE": ""}
+        for command in ("devices", "record"):
+            run = subprocess.run([PROGRAM, command], capture_output=True, text=True,
+                                 env=os.environ | nowhere | {"VARNIC_DATA_DIR": str(self.library)})
+            self.assertEqual((run.returncode, run.stdout), (1, ""))
+            self.assertEqual(run.stderr, "varnic-cli: The computer’s sound couldn’t be captured: PipeWire’s configuration "
+                                         "for programs can’t be read; on Debian it is in the package pipewire-bin.\n")
+
 
 class BadInput(CommandLine):
     def fails(self, *args, **options):
@@ -386,6 +395,8 @@ class BadInput(CommandLine):
             with self.subTest(args):
                 run = self.run_cli(*args)
                 self.assertEqual((run.returncode, run.stdout), (2, ""))
+        self.assertEqual(self.succeed("-h"), self.succeed("--help"))
+        self.assertRegex(self.succeed("--version"), r"\Avarnic-cli \d+\.\d+\.\d+\n\Z")
         for command in ("transcribe", "list", "show", "digest"):
             self.assertIn("usage: varnic-cli " + command, self.succeed(command, "--help"))
 

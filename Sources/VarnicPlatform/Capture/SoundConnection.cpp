@@ -4,6 +4,7 @@
 #include "VarnicCore/Audio/CaptureSource.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <mutex>
 
 namespace varnic {
@@ -29,7 +30,13 @@ struct SoundConnection::Events {
 
 SoundConnection::SoundConnection(std::function<void()> onChange) : onChange_(std::move(onChange)) {
     static std::once_flag initialised;
-    std::call_once(initialised, [] { pw_init(nullptr, nullptr); });
+    std::call_once(initialised, [] {
+        pw_init(nullptr, nullptr);
+        // What goes wrong is said in our own words; the library's would stand in between on a terminal.
+        if (std::getenv("PIPEWIRE_DEBUG") == nullptr) {
+            pw_log_set_level(SPA_LOG_LEVEL_NONE);
+        }
+    });
     loop_.reset(pw_thread_loop_new("varnic-sound", nullptr));
     if (loop_) {
         // With this configuration the sound's own thread has real-time priority, where the system grants it: without,
@@ -40,7 +47,7 @@ SoundConnection::SoundConnection(std::function<void()> onChange) : onChange_(std
                                       0));
     }
     if (!context_ || pw_thread_loop_start(loop_.get()) < 0) {
-        throw CaptureError::systemAudioFailed("PipeWire’s library isn’t installed properly.");
+        throw CaptureError::systemAudioFailed("PipeWire’s configuration for programs can’t be read; on Debian it is in the package pipewire-bin.");
     }
 }
 
