@@ -1,6 +1,7 @@
 #include "VarnicCLI/Command.h"
 #include "VarnicCLI/Files.h"
 #include "VarnicCLI/FlowRunner.h"
+#include "VarnicCLI/Terminal.h"
 #include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/Export/Exporter.h"
 #include "VarnicCore/Export/MarkdownImport.h"
@@ -95,9 +96,9 @@ ExitCode exportNote(const Arguments& arguments) {
         writeFile(destination(*output, note, format), bytes);
     }
     if (arguments.has("json")) {
-        fmt::print("{}\n", jsonText({{"fileName", Exporter::fileName(note, format)}, {"text", bytes}}));
+        Terminal::printJson(jsonText({{"fileName", Exporter::fileName(note, format)}, {"text", bytes}}));
     } else if (!output) {
-        fmt::print("{}", bytes);
+        Terminal::printFile(bytes);
     }
     return ExitCode::success;
 }
@@ -114,7 +115,7 @@ ExitCode importNotes(const Arguments& arguments) {
         try {
             document = documentIn(file);
         } catch (const std::runtime_error& error) {
-            fmt::print(stderr, "varnic-cli: {}\n", error.what());
+            Terminal::print(stderr, "varnic-cli: {}\n", error.what());
             allRead = false;
             continue;
         }
@@ -125,13 +126,13 @@ ExitCode importNotes(const Arguments& arguments) {
         const Note& note = *model.note(id);
         imported.push_back({{"id", id.text()}, {"title", note.displayTitle()}});
         if (!arguments.has("json")) {
-            fmt::print("{}  {}\n", shortId(note), note.displayTitle());
+            Terminal::print("{}  {}\n", shortId(note), note.displayTitle());
         }
     }
     if (arguments.has("json")) {
-        fmt::print("{}\n", jsonText(imported));
+        Terminal::printJson(jsonText(imported));
     } else if (imported.empty() && allRead) {
-        fmt::print(stderr, "There are no Markdown files in “{}”.\n", path.string());
+        Terminal::print(stderr, "There are no Markdown files in “{}”.\n", path.string());
     }
     return allRead ? ExitCode::success : ExitCode::failure;
 }

@@ -1,4 +1,5 @@
 #include "VarnicCLI/Command.h"
+#include "VarnicCLI/Terminal.h"
 
 #include <fmt/format.h>
 
@@ -62,7 +63,7 @@ int main(int argc, char** argv) {
         fmt::print(stderr, "varnic-cli: {}; see varnic-cli --help\n", error.what());
         return static_cast<int>(ExitCode::usage);
     } catch (const std::exception& error) {
-        fmt::print(stderr, "varnic-cli: {}\n", error.what());
+        Terminal::print(stderr, "varnic-cli: {}\n", error.what());
         return static_cast<int>(ExitCode::failure);
     }
 }

@@ -192,8 +192,55 @@ class Recover(CommandLine):
             run.send_signal(signal.SIGINT)
             _, error = run.communicate()
         self.assertEqual((run.returncode, error), (1, "varnic-cli: Varnic was quit before this call was transcribed — "
-                                                      "choose Transcribe Again.\n"))
+                                                      "choose Transcribe Again.\n"
+                                                      f"Here that is: varnic-cli transcribe --note {self.ID[:8]}\n"))
         self.assertEqual(self.stored(), [f"audio/{self.ID}/them.wav", f"notes/{self.ID}.json"])
+
+    def file_without_words(self, **call):
+        """A call whose program died before its words came."""
+        self.cut_off(self.ID, f"{RECORDINGS}/beckett.wav")
+        (self.library / "notes").mkdir()
+        blocks = [{"id": self.ID[:-1] + "2", "kind": "paragraph", "text": "Mine."}]
+        (self.library / "notes" / f"{self.ID}.json").write_text(json.dumps(
+            {"id": self.ID, "title": "My title", "created": "2026-03-14T09:26:53.589Z", "blocks": blocks,
+             "call": {"startedAt": "2026-03-14T09:26:53.589Z", "duration": 9, "source": "Zoom", "tracks": ["them"],
+                      "themName": "", "language": "en-US", "segments": [], "audioFolder": self.ID} | call}))
+
+    def check_words(self, note):
+        self.assertIn("try again", " ".join(s["text"] for s in note["call"]["segments"]).lower())
+        self.assertEqual(note["title"], "My title")
+        self.assertIn("Mine.", [block.get("text") for block in note["blocks"]])
+
+    def test_a_call_that_was_filed_ahead_of_its_words_gets_them(self):
+        self.file_without_words()
+        [note] = json.loads(self.succeed("recover", "--json"))
+        self.check_words(note)
+        self.assertEqual(self.succeed("recover"), "There is nothing to recover.\n")
+
+    def test_a_call_of_the_library_is_transcribed_again(self):
+        self.file_without_words(problem="Transcription failed: once.")
+        self.assertEqual(self.succeed("recover"), "There is nothing to recover.\n")
+        self.assertIn("German", self.run_cli("transcribe", "--note", self.ID, "--language", "de-DE").stderr)
+        self.check_words(json.loads(self.succeed("transcribe", "--note", self.ID[:6].lower(), "--json")))
+        for args, code in ((["--note", self.ID, "--you", "x.wav"], 2), (["--note", "FFFF"], 1)):
+            self.assertEqual(self.run_cli("transcribe", *args).returncode, code)
+        (self.library / "audio" / self.ID / "them.wav").unlink()
+        run = self.run_cli("transcribe", "--note", self.ID)
+        self.assertEqual((run.returncode, run.stderr), (1, "varnic-cli: The recording’s audio file is missing.\n"))
+
+    def test_a_deleted_call_comes_back_with_its_recording(self):
+        self.file_without_words(problem="Transcription failed: once.")
+        before = self.stored()
+        self.assertIn(f"varnic-cli restore {self.ID[:8]}", self.succeed("delete", self.ID[:4]))
+        self.assertEqual(self.stored(), [f"Deleted/{self.ID}/audio/them.wav", f"Deleted/{self.ID}/note.json"])
+        self.assertIn("My title", self.succeed("restore"))
+        [row] = json.loads(self.succeed("restore", "--json"))
+        self.assertEqual((row["id"], row["isCall"]), (self.ID, True))
+        self.assertEqual(self.run_cli("delete", self.ID).returncode, 1)
+        self.assertEqual(self.run_cli("restore", "FFFF").returncode, 1)
+        self.assertIn("My title", self.succeed("restore", self.ID[:4].lower()))
+        self.assertEqual(self.stored(), before)
+        self.assertEqual(json.loads(self.succeed("restore", "--json")), [])
 
 
 class Tools(CommandLine):

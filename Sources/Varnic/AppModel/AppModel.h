@@ -157,6 +157,8 @@ public:
         std::vector<Recording> calls;
         /// Recordings without any sound, which are among the deleted notes now.
         int soundless = 0;
+        /// Calls that were filed ahead of their words by a program that ended before those came. They say so.
+        std::vector<Uuid> unwritten;
     };
 
     /// The second part of `load`.
@@ -257,6 +259,8 @@ private:
     [[nodiscard]] DigestContext context(const CallRecord& call) const;
     [[nodiscard]] DigestContext context(Date startedAt, std::string themName, std::string source) const;
     void showPlaceholder(Uuid id, std::string title, CallRecord call);
+    void keepLiveLines(Note& finished) const;
+    [[nodiscard]] std::vector<Uuid> takeUnwritten();
     void file(Note finished, std::shared_ptr<RecordingMarkFile> mark);
     void removeAudioIfNotKept(Uuid id);
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);

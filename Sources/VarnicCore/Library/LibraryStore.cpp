@@ -179,6 +179,21 @@ std::optional<Note> LibraryStore::restore(const Uuid& id, Date now) const {
     return load(id, now);
 }
 
+std::vector<Note> LibraryStore::deleted(Date now) const {
+    std::vector<std::pair<fs::file_time_type, Note>> found;
+    NoteFileReader reader;
+    for (const fs::path& entry : Folders::entries(deletedDir())) {
+        try {
+            found.emplace_back(fs::last_write_time(entry), reader.read(entry / deletedNote, now));
+        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): not a note that could be brought back
+        }
+    }
+    std::ranges::stable_sort(found, std::ranges::greater{}, [](const auto& one) { return one.first; });
+    std::vector<Note> notes;
+    std::ranges::transform(found, std::back_inserter(notes), [](auto& one) { return std::move(one.second); });
+    return notes;
+}
+
 void LibraryStore::purgeDeleted(int days, Date now) const {
     for (const fs::path& entry : Folders::entries(deletedDir())) {
         if (Folders::isOlder(entry, now, std::chrono::days(days))) {

@@ -85,6 +85,9 @@ public:
     /// cannot be read. Throws LibraryError.
     std::optional<Note> restore(const Uuid& id, Date now) const;
 
+    /// The deleted notes that can be read, last deleted first.
+    [[nodiscard]] std::vector<Note> deleted(Date now) const;
+
     /// Removes what was deleted more than so many days before `now`, and the remains of writes that a crash cut short.
     void purgeDeleted(int days, Date now) const;
 

@@ -4,6 +4,7 @@
 #include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicCore/Audio/SoundFiles.h"
 #include "VarnicCore/Fixtures/DemoCall.h"
+#include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicPlatform/Capture/Permissions.h"
 
 #include <gmock/gmock.h>
@@ -74,6 +75,24 @@ protected:
     QCoro::Task<std::optional<Uuid>> record() {
         QCoro::waitFor(model->startRecording(false));
         capture->play(Speaker::you, 0, 1);
+        auto stopping = model->stopRecording();
+        EXPECT_TRUE(waitUntil([&] { return !model->processing.value().empty() || stopping.isReady(); }));
+        return stopping;
+    }
+
+    /// The same, of a call in which words were shown that are then transcribed anew.
+    QCoro::Task<std::optional<Uuid>> recordWithLiveWords() {
+        model->settings.liveTranscript = true;
+        model->recorder().makeRecognizer = [](Speaker side, const std::string&, const LiveRecognizer::Lines&,
+                                              const LiveRecognizer::Lines& onCommit) {
+            onCommit(side, {side == Speaker::you ? Segment(side, 0.2, 0.5, "Shall we send the designs tomorrow?")
+                                                 : Segment(side, 0.6, 0.9, "Friday would be early enough.")});
+            return nullptr;
+        };
+        QCoro::waitFor(model->startRecording(false));
+        capture->play(Speaker::you, 0, 1);
+        EXPECT_TRUE(waitUntil([&] { return model->recorder().committed().size() == 2; }));
+        model->settings.liveTranscript = false;
         auto stopping = model->stopRecording();
         EXPECT_TRUE(waitUntil([&] { return !model->processing.value().empty() || stopping.isReady(); }));
         return stopping;
@@ -286,6 +305,59 @@ TEST_F(CallFlowsTests, quit_whileTranscribing_leavesTheCallForAnotherTry) {
     QCoro::waitFor(model->retranscribe(id));
     EXPECT_THAT(model->note(id)->call->segments, Not(IsEmpty()));
     EXPECT_THAT(audioFolders(), SizeIs(1));
+}
+
+TEST_F(CallFlowsTests, quit_whileTranscribing_keepsTheWordsThatWereShown) {
+    delay = 20;
+    auto stopping = recordWithLiveWords();
+    ASSERT_THAT(model.stored(), SizeIs(1));
+    EXPECT_THAT(model.stored().front().call->segments,
+                ElementsAre(Field(&Segment::speaker, Speaker::you), Field(&Segment::speaker, Speaker::them)));
+    model.restart();
+    prepare();
+    model.load();
+    EXPECT_THAT(model->notes().front().call->segments, SizeIs(2));
+    EXPECT_FALSE(model->notes().front().call->problem);
+}
+
+TEST_F(CallFlowsTests, stop_recordingGivesNoWords_keepsThoseThatWereShown) {
+    failure = TranscriberError::unavailable();
+    const Note failed = *model->note(*QCoro::waitFor(recordWithLiveWords()));
+    EXPECT_EQ(failed.call->problem, failure->what());
+    failure.reset();
+    delay = 20;
+    auto stopping = recordWithLiveWords();
+    model->cancelProcessing();
+    const Note cancelled = *model->note(*QCoro::waitFor(stopping));
+    EXPECT_FALSE(cancelled.call->problem);
+    for (const Note& note : {failed, cancelled}) {
+        EXPECT_THAT(note.call->segments, SizeIs(2));
+        EXPECT_TRUE(note.call->digest);
+        EXPECT_THAT(model.stored(), Contains(note));
+    }
+}
+
+TEST_F(CallFlowsTests, recover_noteWithSoundAndNoWords_saysSoUnlessSomebodyWritesThem) {
+    delay = 20;
+    auto stopping = record();
+    const Uuid id = *model->selection.value();
+    model->flushSaves();
+    ScratchModel other(model.folder() / "Library");
+    const auto recovered = [&] {
+        other.load();
+        return QCoro::waitFor(other->recoverRecordings()).unwritten;
+    };
+    {
+        const auto alive = LibraryLock::forCall(other->audioFolder(id));
+        EXPECT_THAT(recovered(), IsEmpty());
+        EXPECT_FALSE(other->note(id)->call->problem);
+        QCoro::waitFor(other->retranscribe(id));
+        EXPECT_THAT(other->note(id)->call->segments, IsEmpty());
+    }
+    EXPECT_THAT(recovered(), ElementsAre(id));
+    EXPECT_EQ(other->note(id)->call->problem, quitProblem);
+    model->cancelProcessing();
+    QCoro::waitFor(stopping);
 }
 
 TEST_F(CallFlowsTests, cancelProcessing_filesTheCallForAnotherTry) {
