@@ -1,6 +1,7 @@
 #include "Varnic/AppModel/AppModel.h"
 
 #include "Varnic/Background.h"
+#include "VarnicCore/AISummariser/AIError.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 
 #include <QPointer>
@@ -49,6 +50,9 @@ QCoro::Task<> AppModel::runAI(Uuid id) {
     };
     try {
         digest = co_await inBackground(work);
+    } catch (const AIError& error) {
+        const bool isLocked = error.kind() == AIError::Kind::noKey && keys->isLocked(settings.ai.value().keyAccount());
+        problem = isLocked ? KeyStore::lockedSentence : error.what();
     } catch (const std::exception& error) {
         problem = error.what();
     }

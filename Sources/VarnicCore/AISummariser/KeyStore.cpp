@@ -17,4 +17,9 @@ void MemoryKeyStore::setKey(const std::optional<std::string>& key, const std::st
     }
 }
 
+bool MemoryKeyStore::remove(const std::string& account) {
+    const std::scoped_lock guard(lock_);
+    return keys_.erase(account) > 0;
+}
+
 } // namespace varnic
