@@ -9,6 +9,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import unicodedata
 import unittest
 from pathlib import Path
 
@@ -30,6 +31,22 @@ class CommandLine(unittest.TestCase):
     def run_cli(self, *args, input=None, library=None):
         environment = os.environ | {"VARNIC_DATA_DIR": str(library or self.library), "TZ": "UTC", "LC_ALL": "C.UTF-8"}
         return subprocess.run([PROGRAM, *map(str, args)], input=input, capture_output=True, text=True, env=environment)
+
+    def at_terminal(self, *args):
+        """All that a terminal without colours gets."""
+        master, terminal = os.openpty()
+        environment = os.environ | {"VARNIC_DATA_DIR": str(self.library), "LC_ALL": "C.UTF-8", "NO_COLOR": "1"}
+        with subprocess.Popen([PROGRAM, *map(str, args)], stdout=terminal, stderr=subprocess.PIPE, env=environment) as run:
+            os.close(terminal)
+            shown = b""
+            try:
+                while more := os.read(master, 65536):
+                    shown += more
+            except OSError:
+                pass  # how a terminal ends
+            shown += run.stderr.read()
+        os.close(master)
+        return shown.decode()
 
     def succeed(self, *args, **options):
         run = self.run_cli(*args, **options)
@@ -294,6 +311,72 @@ class Tools(CommandLine):
         self.assertEqual((self.folder / "Garden plan.md").read_text(), text)
         self.assertEqual(json.loads(self.succeed("export", garden, "--json")),
                          {"fileName": "Garden plan.md", "text": text})
+
+    def test_what_notes_cannot_hold_is_told(self):
+        (self.notes / "garden.md").write_text("---\ntitle: Plot\ndate: 2026-03-14\n---\n- a\n  - b\n")
+        run = self.run_cli("import", self.notes, "--json")
+        self.assertEqual(run.stderr, "Simplified in 1 file: 1 item of a list in a list is an item of one list now.\n")
+        by_title = {one["title"]: one for one in json.loads(run.stdout)}
+        self.assertEqual(by_title["Plot"]["simplified"], {"nestedItems": 1, "codeLines": 0})
+        self.assertEqual(by_title["Plot"]["file"], str(self.notes / "garden.md"))
+        self.assertNotIn("simplified", by_title["Untitled thoughts"])
+        note = json.loads(self.succeed("show", by_title["Plot"]["id"], "--json"))
+        self.assertEqual(note["created"], "2026-03-14T00:00:00.000Z")
+
+    def test_a_folder_that_cannot_be_read_is_named_and_the_rest_comes_in(self):
+        (self.notes / "deep").chmod(0)
+        user = None
+        if os.geteuid() == 0:  # whom no permission stops
+            user = 65534
+            for path in (self.folder, *self.folder.rglob("*")):
+                os.chown(path, user, user)
+        environment = os.environ | {"VARNIC_DATA_DIR": str(self.library), "HOME": str(self.folder)}
+        run = subprocess.run([PROGRAM, "import", self.notes], capture_output=True, text=True, env=environment,
+                             user=user)
+        (self.notes / "deep").chmod(0o700)
+        self.assertEqual(run.returncode, 1)
+        self.assertIn("deep” can’t be read", run.stderr)
+        self.assertIn("Garden plan", run.stdout)
+
+    def test_an_interrupt_ends_an_import_between_two_files(self):
+        for i in range(3000):
+            (self.notes / f"{i}.md").write_text("Text")
+        environment = os.environ | {"VARNIC_DATA_DIR": str(self.library)}
+        with subprocess.Popen([PROGRAM, "import", self.notes, "--json"], env=environment, stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE, text=True) as run:
+            while run.poll() is None and not list(self.library.glob("notes/*.json")):
+                pass
+            run.send_signal(signal.SIGINT)
+            output, error = run.communicate()
+        imported = json.loads(output)
+        self.assertEqual((run.returncode, error),
+                         (1, f"varnic-cli: Stopped. {len(imported)} of 3002 files are in the library.\n"))
+        self.assertEqual({path.stem for path in self.library.glob("notes/*.json")}, {one["id"] for one in imported})
+        self.assertGreater(len(imported), 0)
+
+    def test_no_control_character_reaches_a_terminal(self):
+        (self.notes / "bad\x1b[2J.md").write_bytes(b"# \x1b]0;owned\x07 caf\xe9\n")
+        (self.notes / "garden.md").write_text("# H\x1b[2Jeron\x9b31m\u0090\r\n\nText\x07\tmore\x7f\n")
+        note = None
+        for args in (["import", self.notes], ["list"], ["show"], ["show", "--json"], ["export"], ["search", "eron"],
+                     ["delete"], ["restore"]):
+            with self.subTest(args):
+                if args[0] in ("show", "export", "delete"):
+                    args.insert(1, note)
+                shown = self.at_terminal(*args)
+                self.assertIn("eron", shown)
+                self.assertEqual([c for c in shown if unicodedata.category(c) == "Cc" and c not in "\r\n\t"], [], shown)
+                if note is None:
+                    [note] = [one["id"] for one in json.loads(self.succeed("list", "--json")) if "eron" in one["title"]]
+
+    def test_a_name_is_cut_to_what_a_file_system_takes(self):
+        (self.notes / "garden.md").write_text("# " + "語" * 80 + "👨‍👩‍👧" * 20 + "\n")
+        [note] = json.loads(self.succeed("import", self.notes / "garden.md", "--json"))
+        (self.notes / "garden.md").write_text("# " + "👨‍👩‍👧" * 80 + "\n")
+        [other] = json.loads(self.succeed("import", self.notes / "garden.md", "--json"))
+        for one in (note, other):
+            self.succeed("export", one["id"], "-o", self.folder)
+        self.assertEqual({path.name for path in self.folder.glob("*.md")}, {"語" * 80 + ".md", "👨‍👩‍👧" * 13 + ".md"})
 
     def test_what_cannot_be_imported_is_named_and_the_rest_comes_in(self):
         (self.notes / "latin.md").write_bytes(b"# caf\xe9\n")
