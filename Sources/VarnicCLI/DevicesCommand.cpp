@@ -24,10 +24,10 @@ ExitCode devices(const Arguments& arguments) {
     const std::vector<std::string> sentences = missingDevices(survey);
     const ExitCode code = survey.microphone || survey.output ? ExitCode::success : ExitCode::failure;
     if (arguments.has("json")) {
-        Terminal::print("{}\n", jsonText({{"microphone", orNull(survey.microphone)},
-                                     {"output", orNull(survey.output)},
-                                     {"playing", survey.playing},
-                                     {"missing", sentences}}));
+        Terminal::printJson(jsonText({{"microphone", orNull(survey.microphone)},
+                                      {"output", orNull(survey.output)},
+                                      {"playing", survey.playing},
+                                      {"missing", sentences}}));
         return code;
     }
     if (survey.microphone) {
@@ -36,7 +36,7 @@ ExitCode devices(const Arguments& arguments) {
     if (survey.output) {
         Terminal::print("{}       {}\n", Terminal::bold("Output"), *survey.output);
         Terminal::print("{}  {}\n", Terminal::bold("Playing now"),
-                   survey.playing.empty() ? "nothing" : fmt::format("{}", fmt::join(survey.playing, ", ")));
+                        survey.playing.empty() ? "nothing" : fmt::format("{}", fmt::join(survey.playing, ", ")));
     }
     for (const std::string& sentence : sentences) {
         Terminal::print(code == ExitCode::success ? stdout : stderr, "{}\n", sentence);

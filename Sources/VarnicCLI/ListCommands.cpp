@@ -24,8 +24,9 @@ void printList(const std::vector<Note>& notes, bool json) {
     }
     const Region region = Region::user();
     for (const Note& note : notes) {
-        Terminal::print("{}  {}  {}{}\n", Terminal::faint(shortId(note)), region.format(note.created, "yyyy-MM-dd HH:mm"),
-                   note.displayTitle(), note.isCall() ? Terminal::faint("  (call)") : "");
+        Terminal::print("{}  {}  {}{}\n", Terminal::faint(shortId(note)),
+                        region.format(note.created, "yyyy-MM-dd HH:mm"), note.displayTitle(),
+                        note.isCall() ? Terminal::faint("  (call)") : "");
     }
 }
 

@@ -81,8 +81,8 @@ void printBlock(const Block& block, const Names& names) {
 void printTranscript(const CallRecord& call, const Names& names) {
     Terminal::print("\n{}\n", bold("Transcript"));
     for (const Segment& turn : Diarisation::turns(call.segments, turnGap)) {
-        Terminal::print("  {} {}: {}\n", faint(fmt::format("{:>7}", Clock::stamp(turn.start))), bold(names.of(turn.speaker)),
-                   turn.text);
+        Terminal::print("  {} {}: {}\n", faint(fmt::format("{:>7}", Clock::stamp(turn.start))),
+                        bold(names.of(turn.speaker)), turn.text);
     }
 }
 
@@ -91,8 +91,8 @@ void printTranscript(const CallRecord& call, const Names& names) {
 void print(const Note& note, const std::string& yourName, const Region& region) {
     const Names names(yourName, note.call ? note.call->themName : "");
     Terminal::print("{}\n", bold(note.displayTitle()));
-    Terminal::print("{}\n",
-               faint(fmt::format("{} · {}", region.format(note.created, "EEEE d MMMM yyyy, HH:mm"), note.id.text())));
+    Terminal::print(
+        "{}\n", faint(fmt::format("{} · {}", region.format(note.created, "EEEE d MMMM yyyy, HH:mm"), note.id.text())));
     if (note.call) {
         Terminal::print("{}\n", faint(fmt::format("{} · {}", note.call->source, Clock::length(note.call->duration))));
         if (note.call->problem) {

@@ -72,8 +72,8 @@ ExitCode recover(const Arguments& arguments) {
     }
     Report report(options);
     for (const Recording& recording : recovered.calls) {
-        report.add(writtenDown(application, recording.noteID, options.themName,
-                               [&] { return model.process(recording); }));
+        report.add(
+            writtenDown(application, recording.noteID, options.themName, [&] { return model.process(recording); }));
     }
     for (const Uuid& id : recovered.unwritten) {
         report.add(writtenDown(application, id, options.themName, [&] { return model.retranscribe(id); }));

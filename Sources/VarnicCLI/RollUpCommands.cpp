@@ -31,7 +31,7 @@ ExitCode todos(const Arguments& arguments) {
     for (const OpenTodo& todo : open) {
         const std::string owner = todo.block.owner ? fmt::format(" ({})", label(*todo.block.owner)) : "";
         Terminal::print("{:<12} [ ] {}{}  {}\n", dueText(todo, region), todo.block.text, Terminal::faint(owner),
-                   Terminal::faint(todo.noteTitle));
+                        Terminal::faint(todo.noteTitle));
     }
     if (open.empty()) {
         Terminal::print(stderr, "There are no open to-dos.\n");

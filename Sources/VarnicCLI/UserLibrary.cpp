@@ -1,7 +1,7 @@
-#include "VarnicCLI/Terminal.h"
 #include "VarnicCLI/UserLibrary.h"
 
 #include "Varnic/AppModel/AppModel.h"
+#include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <fmt/format.h>

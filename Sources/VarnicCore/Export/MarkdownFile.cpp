@@ -48,19 +48,21 @@ bool isOfFrontMatter(std::string_view line) {
 /// A plain or quoted scalar of one line; nothing for anything else.
 std::optional<std::string> scalar(std::string_view line) {
     const std::string_view value = Unicode::trimBlanks(line.substr(line.find(':') + 1));
-    const bool isQuoted = value.size() > 1 && (value.front() == '"' || value.front() == '\'') && value.back() == value[0];
+    const bool isQuoted =
+        value.size() > 1 && (value.front() == '"' || value.front() == '\'') && value.back() == value[0];
     if (!isQuoted) {
         // These begin what is more than a text, and " #" a comment.
-        const bool isPlain = !value.empty() && std::string_view("|>[{&*!%@`\"'#").find(value.front()) == std::string::npos;
+        const bool isPlain =
+            !value.empty() && std::string_view("|>[{&*!%@`\"'#").find(value.front()) == std::string::npos;
         return isPlain ? std::optional(std::string(Unicode::trimBlanks(value.substr(0, value.find(" #")))))
                        : std::nullopt;
     }
     std::string text;
     for (std::size_t i = 1; i + 1 < value.size(); ++i) {
         // In the one kind of quotes a quote is doubled, in the other it stands behind a backslash, as that itself does.
-        const bool isEscape = i + 2 < value.size() && (value[0] == '\'' ? value.substr(i, 2) == "''"
-                                                                       : value[i] == '\\' && (value[i + 1] == '"' ||
-                                                                                               value[i + 1] == '\\'));
+        const bool isEscape = i + 2 < value.size() &&
+                              (value[0] == '\'' ? value.substr(i, 2) == "''"
+                                                : value[i] == '\\' && (value[i + 1] == '"' || value[i + 1] == '\\'));
         i += isEscape ? 1 : 0;
         text += value[i];
     }
@@ -201,8 +203,7 @@ Contents read(std::string_view text, const Region& region) {
     }
     contents.created = matter->created;
     if (matter->title && document.title && matter->title != document.title) {
-        contents.blocks.insert(contents.blocks.begin(),
-                               Block{.kind = BlockKind::heading, .text = *document.title});
+        contents.blocks.insert(contents.blocks.begin(), Block{.kind = BlockKind::heading, .text = *document.title});
     }
     contents.title = matter->title ? matter->title : document.title;
     MarkdownImport::Document rest = MarkdownImport::blocks(matter->rest);

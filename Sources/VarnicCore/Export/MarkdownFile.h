@@ -41,7 +41,8 @@ struct Contents {
 };
 
 /// Takes title and date ("date" or "created", ISO 8601; in the region's zone where it names none) out of a front matter
-/// in YAML. Whatever else that says stays, in front of the text. A heading that another title displaces stays a heading.
+/// in YAML. Whatever else that says stays, in front of the text. A heading that another title displaces stays a
+/// heading.
 Contents read(std::string_view text, const Region& region);
 
 } // namespace varnic::MarkdownFile

@@ -66,6 +66,7 @@ struct FreeItems {
 };
 
 using Items = std::unique_ptr<GList, FreeItems>;
+
 /// Whether the first of the items is kept in a locked ring.
 bool isLocked(const Items& items) {
     return items && SECRET_IS_ITEM(items->data) && secret_item_get_locked(SECRET_ITEM(items->data)) == TRUE;

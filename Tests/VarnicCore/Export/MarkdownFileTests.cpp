@@ -38,7 +38,9 @@ TEST(MarkdownFile, read_takesTitleAndDateOutOfAFrontMatter) {
         {"---\ntitle: >\n  folded\n---\n", std::nullopt, "", {"title: >", "folded"}},
         // And this is none.
         {"---\ntitle: Plan\nText", std::nullopt, "", {"", "title: Plan", "Text"}},
-        {"---\nWords: and more words\nonly words\n---\n", std::nullopt, "",
+        {"---\nWords: and more words\nonly words\n---\n",
+         std::nullopt,
+         "",
          {"", "Words: and more words", "only words", ""}},
         {"---\n\n---\nText", std::nullopt, "", {"", "", "Text"}},
         {"Text\n---\ntitle: Plan\n---\n", std::nullopt, "", {"Text", "", "title: Plan", ""}},
@@ -60,6 +62,7 @@ TEST(MarkdownFile, read_countsWhatANoteCannotHold) {
         std::string text;
         MarkdownFile::Simplified simplified;
     };
+
     const std::vector<Case> cases{
         {"- a\n- b\n1. c\n\n- d", {}},
         {"- a\n  - b\n\t* c\n\n    1) d\n- e", {.nestedItems = 3}},
