@@ -34,6 +34,7 @@ ExitCode recover(const Arguments& arguments);
 ExitCode devices(const Arguments& arguments);
 ExitCode list(const Arguments& arguments);
 ExitCode show(const Arguments& arguments);
+ExitCode undo(const Arguments& arguments);
 ExitCode deleteNote(const Arguments& arguments);
 ExitCode restoreNote(const Arguments& arguments);
 ExitCode summarise(const Arguments& arguments);

@@ -88,6 +88,16 @@ down too. What another program records or writes down right now is left alone.
 )",
          {{"json", false}},
          show},
+        {"undo",
+         "ID [--json]",
+         "bring back the transcript and summary that new ones replaced",
+         R"(ID is a note's id or the beginning of one, as `list` prints it. What was written into the note since stays, and a
+second undo brings the new ones back.
+
+  --json  print the note as the library stores it
+)",
+         {{"json", false}},
+         undo},
         {"delete",
          "ID",
          "move a note and its recording to the deleted ones",

@@ -78,6 +78,11 @@ class Summarise(AI):
         for text in ("Mine, not yours.", "Send the designs", "The launch moves to May."):
             self.assertTrue(any(text in one for one in texts), texts)
         self.assertEqual(note["call"]["segments"][0]["text"], NOTE["call"]["segments"][0]["text"])
+        for title, digest in (("Contract", DIGEST), (note["title"], digest)):
+            undone = json.loads(self.run_cli("undo", ID[:4], "--json").stdout)
+            self.assertEqual((undone["title"], undone["call"]["digest"]), (title, digest))
+            self.assertIn("Mine, not yours.", json.dumps(undone["blocks"]))
+            self.assertEqual(json.loads(self.file.read_text()), undone)
 
     def test_a_title_of_the_users_stays(self):
         self.store(NOTE | {"title": "My title"})
@@ -141,6 +146,7 @@ class Summarise(AI):
             self.assertEqual(run.returncode, 1)
             self.assertTrue(run.stderr.startswith(f"varnic-cli: {sentence}\nHere that is: "), run.stderr)
         self.assertEqual(self.run_cli("summarise", ID, "--provider", "somebody").returncode, 2)
+        self.assertEqual(self.run_cli("undo", ID).stderr, "varnic-cli: No earlier version of this note is kept.\n")
         self.store(NOTE | {"call": None})
         self.assertEqual(self.summarise("good", "--model", "m").stderr, "varnic-cli: This note has no transcript.\n")
         self.store(NOTE)

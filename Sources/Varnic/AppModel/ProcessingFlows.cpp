@@ -235,10 +235,14 @@ QCoro::Task<> AppModel::retranscribe(Uuid id) {
         co_return;
     }
     if (result) {
+        const bool isKept = keepEarlier(id);
         update(id, true, [&](Note& note) { note = note == before ? *result : withTranscript(note, *result, before); });
         // That of a call which had a transcript was kept by the user's choice of then.
         if (before.call->segments.empty()) {
             removeAudioIfNotKept(id);
+        }
+        if (isKept) {
+            flash(undoable(id, "New transcript", "waveform"));
         }
     } else if (!stop.stop_requested()) {
         editCall(id, [&problem](CallRecord& call) { call.problem = problem; });

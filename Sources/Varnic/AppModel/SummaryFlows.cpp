@@ -60,10 +60,11 @@ QCoro::Task<> AppModel::runAI(Uuid id) {
         co_return;
     }
     if (digest) {
+        keepEarlier(id);
         update(id, true, [&digest](Note& note) {
             NoteEditor::apply(*digest, note, hasDigestsTitle(note) || note.title.empty(), currentDate());
         });
-        flash({.text = fmt::format("Summary by {}", digest->provider), .symbol = "sparkles"});
+        flash(undoable(id, fmt::format("Summary by {}", digest->provider), "sparkles"));
     } else if (!stop.stop_requested()) {
         change(aiError, [&](auto& errors) { errors[id] = problem; });
     }
@@ -77,8 +78,10 @@ void AppModel::useLocalSummary(Uuid id) {
     }
     const CallDigest digest =
         ExtractiveSummariser::makeDigest(stored->call->segments, context(*stored->call), region, currentDate());
+    keepEarlier(id);
     update(id, true, [&digest](Note& note) { NoteEditor::apply(digest, note, hasDigestsTitle(note), currentDate()); });
     change(aiError, [id](auto& errors) { errors.erase(id); });
+    flash(undoable(id, "Summary made on this Mac", "sparkles"));
 }
 
 } // namespace varnic

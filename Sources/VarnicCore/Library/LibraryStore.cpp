@@ -26,6 +26,7 @@ namespace {
 constexpr std::string_view noteExtension = ".json";
 constexpr const char* deletedNote = "note.json";
 constexpr const char* deletedAudio = "audio";
+constexpr const char* deletedEarlier = "earlier.json";
 
 /// A note, or why it could not be read.
 struct ReadNote : std::expected<Note, std::string> {
@@ -163,18 +164,41 @@ std::string LibraryStore::encoded(const Note& note) {
     return jsonText(encode(note));
 }
 
+void LibraryStore::keepEarlier(const Note& note) const {
+    Folders::make(earlierDir());
+    AtomicWrite::replace(earlierDir() / url(note.id).filename(), encoded(note));
+}
+
+bool LibraryStore::hasEarlier(const Uuid& id) const {
+    std::error_code ignored;
+    return fs::exists(earlierDir() / url(id).filename(), ignored);
+}
+
+std::optional<Note> LibraryStore::earlier(const Uuid& id, Date now) const {
+    try {
+        return NoteFileReader().read(earlierDir() / url(id).filename(), now);
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
 void LibraryStore::remove(const Uuid& id) const {
     const fs::path trash = deletedDir() / id.text();
     Folders::removeAll(trash);
     Folders::make(trash);
     Folders::moveIfThere(url(id), trash / deletedNote);
     Folders::moveIfThere(audioFolder(id), trash / deletedAudio);
+    Folders::moveIfThere(earlierDir() / url(id).filename(), trash / deletedEarlier);
 }
 
 std::optional<Note> LibraryStore::restore(const Uuid& id, Date now) const {
     const fs::path trash = deletedDir() / id.text();
     Folders::moveIfThere(trash / deletedNote, url(id));
     Folders::moveIfThere(trash / deletedAudio, audioFolder(id));
+    if (fs::path earlier = trash / deletedEarlier; fs::exists(earlier)) {
+        Folders::make(earlierDir());
+        Folders::moveIfThere(earlier, earlierDir() / url(id).filename());
+    }
     Folders::removeAll(trash);
     return load(id, now);
 }

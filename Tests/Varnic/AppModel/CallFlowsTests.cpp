@@ -510,6 +510,57 @@ TEST_F(AIFlowTests, runAI_titleOfTheUsersOwn_stays) {
     EXPECT_EQ(model->note(id)->call->digest->title, "Fresh");
 }
 
+TEST_F(AIFlowTests, runAI_undone_bringsTheOldSummaryBackAndKeepsWhatWasTyped) {
+    const Note before = *model->note(id);
+    QCoro::waitFor(model->runAI(id));
+    const auto undo = model->toast.value()->undo;
+    model->update(id, true, [](Note& note) { note.blocks.push_back(Block{.text = "typed"}); });
+    const Note after = *model->note(id);
+    undo();
+    ASSERT_TRUE(waitUntil([&] { return model->note(id)->call == before.call; }));
+    EXPECT_EQ(model->note(id)->title, before.title);
+    auto blocks = model->note(id)->blocks;
+    EXPECT_EQ(blocks.back().text, "typed");
+    blocks.pop_back();
+    EXPECT_EQ(blocks, before.blocks);
+    EXPECT_THAT(model.stored(), ElementsAre(*model->note(id)));
+
+    // In another run, too, and to and fro.
+    model.restart();
+    model.load();
+    ASSERT_TRUE(model->hasEarlier(id));
+    QCoro::waitFor(model->bringBackEarlier(id));
+    EXPECT_EQ(model->note(id)->call, after.call);
+    EXPECT_EQ(model->note(id)->title, "Fresh");
+    EXPECT_EQ(model->note(id)->blocks, after.blocks);
+}
+
+TEST_F(AIFlowTests, localSummaryAndTranscript_areUndoneToo) {
+    EXPECT_FALSE(model->hasEarlier(id)) << "the first ones replaced nothing";
+    const auto segments = model->note(id)->call->segments;
+    QCoro::waitFor(model->retranscribe(id));
+    ASSERT_NE(model->note(id)->call->segments, segments);
+    model->toast.value()->undo();
+    ASSERT_TRUE(waitUntil([&] { return model->note(id)->call->segments == segments; }));
+
+    QCoro::waitFor(model->runAI(id));
+    model->useLocalSummary(id);
+    EXPECT_TRUE(model->note(id)->call->digest->isLocal);
+    model->toast.value()->undo();
+    EXPECT_TRUE(waitUntil([&] { return model->note(id)->call->digest->provider == "small"; }));
+}
+
+TEST_F(AIFlowTests, remove_takesTheEarlierVersionAlong) {
+    QCoro::waitFor(model->runAI(id));
+    const Note note = *model->note(id);
+    model->remove(id);
+    model->flushSaves();
+    EXPECT_THAT(std::vector<fs::path>(fs::directory_iterator(model.folder() / "Library" / "Earlier"), {}), IsEmpty());
+    QCoro::waitFor(model->restore(note));
+    QCoro::waitFor(model->bringBackEarlier(id));
+    EXPECT_TRUE(model->note(id)->call->digest->isLocal);
+}
+
 TEST_F(AIFlowTests, runAI_fails_leavesTheNoteAsItWas) {
     const auto before = model.stored();
     transport->answer = {.status = 429, .body = ""};
