@@ -30,8 +30,7 @@ bool AppModel::hasEarlier(Uuid id) const {
 QCoro::Task<> AppModel::bringBackEarlier(Uuid id) {
     const QPointer self(this);
     const std::optional<Note> earlier = co_await store_.earlier(id, currentDate());
-    if (!self || !earlier || note(id) == nullptr || processing.value().contains(id) ||
-        aiRunning.value().contains(id)) {
+    if (!self || !earlier || note(id) == nullptr || processing.value().contains(id) || aiRunning.value().contains(id)) {
         co_return;
     }
     keepEarlier(id);

@@ -29,10 +29,10 @@ public:
     virtual void setKey(const std::optional<std::string>& key, const std::string& account) = 0;
 
     /// Removes the key; false where there is none. Unlike `setKey` with nothing, throws KeyStoreError where it stays.
-    virtual bool remove(const std::string& account) = 0;
+    virtual bool remove(const std::string& account);
 
     /// Whether there is a key that cannot be read before the user unlocks where it is kept.
-    [[nodiscard]] virtual bool isLocked(const std::string& account) const = 0;
+    [[nodiscard]] virtual bool isLocked(const std::string& /*account*/) const { return false; }
 
     /// What to say of a key that is locked.
     static constexpr const char* lockedSentence = "The keychain with your API key is locked. Unlock it and try again.";
@@ -44,9 +44,6 @@ public:
     [[nodiscard]] std::optional<std::string> key(const std::string& account) const override;
     /// Never throws; an empty key is stored as such.
     void setKey(const std::optional<std::string>& key, const std::string& account) override;
-    bool remove(const std::string& account) override;
-
-    [[nodiscard]] bool isLocked(const std::string& /*account*/) const override { return false; }
 
 private:
     mutable std::mutex lock_;

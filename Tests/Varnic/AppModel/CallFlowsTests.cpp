@@ -49,6 +49,18 @@ public:
     }
 };
 
+/// A ring that the user doesn't unlock.
+class LockedKeys final : public KeyStore {
+public:
+    [[nodiscard]] std::optional<std::string> key(const std::string& /*account*/) const override { return {}; }
+
+    void setKey(const std::optional<std::string>& /*key*/, const std::string& /*account*/) override {
+        throw KeyStoreError("locked");
+    }
+
+    [[nodiscard]] bool isLocked(const std::string& /*account*/) const override { return true; }
+};
+
 class CallFlowsTests : public testing::Test {
 protected:
     CallFlowsTests() {
@@ -548,6 +560,17 @@ TEST_F(AIFlowTests, localSummaryAndTranscript_areUndoneToo) {
     EXPECT_TRUE(model->note(id)->call->digest->isLocal);
     model->toast.value()->undo();
     EXPECT_TRUE(waitUntil([&] { return model->note(id)->call->digest->provider == "small"; }));
+}
+
+TEST_F(AIFlowTests, runAI_keyLocked_saysSo) {
+    model->keys = std::make_shared<LockedKeys>();
+    model->settings.ai = AISettings{.enabled = true};
+    QCoro::waitFor(model->runAI(id));
+    EXPECT_EQ(model->aiError.value().at(id), KeyStore::lockedSentence);
+    model->setKey("sk-new");
+    EXPECT_EQ(toastText(), "Couldn’t save the key to the Keychain");
+    model->setKey(" ");
+    EXPECT_EQ(toastText(), "Couldn’t remove the key from the Keychain");
 }
 
 TEST_F(AIFlowTests, remove_takesTheEarlierVersionAlong) {
