@@ -484,6 +484,7 @@ class BadInput(CommandLine):
             with self.subTest(name):
                 error = self.fails("transcribe", "--you", good, "--them", self.folder / name)
                 self.assertIn(name, error)
+                self.assertEqual("There is no “" in error, name == "missing.wav")
                 self.assertFalse(self.library.exists() and self.stored())
 
     def test_a_library_that_cannot_be_made_is_named(self):

@@ -264,7 +264,7 @@ private:
     [[nodiscard]] DigestContext context(const CallRecord& call) const;
     [[nodiscard]] DigestContext context(Date startedAt, std::string themName, std::string source) const;
     void showPlaceholder(Uuid id, std::string title, CallRecord call);
-    void keepLiveLines(Note& finished) const;
+    [[nodiscard]] bool keepLiveLines(Note& finished) const;
     [[nodiscard]] std::vector<Uuid> takeUnwritten();
     void file(Note finished, std::shared_ptr<RecordingMarkFile> mark);
     void removeAudioIfNotKept(Uuid id);

@@ -123,12 +123,14 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
         store_.removeAudio(id);
         co_return;
     }
-    keepLiveLines(finished);
+    const bool isStopgap = keepLiveLines(finished);
     if (stop.stop_requested()) {
         finished.call->problem = finished.call->segments.empty() ? std::optional(quitProblem) : std::nullopt;
     }
     file(std::move(finished), std::move(mark));
-    removeAudioIfNotKept(id);
+    if (!isStopgap) {
+        removeAudioIfNotKept(id);
+    }
     const AISettings& ai = settings.ai.value();
     const bool asksAI = ai.enabled && !ai.askEachTime && !stop.stop_requested();
     if (const Note* filed = note(id); asksAI && filed->call && !filed->call->segments.empty()) {
@@ -136,12 +138,13 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
     }
 }
 
-/// A recording that gave no words leaves the call those that were written down as they were said.
-void AppModel::keepLiveLines(Note& finished) const {
+/// A recording that gave no words leaves the call those that were written down as they were said; whether there are
+/// any.
+bool AppModel::keepLiveLines(Note& finished) const {
     const Note* placeholder = note(finished.id);
     if (!finished.call->segments.empty() || placeholder == nullptr || !placeholder->call ||
         placeholder->call->segments.empty()) {
-        return;
+        return false;
     }
     CallRecord call = *finished.call;
     call.segments = placeholder->call->segments;
@@ -149,6 +152,7 @@ void AppModel::keepLiveLines(Note& finished) const {
     const CallDigest digest = ExtractiveSummariser::makeDigest(call.segments, context(call), region, currentDate());
     call.digest = digest;
     finished = NoteEditor::callNote(finished.id, std::move(call), digest, region, currentDate());
+    return true;
 }
 
 /// Puts a finished call in the place of its placeholder, with what the user wrote there meanwhile behind it.

@@ -195,9 +195,9 @@ std::optional<Note> LibraryStore::restore(const Uuid& id, Date now) const {
     const fs::path trash = deletedDir() / id.text();
     Folders::moveIfThere(trash / deletedNote, url(id));
     Folders::moveIfThere(trash / deletedAudio, audioFolder(id));
-    if (fs::path earlier = trash / deletedEarlier; fs::exists(earlier)) {
+    if (std::error_code ignored; fs::exists(trash / deletedEarlier, ignored)) {
         Folders::make(earlierDir());
-        Folders::moveIfThere(earlier, earlierDir() / url(id).filename());
+        Folders::moveIfThere(trash / deletedEarlier, earlierDir() / url(id).filename());
     }
     Folders::removeAll(trash);
     return load(id, now);

@@ -333,6 +333,7 @@ TEST_F(CallFlowsTests, quit_whileTranscribing_keepsTheWordsThatWereShown) {
 }
 
 TEST_F(CallFlowsTests, stop_recordingGivesNoWords_keepsThoseThatWereShown) {
+    model->settings.keepAudio = false;
     failure = TranscriberError::unavailable();
     const Note failed = *model->note(*QCoro::waitFor(recordWithLiveWords()));
     EXPECT_EQ(failed.call->problem, failure->what());
@@ -347,6 +348,7 @@ TEST_F(CallFlowsTests, stop_recordingGivesNoWords_keepsThoseThatWereShown) {
         EXPECT_TRUE(note.call->digest);
         EXPECT_THAT(model.stored(), Contains(note));
     }
+    EXPECT_THAT(audioFolders(), SizeIs(2)) << "the better words are still in the sound";
 }
 
 TEST_F(CallFlowsTests, recover_noteWithSoundAndNoWords_saysSoUnlessSomebodyWritesThem) {
