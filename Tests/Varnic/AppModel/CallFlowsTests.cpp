@@ -599,10 +599,14 @@ TEST_F(AIFlowTests, runAI_fails_leavesTheNoteAsItWas) {
 TEST_F(AIFlowTests, stop_automatic_asksTheAIUnlessCancelled) {
     model->settings.ai = AISettings{
         .enabled = true, .provider = AIProviderKind::openAICompatible, .compatModel = "small", .askEachTime = false};
-    auto stopping = record();
-    model->cancelProcessing();
-    QCoro::waitFor(stopping);
+    const auto makeTranscriber = model->makeTranscriber;
+    model->makeTranscriber = [&] {
+        model->cancelProcessing(); // Once the flow has begun, however fast it is.
+        return makeTranscriber();
+    };
+    QCoro::waitFor(record());
     EXPECT_EQ(transport->requests, 0);
+    model->makeTranscriber = makeTranscriber;
     const auto other = QCoro::waitFor(record());
     EXPECT_EQ(model->note(other)->call->digest->provider, "small");
 }
