@@ -1,4 +1,5 @@
 #include "VarnicCore/Export/Exporter.h"
+#include "VarnicCore/Export/MarkdownFile.h"
 #include "VarnicCore/Export/MarkdownImport.h"
 #include "VarnicCore/Export/MarkdownSurvivors.h"
 
@@ -21,6 +22,7 @@ bool areSame(const std::vector<Block>& a, const std::vector<Block>& b) {
 
 /// Reads any bytes; what was read and can be written as Markdown comes back the same.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static_cast<void>(MarkdownFile::read({reinterpret_cast<const char*>(data), size}, Region{}));
     auto document = MarkdownImport::blocks({reinterpret_cast<const char*>(data), size});
     std::erase_if(document.blocks, [](const Block& block) { return !MarkdownSurvivors::survives(block); });
     const Note note(Uuid::random(), document.title.value_or(""), Date{}, document.blocks);

@@ -1,9 +1,7 @@
 #include "VarnicCLI/CallFiling.h"
 
 #include "VarnicCLI/NotePrinter.h"
-#include "VarnicCore/Text/Wording.h"
-
-#include <fmt/format.h>
+#include "VarnicCLI/Terminal.h"
 
 namespace varnic::cli {
 
@@ -27,7 +25,7 @@ ExitCode tellProblem(const Note& note) {
     if (!note.call || !note.call->problem) {
         return ExitCode::success;
     }
-    fmt::print(stderr, "varnic-cli: {}\n", Wording::shown(*note.call->problem));
+    Terminal::print(stderr, "varnic-cli: {}\n", problemText(note));
     return ExitCode::failure;
 }
 

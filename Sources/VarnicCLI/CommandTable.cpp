@@ -5,20 +5,24 @@ namespace varnic::cli {
 const std::vector<Command>& commands() {
     static const std::vector<Command> table{
         {"transcribe",
-         "[--you FILE] [--them FILE] [options]",
+         "[--you FILE] [--them FILE] | --note ID [options]",
          "turn the two sides of a recorded call into a note",
-         R"(Copies the recordings into the library, writes them down on this computer and files the note.
+         R"(Copies the recordings into the library, writes them down on this computer and files the note. With --note, writes
+down anew what was recorded of a call that is in the library: what was noted by hand stays.
 
   --you FILE         the microphone's recording
   --them FILE        the recording of what the computer played
+  --note ID          transcribe this call again; ID is a note's id or the beginning of one, as `list` prints it
   --your-name NAME   your name, for the follow-up email
   --their-name NAME  the other party's name
   --source NAME      what carried the call ("Call" unless given)
-  --language LOCALE  the language spoken (en-US unless given); a speech model for it must be installed
+  --language LOCALE  the language spoken (en-US unless given, the call's own with --note); a speech model for it must
+                     be installed
   --json             print the note as the library stores it, and nothing else
 )",
          {{"you", true},
           {"them", true},
+          {"note", true},
           {"your-name", true},
           {"their-name", true},
           {"source", true},
@@ -49,7 +53,8 @@ note. Ctrl-C again while it writes ends that: the note then holds the recording 
          "[options]",
          "make notes of recordings that were cut off",
          R"(Finds recordings whose program was killed, or that a power cut ended, writes down what there is of them and files
-the notes. Recordings that are still running are left alone.
+the notes. Calls that are in the library without their words, since their program ended before those came, are written
+down too. What another program records or writes down right now is left alone.
 
   --your-name NAME   your name, for the follow-up email
   --their-name NAME  the other party's name
@@ -83,6 +88,33 @@ the notes. Recordings that are still running are left alone.
 )",
          {{"json", false}},
          show},
+        {"undo",
+         "ID [--json]",
+         "bring back the transcript and summary that new ones replaced",
+         R"(ID is a note's id or the beginning of one, as `list` prints it. What was written into the note since stays, and a
+second undo brings the new ones back.
+
+  --json  print the note as the library stores it
+)",
+         {{"json", false}},
+         undo},
+        {"delete",
+         "ID",
+         "move a note and its recording to the deleted ones",
+         R"(ID is a note's id or the beginning of one, as `list` prints it. Deleted notes are kept for 30 days; `restore` brings
+them back.
+)",
+         {},
+         deleteNote},
+        {"restore",
+         "[ID] [--json]",
+         "list the deleted notes, or bring one back",
+         R"(ID is a deleted note's id or the beginning of one. Without it, the deleted notes are listed, last deleted first.
+
+  --json  print an array of objects with id, title, created, isCall, or the note as the library stores it
+)",
+         {{"json", false}},
+         restoreNote},
         {"digest",
          "FILE [options]",
          "make a digest of a transcript",
@@ -165,9 +197,11 @@ as it was.
          "FILE.md | FOLDER [--json]",
          "make notes of Markdown files",
          R"(Each file becomes a note, of a folder every .md file in it and below. A file without a title is named after
-itself. The files stay as they are.
+itself, and title and date of a front matter become the note's. Lists in lists become one list, and code loses its
+indentation; how often is told at the end. The files stay as they are. Ctrl-C ends it after the file that it is at.
 
-  --json  print an array of objects with id, title
+  --json  print an array of objects with id, title, file and, where something was simplified, an object with nestedItems
+          and codeLines
 )",
          {{"json", false}},
          importNotes},

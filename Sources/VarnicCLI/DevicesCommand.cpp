@@ -24,22 +24,22 @@ ExitCode devices(const Arguments& arguments) {
     const std::vector<std::string> sentences = missingDevices(survey);
     const ExitCode code = survey.microphone || survey.output ? ExitCode::success : ExitCode::failure;
     if (arguments.has("json")) {
-        fmt::print("{}\n", jsonText({{"microphone", orNull(survey.microphone)},
-                                     {"output", orNull(survey.output)},
-                                     {"playing", survey.playing},
-                                     {"missing", sentences}}));
+        Terminal::printJson(jsonText({{"microphone", orNull(survey.microphone)},
+                                      {"output", orNull(survey.output)},
+                                      {"playing", survey.playing},
+                                      {"missing", sentences}}));
         return code;
     }
     if (survey.microphone) {
-        fmt::print("{}   {}\n", Terminal::bold("Microphone"), *survey.microphone);
+        Terminal::print("{}   {}\n", Terminal::bold("Microphone"), *survey.microphone);
     }
     if (survey.output) {
-        fmt::print("{}       {}\n", Terminal::bold("Output"), *survey.output);
-        fmt::print("{}  {}\n", Terminal::bold("Playing now"),
-                   survey.playing.empty() ? "nothing" : fmt::format("{}", fmt::join(survey.playing, ", ")));
+        Terminal::print("{}       {}\n", Terminal::bold("Output"), *survey.output);
+        Terminal::print("{}  {}\n", Terminal::bold("Playing now"),
+                        survey.playing.empty() ? "nothing" : fmt::format("{}", fmt::join(survey.playing, ", ")));
     }
     for (const std::string& sentence : sentences) {
-        fmt::print(code == ExitCode::success ? stdout : stderr, "{}\n", sentence);
+        Terminal::print(code == ExitCode::success ? stdout : stderr, "{}\n", sentence);
     }
     return code;
 }

@@ -1,6 +1,7 @@
 #include "VarnicCLI/Command.h"
 #include "VarnicCLI/Files.h"
 #include "VarnicCLI/NotePrinter.h"
+#include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Library/NoteJson.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 
@@ -18,7 +19,7 @@ ExitCode digest(const Arguments& arguments) {
     const DigestContext context{.callDate = now, .yourName = yourName, .themName = theirName, .source = "Call"};
     const CallDigest made = ExtractiveSummariser::makeDigest(segments, context, Region::user(), now);
     if (arguments.has("json")) {
-        fmt::print("{}\n", jsonText(encode(made)));
+        Terminal::printJson(jsonText(encode(made)));
     } else {
         print(made, yourName, theirName);
     }

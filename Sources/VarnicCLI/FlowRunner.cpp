@@ -17,6 +17,13 @@ using namespace std::chrono_literals;
 
 } // namespace
 
+void readLibrary(AppModel& model) {
+    QCoro::waitFor(model.readLibrary());
+    if (const auto& problem = model.loadProblem.value()) {
+        Terminal::print(stderr, "varnic-cli: {}\n", *problem);
+    }
+}
+
 void runFlow(Application& application, const std::function<QCoro::Task<>()>& flow) {
     AppModel& model = application.model;
     Terminal::StatusLine line;

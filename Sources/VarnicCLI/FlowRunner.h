@@ -23,6 +23,9 @@ struct Application {
     AppModel model{AppPlaces::fromEnvironment()};
 };
 
+/// Reads the library; a line on standard error about files that cannot be read.
+void readLibrary(AppModel& model);
+
 /// Does one flow of the application to its end, with a bar for the call that is being written down; an interrupt ends
 /// that. The flow must not throw.
 void runFlow(Application& application, const std::function<QCoro::Task<>()>& flow);

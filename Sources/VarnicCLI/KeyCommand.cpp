@@ -1,8 +1,10 @@
+#include "Varnic/AppModel/AppModel.h"
 #include "VarnicCLI/Command.h"
 #include "VarnicCLI/Providers.h"
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Text/Unicode.h"
 #include "VarnicCore/Text/Wording.h"
+#include "VarnicPlatform/KeyStore/CoreDumps.h"
 #include "VarnicPlatform/KeyStore/KeychainStore.h"
 
 #include <fmt/format.h>
@@ -43,23 +45,29 @@ std::string checkedKey(const std::string& input) {
 }
 
 std::string readKey(AIProviderKind provider) {
+    forbidCoreDumps();
     const bool isTerminal = ::isatty(STDIN_FILENO) == 1;
     if (!isTerminal) {
         return checkedKey(readInput(false));
     }
     const Terminal::SilentInput silent;
-    fmt::print(stderr, "API key for {} (it isn’t shown): ", title(provider));
+    Terminal::print(stderr, "API key for {} (it isn’t shown): ", title(provider));
     const std::string input = readInput(true);
-    fmt::print(stderr, "\n");
+    Terminal::print(stderr, "\n");
     if (Terminal::SilentInput::wasInterrupted()) {
         throw std::runtime_error("Stopped. Nothing was changed.");
     }
     return checkedKey(input);
 }
 
-void store(const std::optional<std::string>& key, AIProviderKind provider) {
+void change(AIProviderKind provider, bool isRemoval) {
+    const std::string account(rawValue(provider));
     try {
-        KeychainStore().setKey(key, std::string(rawValue(provider)));
+        if (!isRemoval) {
+            KeychainStore().setKey(readKey(provider), account);
+        } else if (!KeychainStore().remove(account)) {
+            Terminal::print(stderr, "There is no key for {}, so nothing was removed.\n", title(provider));
+        }
     } catch (const KeyStoreError& error) {
         throw std::runtime_error(Wording::shown(error.what()));
     }
@@ -73,11 +81,10 @@ ExitCode key(const Arguments& arguments) {
         throw UsageError("say set or remove, and the provider");
     }
     const AIProviderKind provider = providerNamed(words[1]);
-    if (words[0] == "remove") {
-        store(std::nullopt, provider);
-        return ExitCode::success;
+    if (AppPlaces::dataDirectoryFromEnvironment().second) {
+        throw std::runtime_error("With VARNIC_DATA_DIR set no key ring is touched, so nothing was changed.");
     }
-    store(readKey(provider), provider);
+    change(provider, words[0] == "remove");
     return ExitCode::success;
 }
 

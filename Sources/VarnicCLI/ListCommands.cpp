@@ -1,4 +1,5 @@
 #include "VarnicCLI/Command.h"
+#include "VarnicCLI/NoteList.h"
 #include "VarnicCLI/NotePrinter.h"
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCLI/UserLibrary.h"
@@ -9,11 +10,8 @@
 
 namespace varnic::cli {
 
-ExitCode list(const Arguments& arguments) {
-    arguments.expectNoWords();
-    LibraryStore store(libraryFolder());
-    const std::vector<Note> notes = loadNotes(store);
-    if (arguments.has("json")) {
+void printList(const std::vector<Note>& notes, bool json) {
+    if (json) {
         auto rows = nlohmann::json::array();
         for (const Note& note : notes) {
             rows.push_back({{"id", note.id.text()},
@@ -21,16 +19,24 @@ ExitCode list(const Arguments& arguments) {
                             {"created", formatDate(note.created)},
                             {"isCall", note.isCall()}});
         }
-        fmt::print("{}\n", jsonText(rows));
-        return ExitCode::success;
+        Terminal::printJson(jsonText(rows));
+        return;
     }
     const Region region = Region::user();
     for (const Note& note : notes) {
-        fmt::print("{}  {}  {}{}\n", Terminal::faint(shortId(note)), region.format(note.created, "yyyy-MM-dd HH:mm"),
-                   note.displayTitle(), note.isCall() ? Terminal::faint("  (call)") : "");
+        Terminal::print("{}  {}  {}{}\n", Terminal::faint(shortId(note)),
+                        region.format(note.created, "yyyy-MM-dd HH:mm"), note.displayTitle(),
+                        note.isCall() ? Terminal::faint("  (call)") : "");
     }
-    if (notes.empty()) {
-        fmt::print(stderr, "The library is empty. varnic-cli transcribe --help tells how to file a call.\n");
+}
+
+ExitCode list(const Arguments& arguments) {
+    arguments.expectNoWords();
+    LibraryStore store(libraryFolder());
+    const std::vector<Note> notes = loadNotes(store);
+    printList(notes, arguments.has("json"));
+    if (notes.empty() && !arguments.has("json")) {
+        Terminal::print(stderr, "The library is empty. varnic-cli transcribe --help tells how to file a call.\n");
     }
     return ExitCode::success;
 }
@@ -39,7 +45,7 @@ ExitCode show(const Arguments& arguments) {
     LibraryStore store(libraryFolder());
     const Note note = findNote(store, arguments.onlyWord("note’s id"));
     if (arguments.has("json")) {
-        fmt::print("{}\n", LibraryStore::encoded(note));
+        Terminal::printJson(LibraryStore::encoded(note));
     } else {
         print(note, "", Region::user());
     }

@@ -1,6 +1,8 @@
 #include "VarnicCLI/NotePrinter.h"
 
+#include "Varnic/AppModel/AppModel.h"
 #include "VarnicCLI/Terminal.h"
+#include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Text/Unicode.h"
 #include "VarnicCore/Text/Wording.h"
@@ -46,41 +48,41 @@ void printBlock(const Block& block, const Names& names) {
     switch (block.kind) {
     case BlockKind::heading:
     case BlockKind::subheading:
-        fmt::print("\n{}\n", bold(block.text));
+        Terminal::print("\n{}\n", bold(block.text));
         break;
     case BlockKind::todo:
-        fmt::print("  [{}] {}{}\n", block.done ? 'x' : ' ', block.text, tag(block.owner, block.due, names));
+        Terminal::print("  [{}] {}{}\n", block.done ? 'x' : ' ', block.text, tag(block.owner, block.due, names));
         break;
     case BlockKind::bullet:
-        fmt::print("  • {}\n", block.text);
+        Terminal::print("  • {}\n", block.text);
         break;
     case BlockKind::quote:
-        fmt::print("  > {}\n", block.text);
+        Terminal::print("  > {}\n", block.text);
         break;
     case BlockKind::table:
         for (const auto& row : block.rows) {
-            fmt::print("  {}\n", fmt::join(row, " | "));
+            Terminal::print("  {}\n", fmt::join(row, " | "));
         }
         break;
     case BlockKind::flashcard:
-        fmt::print("  {} — {}\n", block.text, block.back);
+        Terminal::print("  {} — {}\n", block.text, block.back);
         break;
     case BlockKind::divider:
-        fmt::print("  ———\n");
+        Terminal::print("  ———\n");
         break;
     case BlockKind::paragraph:
         if (!block.text.empty()) {
-            fmt::print("{}\n", block.text);
+            Terminal::print("{}\n", block.text);
         }
         break;
     }
 }
 
 void printTranscript(const CallRecord& call, const Names& names) {
-    fmt::print("\n{}\n", bold("Transcript"));
+    Terminal::print("\n{}\n", bold("Transcript"));
     for (const Segment& turn : Diarisation::turns(call.segments, turnGap)) {
-        fmt::print("  {} {}: {}\n", faint(fmt::format("{:>7}", Clock::stamp(turn.start))), bold(names.of(turn.speaker)),
-                   turn.text);
+        Terminal::print("  {} {}: {}\n", faint(fmt::format("{:>7}", Clock::stamp(turn.start))),
+                        bold(names.of(turn.speaker)), turn.text);
     }
 }
 
@@ -88,13 +90,13 @@ void printTranscript(const CallRecord& call, const Names& names) {
 
 void print(const Note& note, const std::string& yourName, const Region& region) {
     const Names names(yourName, note.call ? note.call->themName : "");
-    fmt::print("{}\n", bold(note.displayTitle()));
-    fmt::print("{}\n",
-               faint(fmt::format("{} · {}", region.format(note.created, "EEEE d MMMM yyyy, HH:mm"), note.id.text())));
+    Terminal::print("{}\n", bold(note.displayTitle()));
+    Terminal::print(
+        "{}\n", faint(fmt::format("{} · {}", region.format(note.created, "EEEE d MMMM yyyy, HH:mm"), note.id.text())));
     if (note.call) {
-        fmt::print("{}\n", faint(fmt::format("{} · {}", note.call->source, Clock::length(note.call->duration))));
+        Terminal::print("{}\n", faint(fmt::format("{} · {}", note.call->source, Clock::length(note.call->duration))));
         if (note.call->problem) {
-            fmt::print("\n{}\n", Wording::shown(*note.call->problem));
+            Terminal::print("\n{}\n", problemText(note));
         }
     }
     for (const Block& block : note.blocks) {
@@ -105,18 +107,28 @@ void print(const Note& note, const std::string& yourName, const Region& region) 
     }
 }
 
+std::string problemText(const Note& note) {
+    if (!note.call || !note.call->problem) {
+        return {};
+    }
+    const std::string advice = note.call->problem == quitProblem
+                                   ? fmt::format("\nHere that is: varnic-cli transcribe --note {}", shortId(note))
+                                   : "";
+    return Wording::shown(*note.call->problem) + advice;
+}
+
 void print(const CallDigest& digest, const std::string& yourName, const std::string& theirName) {
     const Names names(yourName, theirName);
-    fmt::print("{}\n{}\n", bold(digest.title), faint("Summary by " + Wording::shown(digest.provider)));
-    fmt::print("\n{}\n", bold("Summary"));
+    Terminal::print("{}\n{}\n", bold(digest.title), faint("Summary by " + Wording::shown(digest.provider)));
+    Terminal::print("\n{}\n", bold("Summary"));
     for (const std::string& sentence : digest.summary) {
-        fmt::print("  • {}\n", sentence);
+        Terminal::print("  • {}\n", sentence);
     }
-    fmt::print("\n{}\n", bold("To-dos"));
+    Terminal::print("\n{}\n", bold("To-dos"));
     for (const ActionItem& action : digest.actions) {
-        fmt::print("  [ ] {}{}\n", action.text, tag(action.owner, action.due, names));
+        Terminal::print("  [ ] {}{}\n", action.text, tag(action.owner, action.due, names));
     }
-    fmt::print("\n{}\nSubject: {}\n\n{}\n", bold("Follow-up email"), digest.email.subject, digest.email.body);
+    Terminal::print("\n{}\nSubject: {}\n\n{}\n", bold("Follow-up email"), digest.email.subject, digest.email.body);
 }
 
 } // namespace varnic::cli

@@ -1,24 +1,60 @@
 #include "VarnicCLI/CallFiling.h"
 #include "VarnicCLI/FlowRunner.h"
+#include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Library/NoteJson.h"
 #include "VarnicCore/Models/Clock.h"
 
-#include <fmt/format.h>
 #include <nlohmann/json.hpp>
+
+#include <functional>
+#include <utility>
 
 namespace varnic::cli {
 
 namespace {
 
-/// Writes down what was said; an interrupt leaves the call for another try.
-Note writtenDown(Application& application, const Recording& recording, const FilingOptions& options) {
-    AppModel& model = application.model;
-    model.renameThem(recording.noteID, options.themName);
-    if (!application.interruption.happened()) {
-        runFlow(application, [&] { return model.process(recording); });
+/// The notes of this run, told as they come.
+class Report {
+public:
+    explicit Report(FilingOptions options) : options_(std::move(options)) {}
+
+    void add(const Note& note) {
+        notes_.push_back(encode(note));
+        if (!options_.json) {
+            Terminal::print("Recovered a recording of {}\n\n", Clock::length(note.call->duration));
+            printFiled(note, options_);
+        }
+        if (tellProblem(note) == ExitCode::failure) {
+            code_ = ExitCode::failure;
+        }
     }
-    saveOrThrow(model, recording.noteID);
-    return *model.note(recording.noteID);
+
+    [[nodiscard]] ExitCode finish() const {
+        if (options_.json) {
+            Terminal::printJson(jsonText(notes_));
+        } else if (notes_.empty()) {
+            Terminal::print("There is nothing to recover.\n");
+        }
+        return code_;
+    }
+
+private:
+    FilingOptions options_;
+    nlohmann::json notes_ = nlohmann::json::array();
+    ExitCode code_ = ExitCode::success;
+};
+
+/// Writes down what was said; an interrupt leaves the call for another try.
+Note writtenDown(Application& application, const Uuid& id, const std::string& themName,
+                 const std::function<QCoro::Task<>()>& flow) {
+    if (!themName.empty()) {
+        application.model.renameThem(id, themName);
+    }
+    if (!application.interruption.happened()) {
+        runFlow(application, flow);
+    }
+    saveOrThrow(application.model, id);
+    return *application.model.note(id);
 }
 
 } // namespace
@@ -27,30 +63,22 @@ ExitCode recover(const Arguments& arguments) {
     arguments.expectNoWords();
     const FilingOptions options = FilingOptions::from(arguments);
     Application application;
-    apply(options, application.model.settings);
-    const AppModel::Recovered recovered = QCoro::waitFor(application.model.recoverRecordings());
+    AppModel& model = application.model;
+    apply(options, model.settings);
+    readLibrary(model);
+    const AppModel::Recovered recovered = QCoro::waitFor(model.recoverRecordings());
     for (int i = 0; i < recovered.soundless; ++i) {
-        fmt::print(stderr, "A recording that was cut off before it held any sound was deleted.\n");
+        Terminal::print(stderr, "A recording that was cut off before it held any sound was deleted.\n");
     }
-    nlohmann::json notes = nlohmann::json::array();
-    ExitCode code = ExitCode::success;
+    Report report(options);
     for (const Recording& recording : recovered.calls) {
-        const Note note = writtenDown(application, recording, options);
-        notes.push_back(encode(note));
-        if (!options.json) {
-            fmt::print("Recovered a recording of {}\n\n", Clock::length(recording.duration));
-            printFiled(note, options);
-        }
-        if (tellProblem(note) == ExitCode::failure) {
-            code = ExitCode::failure;
-        }
+        report.add(
+            writtenDown(application, recording.noteID, options.themName, [&] { return model.process(recording); }));
     }
-    if (options.json) {
-        fmt::print("{}\n", jsonText(notes));
-    } else if (notes.empty()) {
-        fmt::print("There is nothing to recover.\n");
+    for (const Uuid& id : recovered.unwritten) {
+        report.add(writtenDown(application, id, options.themName, [&] { return model.retranscribe(id); }));
     }
-    return code;
+    return report.finish();
 }
 
 } // namespace varnic::cli

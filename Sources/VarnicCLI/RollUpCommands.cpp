@@ -25,16 +25,16 @@ ExitCode todos(const Arguments& arguments) {
     const Region region = Region::user();
     const std::vector<OpenTodo> open = Todos::open(loadNotes(store), region);
     if (arguments.has("json")) {
-        fmt::print("{}\n", jsonText(ResultJson::todos(open)));
+        Terminal::printJson(jsonText(ResultJson::todos(open)));
         return ExitCode::success;
     }
     for (const OpenTodo& todo : open) {
         const std::string owner = todo.block.owner ? fmt::format(" ({})", label(*todo.block.owner)) : "";
-        fmt::print("{:<12} [ ] {}{}  {}\n", dueText(todo, region), todo.block.text, Terminal::faint(owner),
-                   Terminal::faint(todo.noteTitle));
+        Terminal::print("{:<12} [ ] {}{}  {}\n", dueText(todo, region), todo.block.text, Terminal::faint(owner),
+                        Terminal::faint(todo.noteTitle));
     }
     if (open.empty()) {
-        fmt::print(stderr, "There are no open to-dos.\n");
+        Terminal::print(stderr, "There are no open to-dos.\n");
     }
     return ExitCode::success;
 }
@@ -44,14 +44,14 @@ ExitCode decks(const Arguments& arguments) {
     LibraryStore store(libraryFolder());
     const auto all = Flashcards::decks(loadNotes(store), currentDate(), Region::user());
     if (arguments.has("json")) {
-        fmt::print("{}\n", jsonText(ResultJson::decks(all)));
+        Terminal::printJson(jsonText(ResultJson::decks(all)));
         return ExitCode::success;
     }
     for (const Flashcards::Deck& deck : all) {
-        fmt::print("{:>4} due of {:>4}  {}\n", deck.due, deck.total, deck.title);
+        Terminal::print("{:>4} due of {:>4}  {}\n", deck.due, deck.total, deck.title);
     }
     if (all.empty()) {
-        fmt::print(stderr, "No note has flashcards.\n");
+        Terminal::print(stderr, "No note has flashcards.\n");
     }
     return ExitCode::success;
 }

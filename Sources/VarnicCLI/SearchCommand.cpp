@@ -38,14 +38,14 @@ std::string marked(const SearchHit& hit) {
 }
 
 void print(const NoteMatch& match) {
-    fmt::print("{}  {}\n", Terminal::faint(shortId(*match.note)), Terminal::bold(match.note->displayTitle()));
+    Terminal::print("{}  {}\n", Terminal::faint(shortId(*match.note)), Terminal::bold(match.note->displayTitle()));
     for (std::size_t i = 0; i < std::min(match.hits->size(), hitsShown); ++i) {
         const SearchHit& hit = (*match.hits)[i];
         const std::string place = hit.time ? Clock::stamp(*hit.time) : std::string(rawValue(hit.field));
-        fmt::print("    {} {}\n", Terminal::faint(fmt::format("{:>9}", place)), marked(hit));
+        Terminal::print("    {} {}\n", Terminal::faint(fmt::format("{:>9}", place)), marked(hit));
     }
     if (match.hits->size() > hitsShown) {
-        fmt::print("    {}\n", Terminal::faint(fmt::format("{} more", match.hits->size() - hitsShown)));
+        Terminal::print("    {}\n", Terminal::faint(fmt::format("{} more", match.hits->size() - hitsShown)));
     }
 }
 
@@ -59,14 +59,14 @@ ExitCode search(const Arguments& arguments) {
     const std::vector<Note> notes = loadNotes(store);
     const auto matches = NoteSearch::search(fmt::format("{}", fmt::join(arguments.words(), " ")), notes);
     if (arguments.has("json")) {
-        fmt::print("{}\n", jsonText(ResultJson::matches(matches)));
+        Terminal::printJson(jsonText(ResultJson::matches(matches)));
         return ExitCode::success;
     }
     for (const NoteMatch& match : matches) {
         print(match);
     }
     if (matches.empty()) {
-        fmt::print(stderr, "Nothing was found.\n");
+        Terminal::print(stderr, "Nothing was found.\n");
     }
     return ExitCode::success;
 }

@@ -2,15 +2,14 @@
 #include "VarnicCLI/FlowRunner.h"
 #include "VarnicCLI/NotePrinter.h"
 #include "VarnicCLI/Providers.h"
+#include "VarnicCLI/Terminal.h"
 #include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/AISummariser/AIError.h"
 #include "VarnicCore/AISummariser/ServerAddress.h"
 #include "VarnicCore/Text/Wording.h"
-#include "VarnicPlatform/KeyStore/KeychainStore.h"
 
 #include <fmt/format.h>
 
-#include <memory>
 #include <stdexcept>
 
 namespace varnic::cli {
@@ -46,7 +45,9 @@ std::string advice(AIError::Kind kind, const AISettings& settings) {
     switch (kind) {
     case AIError::Kind::noKey:
     case AIError::Kind::badKey:
-        return fmt::format("\nHere that is: varnic-cli key set {}", settings.keyAccount());
+        return AppPlaces::dataDirectoryFromEnvironment().second
+                   ? "\nBut with VARNIC_DATA_DIR set no key ring is used."
+                   : fmt::format("\nHere that is: varnic-cli key set {}", settings.keyAccount());
     case AIError::Kind::noModel:
         return "\nHere that is: --model NAME";
     case AIError::Kind::badURL:
@@ -65,6 +66,9 @@ void checkRequest(const AppModel& model, const CallRecord& call) {
     try {
         static_cast<void>(model.aiSummariser()->request(call.segments, context, model.region));
     } catch (const AIError& error) {
+        if (error.kind() == AIError::Kind::noKey && model.keys->isLocked(model.settings.ai.value().keyAccount())) {
+            throw std::runtime_error(Wording::shown(KeyStore::lockedSentence));
+        }
         throw std::runtime_error(error.what() + advice(error.kind(), model.settings.ai.value()));
     }
 }
@@ -97,23 +101,19 @@ ExitCode summarise(const Arguments& arguments) {
     AppModel& model = application.model;
     model.settings.ai = settings;
     model.settings.yourName = arguments.valueOr("your-name", "");
-    model.keys = std::make_shared<KeychainStore>();
     model.anthropicURL = arguments.valueOr("server", model.anthropicURL);
-    QCoro::waitFor(model.readLibrary());
-    if (const auto& problem = model.loadProblem.value()) {
-        fmt::print(stderr, "varnic-cli: {}\n", *problem);
-    }
+    readLibrary(model);
     const Note before = findNote(model.notes(), word);
     if (!before.call || before.call->segments.empty()) {
         throw std::runtime_error("This note has no transcript.");
     }
     checkRequest(model, *before.call);
-    fmt::print(stderr, "Sending the transcript to {} …\n", destination(settings, model.anthropicURL));
+    Terminal::print(stderr, "Sending the transcript to {} …\n", destination(settings, model.anthropicURL));
     askProvider(application, before);
     saveOrThrow(model, before.id);
     const Note& note = *model.note(before.id);
     if (arguments.has("json")) {
-        fmt::print("{}\n", LibraryStore::encoded(note));
+        Terminal::printJson(LibraryStore::encoded(note));
     } else {
         print(note, model.settings.yourName.value(), model.region);
     }

@@ -1,10 +1,13 @@
 #include "VarnicCLI/Terminal.h"
 
-#include <fmt/format.h>
+#include "VarnicCore/Text/Unicode.h"
+
+#include <unicode/uchar.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
+#include <iterator>
 
 namespace varnic::cli::Terminal {
 
@@ -13,8 +16,69 @@ namespace {
 constexpr std::size_t barWidth = 30;
 constexpr std::string_view eraseLine = "\r\033[K";
 
-std::string styled(std::string_view text, int code, std::FILE* stream) {
-    return isStyled(stream) ? fmt::format("\033[{}m{}\033[0m", code, text) : std::string(text);
+// Where a style begins and ends in a text that is to be printed: noncharacters, which no text has a use for.
+constexpr char32_t beginsBold = U'\uFDD0';
+constexpr char32_t beginsFaint = U'\uFDD1';
+constexpr char32_t endsStyle = U'\uFDD2';
+
+std::string_view sequence(char32_t style) {
+    switch (style) {
+    case beginsBold:
+        return "\033[1m";
+    case beginsFaint:
+        return "\033[2m";
+    default:
+        return "\033[0m";
+    }
+}
+
+/// The code points of the text one by one, with the bytes that they are written with.
+template <typename Take>
+void forEach(std::string_view text, Take take) {
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t begin = at;
+        const char32_t c = Unicode::next(text, at);
+        take(c, text.substr(begin, at - begin));
+    }
+}
+
+bool isControl(char32_t c) {
+    return c != U'\t' && c != U'\n' && u_charType(static_cast<UChar32>(c)) == U_CONTROL_CHAR;
+}
+
+/// The sign of a control character where it has one, and else the sign of a character that cannot be shown.
+std::string sign(char32_t c) {
+    constexpr char32_t pictures = 0x2400;
+    constexpr char32_t pictureOfDelete = 0x2421;
+    if (c < U' ') {
+        return Unicode::utf8(icu::UnicodeString(static_cast<UChar32>(pictures + c)));
+    }
+    return Unicode::utf8(icu::UnicodeString(static_cast<UChar32>(c == 0x7F ? pictureOfDelete : 0xFFFD)));
+}
+
+std::string written(std::string_view text, bool isStyled) {
+    std::string result;
+    result.reserve(text.size());
+    forEach(text, [&](char32_t c, std::string_view bytes) {
+        if (c == beginsBold || c == beginsFaint || c == endsStyle) {
+            result += isStyled ? sequence(c) : "";
+        } else if (isControl(c) || (c == 0xFFFD && bytes.size() == 1)) {
+            result += sign(c);
+        } else {
+            result += bytes;
+        }
+    });
+    return result;
+}
+
+/// Escape sequences may go there.
+bool isStyled(std::FILE* stream) {
+    return isatty(fileno(stream)) == 1 && std::getenv("NO_COLOR") == nullptr;
+}
+
+std::string between(char32_t begin, std::string_view text) {
+    const auto mark = [](char32_t c) { return Unicode::utf8(icu::UnicodeString(static_cast<UChar32>(c))); };
+    return mark(begin).append(text).append(mark(endsStyle));
 }
 
 volatile std::sig_atomic_t interrupted = 0;
@@ -25,16 +89,38 @@ void noteInterrupt(int /*signal*/) {
 
 } // namespace
 
-bool isStyled(std::FILE* stream) {
-    return isatty(fileno(stream)) == 1 && std::getenv("NO_COLOR") == nullptr;
+std::string bold(std::string_view text) {
+    return between(beginsBold, text);
 }
 
-std::string bold(std::string_view text, std::FILE* stream) {
-    return styled(text, 1, stream);
+std::string faint(std::string_view text) {
+    return between(beginsFaint, text);
 }
 
-std::string faint(std::string_view text, std::FILE* stream) {
-    return styled(text, 2, stream);
+std::string plain(std::string_view text) {
+    return written(text, false);
+}
+
+void write(std::FILE* stream, std::string_view text) {
+    fmt::print(stream, "{}", written(text, isStyled(stream)));
+}
+
+void printJson(std::string_view json) {
+    std::string shown;
+    const bool isTerminal = isatty(STDOUT_FILENO) == 1;
+    forEach(json, [&](char32_t c, std::string_view bytes) {
+        if (isTerminal && isControl(c)) {
+            // The writer of JSON has escaped those below U+0020; the others can only stand in strings.
+            fmt::format_to(std::back_inserter(shown), "\\u{:04x}", static_cast<unsigned>(c));
+        } else {
+            shown += bytes;
+        }
+    });
+    fmt::print("{}\n", shown);
+}
+
+void printFile(std::string_view bytes) {
+    fmt::print("{}", isatty(STDOUT_FILENO) == 1 ? plain(bytes) : std::string(bytes));
 }
 
 SilentInput::SilentInput() {
@@ -66,7 +152,7 @@ void StatusLine::show(const std::string& text) {
     }
     const std::lock_guard guard(lock_);
     if (text != drawn_) {
-        fmt::print(stderr, "{}{}", eraseLine, text);
+        fmt::print(stderr, "{}{}", eraseLine, plain(text));
         drawn_ = text;
     }
 }

@@ -2,24 +2,46 @@
 
 #include "VarnicCore/Pipeline/ProcessingStage.h"
 
+#include <fmt/format.h>
+
 #include <cstdio>
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <termios.h>
 
-/// What depends on whether a stream is a terminal.
+/// The one way to the user's terminal. Titles, file names and what servers say may hold any characters, and a terminal
+/// takes some for commands: whatever is printed here leaves only the program's own styles as such.
 namespace varnic::cli::Terminal {
 
-/// Whether escape sequences may go to the stream: a terminal, and NO_COLOR (no-color.org) is not set.
-bool isStyled(std::FILE* stream);
+/// The text in bold, or in a fainter tone, once `print` has it.
+std::string bold(std::string_view text);
+std::string faint(std::string_view text);
 
-/// The text in bold where the stream is a terminal, else as it is.
-std::string bold(std::string_view text, std::FILE* stream = stdout);
+/// The text with a visible sign in the place of each control character but tabs and newlines, and without styles.
+std::string plain(std::string_view text);
 
-/// The text in a fainter tone where the stream is a terminal, else as it is.
-std::string faint(std::string_view text, std::FILE* stream = stdout);
+/// Writes the text with its styles where the stream is a terminal and NO_COLOR (no-color.org) is not set, and else
+/// without them.
+void write(std::FILE* stream, std::string_view text);
+
+template <typename... Values>
+void print(std::FILE* stream, fmt::format_string<Values...> format, Values&&... values) {
+    write(stream, fmt::format(format, std::forward<Values>(values)...));
+}
+
+template <typename... Values>
+void print(fmt::format_string<Values...> format, Values&&... values) {
+    write(stdout, fmt::format(format, std::forward<Values>(values)...));
+}
+
+/// A line of JSON on standard output: byte for byte into a file or a pipe, and for a terminal with escapes.
+void printJson(std::string_view json);
+
+/// The bytes of a text file on standard output: as they are into a file or a pipe, and `plain` for a terminal.
+void printFile(std::string_view bytes);
 
 /// Keeps the terminal of standard input from showing what is typed, as long as it lives. An interrupt or a polite kill
 /// ends a read from it with an error instead of the program, so that the terminal never stays silent. One at a time.

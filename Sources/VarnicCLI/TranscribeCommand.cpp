@@ -1,6 +1,9 @@
 #include "VarnicCLI/CallFiling.h"
 #include "VarnicCLI/FlowRunner.h"
+#include "VarnicCLI/Terminal.h"
+#include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/Audio/AudioReader.h"
+#include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Library/LibraryStore.h"
 
 #include <fmt/format.h>
@@ -19,6 +22,10 @@ namespace fs = std::filesystem;
 /// The recording of a side, if one is given. Throws with a sentence that names it where it holds no sound.
 std::optional<fs::path> recordingOf(Speaker side, const Arguments& arguments) {
     const auto file = arguments.value(std::string(rawValue(side)));
+    std::error_code unknown;
+    if (file && !fs::exists(*file, unknown)) {
+        throw std::runtime_error(fmt::format("There is no “{}”.", *file));
+    }
     if (file && !(audioLength(*file).seconds() > 0)) {
         throw std::runtime_error(
             fmt::format("“{}” has no audio Varnic can read.", fs::path(*file).filename().string()));
@@ -26,33 +33,74 @@ std::optional<fs::path> recordingOf(Speaker side, const Arguments& arguments) {
     return file;
 }
 
-} // namespace
+/// Writes down the files as a call of its own.
+Uuid fileCall(Application& application, const CallImport& call) {
+    std::optional<Uuid> id;
+    runFlow(application, [&]() -> QCoro::Task<> { id = co_await application.model.importCall(call); });
+    if (!id) {
+        throw std::runtime_error(application.interruption.happened() ? "Stopped. Nothing was filed."
+                                                                     : toastText(application.model));
+    }
+    return *id;
+}
 
-ExitCode transcribe(const Arguments& arguments) {
-    arguments.expectNoWords();
-    const FilingOptions options = FilingOptions::from(arguments);
-    const CallImport call{
+/// Writes down anew a call of the library.
+Uuid transcribeAgain(Application& application, const std::string& idStart, const Arguments& arguments) {
+    AppModel& model = application.model;
+    readLibrary(model);
+    const Note before = findNote(model.notes(), idStart);
+    if (!before.call) {
+        throw std::runtime_error("This note is no call.");
+    }
+    if (model.existingTracks(before).speakers().empty()) {
+        throw std::runtime_error(TranscriberError::missingFile().what());
+    }
+    if (!LibraryLock::forCall(model.audioFolder(before.id))) {
+        throw std::runtime_error("Another program is transcribing this call.");
+    }
+    model.settings.localeID = arguments.valueOr("language", before.call->language);
+    if (const auto name = arguments.value("their-name")) {
+        model.renameThem(before.id, *name);
+    }
+    runFlow(application, [&] { return model.retranscribe(before.id); });
+    saveOrThrow(model, before.id);
+    if (application.interruption.happened() && model.note(before.id)->call->segments == before.call->segments) {
+        throw std::runtime_error("Stopped. The note is as it was.");
+    }
+    return before.id;
+}
+
+CallImport callOf(const Arguments& arguments, const FilingOptions& options) {
+    CallImport call{
         .files = {.you = recordingOf(Speaker::you, arguments), .them = recordingOf(Speaker::them, arguments)},
         .source = arguments.valueOr("source", "Call"),
         .themName = options.themName,
         .language = options.language,
         .isFiledAtOnce = false};
     if (call.files.speakers().empty()) {
-        throw UsageError("give a recording with --you, --them or both");
+        throw UsageError("give a recording with --you, --them or both, or a call with --note");
     }
+    return call;
+}
+
+} // namespace
+
+ExitCode transcribe(const Arguments& arguments) {
+    arguments.expectNoWords();
+    const FilingOptions options = FilingOptions::from(arguments);
+    const auto again = arguments.value("note");
+    if (again && (arguments.has("you") || arguments.has("them") || arguments.has("source"))) {
+        throw UsageError("--note goes without --you, --them and --source");
+    }
+    const std::optional<CallImport> call = again ? std::nullopt : std::optional(callOf(arguments, options));
     Application application;
     AppModel& model = application.model;
     apply(options, model.settings);
-    std::optional<Uuid> id;
-    runFlow(application, [&]() -> QCoro::Task<> { id = co_await model.importCall(call); });
-    if (!id) {
-        throw std::runtime_error(application.interruption.happened() ? "Stopped. Nothing was filed."
-                                                                     : toastText(model));
-    }
-    saveOrThrow(model, *id);
+    const Uuid id = call ? fileCall(application, *call) : transcribeAgain(application, *again, arguments);
+    saveOrThrow(model, id);
     const Note& note = *model.note(id);
     if (options.json) {
-        fmt::print("{}\n", LibraryStore::encoded(note));
+        Terminal::printJson(LibraryStore::encoded(note));
     } else {
         printFiled(note, options);
     }

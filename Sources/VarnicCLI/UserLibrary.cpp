@@ -1,6 +1,7 @@
 #include "VarnicCLI/UserLibrary.h"
 
 #include "Varnic/AppModel/AppModel.h"
+#include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <fmt/format.h>
@@ -16,7 +17,7 @@ std::filesystem::path libraryFolder() {
 std::vector<Note> loadNotes(LibraryStore& store) {
     std::vector<Note> notes = store.loadAll(currentDate());
     for (const UnreadableFile& file : store.unreadable()) {
-        fmt::print(stderr, "varnic-cli: {} can’t be read: {}\n", file.path.filename().string(), file.reason);
+        Terminal::print(stderr, "varnic-cli: {} can’t be read: {}\n", file.path.filename().string(), file.reason);
     }
     return notes;
 }

@@ -1,4 +1,5 @@
 #include "VarnicCLI/Command.h"
+#include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Audio/CaptureError.h"
 #include "VarnicCore/Text/Wording.h"
 
@@ -65,13 +66,13 @@ int main(int argc, char** argv) {
         }
         return static_cast<int>(code);
     } catch (const UsageError& error) {
-        fmt::print(stderr, "varnic-cli: {}; see varnic-cli --help\n", error.what());
+        Terminal::print(stderr, "varnic-cli: {}; see varnic-cli --help\n", error.what());
         return static_cast<int>(ExitCode::usage);
     } catch (const varnic::CaptureError& error) {
-        fmt::print(stderr, "varnic-cli: {}\n", varnic::Wording::shown(error.what()));
+        Terminal::print(stderr, "varnic-cli: {}\n", varnic::Wording::shown(error.what()));
         return static_cast<int>(ExitCode::failure);
     } catch (const std::exception& error) {
-        fmt::print(stderr, "varnic-cli: {}\n", error.what());
+        Terminal::print(stderr, "varnic-cli: {}\n", error.what());
         return static_cast<int>(ExitCode::failure);
     }
 }

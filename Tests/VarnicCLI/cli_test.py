@@ -9,6 +9,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import unicodedata
 import unittest
 from pathlib import Path
 
@@ -30,6 +31,22 @@ class CommandLine(unittest.TestCase):
     def run_cli(self, *args, input=None, library=None):
         environment = os.environ | {"VARNIC_DATA_DIR": str(library or self.library), "TZ": "UTC", "LC_ALL": "C.UTF-8"}
         return subprocess.run([PROGRAM, *map(str, args)], input=input, capture_output=True, text=True, env=environment)
+
+    def at_terminal(self, *args):
+        """All that a terminal without colours gets."""
+        master, terminal = os.openpty()
+        environment = os.environ | {"VARNIC_DATA_DIR": str(self.library), "LC_ALL": "C.UTF-8", "NO_COLOR": "1"}
+        with subprocess.Popen([PROGRAM, *map(str, args)], stdout=terminal, stderr=subprocess.PIPE, env=environment) as run:
+            os.close(terminal)
+            shown = b""
+            try:
+                while more := os.read(master, 65536):
+                    shown += more
+            except OSError:
+                pass  # how a terminal ends
+            shown += run.stderr.read()
+        os.close(master)
+        return shown.decode()
 
     def succeed(self, *args, **options):
         run = self.run_cli(*args, **options)
@@ -192,8 +209,55 @@ class Recover(CommandLine):
             run.send_signal(signal.SIGINT)
             _, error = run.communicate()
         self.assertEqual((run.returncode, error), (1, "varnic-cli: Varnic was quit before this call was transcribed — "
-                                                      "choose Transcribe Again.\n"))
+                                                      "choose Transcribe Again.\n"
+                                                      f"Here that is: varnic-cli transcribe --note {self.ID[:8]}\n"))
         self.assertEqual(self.stored(), [f"audio/{self.ID}/them.wav", f"notes/{self.ID}.json"])
+
+    def file_without_words(self, **call):
+        """A call whose program died before its words came."""
+        self.cut_off(self.ID, f"{RECORDINGS}/beckett.wav")
+        (self.library / "notes").mkdir()
+        blocks = [{"id": self.ID[:-1] + "2", "kind": "paragraph", "text": "Mine."}]
+        (self.library / "notes" / f"{self.ID}.json").write_text(json.dumps(
+            {"id": self.ID, "title": "My title", "created": "2026-03-14T09:26:53.589Z", "blocks": blocks,
+             "call": {"startedAt": "2026-03-14T09:26:53.589Z", "duration": 9, "source": "Zoom", "tracks": ["them"],
+                      "themName": "", "language": "en-US", "segments": [], "audioFolder": self.ID} | call}))
+
+    def check_words(self, note):
+        self.assertIn("try again", " ".join(s["text"] for s in note["call"]["segments"]).lower())
+        self.assertEqual(note["title"], "My title")
+        self.assertIn("Mine.", [block.get("text") for block in note["blocks"]])
+
+    def test_a_call_that_was_filed_ahead_of_its_words_gets_them(self):
+        self.file_without_words()
+        [note] = json.loads(self.succeed("recover", "--json"))
+        self.check_words(note)
+        self.assertEqual(self.succeed("recover"), "There is nothing to recover.\n")
+
+    def test_a_call_of_the_library_is_transcribed_again(self):
+        self.file_without_words(problem="Transcription failed: once.")
+        self.assertEqual(self.succeed("recover"), "There is nothing to recover.\n")
+        self.assertIn("German", self.run_cli("transcribe", "--note", self.ID, "--language", "de-DE").stderr)
+        self.check_words(json.loads(self.succeed("transcribe", "--note", self.ID[:6].lower(), "--json")))
+        for args, code in ((["--note", self.ID, "--you", "x.wav"], 2), (["--note", "FFFF"], 1)):
+            self.assertEqual(self.run_cli("transcribe", *args).returncode, code)
+        (self.library / "audio" / self.ID / "them.wav").unlink()
+        run = self.run_cli("transcribe", "--note", self.ID)
+        self.assertEqual((run.returncode, run.stderr), (1, "varnic-cli: The recording’s audio file is missing.\n"))
+
+    def test_a_deleted_call_comes_back_with_its_recording(self):
+        self.file_without_words(problem="Transcription failed: once.")
+        before = self.stored()
+        self.assertIn(f"varnic-cli restore {self.ID[:8]}", self.succeed("delete", self.ID[:4]))
+        self.assertEqual(self.stored(), [f"Deleted/{self.ID}/audio/them.wav", f"Deleted/{self.ID}/note.json"])
+        self.assertIn("My title", self.succeed("restore"))
+        [row] = json.loads(self.succeed("restore", "--json"))
+        self.assertEqual((row["id"], row["isCall"]), (self.ID, True))
+        self.assertEqual(self.run_cli("delete", self.ID).returncode, 1)
+        self.assertEqual(self.run_cli("restore", "FFFF").returncode, 1)
+        self.assertIn("My title", self.succeed("restore", self.ID[:4].lower()))
+        self.assertEqual(self.stored(), before)
+        self.assertEqual(json.loads(self.succeed("restore", "--json")), [])
 
 
 class Tools(CommandLine):
@@ -247,6 +311,72 @@ class Tools(CommandLine):
         self.assertEqual((self.folder / "Garden plan.md").read_text(), text)
         self.assertEqual(json.loads(self.succeed("export", garden, "--json")),
                          {"fileName": "Garden plan.md", "text": text})
+
+    def test_what_notes_cannot_hold_is_told(self):
+        (self.notes / "garden.md").write_text("---\ntitle: Plot\ndate: 2026-03-14\n---\n- a\n  - b\n")
+        run = self.run_cli("import", self.notes, "--json")
+        self.assertEqual(run.stderr, "Simplified in 1 file: 1 item of a list in a list is an item of one list now.\n")
+        by_title = {one["title"]: one for one in json.loads(run.stdout)}
+        self.assertEqual(by_title["Plot"]["simplified"], {"nestedItems": 1, "codeLines": 0})
+        self.assertEqual(by_title["Plot"]["file"], str(self.notes / "garden.md"))
+        self.assertNotIn("simplified", by_title["Untitled thoughts"])
+        note = json.loads(self.succeed("show", by_title["Plot"]["id"], "--json"))
+        self.assertEqual(note["created"], "2026-03-14T00:00:00.000Z")
+
+    def test_a_folder_that_cannot_be_read_is_named_and_the_rest_comes_in(self):
+        (self.notes / "deep").chmod(0)
+        user = None
+        if os.geteuid() == 0:  # whom no permission stops
+            user = 65534
+            for path in (self.folder, *self.folder.rglob("*")):
+                os.chown(path, user, user)
+        environment = os.environ | {"VARNIC_DATA_DIR": str(self.library), "HOME": str(self.folder)}
+        run = subprocess.run([PROGRAM, "import", self.notes], capture_output=True, text=True, env=environment,
+                             user=user)
+        (self.notes / "deep").chmod(0o700)
+        self.assertEqual(run.returncode, 1)
+        self.assertIn("deep” can’t be read", run.stderr)
+        self.assertIn("Garden plan", run.stdout)
+
+    def test_an_interrupt_ends_an_import_between_two_files(self):
+        for i in range(3000):
+            (self.notes / f"{i}.md").write_text("Text")
+        environment = os.environ | {"VARNIC_DATA_DIR": str(self.library)}
+        with subprocess.Popen([PROGRAM, "import", self.notes, "--json"], env=environment, stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE, text=True) as run:
+            while run.poll() is None and not list(self.library.glob("notes/*.json")):
+                pass
+            run.send_signal(signal.SIGINT)
+            output, error = run.communicate()
+        imported = json.loads(output)
+        self.assertEqual((run.returncode, error),
+                         (1, f"varnic-cli: Stopped. {len(imported)} of 3002 files are in the library.\n"))
+        self.assertEqual({path.stem for path in self.library.glob("notes/*.json")}, {one["id"] for one in imported})
+        self.assertGreater(len(imported), 0)
+
+    def test_no_control_character_reaches_a_terminal(self):
+        (self.notes / "bad\x1b[2J.md").write_bytes(b"# \x1b]0;owned\x07 caf\xe9\n")
+        (self.notes / "garden.md").write_text("# H\x1b[2Jeron\x9b31m\u0090\r\n\nText\x07\tmore\x7f\n")
+        note = None
+        for args in (["import", self.notes], ["list"], ["show"], ["show", "--json"], ["export"], ["search", "eron"],
+                     ["delete"], ["restore"]):
+            with self.subTest(args):
+                if args[0] in ("show", "export", "delete"):
+                    args.insert(1, note)
+                shown = self.at_terminal(*args)
+                self.assertIn("eron", shown)
+                self.assertEqual([c for c in shown if unicodedata.category(c) == "Cc" and c not in "\r\n\t"], [], shown)
+                if note is None:
+                    [note] = [one["id"] for one in json.loads(self.succeed("list", "--json")) if "eron" in one["title"]]
+
+    def test_a_name_is_cut_to_what_a_file_system_takes(self):
+        (self.notes / "garden.md").write_text("# " + "語" * 80 + "👨‍👩‍👧" * 20 + "\n")
+        [note] = json.loads(self.succeed("import", self.notes / "garden.md", "--json"))
+        (self.notes / "garden.md").write_text("# " + "👨‍👩‍👧" * 80 + "\n")
+        [other] = json.loads(self.succeed("import", self.notes / "garden.md", "--json"))
+        for one in (note, other):
+            self.succeed("export", one["id"], "-o", self.folder)
+        self.assertEqual({path.name for path in self.folder.glob("*.md")}, {"語" * 80 + ".md", "👨‍👩‍👧" * 13 + ".md"})
 
     def test_what_cannot_be_imported_is_named_and_the_rest_comes_in(self):
         (self.notes / "latin.md").write_bytes(b"# caf\xe9\n")
@@ -363,6 +493,7 @@ class BadInput(CommandLine):
             with self.subTest(name):
                 error = self.fails("transcribe", "--you", good, "--them", self.folder / name)
                 self.assertIn(name, error)
+                self.assertEqual("There is no “" in error, name == "missing.wav")
                 self.assertFalse(self.library.exists() and self.stored())
 
     def test_a_library_that_cannot_be_made_is_named(self):

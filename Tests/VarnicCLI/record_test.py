@@ -623,7 +623,8 @@ class Stopping(RecordTest):
         note = recorder.note()
         self.assertEqual(note["call"]["segments"], [])
         self.assertTrue(note["call"]["problem"])
-        self.assertEqual(recorder.said[-1], f"varnic-cli: {note['call']['problem']}")
+        self.assertEqual(recorder.said[-2:], [f"varnic-cli: {note['call']['problem']}",
+                                              f"Here that is: varnic-cli transcribe --note {note['id'][:8]}"])
         self.assert_filed(note)
         self.assertGreater(self.tracks(note)[0].peak(0, 20), 0.1)
 

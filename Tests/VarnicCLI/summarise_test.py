@@ -39,14 +39,15 @@ class AI(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
-        self.environment = os.environ | {"VARNIC_DATA_DIR": folder.name, "TZ": "UTC", "LC_ALL": "C.UTF-8"}
+        # Not VARNIC_DATA_DIR, with which no key ring is touched.
+        self.environment = os.environ | {"XDG_DATA_HOME": folder.name, "TZ": "UTC", "LC_ALL": "C.UTF-8"}
         self.server = ai_server.Server()
         self.enterContext(self.server)
-        self.file = self.folder / "notes" / f"{ID}.json"
+        self.file = self.folder / "Varnic" / "Library" / "notes" / f"{ID}.json"
         self.store(NOTE)
 
     def store(self, note):
-        self.file.parent.mkdir(exist_ok=True)
+        self.file.parent.mkdir(parents=True, exist_ok=True)
         self.file.write_text(json.dumps(note))
 
     def run_cli(self, *args, input=None):
@@ -77,6 +78,11 @@ class Summarise(AI):
         for text in ("Mine, not yours.", "Send the designs", "The launch moves to May."):
             self.assertTrue(any(text in one for one in texts), texts)
         self.assertEqual(note["call"]["segments"][0]["text"], NOTE["call"]["segments"][0]["text"])
+        for title, digest in (("Contract", DIGEST), (note["title"], digest)):
+            undone = json.loads(self.run_cli("undo", ID[:4], "--json").stdout)
+            self.assertEqual((undone["title"], undone["call"]["digest"]), (title, digest))
+            self.assertIn("Mine, not yours.", json.dumps(undone["blocks"]))
+            self.assertEqual(json.loads(self.file.read_text()), undone)
 
     def test_a_title_of_the_users_stays(self):
         self.store(NOTE | {"title": "My title"})
@@ -88,7 +94,10 @@ class Summarise(AI):
         run = self.summarise("echo", "--provider", "anthropic", "--json")
         self.assertEqual(run.returncode, 0, run.stderr)
         request = json.loads(json.loads(run.stdout)["call"]["digest"]["summary"][0])
-        self.assertEqual((request["path"], request["headers"]["x-api-key"]), ("/echo/v1/messages", KEY))
+        self.assertEqual((request["path"], self.server.keys), ("/echo/v1/messages", [KEY]))
+        self.assertIn("x-api-key", request["headers"])
+        self.assertNotIn(KEY, run.stdout)
+        self.assertNotIn(KEY, self.file.read_text())
         self.assertEqual(request["body"]["model"], "claude-haiku-5-5")
         self.assertNotIn("Mine, not yours.", json.dumps(request))
         self.assertNotIn(KEY, run.stderr)
@@ -137,6 +146,7 @@ class Summarise(AI):
             self.assertEqual(run.returncode, 1)
             self.assertTrue(run.stderr.startswith(f"varnic-cli: {sentence}\nHere that is: "), run.stderr)
         self.assertEqual(self.run_cli("summarise", ID, "--provider", "somebody").returncode, 2)
+        self.assertEqual(self.run_cli("undo", ID).stderr, "varnic-cli: No earlier version of this note is kept.\n")
         self.store(NOTE | {"call": None})
         self.assertEqual(self.summarise("good", "--model", "m").stderr, "varnic-cli: This note has no transcript.\n")
         self.store(NOTE)
@@ -162,18 +172,32 @@ class Key(AI):
         if run.returncode:
             self.assertIn("Add your API key", run.stderr)
             return None
-        headers = json.loads(json.loads(run.stdout)["call"]["digest"]["summary"][0])["headers"]
-        return headers.get("x-api-key") or headers.get("Authorization")
+        return self.server.keys[-1]
 
     def test_each_provider_has_its_own_and_removing_removes(self):
         self.set_key("anthropic", "a")
         self.set_key("openAICompatible", "  o\r")
-        self.assertEqual((self.key_of("anthropic"), self.key_of("openAICompatible")), ("a", "Bearer o"))
+        self.assertEqual((self.key_of("anthropic"), self.key_of("openAICompatible")), ("a", "o"))
         self.set_key("anthropic", "b")
         self.assertEqual(self.key_of("anthropic"), "b")
         for provider in ("anthropic", "openAICompatible"):
             self.assertEqual(self.run_cli("key", "remove", provider).returncode, 0)
-        self.assertEqual((self.key_of("anthropic"), self.key_of("openAICompatible")), (None, None))
+        self.assertEqual((self.key_of("anthropic"), self.key_of("openAICompatible")), (None, ""))
+        run = self.run_cli("key", "remove", "anthropic")
+        self.assertEqual((run.returncode, run.stderr),
+                         (0, "There is no key for Anthropic Claude, so nothing was removed.\n"))
+
+    def test_a_scratch_library_touches_no_key_ring(self):
+        self.set_key("anthropic")
+        self.environment["VARNIC_DATA_DIR"] = str(self.file.parent.parent)
+        for args in (("set", "anthropic"), ("remove", "anthropic")):
+            run = self.run_cli("key", *args, input="other")
+            self.assertEqual(run.returncode, 1)
+            self.assertIn("no key ring is touched", run.stderr)
+        self.assertEqual(self.key_of("anthropic"), None)
+        self.assertEqual(self.server.keys, [])
+        del self.environment["VARNIC_DATA_DIR"]
+        self.assertEqual(self.key_of("anthropic"), KEY)
 
     def test_what_is_no_key_changes_nothing(self):
         self.set_key("anthropic")
@@ -189,11 +213,14 @@ class Key(AI):
 
     def test_without_a_key_ring_the_sentence_says_so(self):
         environment = self.environment | {"DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.folder}/nothing"}
-        run = subprocess.run([PROGRAM, "key", "set", "anthropic"], input=KEY, capture_output=True, text=True,
-                             env=environment)
-        self.assertEqual(run.returncode, 1)
-        self.assertTrue(run.stderr.startswith("varnic-cli: The key couldn’t be saved in the key ring: "), run.stderr)
-        self.assertNotIn(KEY, run.stderr)
+        for word, sentence in (("set", "The key couldn’t be saved in the key ring: "),
+                               ("remove", r"No key ring is running, so nothing was removed\.|"
+                                          r"Could not connect.*, so nothing was removed\.")):
+            run = subprocess.run([PROGRAM, "key", word, "anthropic"], input=KEY, capture_output=True, text=True,
+                                 env=environment)
+            self.assertEqual(run.returncode, 1)
+            self.assertRegex(run.stderr, r"\Avarnic-cli: (" + sentence + ")")
+            self.assertNotIn(KEY, run.stderr)
 
     def at_terminal(self, typed):
         """Types at the prompt; gives the exit code and all that the terminal showed."""

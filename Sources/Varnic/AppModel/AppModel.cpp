@@ -93,11 +93,19 @@ bool AppModel::hasKey() const {
 }
 
 void AppModel::setKey(const std::string& value) {
+    const std::string key = QString::fromStdString(value).trimmed().toStdString();
+    const std::string account = settings.ai.value().keyAccount();
     try {
-        keys->setKey(QString::fromStdString(value).trimmed().toStdString(), settings.ai.value().keyAccount());
+        if (key.empty()) {
+            keys->remove(account);
+        } else {
+            keys->setKey(key, account);
+        }
         Q_EMIT keyChanged();
     } catch (const std::exception&) {
-        flash({.text = "Couldn’t save the key to the Keychain", .symbol = warningSymbol});
+        flash({.text =
+                   key.empty() ? "Couldn’t remove the key from the Keychain" : "Couldn’t save the key to the Keychain",
+               .symbol = warningSymbol});
     }
 }
 

@@ -157,6 +157,8 @@ public:
         std::vector<Recording> calls;
         /// Recordings without any sound, which are among the deleted notes now.
         int soundless = 0;
+        /// Calls that were filed ahead of their words by a program that ended before those came. They say so.
+        std::vector<Uuid> unwritten;
     };
 
     /// The second part of `load`.
@@ -215,6 +217,11 @@ public:
     QCoro::Task<> retranscribe(Uuid id);
     QCoro::Task<> runAI(Uuid id);
     void useLocalSummary(Uuid id);
+    /// Whether the call is kept as it was before its last new transcript or summary, by this program or another.
+    [[nodiscard]] bool hasEarlier(Uuid id) const;
+    /// Brings the earlier transcript and summary back, with what the user has written since. What stands there now is
+    /// the earlier version from then on. Nothing happens without one, or while the call is being worked on.
+    QCoro::Task<> bringBackEarlier(Uuid id);
     void removeAudio(Uuid id);
     /// The recordings of a call that are on disk. The note must be a call.
     [[nodiscard]] CallTracks existingTracks(const Note& note) const;
@@ -257,8 +264,12 @@ private:
     [[nodiscard]] DigestContext context(const CallRecord& call) const;
     [[nodiscard]] DigestContext context(Date startedAt, std::string themName, std::string source) const;
     void showPlaceholder(Uuid id, std::string title, CallRecord call);
+    [[nodiscard]] bool keepLiveLines(Note& finished) const;
+    [[nodiscard]] std::vector<Uuid> takeUnwritten();
     void file(Note finished, std::shared_ptr<RecordingMarkFile> mark);
     void removeAudioIfNotKept(Uuid id);
+    bool keepEarlier(Uuid id);
+    [[nodiscard]] ToastMessage undoable(Uuid id, std::string text, std::string symbol);
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
 
     std::vector<Note> notes_;
@@ -275,6 +286,8 @@ private:
     std::uint64_t edits_ = 0;
     /// How the last save that failed did.
     std::string saveProblem_;
+    /// Notes of which an earlier version is on disk or about to be, among others.
+    std::set<Uuid> keptEarlier_;
     std::unique_ptr<LibraryWatch> watch_;
     /// Of the flows that began since the last cancellation.
     std::stop_source stopProcessing_;

@@ -47,6 +47,20 @@ void LibraryQueue::save(Note note, WhenSaved whenSaved) {
     });
 }
 
+void LibraryQueue::keepEarlier(Note note) {
+    queue_.async([this, note = std::move(note)] {
+        try {
+            library_.store().keepEarlier(note);
+        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): saving the note tells of a failing disk
+        }
+    });
+}
+
+QCoro::Task<std::optional<Note>> LibraryQueue::earlier(Uuid id, Date now) {
+    const auto read = [this, id, now] { return library_.store().earlier(id, now); };
+    return onQueue(queue_, read);
+}
+
 void LibraryQueue::remove(Uuid id) {
     queue_.async([this, id] {
         try {

@@ -52,6 +52,12 @@ public:
     QCoro::Task<std::vector<std::shared_ptr<DeadRecording>>> deadRecordings();
 
     void save(Note note, WhenSaved whenSaved);
+    /// Keeps the note as it is beside what is saved next; a failure is no reason not to save that.
+    void keepEarlier(Note note);
+
+    [[nodiscard]] bool hasEarlier(const Uuid& id) const { return library_.store().hasEarlier(id); }
+
+    QCoro::Task<std::optional<Note>> earlier(Uuid id, Date now);
     void remove(Uuid id);
     /// Brings a deleted note back; nothing when there is none that can be read.
     QCoro::Task<std::optional<Note>> restore(Uuid id, Date now);

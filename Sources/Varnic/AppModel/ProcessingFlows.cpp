@@ -2,6 +2,7 @@
 
 #include "Varnic/Background.h"
 #include "VarnicCore/Library/Folders.h"
+#include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 
 #include <QPointer>
@@ -95,6 +96,7 @@ void AppModel::showPlaceholder(Uuid id, std::string title, CallRecord call) {
 QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMarkFile> mark) {
     const Uuid id = recording.noteID;
     setStage(id, ProcessingStage::transcribing(0));
+    const auto lock = LibraryLock::forCall(store_.audioFolder(id));
     const Note* stored = note(id);
     const DigestContext told =
         context(recording.startedAt, stored != nullptr && stored->call ? stored->call->themName : "", recording.source);
@@ -121,16 +123,36 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
         store_.removeAudio(id);
         co_return;
     }
-    if (stop.stop_requested() && finished.call->segments.empty()) {
-        finished.call->problem = quitProblem;
+    const bool isStopgap = keepLiveLines(finished);
+    if (stop.stop_requested()) {
+        finished.call->problem = finished.call->segments.empty() ? std::optional(quitProblem) : std::nullopt;
     }
     file(std::move(finished), std::move(mark));
-    removeAudioIfNotKept(id);
+    if (!isStopgap) {
+        removeAudioIfNotKept(id);
+    }
     const AISettings& ai = settings.ai.value();
     const bool asksAI = ai.enabled && !ai.askEachTime && !stop.stop_requested();
     if (const Note* filed = note(id); asksAI && filed->call && !filed->call->segments.empty()) {
         co_await runAI(id);
     }
+}
+
+/// A recording that gave no words leaves the call those that were written down as they were said; whether there are
+/// any.
+bool AppModel::keepLiveLines(Note& finished) const {
+    const Note* placeholder = note(finished.id);
+    if (!finished.call->segments.empty() || placeholder == nullptr || !placeholder->call ||
+        placeholder->call->segments.empty()) {
+        return false;
+    }
+    CallRecord call = *finished.call;
+    call.segments = placeholder->call->segments;
+    call.problem = call.problem == nobodyHeard ? std::nullopt : std::move(call.problem);
+    const CallDigest digest = ExtractiveSummariser::makeDigest(call.segments, context(call), region, currentDate());
+    call.digest = digest;
+    finished = NoteEditor::callNote(finished.id, std::move(call), digest, region, currentDate());
+    return true;
 }
 
 /// Puts a finished call in the place of its placeholder, with what the user wrote there meanwhile behind it.
@@ -195,6 +217,11 @@ QCoro::Task<> AppModel::retranscribe(Uuid id) {
     if (stored == nullptr || !stored->call || processing.value().contains(id)) {
         co_return;
     }
+    const auto lock = LibraryLock::forCall(store_.audioFolder(id));
+    if (!lock) {
+        flash({.text = "Another program is transcribing this call", .symbol = warningSymbol});
+        co_return;
+    }
     setStage(id, ProcessingStage::transcribing(0));
     const QPointer self(this);
     const Note before = *stored;
@@ -212,10 +239,14 @@ QCoro::Task<> AppModel::retranscribe(Uuid id) {
         co_return;
     }
     if (result) {
+        const bool isKept = keepEarlier(id);
         update(id, true, [&](Note& note) { note = note == before ? *result : withTranscript(note, *result, before); });
         // That of a call which had a transcript was kept by the user's choice of then.
         if (before.call->segments.empty()) {
             removeAudioIfNotKept(id);
+        }
+        if (isKept) {
+            flash(undoable(id, "New transcript", "waveform"));
         }
     } else if (!stop.stop_requested()) {
         editCall(id, [&problem](CallRecord& call) { call.problem = problem; });

@@ -128,8 +128,11 @@ QCoro::Task<std::optional<Uuid>> AppModel::stopRecording() {
     desktop.playSound("Pop");
     const Uuid id = result->noteID;
     Recording recording = recordingOf(*result);
+    CallRecord placeholder = recording.record();
+    // What was shown as it was said is not lost if the program ends before the call is written down.
+    placeholder.segments = mergedLive(result->live);
     showPlaceholder(id, fmt::format("{} · {}", result->source, region.format(result->startedAt, "d MMM, HH:mm")),
-                    recording.record());
+                    std::move(placeholder));
     // Until the note is on disk, the recording counts as one to be recovered.
     saveNow(id, [mark = result->mark] { mark->remove(); });
     if (settings.liveTranscript.value()) {

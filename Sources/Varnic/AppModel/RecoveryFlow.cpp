@@ -1,5 +1,6 @@
 #include "Varnic/AppModel/AppModel.h"
 
+#include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Models/Clock.h"
 
 #include <QPointer>
@@ -7,6 +8,15 @@
 #include <fmt/format.h>
 
 namespace varnic {
+
+namespace {
+
+/// Whether nobody has tried to the end to write the call down.
+bool lacksWords(const Note& note) {
+    return note.call && note.call->segments.empty() && note.call->problem.value_or(quitProblem) == quitProblem;
+}
+
+} // namespace
 
 QCoro::Task<AppModel::Recovered> AppModel::recoverRecordings() {
     const QPointer self(this);
@@ -18,6 +28,7 @@ QCoro::Task<AppModel::Recovered> AppModel::recoverRecordings() {
     if (!self) {
         co_return recovered;
     }
+    recovered.unwritten = takeUnwritten();
     for (const auto& dead : found) {
         const Recording& recording = dead->recording;
         if (!dead->hasSound()) {
@@ -41,6 +52,21 @@ QCoro::Task<AppModel::Recovered> AppModel::recoverRecordings() {
         selectFirstIfNeeded();
     }
     co_return recovered;
+}
+
+/// Has the calls say that they wait for their words which have their sound and nobody who is writing it down.
+std::vector<Uuid> AppModel::takeUnwritten() {
+    std::vector<Uuid> waiting;
+    for (const Note& note : notes_) {
+        if (lacksWords(note) && !processing.value().contains(note.id) && !existingTracks(note).speakers().empty() &&
+            LibraryLock::forCall(store_.audioFolder(note.id))) {
+            waiting.push_back(note.id);
+        }
+    }
+    for (const Uuid& id : waiting) {
+        editCall(id, [](CallRecord& call) { call.problem = quitProblem; });
+    }
+    return waiting;
 }
 
 } // namespace varnic

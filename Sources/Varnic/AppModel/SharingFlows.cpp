@@ -41,7 +41,7 @@ QCoro::Task<> AppModel::exportAudio(Uuid id) {
     if (tracks.speakers().empty()) {
         co_return;
     }
-    std::filesystem::path name = Exporter::fileName(*stored, ExportFormat::markdown);
+    std::filesystem::path name = Exporter::fittingFileName(*stored, ExportFormat::markdown);
     std::string suggested = name.replace_extension(".m4a").string();
     const QPointer self(this);
     const auto file = co_await desktop.chooseDestination(std::move(suggested));
@@ -67,7 +67,7 @@ QCoro::Task<> AppModel::exportNote(Uuid id, ExportFormat format) {
     if (stored == nullptr) {
         co_return;
     }
-    std::string suggested = Exporter::fileName(*stored, format);
+    std::string suggested = Exporter::fittingFileName(*stored, format);
     const QPointer self(this);
     const auto file = co_await desktop.chooseDestination(std::move(suggested));
     if (!self || !file) {

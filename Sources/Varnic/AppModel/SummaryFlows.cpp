@@ -1,6 +1,7 @@
 #include "Varnic/AppModel/AppModel.h"
 
 #include "Varnic/Background.h"
+#include "VarnicCore/AISummariser/AIError.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 
 #include <QPointer>
@@ -49,6 +50,9 @@ QCoro::Task<> AppModel::runAI(Uuid id) {
     };
     try {
         digest = co_await inBackground(work);
+    } catch (const AIError& error) {
+        const bool isLocked = error.kind() == AIError::Kind::noKey && keys->isLocked(settings.ai.value().keyAccount());
+        problem = isLocked ? KeyStore::lockedSentence : error.what();
     } catch (const std::exception& error) {
         problem = error.what();
     }
@@ -56,10 +60,11 @@ QCoro::Task<> AppModel::runAI(Uuid id) {
         co_return;
     }
     if (digest) {
+        keepEarlier(id);
         update(id, true, [&digest](Note& note) {
             NoteEditor::apply(*digest, note, hasDigestsTitle(note) || note.title.empty(), currentDate());
         });
-        flash({.text = fmt::format("Summary by {}", digest->provider), .symbol = "sparkles"});
+        flash(undoable(id, fmt::format("Summary by {}", digest->provider), "sparkles"));
     } else if (!stop.stop_requested()) {
         change(aiError, [&](auto& errors) { errors[id] = problem; });
     }
@@ -73,8 +78,10 @@ void AppModel::useLocalSummary(Uuid id) {
     }
     const CallDigest digest =
         ExtractiveSummariser::makeDigest(stored->call->segments, context(*stored->call), region, currentDate());
+    keepEarlier(id);
     update(id, true, [&digest](Note& note) { NoteEditor::apply(digest, note, hasDigestsTitle(note), currentDate()); });
     change(aiError, [id](auto& errors) { errors.erase(id); });
+    flash(undoable(id, "Summary made on this Mac", "sparkles"));
 }
 
 } // namespace varnic

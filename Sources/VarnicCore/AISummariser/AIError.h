@@ -44,6 +44,9 @@ public:
 
     static AIError offline() { return of(Kind::offline); }
 
+    /// The same error in other words.
+    [[nodiscard]] AIError saying(const std::string& sentence) const { return {kind_, sentence}; }
+
     [[nodiscard]] Kind kind() const { return kind_; }
 
     /// The name of the kind, such as "badKey".

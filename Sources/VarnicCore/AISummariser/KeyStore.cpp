@@ -2,6 +2,12 @@
 
 namespace varnic {
 
+bool KeyStore::remove(const std::string& account) {
+    const bool isThere = key(account).has_value();
+    setKey(std::nullopt, account);
+    return isThere;
+}
+
 std::optional<std::string> MemoryKeyStore::key(const std::string& account) const {
     const std::scoped_lock guard(lock_);
     const auto found = keys_.find(account);

@@ -27,6 +27,15 @@ public:
 
     /// Stores the key in place of an older one; nothing removes it. Throws KeyStoreError.
     virtual void setKey(const std::optional<std::string>& key, const std::string& account) = 0;
+
+    /// Removes the key; false where there is none. Unlike `setKey` with nothing, throws KeyStoreError where it stays.
+    virtual bool remove(const std::string& account);
+
+    /// Whether there is a key that cannot be read before the user unlocks where it is kept.
+    [[nodiscard]] virtual bool isLocked(const std::string& /*account*/) const { return false; }
+
+    /// What to say of a key that is locked.
+    static constexpr const char* lockedSentence = "The keychain with your API key is locked. Unlock it and try again.";
 };
 
 /// Keeps keys as long as it lives.

@@ -194,6 +194,19 @@ std::string fileName(const Note& note, ExportFormat format) {
     return fmt::format("{}.{}", stem, fileExtension(format));
 }
 
+std::string fittingFileName(const Note& note, ExportFormat format) {
+    constexpr std::size_t mostBytes = 250; // file systems take 255
+    const std::string name = fileName(note, format);
+    if (name.size() <= mostBytes) {
+        return name;
+    }
+    const std::string extension = fmt::format(".{}", fileExtension(format));
+    const std::string_view stem(name.data(), name.size() - extension.size());
+    const std::vector<std::size_t> starts = Unicode::characterStarts(stem);
+    const std::size_t end = *std::prev(std::ranges::upper_bound(starts, mostBytes - extension.size()));
+    return (end == 0 ? "Note" : std::string(stem.substr(0, end))) + extension;
+}
+
 std::string metaLine(const CallRecord& call, const Region& region) {
     std::string line =
         fmt::format("{} · {} · {}", call.source, region.format(call.startedAt, "EEEE d MMMM yyyy, HH:mm"),

@@ -16,6 +16,10 @@ namespace varnic::Exporter {
 /// refuses, at most 80 characters before the extension.
 std::string fileName(const Note& note, ExportFormat format);
 
+/// `fileName`, cut at a character where it has more bytes than file systems take, and a few spared for a longer
+/// extension.
+std::string fittingFileName(const Note& note, ExportFormat format);
+
 /// The facts about a call in one line: source, start in the region's words, length and what made the summary.
 std::string metaLine(const CallRecord& call, const Region& region);
 

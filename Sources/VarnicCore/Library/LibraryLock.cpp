@@ -49,6 +49,14 @@ LibraryLock LibraryLock::forWriting(const fs::path& root) {
     return LibraryLock(std::move(descriptor));
 }
 
+std::optional<LibraryLock> LibraryLock::forCall(const fs::path& audioFolder) {
+    FileDescriptor descriptor(::open(audioFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (descriptor.isOpen() && !tryLock(descriptor)) {
+        return std::nullopt;
+    }
+    return LibraryLock(std::move(descriptor));
+}
+
 std::optional<LibraryLock> LibraryLock::forApplication(const fs::path& root) {
     const fs::path file = runningFile(root);
     FileDescriptor descriptor(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));

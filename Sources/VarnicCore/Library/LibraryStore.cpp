@@ -26,6 +26,7 @@ namespace {
 constexpr std::string_view noteExtension = ".json";
 constexpr const char* deletedNote = "note.json";
 constexpr const char* deletedAudio = "audio";
+constexpr const char* deletedEarlier = "earlier.json";
 
 /// A note, or why it could not be read.
 struct ReadNote : std::expected<Note, std::string> {
@@ -163,20 +164,58 @@ std::string LibraryStore::encoded(const Note& note) {
     return jsonText(encode(note));
 }
 
+void LibraryStore::keepEarlier(const Note& note) const {
+    Folders::make(earlierDir());
+    AtomicWrite::replace(earlierDir() / url(note.id).filename(), encoded(note));
+}
+
+bool LibraryStore::hasEarlier(const Uuid& id) const {
+    std::error_code ignored;
+    return fs::exists(earlierDir() / url(id).filename(), ignored);
+}
+
+std::optional<Note> LibraryStore::earlier(const Uuid& id, Date now) const {
+    try {
+        return NoteFileReader().read(earlierDir() / url(id).filename(), now);
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
 void LibraryStore::remove(const Uuid& id) const {
     const fs::path trash = deletedDir() / id.text();
     Folders::removeAll(trash);
     Folders::make(trash);
     Folders::moveIfThere(url(id), trash / deletedNote);
     Folders::moveIfThere(audioFolder(id), trash / deletedAudio);
+    Folders::moveIfThere(earlierDir() / url(id).filename(), trash / deletedEarlier);
 }
 
 std::optional<Note> LibraryStore::restore(const Uuid& id, Date now) const {
     const fs::path trash = deletedDir() / id.text();
     Folders::moveIfThere(trash / deletedNote, url(id));
     Folders::moveIfThere(trash / deletedAudio, audioFolder(id));
+    if (std::error_code ignored; fs::exists(trash / deletedEarlier, ignored)) {
+        Folders::make(earlierDir());
+        Folders::moveIfThere(trash / deletedEarlier, earlierDir() / url(id).filename());
+    }
     Folders::removeAll(trash);
     return load(id, now);
+}
+
+std::vector<Note> LibraryStore::deleted(Date now) const {
+    std::vector<std::pair<fs::file_time_type, Note>> found;
+    NoteFileReader reader;
+    for (const fs::path& entry : Folders::entries(deletedDir())) {
+        try {
+            found.emplace_back(fs::last_write_time(entry), reader.read(entry / deletedNote, now));
+        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): not a note that could be brought back
+        }
+    }
+    std::ranges::stable_sort(found, std::ranges::greater{}, [](const auto& one) { return one.first; });
+    std::vector<Note> notes;
+    std::ranges::transform(found, std::back_inserter(notes), [](auto& one) { return std::move(one.second); });
+    return notes;
 }
 
 void LibraryStore::purgeDeleted(int days, Date now) const {

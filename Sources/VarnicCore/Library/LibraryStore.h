@@ -33,6 +33,9 @@ struct NoteVersion {
 ///     audio/<UUID>/             the audio folder of a call
 ///     Deleted/<UUID>/note.json  a deleted note
 ///     Deleted/<UUID>/audio/     its audio folder
+///     Earlier/<UUID>.json       a call's note as it was before its last new transcript or summary
+///
+/// A deleted note takes its earlier version along.
 ///
 /// Files and folders that it makes are for their owner only. One thread at a time.
 class LibraryStore {
@@ -53,6 +56,8 @@ public:
     [[nodiscard]] std::filesystem::path audioDir() const { return root_ / "audio"; }
 
     [[nodiscard]] std::filesystem::path deletedDir() const { return root_ / "Deleted"; }
+
+    [[nodiscard]] std::filesystem::path earlierDir() const { return root_ / "Earlier"; }
 
     /// The file of a note and the audio folder of a call; neither touches the disk.
     [[nodiscard]] std::filesystem::path url(const Uuid& id) const;
@@ -77,6 +82,16 @@ public:
     /// The bytes that `save` would write. Throws EncodeError.
     [[nodiscard]] static std::string encoded(const Note& note);
 
+    /// Keeps the note as the earlier version of the one with its id, in place of another. Throws LibraryError or
+    /// EncodeError.
+    void keepEarlier(const Note& note) const;
+
+    /// Whether an earlier version is kept.
+    [[nodiscard]] bool hasEarlier(const Uuid& id) const;
+
+    /// The earlier version; nothing where there is none that can be read.
+    [[nodiscard]] std::optional<Note> earlier(const Uuid& id, Date now) const;
+
     /// Moves the note's file and audio folder, where they exist, to the deleted ones, in place of an older entry.
     /// Throws LibraryError.
     void remove(const Uuid& id) const;
@@ -84,6 +99,9 @@ public:
     /// Moves a deleted note and its audio folder back, never over another one, and reads the note; nothing when it
     /// cannot be read. Throws LibraryError.
     std::optional<Note> restore(const Uuid& id, Date now) const;
+
+    /// The deleted notes that can be read, last deleted first.
+    [[nodiscard]] std::vector<Note> deleted(Date now) const;
 
     /// Removes what was deleted more than so many days before `now`, and the remains of writes that a crash cut short.
     void purgeDeleted(int days, Date now) const;

@@ -73,6 +73,24 @@ Date Region::startOfDay(local_days day) const {
     return high;
 }
 
+std::optional<Date> Region::moment(std::string_view text) const {
+    constexpr std::size_t dayLength = 10;    // 2026-03-14
+    constexpr std::size_t minuteLength = 16; // 2026-03-14 09:26
+    if (text.size() == dayLength) {
+        try {
+            return startOfDay(local_days(floor<days>(parseDate(std::string(text) + "T00:00:00Z")).time_since_epoch()));
+        } catch (const std::invalid_argument&) {
+            return std::nullopt;
+        }
+    }
+    const std::string whole = std::string(text) + (text.size() == minuteLength ? ":00" : "");
+    const std::unique_ptr<GDateTime, decltype(&g_date_time_unref)> found(
+        g_date_time_new_from_iso8601(whole.c_str(), zoneOrUtc(timeZone).get()), g_date_time_unref);
+    return found ? std::optional<Date>(seconds(g_date_time_to_unix(found.get())) +
+                                       milliseconds(g_date_time_get_microsecond(found.get()) / 1000) + Date())
+                 : std::nullopt;
+}
+
 std::string Region::format(Date date, std::string_view pattern) const {
     const auto moment = floor<seconds>(date);
     const seconds offset = offsetAt(zoneOrUtc(timeZone), moment);

@@ -29,6 +29,10 @@ struct Region {
     /// The first moment of a day: midnight, or what follows it where the clock skips midnight.
     [[nodiscard]] Date startOfDay(std::chrono::local_days day) const;
 
+    /// The moment that ISO 8601 writes so, "2026-03-14", "2026-03-14 09:26" and "2026-03-14T09:26:53+01:00" among
+    /// others: in this zone where none is named, the first moment of a day without a time. Nothing for anything else.
+    [[nodiscard]] std::optional<Date> moment(std::string_view text) const;
+
     /// The moment in the pattern (Unicode's date field symbols, such as "EEE d MMM") and this locale's words.
     [[nodiscard]] std::string format(Date date, std::string_view pattern) const;
 

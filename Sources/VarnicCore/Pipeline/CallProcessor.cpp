@@ -15,8 +15,6 @@ namespace varnic {
 
 namespace {
 
-constexpr auto nobodyHeard = "Nobody was heard on this recording.";
-
 std::vector<Segment> linesOf(const std::vector<Segment>& segments, Speaker speaker) {
     std::vector<Segment> lines;
     std::ranges::copy_if(segments, std::back_inserter(lines),

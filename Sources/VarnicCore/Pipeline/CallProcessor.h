@@ -15,6 +15,9 @@
 
 namespace varnic {
 
+/// What a call says in whose sound no words were found.
+inline constexpr const char* nobodyHeard = "Nobody was heard on this recording.";
+
 /// Where the audio of a recording lies.
 struct CallTracks {
     std::optional<std::filesystem::path> you;

@@ -4,6 +4,7 @@
 #include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicCore/Audio/SoundFiles.h"
 #include "VarnicCore/Fixtures/DemoCall.h"
+#include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicPlatform/Capture/Permissions.h"
 
 #include <gmock/gmock.h>
@@ -48,6 +49,18 @@ public:
     }
 };
 
+/// A ring that the user doesn't unlock.
+class LockedKeys final : public KeyStore {
+public:
+    [[nodiscard]] std::optional<std::string> key(const std::string& /*account*/) const override { return {}; }
+
+    void setKey(const std::optional<std::string>& /*key*/, const std::string& /*account*/) override {
+        throw KeyStoreError("locked");
+    }
+
+    [[nodiscard]] bool isLocked(const std::string& /*account*/) const override { return true; }
+};
+
 class CallFlowsTests : public testing::Test {
 protected:
     CallFlowsTests() {
@@ -74,6 +87,24 @@ protected:
     QCoro::Task<std::optional<Uuid>> record() {
         QCoro::waitFor(model->startRecording(false));
         capture->play(Speaker::you, 0, 1);
+        auto stopping = model->stopRecording();
+        EXPECT_TRUE(waitUntil([&] { return !model->processing.value().empty() || stopping.isReady(); }));
+        return stopping;
+    }
+
+    /// The same, of a call in which words were shown that are then transcribed anew.
+    QCoro::Task<std::optional<Uuid>> recordWithLiveWords() {
+        model->settings.liveTranscript = true;
+        model->recorder().makeRecognizer = [](Speaker side, const std::string&, const LiveRecognizer::Lines&,
+                                              const LiveRecognizer::Lines& onCommit) {
+            onCommit(side, {side == Speaker::you ? Segment(side, 0.2, 0.5, "Shall we send the designs tomorrow?")
+                                                 : Segment(side, 0.6, 0.9, "Friday would be early enough.")});
+            return nullptr;
+        };
+        QCoro::waitFor(model->startRecording(false));
+        capture->play(Speaker::you, 0, 1);
+        EXPECT_TRUE(waitUntil([&] { return model->recorder().committed().size() == 2; }));
+        model->settings.liveTranscript = false;
         auto stopping = model->stopRecording();
         EXPECT_TRUE(waitUntil([&] { return !model->processing.value().empty() || stopping.isReady(); }));
         return stopping;
@@ -288,6 +319,61 @@ TEST_F(CallFlowsTests, quit_whileTranscribing_leavesTheCallForAnotherTry) {
     EXPECT_THAT(audioFolders(), SizeIs(1));
 }
 
+TEST_F(CallFlowsTests, quit_whileTranscribing_keepsTheWordsThatWereShown) {
+    delay = 20;
+    auto stopping = recordWithLiveWords();
+    ASSERT_THAT(model.stored(), SizeIs(1));
+    EXPECT_THAT(model.stored().front().call->segments,
+                ElementsAre(Field(&Segment::speaker, Speaker::you), Field(&Segment::speaker, Speaker::them)));
+    model.restart();
+    prepare();
+    model.load();
+    EXPECT_THAT(model->notes().front().call->segments, SizeIs(2));
+    EXPECT_FALSE(model->notes().front().call->problem);
+}
+
+TEST_F(CallFlowsTests, stop_recordingGivesNoWords_keepsThoseThatWereShown) {
+    model->settings.keepAudio = false;
+    failure = TranscriberError::unavailable();
+    const Note failed = *model->note(*QCoro::waitFor(recordWithLiveWords()));
+    EXPECT_EQ(failed.call->problem, failure->what());
+    failure.reset();
+    delay = 20;
+    auto stopping = recordWithLiveWords();
+    model->cancelProcessing();
+    const Note cancelled = *model->note(*QCoro::waitFor(stopping));
+    EXPECT_FALSE(cancelled.call->problem);
+    for (const Note& note : {failed, cancelled}) {
+        EXPECT_THAT(note.call->segments, SizeIs(2));
+        EXPECT_TRUE(note.call->digest);
+        EXPECT_THAT(model.stored(), Contains(note));
+    }
+    EXPECT_THAT(audioFolders(), SizeIs(2)) << "the better words are still in the sound";
+}
+
+TEST_F(CallFlowsTests, recover_noteWithSoundAndNoWords_saysSoUnlessSomebodyWritesThem) {
+    delay = 20;
+    auto stopping = record();
+    const Uuid id = *model->selection.value();
+    model->flushSaves();
+    ScratchModel other(model.folder() / "Library");
+    const auto recovered = [&] {
+        other.load();
+        return QCoro::waitFor(other->recoverRecordings()).unwritten;
+    };
+    {
+        const auto alive = LibraryLock::forCall(other->audioFolder(id));
+        EXPECT_THAT(recovered(), IsEmpty());
+        EXPECT_FALSE(other->note(id)->call->problem);
+        QCoro::waitFor(other->retranscribe(id));
+        EXPECT_THAT(other->note(id)->call->segments, IsEmpty());
+    }
+    EXPECT_THAT(recovered(), ElementsAre(id));
+    EXPECT_EQ(other->note(id)->call->problem, quitProblem);
+    model->cancelProcessing();
+    QCoro::waitFor(stopping);
+}
+
 TEST_F(CallFlowsTests, cancelProcessing_filesTheCallForAnotherTry) {
     delay = 20;
     auto stopping = record();
@@ -438,6 +524,68 @@ TEST_F(AIFlowTests, runAI_titleOfTheUsersOwn_stays) {
     EXPECT_EQ(model->note(id)->call->digest->title, "Fresh");
 }
 
+TEST_F(AIFlowTests, runAI_undone_bringsTheOldSummaryBackAndKeepsWhatWasTyped) {
+    const Note before = *model->note(id);
+    QCoro::waitFor(model->runAI(id));
+    const auto undo = model->toast.value()->undo;
+    model->update(id, true, [](Note& note) { note.blocks.push_back(Block{.text = "typed"}); });
+    const Note after = *model->note(id);
+    undo();
+    ASSERT_TRUE(waitUntil([&] { return model->note(id)->call == before.call; }));
+    EXPECT_EQ(model->note(id)->title, before.title);
+    auto blocks = model->note(id)->blocks;
+    EXPECT_EQ(blocks.back().text, "typed");
+    blocks.pop_back();
+    EXPECT_EQ(blocks, before.blocks);
+    EXPECT_THAT(model.stored(), ElementsAre(*model->note(id)));
+
+    // In another run, too, and to and fro.
+    model.restart();
+    model.load();
+    ASSERT_TRUE(model->hasEarlier(id));
+    QCoro::waitFor(model->bringBackEarlier(id));
+    EXPECT_EQ(model->note(id)->call, after.call);
+    EXPECT_EQ(model->note(id)->title, "Fresh");
+    EXPECT_EQ(model->note(id)->blocks, after.blocks);
+}
+
+TEST_F(AIFlowTests, localSummaryAndTranscript_areUndoneToo) {
+    EXPECT_FALSE(model->hasEarlier(id)) << "the first ones replaced nothing";
+    const auto segments = model->note(id)->call->segments;
+    QCoro::waitFor(model->retranscribe(id));
+    ASSERT_NE(model->note(id)->call->segments, segments);
+    model->toast.value()->undo();
+    ASSERT_TRUE(waitUntil([&] { return model->note(id)->call->segments == segments; }));
+
+    QCoro::waitFor(model->runAI(id));
+    model->useLocalSummary(id);
+    EXPECT_TRUE(model->note(id)->call->digest->isLocal);
+    model->toast.value()->undo();
+    EXPECT_TRUE(waitUntil([&] { return model->note(id)->call->digest->provider == "small"; }));
+}
+
+TEST_F(AIFlowTests, runAI_keyLocked_saysSo) {
+    model->keys = std::make_shared<LockedKeys>();
+    model->settings.ai = AISettings{.enabled = true};
+    QCoro::waitFor(model->runAI(id));
+    EXPECT_EQ(model->aiError.value().at(id), KeyStore::lockedSentence);
+    model->setKey("sk-new");
+    EXPECT_EQ(toastText(), "Couldn’t save the key to the Keychain");
+    model->setKey(" ");
+    EXPECT_EQ(toastText(), "Couldn’t remove the key from the Keychain");
+}
+
+TEST_F(AIFlowTests, remove_takesTheEarlierVersionAlong) {
+    QCoro::waitFor(model->runAI(id));
+    const Note note = *model->note(id);
+    model->remove(id);
+    model->flushSaves();
+    EXPECT_THAT(std::vector<fs::path>(fs::directory_iterator(model.folder() / "Library" / "Earlier"), {}), IsEmpty());
+    QCoro::waitFor(model->restore(note));
+    QCoro::waitFor(model->bringBackEarlier(id));
+    EXPECT_TRUE(model->note(id)->call->digest->isLocal);
+}
+
 TEST_F(AIFlowTests, runAI_fails_leavesTheNoteAsItWas) {
     const auto before = model.stored();
     transport->answer = {.status = 429, .body = ""};
@@ -451,10 +599,14 @@ TEST_F(AIFlowTests, runAI_fails_leavesTheNoteAsItWas) {
 TEST_F(AIFlowTests, stop_automatic_asksTheAIUnlessCancelled) {
     model->settings.ai = AISettings{
         .enabled = true, .provider = AIProviderKind::openAICompatible, .compatModel = "small", .askEachTime = false};
-    auto stopping = record();
-    model->cancelProcessing();
-    QCoro::waitFor(stopping);
+    const auto makeTranscriber = model->makeTranscriber;
+    model->makeTranscriber = [&] {
+        model->cancelProcessing(); // Once the flow has begun, however fast it is.
+        return makeTranscriber();
+    };
+    QCoro::waitFor(record());
     EXPECT_EQ(transport->requests, 0);
+    model->makeTranscriber = makeTranscriber;
     const auto other = QCoro::waitFor(record());
     EXPECT_EQ(model->note(other)->call->digest->provider, "small");
 }

@@ -155,6 +155,8 @@ TEST_F(Provider, digest_ofEveryFailure_givesItsSentence) {
     const char* const large = "The provider’s answer couldn’t be read (more than 16 MB).";
     const char* const longHead = "The provider’s answer couldn’t be read (its headers are too long).";
     const char* const noHTTP = "The provider’s answer couldn’t be read (No HTTP response).";
+    const char* const sermon =
+        "The provider answered 500: \x1b[2JRepent!\n\x1b[2JRepent!\n\x1b[2JRepent!\n\x1b[2JRepent!…";
     const std::vector<FailureCase> cases{
         {"refusal", "The model declined to summarise this call (cyber).",
          "The provider’s answer couldn’t be read (no message)."},
@@ -173,6 +175,8 @@ TEST_F(Provider, digest_ofEveryFailure_givesItsSentence) {
         {"status-529", busy, busy},
         {"status-500", "The provider answered 500: boom", "The provider answered 500: boom"},
         {"parrot", "The provider answered 500: bad key …", "The provider answered 500: bad key Bearer …"},
+        {"escaped-parrot", "The provider answered 500: bad key …", "The provider answered 500: bad key …"},
+        {"sermon", sermon, sermon},
         {"status-201", "The provider answered 201: boom", "The provider answered 201: boom"},
         {"bare-404", "The provider answered 404: not found", "The provider answered 404: not found"},
         {"bare-599", "The provider answered 599: server error", "The provider answered 599: server error"},

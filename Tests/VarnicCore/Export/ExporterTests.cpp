@@ -42,6 +42,20 @@ TEST(Exporter, fileName_ofEveryTitleIsOne) {
     EXPECT_EQ(Exporter::fileName(Note(start, "a"), ExportFormat::docx), "a.docx");
 }
 
+TEST(Exporter, fittingFileName_isCutAtACharacterAndFits) {
+    const std::string family = "👨‍👩‍👧"; // 18 bytes
+    const std::string tower = "Z" + repeated("\u0300", 200);
+    for (const auto& [title, stem] :
+         std::vector<std::pair<std::string, std::string>>{{"Plan", "Plan"},
+                                                          {repeated(family, 80), repeated(family, 13)},
+                                                          {repeated("é", 80), repeated("é", 80)},
+                                                          {repeated("語", 80), repeated("語", 80)},
+                                                          {"a" + tower, "a"},
+                                                          {tower, "Note"}}) {
+        EXPECT_EQ(Exporter::fittingFileName(Note(start, title), ExportFormat::docx), stem + ".docx");
+    }
+}
+
 TEST(ExportFormat, rawValue_isReadBack) {
     for (const ExportFormat format : allExportFormats) {
         EXPECT_EQ(exportFormatFrom(rawValue(format)), format);

@@ -23,6 +23,13 @@ Theme.PaperMenu {
     }
 
     Theme.PaperMenuItem {
+        text: "Bring Back Earlier Version"
+        visible: menu.note.isCall && menu.note.hasEarlier
+
+        onTriggered: menu.note.bringBackEarlier()
+    }
+
+    Theme.PaperMenuItem {
         enabled: menu.note.tracks.length > 0
         text: "Remove Audio, Keep Transcript"
         visible: menu.note.isCall

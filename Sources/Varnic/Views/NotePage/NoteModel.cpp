@@ -243,6 +243,14 @@ void NoteModel::retranscribe() {
     app_->retranscribe(id_);
 }
 
+bool NoteModel::hasEarlier() const {
+    return app_ != nullptr && app_->hasEarlier(id_);
+}
+
+void NoteModel::bringBackEarlier() {
+    app_->bringBackEarlier(id_);
+}
+
 void NoteModel::removeAudio() {
     app_->removeAudio(id_);
 }

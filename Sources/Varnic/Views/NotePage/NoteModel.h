@@ -51,6 +51,8 @@ class NoteModel : public QObject, public QQmlParserStatus {
     Q_PROPERTY(bool hasEmail READ hasEmail NOTIFY changed)
     Q_PROPERTY(QString emailSubject READ emailSubject WRITE setEmailSubject NOTIFY changed)
     Q_PROPERTY(QString emailBody READ emailBody WRITE setEmailBody NOTIFY changed)
+    /// The transcript and summary that the last new ones replaced can come back.
+    Q_PROPERTY(bool hasEarlier READ hasEarlier NOTIFY changed)
     /// One title for each kind of file that `exportAs` writes.
     Q_PROPERTY(QStringList exportTitles READ exportTitles CONSTANT)
     Q_PROPERTY(bool transcriptShown READ transcriptShown WRITE setTranscriptShown NOTIFY transcriptShownChanged)
@@ -103,6 +105,7 @@ public:
     void setEmailSubject(const QString& subject);
     [[nodiscard]] QString emailBody() const;
     void setEmailBody(const QString& body);
+    [[nodiscard]] bool hasEarlier() const;
     [[nodiscard]] static QStringList exportTitles();
     [[nodiscard]] bool transcriptShown() const;
     void setTranscriptShown(bool shown);
@@ -110,6 +113,7 @@ public:
     Q_INVOKABLE void exportAs(int format);
     Q_INVOKABLE void exportAudio();
     Q_INVOKABLE void retranscribe();
+    Q_INVOKABLE void bringBackEarlier();
     Q_INVOKABLE void removeAudio();
     Q_INVOKABLE void togglePin();
     Q_INVOKABLE void remove();

@@ -305,6 +305,17 @@ TEST_F(NotePageTest, space_ticks_a_todo) {
     EXPECT_TRUE(model->note(id)->blocks.front().done);
 }
 
+TEST_F(NotePageTest, a_summary_that_was_replaced_can_come_back) {
+    const Uuid id = addCall({line(Speaker::you, 1, 4, "We decided to ship on Friday.")});
+    open(id);
+    auto* const note = only<NoteModel>();
+    EXPECT_FALSE(note->hasEarlier());
+    model->useLocalSummary(id);
+    EXPECT_TRUE(note->hasEarlier());
+    note->bringBackEarlier();
+    EXPECT_TRUE(waitUntil([&] { return !model->note(id)->call->digest; }));
+}
+
 TEST_F(NotePageTest, the_export_menu_is_used_by_keys_alone) {
     std::string asked;
     model->desktop.chooseDestination = [&asked](std::string name) -> QCoro::Task<Desktop::File> {
