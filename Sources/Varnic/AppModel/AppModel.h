@@ -28,6 +28,7 @@
 
 #include <array>
 #include <cstdint>
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -90,6 +91,10 @@ public:
     QProperty<std::optional<std::string>> loadProblem;
     /// The notes that are being written down or summarised.
     QProperty<std::map<Uuid, ProcessingStage>> processing;
+    /// The library cannot be looked into at the moment, so what is not shown may well be there; `load` tries again.
+    QProperty<bool> isUnreadable{false};
+    /// Recordings are being brought in or wait for that; see `importFiles`.
+    QProperty<bool> isImporting{false};
     /// The notes that an AI is summarising.
     QProperty<std::set<Uuid>> aiRunning;
     /// How the last try of an AI failed.
@@ -226,12 +231,16 @@ public:
     // Taking notes elsewhere.
 
     QCoro::Task<> exportAudio(Uuid id);
+    /// Brings recordings in one after another, since each takes all the processor that it gets, and behind those that
+    /// wait already.
+    QCoro::Task<> importFiles(std::vector<std::filesystem::path> files);
     QCoro::Task<> exportNote(Uuid id, ExportFormat format);
     /// Throws what the writer throws.
     void exportFile(Uuid id, ExportFormat format, const std::filesystem::path& file) const;
     [[nodiscard]] ExportOptions exportOptions() const;
     void copyEmail(Uuid id);
     [[nodiscard]] std::optional<std::string> mailtoURL(Uuid id) const;
+    /// Not while the call is being written down.
     void openInMail(Uuid id) const;
     void copyHeadsUp();
 
@@ -257,7 +266,7 @@ private:
     [[nodiscard]] DigestContext context(const CallRecord& call) const;
     [[nodiscard]] DigestContext context(Date startedAt, std::string themName, std::string source) const;
     void showPlaceholder(Uuid id, std::string title, CallRecord call);
-    void file(Note finished, std::shared_ptr<RecordingMarkFile> mark);
+    void file(Note finished, const std::optional<Note>& before, std::shared_ptr<RecordingMarkFile> mark);
     void removeAudioIfNotKept(Uuid id);
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
 
@@ -282,3 +291,5 @@ private:
 };
 
 } // namespace varnic
+    bool isRead_ = false;
+    std::deque<std::filesystem::path> waitingImports_;

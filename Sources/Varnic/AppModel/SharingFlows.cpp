@@ -34,6 +34,9 @@ void AppModel::removeAudio(Uuid id) {
 
 QCoro::Task<> AppModel::exportAudio(Uuid id) {
     const Note* stored = note(id);
+    if (processing.value().contains(id)) {
+        return;
+    }
     if (stored == nullptr || !stored->call) {
         co_return;
     }

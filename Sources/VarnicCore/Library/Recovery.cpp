@@ -5,6 +5,7 @@
 #include "VarnicCore/Library/AtomicWrite.h"
 #include "VarnicCore/Library/Folders.h"
 #include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Library/TrackFiles.h"
 
 #include <algorithm>
 #include <chrono>
@@ -31,13 +32,9 @@ struct Track {
 
 /// Where a side has several files, the usual form of a track goes first.
 std::optional<Track> trackOf(const std::vector<fs::path>& entries, Speaker speaker) {
-    std::optional<Track> best;
-    for (const fs::path& entry : entries) {
-        if (entry.stem() != rawValue(speaker) || (best && entry.extension() != ".m4a")) {
-            continue;
-        }
-        if (const double length = AudioFiles::duration(entry); length > 0) {
-            best = Track{entry, length};
+    for (const fs::path& file : TrackFiles::of(entries, speaker)) {
+        if (const double length = AudioFiles::duration(file); length > 0) {
+            return Track{file, length};
         }
     }
     return best;
@@ -74,9 +71,7 @@ Date startOf(const Track& track) {
 }
 
 bool holdsTracks(const std::vector<fs::path>& entries) {
-    return std::ranges::any_of(entries, [](const fs::path& entry) {
-        return std::ranges::any_of(allSpeakers, [&](Speaker speaker) { return entry.stem() == rawValue(speaker); });
-    });
+    return std::ranges::any_of(allSpeakers, [&](Speaker speaker) { return !TrackFiles::of(entries, speaker).empty(); });
 }
 
 /// Whether the recording's note is saved, or was and has been deleted.

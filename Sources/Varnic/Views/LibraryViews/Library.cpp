@@ -5,6 +5,7 @@
 #include "VarnicCore/Text/Wording.h"
 #include "VarnicPlatform/Capture/Permissions.h"
 
+#include <filesystem>
 #include <utility>
 
 namespace varnic {
@@ -107,9 +108,11 @@ void Library::remove(const QString& note) {
 void Library::importFiles(const QList<QUrl>& files) {
     for (const QUrl& file : files) {
         if (file.isLocalFile()) {
-            model_.importAudio(file.toLocalFile().toStdString());
+    std::vector<std::filesystem::path> recordings;
+            recordings.emplace_back(file.toLocalFile().toStdString());
         }
     }
 }
 
+    model_.importFiles(std::move(recordings));
 } // namespace varnic

@@ -38,6 +38,7 @@ Program::Program(AppPlaces places)
 
 void Program::fillInDesktop() {
     model_.desktop.activate = [this] { window_.activate(); };
+    importWatcher_ = model_.isImporting.addNotifier([this] { quitIfForsaken(); });
     model_.desktop.playSound = [](const std::string& name) { Sounds::play(name); };
     model_.desktop.copyText = [](const std::string& text) {
         QGuiApplication::clipboard()->setText(QString::fromStdString(text));
@@ -80,13 +81,17 @@ void Program::quitIfForsaken() {
     const QuitRule::Situation now{.isWindowVisible = window_.isVisible() || !wasShown_,
                                   .hasTray = !tray_ || tray_->isReachable(),
                                   .isRecording = isBusy(model_.recorder().state()),
-                                  .isProcessing = !model_.processing.value().empty()};
+                                  .isProcessing = isProcessing()};
     if (QuitRule::shouldQuit(now)) {
         // The flow that has just begun to end is through by then.
+bool Program::isProcessing() const {
+    return !model_.processing.value().empty() || model_.isImporting.value();
+}
+
         QMetaObject::invokeMethod(
             this,
             [this] {
-                if (!window_.isVisible() && !isBusy(model_.recorder().state())) {
+                if (!window_.isVisible() && !isBusy(model_.recorder().state()) && !isProcessing()) {
                     delegate_.terminate();
                 }
             },
