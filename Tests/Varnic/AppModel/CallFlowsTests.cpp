@@ -536,10 +536,12 @@ TEST_F(AIFlowTests, runAI_fails_leavesTheNoteAsItWas) {
 TEST_F(AIFlowTests, stop_automatic_asksTheAIUnlessCancelled) {
     model->settings.ai = AISettings{
         .enabled = true, .provider = AIProviderKind::openAICompatible, .compatModel = "small", .askEachTime = false};
+    delay = 20;
     auto stopping = record();
     model->cancelProcessing();
     QCoro::waitFor(stopping);
     EXPECT_EQ(transport->requests, 0);
+    delay = 0;
     const auto other = QCoro::waitFor(record());
     EXPECT_EQ(model->note(other)->call->digest->provider, "small");
 }
