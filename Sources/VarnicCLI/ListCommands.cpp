@@ -29,7 +29,7 @@ ExitCode list(const Arguments& arguments) {
         fmt::print("{}  {}  {}{}\n", Terminal::faint(shortId(note)), region.format(note.created, "yyyy-MM-dd HH:mm"),
                    note.displayTitle(), note.isCall() ? Terminal::faint("  (call)") : "");
     }
-    if (notes.empty()) {
+    if (notes.empty() && store.unreadable().empty()) {
         fmt::print(stderr, "The library is empty. varnic-cli transcribe --help tells how to file a call.\n");
     }
     return ExitCode::success;

@@ -6,6 +6,8 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <stdexcept>
+
 namespace varnic::cli {
 
 namespace {
@@ -29,6 +31,9 @@ ExitCode recover(const Arguments& arguments) {
     Application application;
     apply(options, application.model.settings);
     const AppModel::Recovered recovered = QCoro::waitFor(application.model.recoverRecordings());
+    if (recovered.problem) {
+        throw std::runtime_error(*recovered.problem);
+    }
     for (int i = 0; i < recovered.soundless; ++i) {
         fmt::print(stderr, "A recording that was cut off before it held any sound was deleted.\n");
     }

@@ -101,6 +101,9 @@ ExitCode summarise(const Arguments& arguments) {
     model.anthropicURL = arguments.valueOr("server", model.anthropicURL);
     QCoro::waitFor(model.readLibrary());
     if (const auto& problem = model.loadProblem.value()) {
+        if (model.isUnreadable.value()) {
+            throw std::runtime_error(*problem);
+        }
         fmt::print(stderr, "varnic-cli: {}\n", *problem);
     }
     const Note before = findNote(model.notes(), word);

@@ -30,6 +30,8 @@ std::string reason(std::error_code code) {
         return "a folder stands where a file should be";
     case EEXIST:
         return "another one stands in its place";
+    case ENODEV:
+        return "its disk is gone";
     case EIO:
         return "the disk is faulty";
     default:

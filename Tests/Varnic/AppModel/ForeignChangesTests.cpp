@@ -108,6 +108,38 @@ TEST_F(ForeignChangesTests, ownWrites_areNoNews) {
     EXPECT_EQ(changes, 5);
 }
 
+TEST_F(ForeignChangesTests, folderThatIsReplaced_isFollowedOn) {
+    const fs::path notes = model.folder() / "Library" / "notes";
+    for (const bool isAwayForAWhile : {false, true}) {
+        const fs::path away = model.folder() / (isAwayForAWhile ? "first" : "second");
+        fs::rename(notes, away);
+        if (isAwayForAWhile) {
+            ASSERT_TRUE(waitUntil([&] { return model->isUnreadable.value(); }));
+            EXPECT_THAT(model->notes(), testing::SizeIs(1)) << "which are not gone";
+        }
+        fs::copy(away, notes);
+        const std::string title = isAwayForAWhile ? "After a while" : "At once";
+        writeInPlace(titled(title));
+        EXPECT_TRUE(waitUntil([&] { return model->note(id)->title == title; }));
+        EXPECT_TRUE(waitUntil([&] { return !model->isUnreadable.value(); }));
+    }
+    writeInPlace(titled("Watched"));
+    EXPECT_TRUE(waitUntil([&] { return model->note(id)->title == "Watched"; }));
+}
+
+TEST_F(ForeignChangesTests, conflictCopyOfASynchroniser_becomesANote) {
+    const std::string name = id.text() + ".sync-conflict-20260314-092653-ABCDEFG.json";
+    const fs::path conflict = file(id).parent_path() / name;
+    std::ofstream(conflict) << LibraryStore::encoded(titled("Theirs"));
+    ASSERT_TRUE(waitUntil([&] { return model->notes().size() == 2; }));
+    EXPECT_THAT(titles(), UnorderedElementsAre("Kept", "Theirs (other copy)"));
+    std::ofstream(conflict) << LibraryStore::encoded(titled("Again"));
+    model.restart();
+    model.load();
+    EXPECT_THAT(titles(), UnorderedElementsAre("Kept", "Theirs (other copy)", "Again (other copy)"));
+    EXPECT_FALSE(model->loadProblem.value());
+}
+
 TEST_F(ForeignChangesTests, restore_nothingInTheTrash_isSavedAgain) {
     const Note before = *model->note(id);
     model->remove(id);
