@@ -306,6 +306,8 @@ private:
         /// The last edit, counted over all notes.
         std::uint64_t edit = 0;
         bool isSpared = false;
+        /// The note as it was before, if it is known.
+        std::shared_ptr<const Note> base;
     };
 
     /// The notes that are not on disk yet as they are here.

@@ -77,7 +77,10 @@ void AppModel::update(Uuid id, bool immediately, const std::function<void(Note&)
     if (changed == *stored) {
         return;
     }
-    *stored = std::move(changed);
+    std::swap(*stored, changed);
+    if (!isDemo && !unsaved_.contains(id)) {
+        unsaved_[id].base = std::make_shared<const Note>(std::move(changed));
+    }
     search_.forget(id);
     Q_EMIT notesChanged();
     scheduleSave(id, immediately);
@@ -109,15 +112,17 @@ void AppModel::saveNow(Uuid id, SerialQueue::Work whenSaved) {
     if (isDemo || stored == nullptr) {
         return;
     }
-    const std::uint64_t edit = unsaved_.try_emplace(id, Unsaved{edits_ + 1}).first->second.edit;
+    const Unsaved& unsaved = unsaved_.try_emplace(id, Unsaved{edits_ + 1}).first->second;
+    const std::uint64_t edit = unsaved.edit;
     edits_ = std::max(edits_, edit);
     const auto done = std::make_shared<SerialQueue::Work>(std::move(whenSaved));
-    store_.save(*stored, [this, id, edit, title = stored->displayTitle(), done](const LibraryQueue::Saved& saved) {
+    const auto whenDone = [this, id, edit, title = stored->displayTitle(), done](const LibraryQueue::Saved& saved) {
         if (!saved.problem && *done) {
             (*done)();
         }
         inbox_.post([this, id, edit, title, saved] { takeSaved(id, edit, title, saved); });
-    });
+    };
+    store_.save(*stored, unsaved.base, whenDone);
 }
 
 void AppModel::takeSaved(Uuid id, std::uint64_t edit, const std::string& title, const LibraryQueue::Saved& saved) {

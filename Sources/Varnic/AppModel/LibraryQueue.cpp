@@ -53,11 +53,11 @@ QCoro::Task<std::vector<std::shared_ptr<DeadRecording>>> LibraryQueue::deadRecor
     return onQueue(queue_, find);
 }
 
-void LibraryQueue::save(Note note, WhenSaved whenSaved) {
-    queue_.async([this, note = std::move(note), whenSaved = std::move(whenSaved)] {
+void LibraryQueue::save(Note note, std::shared_ptr<const Note> base, WhenSaved whenSaved) {
+    queue_.async([this, note = std::move(note), base = std::move(base), whenSaved = std::move(whenSaved)] {
         Saved saved;
         try {
-            saved.otherCopy = library_.save(note, currentDate());
+            saved.otherCopy = library_.save(note, currentDate(), base.get());
             spare_.drop(note.id);
         } catch (const std::exception& error) {
             saved.problem = error.what();

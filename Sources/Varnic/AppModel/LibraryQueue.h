@@ -66,7 +66,8 @@ public:
     /// The recordings of this library that died before they were filed. Throws LibraryError where that cannot be told.
     QCoro::Task<std::vector<std::shared_ptr<DeadRecording>>> deadRecordings();
 
-    void save(Note note, WhenSaved whenSaved);
+    /// `base` is the stored version that the note was made from, or null where that is not known.
+    void save(Note note, std::shared_ptr<const Note> base, WhenSaved whenSaved);
     void remove(Uuid id);
     /// Brings a deleted note back; nothing when there is none that can be read.
     QCoro::Task<std::optional<Note>> restore(Uuid id, Date now);

@@ -127,12 +127,12 @@ void SharedLibrary::nameById(const Uuid& id) {
 }
 
 /// Both versions in one; nothing where that cannot be.
-std::optional<Note> SharedLibrary::merged(const Found& other, const Note& ours) const {
+std::optional<Note> SharedLibrary::merged(const Found& other, const Note& ours, const Note* base) const {
     const auto known = known_.find(ours.id);
-    if (!other.note || known == known_.end() || !known->second.note) {
-        return std::nullopt;
+    if (known != known_.end() && known->second.note) {
+        base = known->second.note.get();
     }
-    return NoteMerge::merged(*known->second.note, ours, *other.note);
+    return other.note && base != nullptr ? NoteMerge::merged(*base, ours, *other.note) : std::nullopt;
 }
 
 /// Saves what another program wrote from being overwritten by ours.
@@ -171,7 +171,7 @@ bool SharedLibrary::follow(Note copy, const Uuid& original, Date now) {
     return true;
 }
 
-std::optional<Note> SharedLibrary::save(const Note& note, Date now) {
+std::optional<Note> SharedLibrary::save(const Note& note, Date now, const Note* base) {
     const LibraryLock lock = LibraryLock::forWriting(store_.root());
     nameById(note.id);
     const fs::path file = store_.url(note.id);
@@ -187,7 +187,7 @@ std::optional<Note> SharedLibrary::save(const Note& note, Date now) {
             found = look(file, now);
         }
         if (found.isThere && !isKnown(note.id, found.version)) {
-            if (const auto both = merged(found, note)) {
+            if (const auto both = merged(found, note, base)) {
                 prepared = std::make_unique<Prepared>(store_.prepare(note.id, LibraryStore::encoded(*both)));
             } else if (auto kept = keep(found, note, now)) {
                 copy = std::move(kept);

@@ -44,7 +44,8 @@ public:
     /// that only adds to one that was kept so before, that copy takes the additions instead. What cannot be read is set
     /// aside as "<UUID>.json.damaged". A note that was deleted meanwhile comes back, its recording too. A file of
     /// another name is renamed after the note's id. Throws LibraryError or EncodeError, and then nothing is lost.
-    std::optional<Note> save(const Note& note, Date now);
+    /// What is known of the note may have been loaded only, and then is not at hand: `base`, if not null, is that.
+    std::optional<Note> save(const Note& note, Date now, const Note* base = nullptr);
 
     /// The fingerprint of what is known of the note; 0 where nothing is.
     [[nodiscard]] std::uint64_t knownFingerprint(const Uuid& id) const;
@@ -88,7 +89,7 @@ private:
     [[nodiscard]] std::set<std::string> allNames() const;
     [[nodiscard]] std::optional<Uuid> idOf(const std::filesystem::path& goneFile) const;
     [[nodiscard]] bool isKnown(const Uuid& id, const NoteVersion& version) const;
-    [[nodiscard]] std::optional<Note> merged(const Found& other, const Note& ours) const;
+    [[nodiscard]] std::optional<Note> merged(const Found& other, const Note& ours, const Note* base) const;
     [[nodiscard]] std::optional<NoteChange> changeOf(const std::filesystem::path& file, Date now) const;
     std::optional<Note> keep(const Found& other, const Note& ours, Date now);
     bool follow(Note copy, const Uuid& original, Date now);

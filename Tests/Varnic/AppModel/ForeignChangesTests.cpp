@@ -64,6 +64,20 @@ TEST_F(ForeignChangesTests, change_ofAnEditedNote_keepsBoth) {
     EXPECT_THAT(model.stored(), UnorderedElementsAreArray(model->notes()));
 }
 
+TEST_F(ForeignChangesTests, changesInDifferentPlaces_comeTogether) {
+    for (int round = 0; round < 2; ++round) { // of a note that was only read, and of one that was saved
+        const std::string theirs = "Theirs " + std::to_string(round);
+        const std::string mine = "mine " + std::to_string(round);
+        const Note their = titled(theirs);
+        model->update(id, false, [&](Note& note) { note.blocks.push_back(Block{.text = mine}); });
+        writeInPlace(their);
+        model->flushSaves();
+        ASSERT_TRUE(waitUntil([&] { return model->note(id)->title == theirs; }));
+        EXPECT_EQ(model->note(id)->blocks.back().text, mine);
+        EXPECT_THAT(model.stored(), ElementsAre(*model->note(id)));
+    }
+}
+
 TEST_F(ForeignChangesTests, newFile_appears_andRemovedFile_goes) {
     const Note other(currentDate(), "Other");
     writeInPlace(other);
