@@ -40,7 +40,7 @@ bool writeAll(int file, std::string_view bytes) {
 
 /// Whether the file system has no such form of moving, after a failure of it.
 bool isUnknownToFileSystem() {
-    return errno == EINVAL || errno == ENOSYS;
+    return errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP;
 }
 
 } // namespace

@@ -76,6 +76,13 @@ bool isThere(const fs::path& entry) {
     return type != fs::file_type::not_found;
 }
 
+void expectAccess(const fs::path& folder) {
+    std::error_code failure;
+    if (!fs::exists(fs::status(folder / ".", failure))) {
+        throw LibraryError("read", folder, failure);
+    }
+}
+
 std::vector<fs::path> list(const fs::path& folder) {
     std::vector<fs::path> found;
     std::error_code failure;
@@ -83,13 +90,14 @@ std::vector<fs::path> list(const fs::path& folder) {
          entry.increment(failure)) {
         found.push_back(entry->path());
     }
-    // Who may list a folder may not always enter it, and then each of its files would seem to be the trouble.
-    if (!failure) {
-        static_cast<void>(fs::symlink_status(folder / ".", failure));
+    if (failure == std::errc::no_such_file_or_directory) {
+        return {};
     }
-    if (failure && failure != std::errc::no_such_file_or_directory) {
+    if (failure) {
         throw LibraryError("read", folder, failure);
     }
+    // Who may list a folder may not always enter it, and then each of its files would seem to be the trouble.
+    expectAccess(folder);
     return found;
 }
 

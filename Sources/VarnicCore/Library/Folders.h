@@ -16,6 +16,9 @@ void make(const std::filesystem::path& folder);
 /// permission or on a disk that has gone.
 bool isThere(const std::filesystem::path& entry);
 
+/// Throws LibraryError where there is no such folder or it cannot be looked into.
+void expectAccess(const std::filesystem::path& folder);
+
 /// What lies directly in a folder; nothing when there is no such folder. Throws LibraryError when it cannot be listed
 /// or what lies in it cannot be looked at.
 std::vector<std::filesystem::path> list(const std::filesystem::path& folder);

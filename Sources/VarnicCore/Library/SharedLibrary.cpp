@@ -333,9 +333,7 @@ std::optional<NoteChange> SharedLibrary::changeOf(const fs::path& file, Date now
 }
 
 std::vector<NoteChange> SharedLibrary::changes(const std::optional<std::set<std::string>>& names, Date now) const {
-    if (!Folders::isThere(store_.notesDir() / ".")) {
-        throw LibraryError("read", store_.notesDir(), std::make_error_code(std::errc::no_such_file_or_directory));
-    }
+    Folders::expectAccess(store_.notesDir());
     std::vector<NoteChange> changes;
     for (const std::string& name : names ? *names : allNames()) {
         const fs::path file = store_.notesDir() / name;

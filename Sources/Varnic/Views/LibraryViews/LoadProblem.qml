@@ -30,6 +30,7 @@ Item {
         anchors.left: icon.right
         anchors.leftMargin: Theme.Space.s
         anchors.right: actions.left
+        anchors.rightMargin: Theme.Space.s
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.Palette.ink
         font: Theme.Typo.caption
