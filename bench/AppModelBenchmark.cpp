@@ -33,6 +33,7 @@ using bench::median;
 std::unique_ptr<AppModel> modelOn(const std::filesystem::path& folder) {
     return std::make_unique<AppModel>(
         AppPlaces{.dataDirectory = folder / "Library",
+                  .spareFolder = folder / "Unsaved",
                   .isScratch = true,
                   .settings = std::make_unique<QSettings>(QString::fromStdString((folder / "settings.ini").string()),
                                                           QSettings::IniFormat)});

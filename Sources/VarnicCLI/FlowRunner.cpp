@@ -20,6 +20,9 @@ using namespace std::chrono_literals;
 void readLibrary(AppModel& model) {
     QCoro::waitFor(model.readLibrary());
     if (const auto& problem = model.loadProblem.value()) {
+        if (model.isUnreadable.value()) {
+            throw std::runtime_error(*problem);
+        }
         Terminal::print(stderr, "varnic-cli: {}\n", *problem);
     }
 }

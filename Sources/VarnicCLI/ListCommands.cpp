@@ -35,7 +35,7 @@ ExitCode list(const Arguments& arguments) {
     LibraryStore store(libraryFolder());
     const std::vector<Note> notes = loadNotes(store);
     printList(notes, arguments.has("json"));
-    if (notes.empty() && !arguments.has("json")) {
+    if (notes.empty() && store.unreadable().empty() && !arguments.has("json")) {
         Terminal::print(stderr, "The library is empty. varnic-cli transcribe --help tells how to file a call.\n");
     }
     return ExitCode::success;

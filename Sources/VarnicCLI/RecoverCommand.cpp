@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <utility>
+#include <stdexcept>
 
 namespace varnic::cli {
 
@@ -67,6 +68,9 @@ ExitCode recover(const Arguments& arguments) {
     apply(options, model.settings);
     readLibrary(model);
     const AppModel::Recovered recovered = QCoro::waitFor(model.recoverRecordings());
+    if (recovered.problem) {
+        throw std::runtime_error(*recovered.problem);
+    }
     for (int i = 0; i < recovered.soundless; ++i) {
         Terminal::print(stderr, "A recording that was cut off before it held any sound was deleted.\n");
     }

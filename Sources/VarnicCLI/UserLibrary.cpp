@@ -16,6 +16,9 @@ std::filesystem::path libraryFolder() {
 
 std::vector<Note> loadNotes(LibraryStore& store) {
     std::vector<Note> notes = store.loadAll(currentDate());
+    if (const auto& problem = store.listingProblem()) {
+        throw std::runtime_error(*problem);
+    }
     for (const UnreadableFile& file : store.unreadable()) {
         Terminal::print(stderr, "varnic-cli: {} can’t be read: {}\n", file.path.filename().string(), file.reason);
     }

@@ -14,7 +14,8 @@ namespace varnic::cli {
 /// where no home is known.
 std::filesystem::path libraryFolder();
 
-/// All notes, newest first; a line on standard error for each file that cannot be read.
+/// All notes, newest first; a line on standard error for each file that cannot be read. Throws std::runtime_error with
+/// the user's sentence where the library cannot be looked into.
 std::vector<Note> loadNotes(LibraryStore& store);
 
 /// The beginning of the note's id, enough to name it in any real library.

@@ -102,6 +102,7 @@ class SharedLibrary(unittest.TestCase):
         for name, count in counts.items():
             self.assertGreater(count, 0)
             self.assertEqual([n for n in range(1, count + 1) if f"{name} {n}" not in kept], [])
+        self.assertEqual(len(files), 3, "what both add comes together, without a copy")
         self.assertEqual(len(load(library)["notes"]), len(files))
         print(f"edits {counts}, notes {len(files)}", file=sys.stderr)
 

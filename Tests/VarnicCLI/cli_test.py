@@ -500,6 +500,17 @@ class BadInput(CommandLine):
         (self.folder / "file").write_text("")
         self.fails("transcribe", "--you", f"{RECORDINGS}/beckett.wav", library=self.folder / "file" / "library")
 
+    def test_a_library_that_cannot_be_looked_into_is_not_taken_for_an_empty_one(self):
+        below_a_file = self.folder / "file" / "library"
+        below_a_file.parent.write_text("")
+        going_in_circles = self.folder / "circles"
+        going_in_circles.mkdir()
+        (going_in_circles / "notes").symlink_to("notes")
+        for library in below_a_file, going_in_circles:
+            for command in ["list"], ["search", "x"], ["todos"], ["decks"], ["show", "AB"], ["recover"]:
+                with self.subTest(command):
+                    self.assertIn("notes” couldn’t be read: ", self.fails(*command, library=library))
+
     def test_damaged_notes_are_told_and_left_alone_and_the_others_load(self):
         notes = self.library / "notes"
         notes.mkdir(parents=True)

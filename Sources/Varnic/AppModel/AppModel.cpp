@@ -3,11 +3,13 @@
 #include "Varnic/Background.h"
 #include "VarnicCore/AISummariser/SummariserFactory.h"
 #include "VarnicCore/AISummariser/URLSessionTransport.h"
+#include "VarnicCore/Library/NoteFileReader.h"
 #include "VarnicPlatform/Capture/LiveCapture.h"
 #include "VarnicPlatform/KeyStore/KeychainStore.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 #include "VarnicPlatform/Speech/SpeechTranscriber.h"
 
+#include <fmt/format.h>
 #include <glib.h>
 
 #include <chrono>
@@ -41,6 +43,13 @@ std::shared_ptr<KeyStore> keyStore(bool isScratch) {
     return std::make_shared<KeychainStore>("app.brevin.varnic.ai");
 }
 
+/// For each library a folder of its own, where the desktop keeps what programs have to remember.
+fs::path spareFolderFor(const fs::path& library) {
+    std::error_code ignored;
+    return fs::path(g_get_user_state_dir()) / "Varnic" / "Unsaved" /
+           fmt::format("{:016x}", fingerprintOf(fs::absolute(library, ignored).native()));
+}
+
 } // namespace
 
 std::pair<fs::path, bool> AppPlaces::dataDirectoryFromEnvironment() {
@@ -57,7 +66,11 @@ AppPlaces AppPlaces::fromEnvironment() {
     if (isScratch && environment("VARNIC_SELFTEST") != "persist") {
         settings->clear();
     }
-    return {.dataDirectory = std::move(folder), .isScratch = isScratch, .settings = std::move(settings)};
+    fs::path spares = spareFolderFor(folder);
+    return {.dataDirectory = std::move(folder),
+            .spareFolder = std::move(spares),
+            .isScratch = isScratch,
+            .settings = std::move(settings)};
 }
 
 AppModel::AppModel(AppPlaces places, QObject* parent)
@@ -66,7 +79,8 @@ AppModel::AppModel(AppPlaces places, QObject* parent)
       makeTranscriber([this] {
           return std::make_shared<SpeechTranscriber>(settings.localeID.value(), SpeechModels::dataDirectories());
       }),
-      makeCapture([] { return std::make_shared<LiveCapture>(); }), store_(std::move(places.dataDirectory)),
+      makeCapture([] { return std::make_shared<LiveCapture>(); }),
+      store_(std::move(places.dataDirectory), std::move(places.spareFolder)),
       recorder_(std::make_unique<RecordingController>()) {
     connect(recorder_.get(), &RecordingController::mustStop, this, [this] {
         flash({.text = "Recording stopped — the disk is full", .symbol = warningSymbol});

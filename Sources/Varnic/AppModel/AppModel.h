@@ -28,6 +28,7 @@
 
 #include <array>
 #include <cstdint>
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -44,6 +45,8 @@ namespace varnic {
 /// Where the application's data lies, from the environment.
 struct AppPlaces {
     std::filesystem::path dataDirectory;
+    /// Where notes are kept that the library does not take.
+    std::filesystem::path spareFolder;
     /// Data and settings are for trying out: no key ring is touched.
     bool isScratch = false;
     std::unique_ptr<QSettings> settings;
@@ -86,8 +89,12 @@ public:
     QProperty<std::optional<ToastMessage>> toast;
     /// The block that the editor is to focus.
     QProperty<std::optional<Uuid>> focusBlock;
-    /// About note files that cannot be read.
+    /// About note files that cannot be read, or about a library that cannot be looked into.
     QProperty<std::optional<std::string>> loadProblem;
+    /// The library cannot be looked into at the moment, so what is not shown may well be there; `load` tries again.
+    QProperty<bool> isUnreadable{false};
+    /// Recordings are being brought in or wait for that; see `importFiles`.
+    QProperty<bool> isImporting{false};
     /// The notes that are being written down or summarised.
     QProperty<std::map<Uuid, ProcessingStage>> processing;
     /// The notes that an AI is summarising.
@@ -147,7 +154,8 @@ public:
 
     // Loading, editing, saving.
 
-    /// Reads the library, watches it from here on, and files recordings that died.
+    /// Reads the library, watches it from here on, and files recordings that died. Once more after it could not be
+    /// looked into.
     QCoro::Task<> load();
     /// The first part of `load`.
     QCoro::Task<> readLibrary();
@@ -159,6 +167,8 @@ public:
         int soundless = 0;
         /// Calls that were filed ahead of their words by a program that ended before those came. They say so.
         std::vector<Uuid> unwritten;
+        /// Why it cannot be told what is to be recovered; nothing where it can.
+        std::optional<std::string> problem;
     };
 
     /// The second part of `load`.
@@ -170,12 +180,22 @@ public:
     void remove(Uuid id);
     /// Brings a deleted note back, in the library's form or else as given.
     QCoro::Task<> restore(Note note);
-    /// Writes what is pending and returns when it is on disk, or the toast says that it is not.
+    /// Writes what is pending and what could not be written before, and returns when it is on disk, or the toast says
+    /// that it is not.
     void flushSaves();
+
+    /// The notes that are not on disk as they are here, in no order.
+    [[nodiscard]] std::vector<Uuid> unsavedNotes() const;
 
     /// Why the note is not on disk as it is here, as the last failure told; nothing where it is.
     [[nodiscard]] std::optional<std::string> saveProblem(Uuid id) const {
         return unsaved_.contains(id) ? std::optional(saveProblem_) : std::nullopt;
+    }
+
+    /// Whether a note that could not be saved is kept beside the library until the next start.
+    [[nodiscard]] bool isSpared(Uuid id) const {
+        const auto unsaved = unsaved_.find(id);
+        return unsaved != unsaved_.end() && unsaved->second.isSpared;
     }
 
     void flash(ToastMessage message);
@@ -213,7 +233,12 @@ public:
     /// The call, or nothing where a toast says why there is none or where it was cancelled.
     QCoro::Task<std::optional<Uuid>> importCall(CallImport call);
     QCoro::Task<> importAudio(std::filesystem::path file);
+    /// Brings recordings in one after another, since each takes all the processor that it gets, and behind those that
+    /// wait already.
+    QCoro::Task<> importFiles(std::vector<std::filesystem::path> files);
     QCoro::Task<> chooseImport();
+    /// Writes the call down anew. Where the recording of a side that has lines is missing, they stay: a toast says so,
+    /// or the call's problem if it has none.
     QCoro::Task<> retranscribe(Uuid id);
     QCoro::Task<> runAI(Uuid id);
     void useLocalSummary(Uuid id);
@@ -222,6 +247,7 @@ public:
     /// Brings the earlier transcript and summary back, with what the user has written since. What stands there now is
     /// the earlier version from then on. Nothing happens without one, or while the call is being worked on.
     QCoro::Task<> bringBackEarlier(Uuid id);
+    /// Not while the call is being written down.
     void removeAudio(Uuid id);
     /// The recordings of a call that are on disk. The note must be a call.
     [[nodiscard]] CallTracks existingTracks(const Note& note) const;
@@ -237,6 +263,8 @@ public:
     /// Throws what the writer throws.
     void exportFile(Uuid id, ExportFormat format, const std::filesystem::path& file) const;
     [[nodiscard]] ExportOptions exportOptions() const;
+    /// Writes what could not be saved into a folder of the user's choice, as Markdown; whether all of it is there.
+    QCoro::Task<bool> saveCopiesElsewhere();
     void copyEmail(Uuid id);
     [[nodiscard]] std::optional<std::string> mailtoURL(Uuid id) const;
     void openInMail(Uuid id) const;
@@ -256,8 +284,11 @@ private:
     void takeSaved(Uuid id, std::uint64_t edit, const std::string& title, const LibraryQueue::Saved& saved);
     [[nodiscard]] std::optional<Uuid> selectionWithout(Uuid id) const;
     void forget(Uuid id);
-    [[nodiscard]] LibraryQueue::Changes onMain();
+    [[nodiscard]] LibraryQueue::WhenLooked onMain();
+    void takeLook(LibraryQueue::Looked looked);
     void takeChanges(std::vector<NoteChange> changes);
+    void showUnreadable(std::optional<std::string> problem);
+    void saveUnsaved();
     bool takeChange(const NoteChange& change);
     void setStage(Uuid id, std::optional<ProcessingStage> stage);
     [[nodiscard]] CallProcessor processor() const;
@@ -266,7 +297,7 @@ private:
     void showPlaceholder(Uuid id, std::string title, CallRecord call);
     [[nodiscard]] bool keepLiveLines(Note& finished) const;
     [[nodiscard]] std::vector<Uuid> takeUnwritten();
-    void file(Note finished, std::shared_ptr<RecordingMarkFile> mark);
+    void file(Note finished, const std::optional<Note>& before, std::shared_ptr<RecordingMarkFile> mark);
     void removeAudioIfNotKept(Uuid id);
     bool keepEarlier(Uuid id);
     [[nodiscard]] ToastMessage undoable(Uuid id, std::string text, std::string symbol);
@@ -281,14 +312,25 @@ private:
     std::unique_ptr<RecordingController> recorder_;
     /// Saves that wait for the user to pause.
     std::map<Uuid, std::unique_ptr<QTimer>> saveTasks_;
-    /// The last edit of each note that is not on disk yet, counted over all notes.
-    std::map<Uuid, std::uint64_t> unsaved_;
+
+    struct Unsaved {
+        /// The last edit, counted over all notes.
+        std::uint64_t edit = 0;
+        bool isSpared = false;
+        /// The note as it was before, if it is known.
+        std::shared_ptr<const Note> base;
+    };
+
+    /// The notes that are not on disk yet as they are here.
+    std::map<Uuid, Unsaved> unsaved_;
     std::uint64_t edits_ = 0;
     /// How the last save that failed did.
     std::string saveProblem_;
     /// Notes of which an earlier version is on disk or about to be, among others.
     std::set<Uuid> keptEarlier_;
     std::unique_ptr<LibraryWatch> watch_;
+    bool isRead_ = false;
+    std::deque<std::filesystem::path> waitingImports_;
     /// Of the flows that began since the last cancellation.
     std::stop_source stopProcessing_;
     std::vector<QPropertyNotifier> settingWatchers_;

@@ -36,6 +36,10 @@ struct Desktop {
     std::function<QCoro::Task<File>(std::string fileName)> chooseDestination = [](std::string) -> QCoro::Task<File> {
         co_return std::nullopt;
     };
+    /// Lets the user pick a folder; nothing when they don't.
+    std::function<QCoro::Task<File>(std::string message)> chooseFolder = [](std::string) -> QCoro::Task<File> {
+        co_return std::nullopt;
+    };
     /// The identifiers of running calling applications and browsers, and of the program in front.
     std::function<std::vector<std::string>()> runningPrograms = [] { return std::vector<std::string>(); };
     std::function<std::optional<std::string>()> frontProgram = []() -> std::optional<std::string> {

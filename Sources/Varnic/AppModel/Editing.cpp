@@ -43,8 +43,18 @@ QCoro::Task<> AppModel::readLibrary() {
         watch_ = std::make_unique<LibraryWatch>(
             store_.notesFolder(), [this](LibraryWatch::Names names) { store_.check(std::move(names), onMain()); });
     }
+    if (isRead_) {
+        // What is in memory may be newer than what is on disk.
+        store_.check(std::nullopt, onMain());
+        co_return;
+    }
     LibraryQueue::Contents contents = co_await store_.load(currentDate());
     if (!self) {
+        co_return;
+    }
+    isRead_ = !contents.problem;
+    showUnreadable(std::move(contents.problem));
+    if (!isRead_) {
         co_return;
     }
     // What was made while the library was being read stays.
@@ -67,7 +77,10 @@ void AppModel::update(Uuid id, bool immediately, const std::function<void(Note&)
     if (changed == *stored) {
         return;
     }
-    *stored = std::move(changed);
+    std::swap(*stored, changed);
+    if (!isDemo && !unsaved_.contains(id)) {
+        unsaved_[id].base = std::make_shared<const Note>(std::move(changed));
+    }
     search_.forget(id);
     Q_EMIT notesChanged();
     scheduleSave(id, immediately);
@@ -78,7 +91,7 @@ void AppModel::scheduleSave(Uuid id, bool immediately, SerialQueue::Work whenSav
     if (isDemo) {
         return;
     }
-    unsaved_[id] = ++edits_;
+    unsaved_[id].edit = ++edits_;
     if (immediately) {
         saveNow(id, std::move(whenSaved));
         return;
@@ -99,24 +112,32 @@ void AppModel::saveNow(Uuid id, SerialQueue::Work whenSaved) {
     if (isDemo || stored == nullptr) {
         return;
     }
-    const std::uint64_t edit = unsaved_.try_emplace(id, edits_ + 1).first->second;
+    const Unsaved& unsaved = unsaved_.try_emplace(id, Unsaved{edits_ + 1}).first->second;
+    const std::uint64_t edit = unsaved.edit;
     edits_ = std::max(edits_, edit);
     const auto done = std::make_shared<SerialQueue::Work>(std::move(whenSaved));
-    store_.save(*stored, [this, id, edit, title = stored->displayTitle(), done](const LibraryQueue::Saved& saved) {
+    const auto whenDone = [this, id, edit, title = stored->displayTitle(), done](const LibraryQueue::Saved& saved) {
         if (!saved.problem && *done) {
             (*done)();
         }
         inbox_.post([this, id, edit, title, saved] { takeSaved(id, edit, title, saved); });
-    });
+    };
+    store_.save(*stored, unsaved.base, whenDone);
 }
 
 void AppModel::takeSaved(Uuid id, std::uint64_t edit, const std::string& title, const LibraryQueue::Saved& saved) {
+    const auto unsaved = unsaved_.find(id);
     if (saved.problem) {
         saveProblem_ = *saved.problem;
+        if (unsaved != unsaved_.end()) {
+            unsaved->second.isSpared = saved.isSpared;
+        }
+        // Whether it is the whole library that is out of reach.
+        store_.check(LibraryWatch::Names(std::in_place), onMain());
         flash({.text = fmt::format("Couldn’t save “{}”", title), .symbol = warningSymbol});
         return;
     }
-    if (const auto unsaved = unsaved_.find(id); unsaved != unsaved_.end() && unsaved->second == edit) {
+    if (unsaved != unsaved_.end() && unsaved->second.edit == edit) {
         unsaved_.erase(unsaved);
     }
     if (saved.otherCopy) {
@@ -127,12 +148,31 @@ void AppModel::takeSaved(Uuid id, std::uint64_t edit, const std::string& title, 
 }
 
 void AppModel::flushSaves() {
-    for (const auto& [id, task] : std::exchange(saveTasks_, {})) {
+    const auto settle = [this] {
+        store_.flush();
+        // How the saves went, which the queue has told by now.
+        inbox_.deliver();
+    };
+    settle();
+    saveUnsaved();
+    settle();
+}
+
+std::vector<Uuid> AppModel::unsavedNotes() const {
+    std::vector<Uuid> ids;
+    for (const auto& [id, unsaved] : unsaved_) {
+        if (note(id) != nullptr) {
+            ids.push_back(id);
+        }
+    }
+    return ids;
+}
+
+void AppModel::saveUnsaved() {
+    saveTasks_.clear();
+    for (const Uuid& id : unsavedNotes()) {
         saveNow(id);
     }
-    store_.flush();
-    // How the saves went, which the queue has told by now.
-    inbox_.deliver();
 }
 
 Uuid AppModel::newNote(std::string title, std::vector<Block> blocks, Date created) {
@@ -166,6 +206,8 @@ void AppModel::forget(Uuid id) {
     const std::optional<Uuid> next = selectionWithout(id);
     std::erase_if(notes_, [id](const Note& other) { return other.id == id; });
     search_.forget(id);
+    saveTasks_.erase(id);
+    unsaved_.erase(id);
     selection = next;
 }
 
@@ -174,13 +216,11 @@ void AppModel::remove(Uuid id) {
     if (stored == nullptr || id == liveNoteID()) {
         return;
     }
-    saveTasks_.erase(id);
     Note removed = *stored;
     if (!isDemo) {
         if (unsaved_.contains(id)) {
             // As it stands now, so that bringing it back brings the last edits back.
             saveNow(id);
-            unsaved_.erase(id);
         }
         store_.remove(id);
     }

@@ -5,10 +5,31 @@
 
 namespace varnic {
 
-LibraryQueue::Changes AppModel::onMain() {
-    return [this](std::vector<NoteChange> changes) {
-        inbox_.post([this, changes = std::move(changes)]() mutable { takeChanges(std::move(changes)); });
+LibraryQueue::WhenLooked AppModel::onMain() {
+    return [this](LibraryQueue::Looked looked) {
+        inbox_.post([this, looked = std::move(looked)]() mutable { takeLook(std::move(looked)); });
     };
+}
+
+void AppModel::takeLook(LibraryQueue::Looked looked) {
+    const bool isBack = !looked.problem && isUnreadable.value();
+    showUnreadable(std::move(looked.problem));
+    takeChanges(std::move(looked.changes));
+    if (isBack) {
+        readLibrary(); // what went unseen meanwhile
+    }
+}
+
+/// Says that the library cannot be looked into, or takes that back.
+void AppModel::showUnreadable(std::optional<std::string> problem) {
+    if (problem) {
+        isUnreadable = true;
+        loadProblem = std::move(problem);
+    } else if (isUnreadable.value()) {
+        isUnreadable = false;
+        loadProblem = std::nullopt;
+        saveUnsaved();
+    }
 }
 
 /// Lets the notes follow what others did to their files. A note with edits that are not on disk stays as it is: saving

@@ -4,7 +4,9 @@
 
 #include <QPointer>
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 namespace varnic {
@@ -44,10 +46,7 @@ QCoro::Task<std::optional<Uuid>> AppModel::importCall(CallImport call) {
     if (!self || note(id) == nullptr) {
         co_return std::nullopt;
     }
-    editCall(id, [&call](CallRecord& filed) {
-        filed.themName = call.themName;
-        filed.language = call.language;
-    });
+    editCall(id, [&call](CallRecord& filed) { filed.language = call.language; });
     co_return id;
 }
 
@@ -55,6 +54,24 @@ QCoro::Task<> AppModel::importAudio(std::filesystem::path file) {
     CallImport call;
     call.files.them = std::move(file);
     co_await importCall(std::move(call));
+}
+
+QCoro::Task<> AppModel::importFiles(std::vector<std::filesystem::path> files) {
+    std::ranges::move(files, std::back_inserter(waitingImports_));
+    if (isImporting.value()) {
+        co_return; // whoever brings in the one before goes on with these
+    }
+    const QPointer self(this);
+    isImporting = true;
+    while (!waitingImports_.empty()) {
+        auto next = std::move(waitingImports_.front());
+        waitingImports_.pop_front();
+        co_await importAudio(std::move(next));
+        if (!self) {
+            co_return;
+        }
+    }
+    isImporting = false;
 }
 
 QCoro::Task<> AppModel::chooseImport() {

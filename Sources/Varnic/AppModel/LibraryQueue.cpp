@@ -16,11 +16,29 @@ constexpr int keptDeleted = 30;
 QCoro::Task<LibraryQueue::Contents> LibraryQueue::load(Date now) {
     const auto read = [this, now] {
         library_.purgeDeleted(keptDeleted, now);
-        Contents contents{library_.loadAll(now)};
+        takeInSpares(now);
+        try {
+            library_.takeInConflicts(std::nullopt, now);
+        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch)
+            // Those files count as ones that can't be read; why the folder can't is told by the loading.
+        }
+        Contents contents{.notes = library_.loadAll(now)};
         contents.unreadable = library_.store().unreadable().size();
+        contents.problem = library_.store().listingProblem();
         return contents;
     };
     return onQueue(queue_, read);
+}
+
+void LibraryQueue::takeInSpares(Date now) {
+    for (const SpareNote& spare : spare_.all(now)) {
+        try {
+            library_.takeIn(spare.note, spare.base, now);
+            spare_.drop(spare.note.id);
+        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch)
+            // It stays for another start.
+        }
+    }
 }
 
 QCoro::Task<std::vector<std::shared_ptr<DeadRecording>>> LibraryQueue::deadRecordings() {
@@ -35,13 +53,15 @@ QCoro::Task<std::vector<std::shared_ptr<DeadRecording>>> LibraryQueue::deadRecor
     return onQueue(queue_, find);
 }
 
-void LibraryQueue::save(Note note, WhenSaved whenSaved) {
-    queue_.async([this, note = std::move(note), whenSaved = std::move(whenSaved)] {
+void LibraryQueue::save(Note note, std::shared_ptr<const Note> base, WhenSaved whenSaved) {
+    queue_.async([this, note = std::move(note), base = std::move(base), whenSaved = std::move(whenSaved)] {
         Saved saved;
         try {
-            saved.otherCopy = library_.save(note, currentDate());
+            saved.otherCopy = library_.save(note, currentDate(), base.get());
+            spare_.drop(note.id);
         } catch (const std::exception& error) {
             saved.problem = error.what();
+            saved.isSpared = spare_.keep({note, library_.knownFingerprint(note.id)});
         }
         whenSaved(saved);
     });
@@ -63,6 +83,7 @@ QCoro::Task<std::optional<Note>> LibraryQueue::earlier(Uuid id, Date now) {
 
 void LibraryQueue::remove(Uuid id) {
     queue_.async([this, id] {
+        spare_.drop(id);
         try {
             library_.remove(id);
         } catch (const std::exception&) {
@@ -86,15 +107,21 @@ void LibraryQueue::removeAudio(Uuid id) {
     queue_.async([this, id] { library_.store().removeAudio(id); });
 }
 
-void LibraryQueue::check(std::optional<std::set<std::string>> names, Changes tell) {
+void LibraryQueue::check(std::optional<std::set<std::string>> names, WhenLooked tell) {
     queue_.async([this, names = std::move(names), tell = std::move(tell)] {
-        if (auto changes = library_.changes(names, currentDate()); !changes.empty()) {
-            tell(std::move(changes));
+        Looked looked;
+        try {
+            // What was taken in lies in files of other names.
+            const bool hasMore = library_.takeInConflicts(names, currentDate());
+            looked.changes = library_.changes(hasMore ? std::nullopt : names, currentDate());
+        } catch (const std::exception& error) {
+            looked.problem = error.what();
         }
+        tell(std::move(looked));
     });
 }
 
-void LibraryQueue::accept(std::vector<NoteChange> changes, Changes tell) {
+void LibraryQueue::accept(std::vector<NoteChange> changes, WhenLooked tell) {
     std::set<std::string> names;
     for (const NoteChange& change : changes) {
         names.insert(change.version.file.filename().string());

@@ -3,6 +3,7 @@
 #include "Varnic/SerialQueue.h"
 #include "VarnicCore/Library/Recovery.h"
 #include "VarnicCore/Library/SharedLibrary.h"
+#include "VarnicCore/Library/SpareNotes.h"
 
 #include <QCoro/QCoroTask>
 
@@ -23,21 +24,34 @@ public:
     struct Contents {
         std::vector<Note> notes;
         std::size_t unreadable = 0;
+        /// Why the library cannot be read; nothing where it can.
+        std::optional<std::string> problem;
     };
 
     /// How saving a note went.
     struct Saved {
         /// Why it is not on disk; nothing where it is.
         std::optional<std::string> problem;
+        /// It is kept beside the library then, and taken in at the next start.
+        bool isSpared = false;
         /// What somebody else had written into the file meanwhile, now a note of its own.
         std::optional<Note> otherCopy;
     };
 
+    /// What others have done to the library.
+    struct Looked {
+        std::vector<NoteChange> changes;
+        /// Why the library cannot be looked into; nothing where it can.
+        std::optional<std::string> problem;
+    };
+
     /// These are called on the queue.
     using WhenSaved = std::function<void(const Saved& saved)>;
-    using Changes = std::function<void(std::vector<NoteChange> changes)>;
+    using WhenLooked = std::function<void(Looked looked)>;
 
-    explicit LibraryQueue(std::filesystem::path root) : library_(std::move(root)) {}
+    /// Notes that the library does not take are kept in the spare folder meanwhile.
+    LibraryQueue(std::filesystem::path root, std::filesystem::path spareFolder)
+        : library_(std::move(root)), spare_(std::move(spareFolder)) {}
 
     [[nodiscard]] const std::filesystem::path& root() const { return library_.store().root(); }
 
@@ -45,13 +59,15 @@ public:
 
     [[nodiscard]] std::filesystem::path audioFolder(const Uuid& id) const { return library_.store().audioFolder(id); }
 
-    /// Removes what was deleted more than 30 days ago, and reads all notes.
+    /// Removes what was deleted more than 30 days ago, takes in what was left beside the library or by a synchroniser,
+    /// and reads all notes.
     QCoro::Task<Contents> load(Date now);
 
-    /// The recordings of this library that died before they were filed.
+    /// The recordings of this library that died before they were filed. Throws LibraryError where that cannot be told.
     QCoro::Task<std::vector<std::shared_ptr<DeadRecording>>> deadRecordings();
 
-    void save(Note note, WhenSaved whenSaved);
+    /// `base` is the stored version that the note was made from, or null where that is not known.
+    void save(Note note, std::shared_ptr<const Note> base, WhenSaved whenSaved);
     /// Keeps the note as it is beside what is saved next; a failure is no reason not to save that.
     void keepEarlier(Note note);
 
@@ -63,10 +79,10 @@ public:
     QCoro::Task<std::optional<Note>> restore(Uuid id, Date now);
     void removeAudio(Uuid id);
 
-    /// Looks what others have changed in the files of these names, or in all without names; tells if there is anything.
-    void check(std::optional<std::set<std::string>> names, Changes tell);
+    /// Looks what others have changed in the files of these names, or in all without names.
+    void check(std::optional<std::set<std::string>> names, WhenLooked tell);
     /// What was told is known from here on; looks whether the files have changed again since.
-    void accept(std::vector<NoteChange> changes, Changes tell);
+    void accept(std::vector<NoteChange> changes, WhenLooked tell);
 
     /// Returns when all that was asked for is on disk.
     void flush() {
@@ -74,7 +90,10 @@ public:
     }
 
 private:
+    void takeInSpares(Date now);
+
     SharedLibrary library_;
+    SpareNotes spare_;
     /// Last, so that its work ends before the library does.
     SerialQueue queue_;
 };

@@ -7,13 +7,15 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
 
 namespace varnic {
 
-/// Tells once a folder has come to rest which of its files have changed. Main thread.
+/// Tells once a folder has come to rest which of its files have changed, also when it has been replaced by another one
+/// or comes back. Main thread.
 class LibraryWatch {
 public:
     /// The names of files; nothing where any may have changed.
@@ -22,13 +24,18 @@ public:
     LibraryWatch(const std::filesystem::path& folder, std::function<void(Names)> changed);
 
 private:
+    [[nodiscard]] bool begin();
+    void search();
     void collect();
 
-    FolderWatch watch_;
-    QSocketNotifier notifier_;
+    const std::filesystem::path folder_;
+    std::optional<FolderWatch> watch_;
+    std::unique_ptr<QSocketNotifier> notifier_;
     /// News gathered until nothing has happened for a moment.
     Names names_ = Names(std::in_place);
     QTimer rest_;
+    /// Looks for a folder that is gone.
+    QTimer search_;
 };
 
 } // namespace varnic

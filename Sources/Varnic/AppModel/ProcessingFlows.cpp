@@ -3,12 +3,13 @@
 #include "Varnic/Background.h"
 #include "VarnicCore/Library/Folders.h"
 #include "VarnicCore/Library/LibraryLock.h"
+#include "VarnicCore/Library/TrackFiles.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 
 #include <QPointer>
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 
 namespace varnic {
 
@@ -23,24 +24,39 @@ bool isPlaceholder(const Block& block) {
     return block.kind == BlockKind::heading && block.text == placeholderHeading;
 }
 
+/// Whether a block shows anything; a table does with empty cells too.
+bool holdsSomething(const Block& block) {
+    return !block.text.empty() || !block.back.empty() || block.kind == BlockKind::table ||
+           block.kind == BlockKind::divider;
+}
+
 /// What the user wrote into a call's note while it was being made.
 std::vector<Block> userBlocks(const Note& note) {
     std::vector<Block> blocks;
-    std::ranges::copy_if(note.blocks, std::back_inserter(blocks), [](const Block& block) {
-        return (!block.text.empty() || block.kind == BlockKind::table) && !isPlaceholder(block);
-    });
+    std::ranges::copy_if(note.blocks, std::back_inserter(blocks),
+                         [](const Block& block) { return holdsSomething(block) && !isPlaceholder(block); });
     return blocks;
 }
 
-/// The track of a side; of several with different extensions the usual one.
-std::optional<fs::path> existing(const fs::path& folder, Speaker speaker) {
-    for (const char* extension : {".m4a", ".caf", ".wav", ".aiff"}) {
-        fs::path file = folder / (std::string(rawValue(speaker)) + extension);
-        if (std::error_code ignored; fs::exists(file, ignored)) {
-            return file;
-        }
+/// Makes the finished note take over what the user did to its placeholder. `before` is that as it was when the call
+/// began to be written down: a title that stands unchanged was the program's.
+void takeOver(const Note& placeholder, const std::optional<Note>& before, Note& finished) {
+    std::ranges::move(userBlocks(placeholder), std::back_inserter(finished.blocks));
+    finished.pinned = placeholder.pinned;
+    if (!placeholder.title.empty() && (!before || placeholder.title != before->title)) {
+        finished.title = placeholder.title;
     }
-    return std::nullopt;
+    if (placeholder.call && finished.call) {
+        finished.call->themName = placeholder.call->themName;
+    }
+}
+
+/// Whether a side that the transcript has lines of has no recording that they could be heard in again.
+bool lacksTrack(const CallRecord& call, const CallTracks& tracks) {
+    const std::vector<Speaker> there = tracks.speakers();
+    return there.empty() || std::ranges::any_of(call.segments, [&there](const Segment& line) {
+               return std::ranges::find(there, line.speaker) == there.end();
+           });
 }
 
 /// A note that was edited while its call was transcribed anew: the edits stay, and the rest is as if they had been
@@ -98,8 +114,9 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
     setStage(id, ProcessingStage::transcribing(0));
     const auto lock = LibraryLock::forCall(store_.audioFolder(id));
     const Note* stored = note(id);
+    const std::optional<Note> before = stored != nullptr ? std::optional(*stored) : std::nullopt;
     const DigestContext told =
-        context(recording.startedAt, stored != nullptr && stored->call ? stored->call->themName : "", recording.source);
+        context(recording.startedAt, before && before->call ? before->call->themName : "", recording.source);
     const auto report = [this, id](ProcessingStage stage) {
         inbox_.post([this, id, stage] {
             if (stage.kind != ProcessingStage::Kind::done && processing.value().contains(id)) {
@@ -127,7 +144,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
     if (stop.stop_requested()) {
         finished.call->problem = finished.call->segments.empty() ? std::optional(quitProblem) : std::nullopt;
     }
-    file(std::move(finished), std::move(mark));
+    file(std::move(finished), before, std::move(mark));
     if (!isStopgap) {
         removeAudioIfNotKept(id);
     }
@@ -156,10 +173,10 @@ bool AppModel::keepLiveLines(Note& finished) const {
 }
 
 /// Puts a finished call in the place of its placeholder, with what the user wrote there meanwhile behind it.
-void AppModel::file(Note finished, std::shared_ptr<RecordingMarkFile> mark) {
+void AppModel::file(Note finished, const std::optional<Note>& before, std::shared_ptr<RecordingMarkFile> mark) {
     const Uuid id = finished.id;
     if (Note* stored = find(id)) {
-        std::ranges::move(userBlocks(*stored), std::back_inserter(finished.blocks));
+        takeOver(*stored, before, finished);
         *stored = std::move(finished);
         search_.forget(id);
     } else {
@@ -200,21 +217,28 @@ void AppModel::editCall(Uuid id, const std::function<void(CallRecord&)>& change)
 }
 
 CallTracks AppModel::existingTracks(const Note& note) const {
-    CallTracks tracks;
-    const fs::path folder = store_.audioFolder(note.id);
-    const auto& recorded = note.call->tracks;
-    if (std::ranges::find(recorded, Speaker::you) != recorded.end()) {
-        tracks.you = existing(folder, Speaker::you);
-    }
-    if (std::ranges::find(recorded, Speaker::them) != recorded.end()) {
-        tracks.them = existing(folder, Speaker::them);
-    }
-    return tracks;
+    const std::vector<fs::path> entries = Folders::entries(store_.audioFolder(note.id));
+    const auto existing = [&](Speaker side) -> std::optional<fs::path> {
+        const auto& recorded = note.call->tracks;
+        const auto files = TrackFiles::of(entries, side);
+        const bool isThere = std::ranges::find(recorded, side) != recorded.end() && !files.empty();
+        return isThere ? std::optional(files.front()) : std::nullopt;
+    };
+    return {.you = existing(Speaker::you), .them = existing(Speaker::them)};
 }
 
 QCoro::Task<> AppModel::retranscribe(Uuid id) {
     const Note* stored = note(id);
     if (stored == nullptr || !stored->call || processing.value().contains(id)) {
+        co_return;
+    }
+    const CallTracks tracks = existingTracks(*stored);
+    if (lacksTrack(*stored->call, tracks)) {
+        const std::string missing = TranscriberError::missingFile().what();
+        flash({.text = missing, .symbol = warningSymbol});
+        if (stored->call->segments.empty()) {
+            editCall(id, [&missing](CallRecord& call) { call.problem = missing; });
+        }
         co_return;
     }
     const auto lock = LibraryLock::forCall(store_.audioFolder(id));
@@ -228,8 +252,9 @@ QCoro::Task<> AppModel::retranscribe(Uuid id) {
     const std::stop_token stop = stopProcessing_.get_token();
     std::optional<Note> result;
     std::string problem;
-    const auto work = [processor = processor(), before, tracks = existingTracks(before), told = context(*before.call),
-                       stop] { return processor.retranscribe(before, tracks, told, stop); };
+    const auto work = [processor = processor(), before, tracks, told = context(*before.call), stop] {
+        return processor.retranscribe(before, tracks, told, stop);
+    };
     try {
         result = co_await inBackground(work);
     } catch (const std::exception& error) {

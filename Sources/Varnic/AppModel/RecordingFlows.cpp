@@ -157,13 +157,10 @@ QCoro::Task<> AppModel::stopRecordingForQuit() {
         digest = ExtractiveSummariser::makeDigest(call.segments, context(call), region, currentDate());
         call.digest = digest;
     }
-    store_.save(NoteEditor::callNote(result->noteID, std::move(call), digest, region, currentDate()),
-                [mark = result->mark](const LibraryQueue::Saved& saved) {
-                    if (!saved.problem) {
-                        mark->remove();
-                    }
-                });
-    store_.flush();
+    notes_.insert(notes_.begin(), NoteEditor::callNote(result->noteID, std::move(call), digest, region, currentDate()));
+    Q_EMIT notesChanged();
+    scheduleSave(result->noteID, true, [mark = result->mark] { mark->remove(); });
+    flushSaves();
 }
 
 void AppModel::discardRecording() {

@@ -24,8 +24,17 @@ QCoro::Task<AppModel::Recovered> AppModel::recoverRecordings() {
     if (isDemo) {
         co_return recovered;
     }
-    const auto found = co_await store_.deadRecordings();
+    std::vector<std::shared_ptr<DeadRecording>> found;
+    try {
+        found = co_await store_.deadRecordings();
+    } catch (const std::exception& error) {
+        recovered.problem = error.what();
+    }
     if (!self) {
+        co_return recovered;
+    }
+    if (recovered.problem) {
+        showUnreadable(recovered.problem);
         co_return recovered;
     }
     recovered.unwritten = takeUnwritten();

@@ -4,6 +4,7 @@
 #include "VarnicCore/Audio/AudioMix.h"
 #include "VarnicCore/Export/Exporter.h"
 #include "VarnicCore/Library/AtomicWrite.h"
+#include "VarnicCore/Library/Folders.h"
 #include "VarnicCore/Text/Wording.h"
 
 #include <QPointer>
@@ -17,6 +18,15 @@ namespace {
 
 constexpr const char* copySymbol = "doc.on.doc";
 
+/// The file, or one of a name like it, where none is yet. Throws LibraryError where that cannot be told.
+std::filesystem::path freeName(const std::filesystem::path& file) {
+    std::filesystem::path name = file;
+    for (int i = 2; Folders::isThere(name); ++i) {
+        name.replace_filename(fmt::format("{} {}{}", file.stem().string(), i, file.extension().string()));
+    }
+    return name;
+}
+
 const EmailDraft* emailOf(const Note* note) {
     return note != nullptr && note->call && note->call->digest ? &note->call->digest->email : nullptr;
 }
@@ -24,6 +34,9 @@ const EmailDraft* emailOf(const Note* note) {
 } // namespace
 
 void AppModel::removeAudio(Uuid id) {
+    if (processing.value().contains(id)) {
+        return;
+    }
     store_.removeAudio(id);
     editCall(id, [](CallRecord& call) {
         call.audioFolder.reset();
@@ -86,6 +99,25 @@ void AppModel::exportFile(Uuid id, ExportFormat format, const std::filesystem::p
         AtomicWrite::replace(file, Exporter::data(*stored, format, exportOptions(), region),
                              AtomicWrite::Readers::asUsual);
     }
+}
+
+QCoro::Task<bool> AppModel::saveCopiesElsewhere() {
+    std::string message = "Choose a folder for what couldn’t be saved";
+    const QPointer self(this);
+    const auto folder = co_await desktop.chooseFolder(std::move(message));
+    if (!self || !folder) {
+        co_return false;
+    }
+    for (const Uuid& id : unsavedNotes()) {
+        try {
+            exportFile(id, ExportFormat::markdown,
+                       freeName(*folder / Exporter::fileName(*note(id), ExportFormat::markdown)));
+        } catch (const std::exception& error) {
+            flash({.text = fmt::format("Export failed: {}", error.what()), .symbol = warningSymbol});
+            co_return false;
+        }
+    }
+    co_return true;
 }
 
 ExportOptions AppModel::exportOptions() const {

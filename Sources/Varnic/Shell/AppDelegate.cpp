@@ -92,7 +92,7 @@ void AppDelegate::carryOut(const Request& request) {
         break;
     case Request::Kind::importFiles:
         model_.desktop.activate();
-        importFiles(request.files);
+        model_.importFiles(request.files);
         break;
     case Request::Kind::toggleRecording:
         model_.toggleRecording();
@@ -100,27 +100,23 @@ void AppDelegate::carryOut(const Request& request) {
     }
 }
 
-/// One after another, since each takes all the processor that it gets.
-QCoro::Task<> AppDelegate::importFiles(std::vector<std::filesystem::path> files) {
-    const QPointer self(this);
-    for (const auto& file : files) {
-        auto importing = model_.importAudio(file);
-        co_await importing;
-        if (!self) {
-            co_return;
-        }
-    }
-}
-
-AppDelegate::TerminateReply AppDelegate::applicationShouldTerminate() {
+AppDelegate::TerminateReply AppDelegate::applicationShouldTerminate(Occasion occasion) {
+    mustEnd_ = mustEnd_ || occasion == Occasion::system;
     model_.flushSaves();
-    if (std::exchange(isTerminating_, isRecording(model_.recorder().state()) || isTerminating_)) {
+    if (isClosing_) {
         return TerminateReply::later;
     }
-    if (!isTerminating_) {
+    if (isRecording(model_.recorder().state())) {
+        isClosing_ = true;
+        closeRecordingAndQuit();
+        return TerminateReply::later;
+    }
+    if (mustEnd_ || model_.unsavedNotes().empty()) {
         return TerminateReply::now;
     }
-    closeRecordingAndQuit();
+    if (!std::exchange(isAsking_, true)) {
+        askAndQuit();
+    }
     return TerminateReply::later;
 }
 
@@ -128,12 +124,44 @@ QCoro::Task<> AppDelegate::closeRecordingAndQuit() {
     const QPointer self(this);
     co_await model_.stopRecordingForQuit();
     if (self) {
-        hooks.quit();
+        isClosing_ = false;
+        terminate();
     }
 }
 
-void AppDelegate::terminate() {
-    if (applicationShouldTerminate() == TerminateReply::now) {
+/// Goes on asking until all is on disk or somewhere else, or the user takes the loss or stays.
+QCoro::Task<> AppDelegate::askAndQuit() {
+    const QPointer self(this);
+    while (!mustEnd_ && !model_.unsavedNotes().empty()) {
+        auto asking = hooks.ask(QuitQuestion::about(model_));
+        const QuitQuestion::Answer answer = co_await asking;
+        if (!self) {
+            co_return;
+        }
+        if (answer == QuitQuestion::Answer::stay) {
+            isAsking_ = false;
+            co_return;
+        }
+        if (answer == QuitQuestion::Answer::tryAgain) {
+            model_.flushSaves();
+        } else if (answer == QuitQuestion::Answer::quitAnyway) {
+            mustEnd_ = true;
+        } else {
+            auto saving = model_.saveCopiesElsewhere();
+            const bool isSaved = co_await saving;
+            if (!self) {
+                co_return;
+            }
+            mustEnd_ = mustEnd_ || isSaved;
+        }
+    }
+    isAsking_ = false;
+    // A recording may have begun meanwhile.
+    terminate();
+}
+
+void AppDelegate::terminate(Occasion occasion) {
+    if (applicationShouldTerminate(occasion) == TerminateReply::now) {
         hooks.quit();
     }
 }

@@ -3,6 +3,7 @@
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Shell/Notifications.h"
 #include "Varnic/Shell/PillController.h"
+#include "Varnic/Shell/QuitQuestion.h"
 #include "Varnic/Shell/Request.h"
 #include "VarnicPlatform/Desktop/DesktopEvents.h"
 #include "VarnicPlatform/Desktop/SleepWatch.h"
@@ -40,6 +41,9 @@ public:
         std::function<void(AppModel&)> loadDemo = [](AppModel& model) { model.isDemo = true; };
         /// The value of an environment variable; nothing where it isn’t set.
         std::function<std::optional<std::string>(const char*)> environment;
+        /// Lets the user say what is to become of notes that could not be saved.
+        std::function<QCoro::Task<QuitQuestion::Answer>(QuitQuestion)> ask =
+            [](QuitQuestion) -> QCoro::Task<QuitQuestion::Answer> { co_return QuitQuestion::Answer::quitAnyway; };
         /// Ends the event loop.
         std::function<void()> quit;
     };
@@ -58,16 +62,24 @@ public:
     void perform(const Request& request);
 
     enum class TerminateReply { now, later };
+    enum class Occasion {
+        /// Can be asked, and may say no.
+        user,
+        /// A polite kill, say, which would wait for an answer in vain: what cannot be saved is kept beside the library
+        /// for the next start.
+        system
+    };
 
-    /// Saves what is pending. `later` while a recording is closed and filed, after which `hooks.quit` is called.
-    TerminateReply applicationShouldTerminate();
+    /// Saves what is pending. `later` while a recording is closed and filed, and while the user is asked about notes
+    /// that cannot be saved; after that `hooks.quit` is called, unless the user stays.
+    TerminateReply applicationShouldTerminate(Occasion occasion = Occasion::user);
 
-    /// What Quit, a polite kill and the session's end do: `applicationShouldTerminate`, and `hooks.quit` at once where
-    /// nothing is left to do.
-    void terminate();
+    /// What Quit and a polite kill do: `applicationShouldTerminate`, and `hooks.quit` at once where nothing is left to
+    /// do.
+    void terminate(Occasion occasion = Occasion::user);
 
-    /// As `terminate`, but returns when all is on disk and leaves the quitting to the caller: for a session manager
-    /// that ends the program as soon as it has answered (QGuiApplication::commitDataRequest).
+    /// As `terminate` for the system, but returns when all is on disk and leaves the quitting to the caller: for a
+    /// session manager that ends the program as soon as it has answered (QGuiApplication::commitDataRequest).
     void finishBeforeLogout();
 
     /// Closing the window leaves the program, and a recording, running.
@@ -89,8 +101,8 @@ private:
     void takeHotkeyStatus(const Hotkey::Status& status);
     void observeSleep();
     void carryOut(const Request& request);
-    QCoro::Task<> importFiles(std::vector<std::filesystem::path> files);
     QCoro::Task<> closeRecordingAndQuit();
+    QCoro::Task<> askAndQuit();
     void goOnToSleep();
 
     AppModel& model_;
@@ -102,7 +114,11 @@ private:
     std::unique_ptr<SleepWatch> sleepWatch_;
     std::function<void()> sleepDone_;
     bool isLaunched_ = false;
-    bool isTerminating_ = false;
+    /// The recording is being closed for the end of the program.
+    bool isClosing_ = false;
+    bool isAsking_ = false;
+    /// Nobody is asked any more.
+    bool mustEnd_ = false;
     std::vector<Request> waiting_;
 };
 

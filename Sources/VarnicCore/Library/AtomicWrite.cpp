@@ -1,17 +1,16 @@
 #include "VarnicCore/Library/AtomicWrite.h"
 
-#include "VarnicCore/Library/FileDescriptor.h"
+#include "VarnicCore/Library/Folders.h"
 #include "VarnicCore/Library/LibraryError.h"
 #include "VarnicCore/Models/Uuid.h"
 
 #include <fcntl.h>
+#include <stdio.h> // NOLINT(modernize-deprecated-headers): renameat2 is the system's
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
-#include <string>
-#include <system_error>
+#include <utility>
 
 namespace varnic::AtomicWrite {
 
@@ -23,92 +22,136 @@ constexpr std::string_view suffix = ".tmp";
 constexpr mode_t forOwner = 0600;
 
 /// A name that is short enough also where the target's is as long as a name can be.
-std::string besides(const path& target) {
-    return (target.parent_path() / ("." + Uuid::random().text() + std::string(suffix))).string();
+path besides(const path& target) {
+    return target.parent_path() / ("." + Uuid::random().text() + std::string(suffix));
 }
 
-bool forceToDisk(const path& folder) {
-    const FileDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    // Some file systems cannot force a folder; they answer EINVAL.
-    return descriptor.isOpen() && (::fsync(descriptor.number()) == 0 || errno == EINVAL);
-}
-
-/// A new file beside the target, removed unless it has been moved away.
-class TemporaryFile {
-public:
-    /// The process's file mode mask takes away from the mode.
-    TemporaryFile(const path& target, mode_t mode)
-        : path_(besides(target)), descriptor_(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode)) {
-        if (!descriptor_.isOpen()) {
-            throw LibraryError::fromErrno("written", target);
-        }
-    }
-
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    ~TemporaryFile() {
-        if (!path_.empty()) {
-            ::unlink(path_.c_str());
-        }
-    }
-
-    /// Each of these is false on failure, with the reason in errno.
-    [[nodiscard]] bool write(std::string_view bytes) const {
-        while (!bytes.empty()) {
-            const ssize_t count = ::write(descriptor_.number(), bytes.data(), bytes.size());
-            if (count < 0 && errno != EINTR) {
-                return false;
-            }
-            bytes.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
-        }
-        return true;
-    }
-
-    [[nodiscard]] std::error_code fillFrom(const path& other) const {
-        std::error_code failure;
-        std::filesystem::copy_file(other, path_, std::filesystem::copy_options::overwrite_existing, failure);
-        return failure;
-    }
-
-    [[nodiscard]] bool setMode(mode_t mode) const { return ::fchmod(descriptor_.number(), mode) == 0; }
-
-    /// Forces it to the disk, moves it to the target and forces that to the disk.
-    [[nodiscard]] bool moveTo(const path& target) {
-        if (::fsync(descriptor_.number()) != 0 || std::rename(path_.c_str(), target.c_str()) != 0) {
+/// False on failure, with the reason in errno.
+bool writeAll(int file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(file, bytes.data(), bytes.size());
+        if (count < 0 && errno != EINTR) {
             return false;
         }
-        path_.clear();
-        return forceToDisk(target.parent_path() / ".");
+        bytes.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
     }
+    return true;
+}
 
-private:
-    std::string path_;
-    FileDescriptor descriptor_;
-};
+/// Whether the file system has no such form of moving, after a failure of it.
+bool isUnknownToFileSystem() {
+    return errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP;
+}
 
 } // namespace
 
-void replace(const path& file, std::string_view bytes, Readers readers) {
-    constexpr mode_t forAll = 0666;
-    constexpr mode_t modeBits = 0777;
-    TemporaryFile temporary(file, readers == Readers::owner ? forOwner : forAll);
-    struct stat old{};
-    const bool keepsMode = readers == Readers::asUsual && ::stat(file.c_str(), &old) == 0;
-    if ((keepsMode && !temporary.setMode(old.st_mode & modeBits)) || !temporary.write(bytes) ||
-        !temporary.moveTo(file)) {
-        throw LibraryError::fromErrno("written", file);
+Prepared::Prepared(path target, mode_t mode)
+    : target_(std::move(target)), temporary_(besides(target_)),
+      descriptor_(::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode)) {
+    if (!descriptor_.isOpen()) {
+        throw LibraryError::fromErrno("written", target_);
     }
 }
 
+Prepared::Prepared(const path& target, std::string_view bytes, Readers readers)
+    : Prepared(target, readers == Readers::owner ? forOwner : mode_t{0666}) {
+    constexpr mode_t modeBits = 0777;
+    struct stat old{};
+    const bool keepsMode = readers == Readers::asUsual && ::stat(target.c_str(), &old) == 0;
+    if ((keepsMode && ::fchmod(descriptor_.number(), old.st_mode & modeBits) != 0) ||
+        !writeAll(descriptor_.number(), bytes)) {
+        throw LibraryError::fromErrno("written", target);
+    }
+    forceToDisk();
+}
+
+Prepared Prepared::copyOf(const path& from, const path& target) {
+    Prepared prepared(target, forOwner);
+    std::error_code failure;
+    std::filesystem::copy_file(from, prepared.temporary_, std::filesystem::copy_options::overwrite_existing, failure);
+    if (failure) {
+        throw LibraryError("written", target, failure);
+    }
+    prepared.forceToDisk();
+    return prepared;
+}
+
+Prepared::Prepared(Prepared&& other) noexcept
+    : target_(std::move(other.target_)), temporary_(std::exchange(other.temporary_, path())),
+      descriptor_(std::move(other.descriptor_)) {}
+
+Prepared::~Prepared() {
+    if (!temporary_.empty()) {
+        ::unlink(temporary_.c_str());
+    }
+}
+
+void Prepared::forceToDisk() const {
+    if (::fsync(descriptor_.number()) != 0) {
+        throw LibraryError::fromErrno("written", target_);
+    }
+}
+
+void Prepared::moveOver() {
+    if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
+        throw LibraryError::fromErrno("written", target_);
+    }
+    temporary_.clear();
+    settle();
+}
+
+void Prepared::settle() const {
+    const path folder = target_.parent_path() / ".";
+    const FileDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    // Some file systems cannot force a folder; they answer EINVAL.
+    if (!descriptor.isOpen() || (::fsync(descriptor.number()) != 0 && errno != EINVAL)) {
+        throw LibraryError::fromErrno("written", target_);
+    }
+}
+
+void Prepared::replace() {
+    moveOver();
+}
+
+bool Prepared::placeNew() {
+    if (::renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target_.c_str(), RENAME_NOREPLACE) == 0) {
+        temporary_.clear();
+        settle();
+        return true;
+    }
+    if (errno == EEXIST) {
+        return false;
+    }
+    if (!isUnknownToFileSystem()) {
+        throw LibraryError::fromErrno("written", target_);
+    }
+    if (Folders::isThere(target_)) {
+        return false;
+    }
+    moveOver();
+    return true;
+}
+
+Prepared::Exchange Prepared::exchange() {
+    if (::renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target_.c_str(), RENAME_EXCHANGE) == 0) {
+        return Exchange::done;
+    }
+    if (errno == ENOENT && !Folders::isThere(target_)) {
+        return Exchange::nothingThere;
+    }
+    if (!isUnknownToFileSystem()) {
+        throw LibraryError::fromErrno("written", target_);
+    }
+    moveOver();
+    return Exchange::overwritten;
+}
+
+void replace(const path& file, std::string_view bytes, Readers readers) {
+    Prepared(file, bytes, readers).replace();
+}
+
 void copy(const path& from, const path& file) {
-    TemporaryFile temporary(file, forOwner);
-    if (const std::error_code failure = temporary.fillFrom(from)) {
-        throw LibraryError("written", file, failure);
-    }
-    if (!temporary.moveTo(file)) {
-        throw LibraryError::fromErrno("written", file);
-    }
+    Prepared::copyOf(from, file).replace();
 }
 
 bool isTemporary(const path& file) {

@@ -15,12 +15,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Whether anything is there, a dangling link too.
-bool isThere(const fs::path& entry) {
-    std::error_code ignored;
-    return fs::symlink_status(entry, ignored).type() != fs::file_type::not_found;
-}
-
 bool isFolder(const fs::path& entry) {
     struct stat status{};
     return ::stat(entry.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
@@ -73,14 +67,46 @@ void make(const fs::path& folder) {
     }
 }
 
-std::vector<fs::path> entries(const fs::path& folder) {
+bool isThere(const fs::path& entry) {
+    std::error_code failure;
+    const fs::file_type type = fs::symlink_status(entry, failure).type();
+    if (type == fs::file_type::none) {
+        throw LibraryError("read", entry, failure);
+    }
+    return type != fs::file_type::not_found;
+}
+
+void expectAccess(const fs::path& folder) {
+    std::error_code failure;
+    if (!fs::exists(fs::status(folder / ".", failure))) {
+        throw LibraryError("read", folder, failure);
+    }
+}
+
+std::vector<fs::path> list(const fs::path& folder) {
     std::vector<fs::path> found;
     std::error_code failure;
     for (fs::directory_iterator entry(folder, failure); !failure && entry != fs::directory_iterator();
          entry.increment(failure)) {
         found.push_back(entry->path());
     }
+    if (failure == std::errc::no_such_file_or_directory) {
+        return {};
+    }
+    if (failure) {
+        throw LibraryError("read", folder, failure);
+    }
+    // Who may list a folder may not always enter it, and then each of its files would seem to be the trouble.
+    expectAccess(folder);
     return found;
+}
+
+std::vector<fs::path> entries(const fs::path& folder) {
+    try {
+        return list(folder);
+    } catch (const LibraryError&) {
+        return {};
+    }
 }
 
 void moveIfThere(const fs::path& from, const fs::path& to) {

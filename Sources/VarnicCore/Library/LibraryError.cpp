@@ -30,6 +30,13 @@ std::string reason(std::error_code code) {
         return "a folder stands where a file should be";
     case EEXIST:
         return "another one stands in its place";
+    case ENODEV:
+        return "its disk is gone";
+    case ENOTCONN:
+    case ESTALE:
+        return "the connection to its disk is lost";
+    case ELOOP:
+        return "links lead in a circle";
     case EIO:
         return "the disk is faulty";
     default:

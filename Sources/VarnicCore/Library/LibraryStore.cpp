@@ -1,12 +1,12 @@
 #include "VarnicCore/Library/LibraryStore.h"
 
-#include "VarnicCore/Library/AtomicWrite.h"
 #include "VarnicCore/Library/Folders.h"
 #include "VarnicCore/Library/NoteFileReader.h"
 #include "VarnicCore/Library/NoteJson.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <atomic>
@@ -35,16 +35,28 @@ struct ReadNote : std::expected<Note, std::string> {
     std::uint64_t fingerprint = 0;
 };
 
-/// The note files of a folder in order of their names; none when it cannot be listed.
+/// The note files of a folder in order of their names. Throws LibraryError when it cannot be listed.
 std::vector<fs::path> noteFiles(const fs::path& folder) {
     std::vector<fs::path> files;
-    for (fs::path& entry : Folders::entries(folder)) {
+    for (fs::path& entry : Folders::list(folder)) {
         if (entry.extension() == noteExtension) {
             files.push_back(std::move(entry));
         }
     }
     std::ranges::sort(files, {}, &fs::path::native);
     return files;
+}
+
+/// The disk of a folder, or of what is left of the way to it.
+std::optional<dev_t> diskOf(fs::path folder) {
+    struct stat status{};
+    while (::stat(folder.c_str(), &status) != 0) {
+        if (!folder.has_relative_path()) {
+            return std::nullopt;
+        }
+        folder = folder.parent_path();
+    }
+    return status.st_dev;
 }
 
 /// Fewer files than this are not worth a further thread.
@@ -105,6 +117,7 @@ LibraryStore::LibraryStore(fs::path root) : root_(std::move(root)) {
         } catch (const LibraryError&) { // NOLINT(bugprone-empty-catch): the first save tells
         }
     }
+    disk_ = diskOf(root_);
 }
 
 fs::path LibraryStore::url(const Uuid& id) const {
@@ -116,7 +129,13 @@ fs::path LibraryStore::audioFolder(const Uuid& id) const {
 }
 
 std::vector<Note> LibraryStore::loadAll(Date now) {
-    const std::vector<fs::path> files = noteFiles(notesDir());
+    std::vector<fs::path> files;
+    listingProblem_.reset();
+    try {
+        files = noteFiles(notesDir());
+    } catch (const LibraryError& error) {
+        listingProblem_ = error.what();
+    }
     std::vector<ReadNote> results = readAll(files, now);
     keepOneOfAnId(results, files);
     unreadable_.clear();
@@ -146,18 +165,22 @@ std::optional<Note> LibraryStore::load(const Uuid& id, Date now) const {
 }
 
 void LibraryStore::save(const Note& note) {
-    write(note.id, encoded(note));
-}
-
-void LibraryStore::write(const Uuid& id, std::string_view bytes) {
-    const fs::path file = url(id);
+    const std::string bytes = encoded(note);
+    const fs::path file = url(note.id);
     if (const auto damaged = std::ranges::find(unreadable_, file, &UnreadableFile::path);
         damaged != unreadable_.end()) {
         Folders::moveIfThere(file, file.string() + ".damaged");
         unreadable_.erase(damaged);
     }
-    Folders::make(notesDir()); // somebody may have removed the library from under us
-    AtomicWrite::replace(file, bytes);
+    prepare(note.id, bytes).replace();
+}
+
+AtomicWrite::Prepared LibraryStore::prepare(const Uuid& id, std::string_view bytes) const {
+    if (!Folders::isThere(notesDir()) && disk_ && diskOf(root_) != disk_) {
+        throw LibraryError("written", root_, std::make_error_code(std::errc::no_such_device));
+    }
+    Folders::make(notesDir());
+    return {url(id), bytes};
 }
 
 std::string LibraryStore::encoded(const Note& note) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VarnicCore/Library/AtomicWrite.h"
 #include "VarnicCore/Library/LibraryError.h"
 #include "VarnicCore/Models/Note.h"
 
@@ -10,6 +11,8 @@
 #include <string_view>
 #include <unordered_map>
 #include <vector>
+
+#include <sys/types.h>
 
 namespace varnic {
 
@@ -48,6 +51,10 @@ public:
     /// The files that the last `loadAll` could not read. They stay on disk as they are.
     [[nodiscard]] const std::vector<UnreadableFile>& unreadable() const { return unreadable_; }
 
+    /// Why the last `loadAll` could not list the notes, in one sentence; nothing where it could, or where there is no
+    /// folder of notes yet.
+    [[nodiscard]] const std::optional<std::string>& listingProblem() const { return listingProblem_; }
+
     /// What the last `loadAll` found of each note.
     [[nodiscard]] const std::unordered_map<Uuid, NoteVersion>& versions() const { return versions_; }
 
@@ -64,8 +71,9 @@ public:
     [[nodiscard]] std::filesystem::path audioFolder(const Uuid& id) const;
 
     /// All notes that can be read, newest first by creation and in order of their file names where that is equal. `now`
-    /// stands for a missing date of creation. Of several files with the same id the one that is named by it counts, or
-    /// else the first; the others go to `unreadable`, since saving either of two such notes would overwrite the other.
+    /// stands for a missing date of creation. None when they cannot be listed (see `listingProblem`). Of several files
+    /// with the same id the one that is named by it counts, or else the first; the others go to `unreadable`, since
+    /// saving either of two such notes would overwrite the other.
     std::vector<Note> loadAll(Date now);
 
     /// The note in the file of this id; nothing when it cannot be read.
@@ -76,8 +84,9 @@ public:
     /// EncodeError.
     void save(const Note& note);
 
-    /// Writes a note in its stored form, as `save` does. Throws LibraryError.
-    void write(const Uuid& id, std::string_view bytes);
+    /// A note in its stored form, on the disk and ready to take the place of its file. A library that was removed is
+    /// made anew, but not in the place of one whose disk was taken away. Throws LibraryError.
+    [[nodiscard]] AtomicWrite::Prepared prepare(const Uuid& id, std::string_view bytes) const;
 
     /// The bytes that `save` would write. Throws EncodeError.
     [[nodiscard]] static std::string encoded(const Note& note);
@@ -114,7 +123,10 @@ public:
 
 private:
     std::filesystem::path root_;
+    /// The disk that the library was on when it was opened.
+    std::optional<dev_t> disk_;
     std::vector<UnreadableFile> unreadable_;
+    std::optional<std::string> listingProblem_;
     std::unordered_map<Uuid, NoteVersion> versions_;
 };
 

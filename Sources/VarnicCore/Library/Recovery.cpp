@@ -5,6 +5,7 @@
 #include "VarnicCore/Library/AtomicWrite.h"
 #include "VarnicCore/Library/Folders.h"
 #include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Library/TrackFiles.h"
 
 #include <algorithm>
 #include <chrono>
@@ -29,18 +30,13 @@ struct Track {
     double length = 0;
 };
 
-/// Where a side has several files, the usual form of a track goes first.
 std::optional<Track> trackOf(const std::vector<fs::path>& entries, Speaker speaker) {
-    std::optional<Track> best;
-    for (const fs::path& entry : entries) {
-        if (entry.stem() != rawValue(speaker) || (best && entry.extension() != ".m4a")) {
-            continue;
-        }
-        if (const double length = AudioFiles::duration(entry); length > 0) {
-            best = Track{entry, length};
+    for (const fs::path& file : TrackFiles::of(entries, speaker)) {
+        if (const double length = AudioFiles::duration(file); length > 0) {
+            return Track{file, length};
         }
     }
-    return best;
+    return std::nullopt;
 }
 
 /// The track of a side that was recorded but of which nothing is on disk, since it had just begun or nobody had spoken
@@ -74,16 +70,13 @@ Date startOf(const Track& track) {
 }
 
 bool holdsTracks(const std::vector<fs::path>& entries) {
-    return std::ranges::any_of(entries, [](const fs::path& entry) {
-        return std::ranges::any_of(allSpeakers, [&](Speaker speaker) { return entry.stem() == rawValue(speaker); });
-    });
+    return std::ranges::any_of(allSpeakers, [&](Speaker speaker) { return !TrackFiles::of(entries, speaker).empty(); });
 }
 
-/// Whether the recording's note is saved, or was and has been deleted.
+/// Whether the recording's note is saved, or was and has been deleted. Throws LibraryError where that cannot be told.
 bool isFiled(const LibraryStore& store, const Uuid& id) {
-    std::error_code ignored;
-    return fs::exists(store.url(id), ignored) || fs::exists(store.url(id).string() + ".damaged", ignored) ||
-           fs::exists(store.deletedDir() / id.text(), ignored);
+    return Folders::isThere(store.url(id)) || Folders::isThere(store.url(id).string() + ".damaged") ||
+           Folders::isThere(store.deletedDir() / id.text());
 }
 
 Recording describe(const fs::path& folder, const Uuid& id, const std::optional<RecordingMark>& mark) {
@@ -159,7 +152,9 @@ std::optional<DeadRecording> unmarked(const LibraryStore& store, const fs::path&
 
 std::vector<DeadRecording> find(const LibraryStore& store) {
     std::vector<DeadRecording> dead;
-    for (const fs::path& folder : Folders::entries(store.audioDir())) {
+    // A note that cannot be looked for is not a note that was never saved.
+    static_cast<void>(Folders::list(store.notesDir()));
+    for (const fs::path& folder : Folders::list(store.audioDir())) {
         const auto id = Uuid::parse(folder.filename().string());
         if (!id || store.audioFolder(*id) != folder) {
             continue;

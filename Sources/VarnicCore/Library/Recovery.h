@@ -27,7 +27,7 @@ namespace Recovery {
 /// processes are left alone; marks of those whose note was saved, and folders left before there was a mark, are
 /// removed. A marked recording's side that has a file, but nothing in it yet, becomes silence. Where a mark is missing
 /// or damaged, the recording's start is told from its tracks' dates and lengths, and the source is "Call". Reads each
-/// track's packets.
+/// track's packets. Throws LibraryError where the library cannot be looked into.
 std::vector<DeadRecording> find(const LibraryStore& store);
 
 } // namespace Recovery

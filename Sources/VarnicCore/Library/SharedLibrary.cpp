@@ -4,11 +4,17 @@
 #include "VarnicCore/Library/LibraryError.h"
 #include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Library/NoteFileReader.h"
+#include "VarnicCore/Library/NoteMerge.h"
+#include "VarnicCore/Text/Unicode.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
 #include <exception>
+#include <string_view>
 #include <utility>
 
 namespace varnic {
@@ -17,24 +23,24 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool isThere(const fs::path& file) {
-    std::error_code ignored;
-    return fs::symlink_status(file, ignored).type() != fs::file_type::not_found;
-}
+using AtomicWrite::Prepared;
+
+/// How often a file may be removed and made by others while a note is about to take its place.
+constexpr int attempts = 100;
 
 /// A name beside the file that is free.
 fs::path damagedName(const fs::path& file) {
     fs::path name = file.string() + ".damaged";
-    for (int i = 2; isThere(name); ++i) {
+    for (int i = 2; Folders::isThere(name); ++i) {
         name = fmt::format("{}.damaged-{}", file.string(), i);
     }
     return name;
 }
 
-/// Another program's version as a note of its own. The recording stays with the note that it belongs to.
-Note otherCopy(const Note& other) {
+/// Another version of a note as a note of its own. The recording stays with the note that it belongs to.
+Note otherCopy(const Note& other, const Uuid& id) {
     Note copy = other;
-    copy.id = Uuid::random();
+    copy.id = id;
     copy.title = fmt::format("{} (other copy)", other.displayTitle());
     if (copy.call) {
         copy.call->audioFolder.reset();
@@ -43,23 +49,21 @@ Note otherCopy(const Note& other) {
     return copy;
 }
 
-/// Whether all that a reader sees of the block is in the other: one that was typed further, for instance.
-bool holds(const Block& block, Block less) {
-    if (!block.text.contains(less.text) || !block.back.contains(less.back)) {
-        return false;
-    }
-    less.text = block.text;
-    less.back = block.back;
-    return block == less;
+/// An id that only depends on what the note holds, so that several computers that meet with the same conflict make one
+/// copy of it.
+Uuid idOfContents(const Note& note) {
+    const std::string bytes = LibraryStore::encoded(note);
+    const std::array<std::uint64_t, 2> halves{fingerprintOf(bytes), fingerprintOf(bytes + note.id.text())};
+    Uuid id;
+    std::memcpy(id.bytes.data(), halves.data(), id.bytes.size());
+    return id;
 }
 
-/// Whether nothing would be lost if the one note stood in place of the other.
-bool holds(const Note& note, const Note& less) {
-    return note.title == less.title && note.call == less.call &&
-           std::ranges::all_of(less.blocks, [&note](const Block& block) {
-               const auto same = std::ranges::find(note.blocks, block.id, &Block::id);
-               return same != note.blocks.end() && holds(*same, block);
-           });
+/// Whether a synchroniser has named the file as a version in conflict: "….sync-conflict-20260314-….json", "… (Sam's
+/// conflicted copy 2026-03-14).json".
+bool isConflictCopy(const fs::path& file) {
+    return file.extension() == ".json" && !AtomicWrite::isTemporary(file) &&
+           Unicode::lowerCased(file.stem().string()).contains("conflict");
 }
 
 } // namespace
@@ -74,31 +78,33 @@ struct SharedLibrary::Found {
 
 std::vector<Note> SharedLibrary::loadAll(Date now) {
     std::vector<Note> notes = store_.loadAll(now);
-    known_ = store_.versions();
-    gone_.clear();
+    known_.clear();
+    for (const auto& [id, version] : store_.versions()) {
+        known_[id].version = version;
+    }
     return notes;
 }
 
+/// Throws LibraryError where it cannot be told whether there is anything.
 SharedLibrary::Found SharedLibrary::look(const fs::path& file, Date now) {
     NoteFileReader reader;
     try {
         Note note = reader.read(file, now);
         return {true, {file, reader.fingerprint()}, std::move(note)};
     } catch (const std::exception&) {
-        return {varnic::isThere(file), {file, 0}, std::nullopt};
+        return {Folders::isThere(file), {file, 0}, std::nullopt};
     }
 }
 
 bool SharedLibrary::isKnown(const Uuid& id, const NoteVersion& version) const {
     const auto known = known_.find(id);
-    return known != known_.end() && known->second == version;
+    return known != known_.end() && known->second.version == version;
 }
 
-void SharedLibrary::write(const Note& note) {
-    const std::string bytes = LibraryStore::encoded(note);
-    store_.write(note.id, bytes);
-    known_[note.id] = {store_.url(note.id), fingerprintOf(bytes)};
-    gone_.erase(note.id);
+/// The note's file holds this, as far as is known here.
+void SharedLibrary::know(const Note& note, std::string_view bytes) {
+    known_[note.id] = {.version = {store_.url(note.id), fingerprintOf(bytes)},
+                       .note = std::make_shared<const Note>(note)};
 }
 
 void SharedLibrary::bringBack(const Uuid& id, Date now) const {
@@ -109,20 +115,41 @@ void SharedLibrary::bringBack(const Uuid& id, Date now) const {
     }
 }
 
+/// Gives a note whose file has another name the one that it is written to and deleted by.
+void SharedLibrary::nameById(const Uuid& id) {
+    const auto known = known_.find(id);
+    const fs::path file = store_.url(id);
+    if (known == known_.end() || known->second.version.file == file || Folders::isThere(file)) {
+        return;
+    }
+    Folders::moveIfThere(known->second.version.file, file);
+    known->second.version.file = file;
+}
+
+/// Both versions in one; nothing where that cannot be.
+std::optional<Note> SharedLibrary::merged(const Found& other, const Note& ours, const Note* base) const {
+    const auto known = known_.find(ours.id);
+    if (known != known_.end() && known->second.note) {
+        base = known->second.note.get();
+    }
+    return other.note && base != nullptr ? NoteMerge::merged(*base, ours, *other.note) : std::nullopt;
+}
+
 /// Saves what another program wrote from being overwritten by ours.
 std::optional<Note> SharedLibrary::keep(const Found& other, const Note& ours, Date now) {
     if (!other.note) {
-        Folders::moveIfThere(other.version.file, damagedName(other.version.file));
+        Folders::moveIfThere(other.version.file, damagedName(store_.url(ours.id)));
         return std::nullopt;
     }
-    if (*other.note == ours) {
+    if (NoteMerge::holds(ours, *other.note)) {
         return std::nullopt;
     }
-    Note copy = otherCopy(*other.note);
+    Note copy = otherCopy(*other.note, Uuid::random());
     if (follow(copy, ours.id, now)) {
         return std::nullopt;
     }
-    write(copy);
+    store_.save(copy);
+    know(copy, LibraryStore::encoded(copy));
     copies_[ours.id] = copy.id;
     return copy;
 }
@@ -136,7 +163,7 @@ bool SharedLibrary::follow(Note copy, const Uuid& original, Date now) {
         return false;
     }
     const Found before = look(store_.url(last->second), now);
-    if (!before.note || !holds(copy, *before.note)) {
+    if (!before.note || !NoteMerge::holds(copy, *before.note)) {
         return false;
     }
     copy.id = last->second;
@@ -144,25 +171,109 @@ bool SharedLibrary::follow(Note copy, const Uuid& original, Date now) {
     return true;
 }
 
-std::optional<Note> SharedLibrary::save(const Note& note, Date now) {
+std::optional<Note> SharedLibrary::save(const Note& note, Date now, const Note* base) {
     const LibraryLock lock = LibraryLock::forWriting(store_.root());
-    Found found = look(store_.url(note.id), now);
-    if (!found.isThere) {
-        bringBack(note.id, now);
-        found = look(store_.url(note.id), now);
-    }
+    nameById(note.id);
+    const fs::path file = store_.url(note.id);
+    // On the disk before anything is compared, so that hardly any time is left for others between that and the
+    // exchange.
+    const std::string bytes = LibraryStore::encoded(note);
+    auto prepared = std::make_unique<Prepared>(store_.prepare(note.id, bytes));
     std::optional<Note> copy;
-    if (found.isThere && !isKnown(note.id, found.version)) {
-        copy = keep(found, note, now);
+    for (int i = 0; i < attempts; ++i) {
+        Found found = look(file, now);
+        if (!found.isThere) {
+            bringBack(note.id, now);
+            found = look(file, now);
+        }
+        if (found.isThere && !isKnown(note.id, found.version)) {
+            if (const auto both = merged(found, note, base)) {
+                prepared = std::make_unique<Prepared>(store_.prepare(note.id, LibraryStore::encoded(*both)));
+            } else if (auto kept = keep(found, note, now)) {
+                copy = std::move(kept);
+            }
+        }
+        if (!found.note) {
+            if (prepared->placeNew()) {
+                know(note, bytes);
+                return copy;
+            }
+            continue; // somebody has just made it
+        }
+        const Prepared::Exchange exchange = prepared->exchange();
+        if (exchange == Prepared::Exchange::nothingThere) {
+            continue;
+        }
+        if (exchange == Prepared::Exchange::done) {
+            const Found replaced = look(prepared->temporary(), now);
+            if (replaced.version.fingerprint != found.version.fingerprint) {
+                if (auto kept = keep(replaced, note, now)) {
+                    copy = std::move(kept);
+                }
+            }
+            prepared->settle();
+        }
+        know(note, bytes);
+        return copy;
     }
-    write(note);
-    return copy;
+    throw LibraryError("written", file, std::make_error_code(std::errc::device_or_resource_busy));
+}
+
+std::uint64_t SharedLibrary::knownFingerprint(const Uuid& id) const {
+    const auto known = known_.find(id);
+    return known == known_.end() ? 0 : known->second.version.fingerprint;
+}
+
+void SharedLibrary::takeIn(const Note& note, std::uint64_t base, Date now) {
+    const LibraryLock lock = LibraryLock::forWriting(store_.root());
+    takeInLocked(note, base, now);
+}
+
+void SharedLibrary::takeInLocked(const Note& note, std::uint64_t base, Date now) {
+    const fs::path file = store_.url(note.id);
+    Found stored = look(file, now);
+    if (!stored.isThere) {
+        bringBack(note.id, now);
+        stored = look(file, now);
+    }
+    if (stored.note && NoteMerge::holds(*stored.note, note)) {
+        return;
+    }
+    const bool isReplaced = stored.note && (stored.version.fingerprint == base || NoteMerge::holds(note, *stored.note));
+    const bool isInTheWay = stored.isThere && !isReplaced;
+    const Note taken = isInTheWay ? otherCopy(note, idOfContents(note)) : note;
+    // A copy that is there already may have been edited since.
+    if (!isInTheWay) {
+        store_.save(taken);
+    } else if (!Folders::isThere(store_.deletedDir() / taken.id.text())) {
+        store_.prepare(taken.id, LibraryStore::encoded(taken)).placeNew();
+    }
+}
+
+bool SharedLibrary::takeInConflicts(const std::optional<std::set<std::string>>& names, Date now) {
+    bool hasAny = false;
+    for (const std::string& name : names ? *names : allNames()) {
+        const fs::path file = store_.notesDir() / name;
+        if (!isConflictCopy(file)) {
+            continue;
+        }
+        const LibraryLock lock = LibraryLock::forWriting(store_.root());
+        const Found found = look(file, now);
+        // Without the note's own file it is the note.
+        if (found.note && store_.url(found.note->id) != file && Folders::isThere(store_.url(found.note->id))) {
+            takeInLocked(*found.note, 0, now);
+            Folders::removeAll(file);
+            hasAny = true;
+        }
+    }
+    return hasAny;
 }
 
 void SharedLibrary::remove(const Uuid& id) {
     const LibraryLock lock = LibraryLock::forWriting(store_.root());
+    nameById(id);
     store_.remove(id);
-    gone_.insert(id);
+    known_[id].isGone = true;
 }
 
 std::optional<Note> SharedLibrary::restore(const Uuid& id, Date now) {
@@ -170,21 +281,30 @@ std::optional<Note> SharedLibrary::restore(const Uuid& id, Date now) {
     store_.restore(id, now);
     Found found = look(store_.url(id), now);
     if (found.note) {
-        known_[id] = found.version;
-        gone_.erase(id);
+        known_[id] = {.version = found.version, .note = std::make_shared<const Note>(*found.note)};
     }
     return std::move(found.note);
 }
 
 std::set<std::string> SharedLibrary::allNames() const {
     std::set<std::string> names;
-    for (const fs::path& file : Folders::entries(store_.notesDir())) {
+    for (const fs::path& file : Folders::list(store_.notesDir())) {
         names.insert(file.filename().string());
     }
-    for (const auto& [id, version] : known_) {
-        names.insert(version.file.filename().string());
+    for (const auto& [id, known] : known_) {
+        names.insert(known.version.file.filename().string());
     }
     return names;
+}
+
+/// The note that a file which is gone held: the one whose name it bears, or that was found in it.
+std::optional<Uuid> SharedLibrary::idOf(const fs::path& goneFile) const {
+    if (const auto id = Uuid::parse(goneFile.stem().string())) {
+        return id;
+    }
+    const auto known =
+        std::ranges::find_if(known_, [&](const auto& one) { return one.second.version.file == goneFile; });
+    return known == known_.end() ? std::nullopt : std::optional(known->first);
 }
 
 std::optional<NoteChange> SharedLibrary::changeOf(const fs::path& file, Date now) const {
@@ -192,20 +312,28 @@ std::optional<NoteChange> SharedLibrary::changeOf(const fs::path& file, Date now
     if (found.isThere && !found.note) {
         return std::nullopt;
     }
-    // A file that is gone can only be that of the note whose name it bears.
-    const std::optional<Uuid> id = found.note ? found.note->id : Uuid::parse(file.stem().string());
+    const std::optional<Uuid> id = found.note ? found.note->id : idOf(file);
     const auto known = id ? known_.find(*id) : known_.end();
-    if (known == known_.end() || gone_.contains(*id)) {
+    if (known == known_.end() || known->second.isGone) {
         return found.note ? std::optional(NoteChange{*id, found.version, std::move(found.note)}) : std::nullopt;
     }
-    // Of several files with one id that counts which was there first.
-    if (known->second.file != file || known->second == found.version) {
+    const NoteVersion& version = known->second.version;
+    if (version == found.version) {
         return std::nullopt;
+    }
+    if (version.file != file) {
+        // Of several files with one id that counts which was there first, unless it has been renamed.
+        if (!found.note || Folders::isThere(version.file)) {
+            return std::nullopt;
+        }
+    } else if (!found.isThere && file != store_.url(*id) && Folders::isThere(store_.url(*id))) {
+        return std::nullopt; // renamed, of which the other name tells
     }
     return NoteChange{*id, found.version, std::move(found.note)};
 }
 
 std::vector<NoteChange> SharedLibrary::changes(const std::optional<std::set<std::string>>& names, Date now) const {
+    Folders::expectAccess(store_.notesDir());
     std::vector<NoteChange> changes;
     for (const std::string& name : names ? *names : allNames()) {
         const fs::path file = store_.notesDir() / name;
@@ -220,11 +348,11 @@ std::vector<NoteChange> SharedLibrary::changes(const std::optional<std::set<std:
 }
 
 void SharedLibrary::accept(const NoteChange& change) {
+    Known& known = known_[change.id];
     if (change.note) {
-        known_[change.id] = change.version;
-        gone_.erase(change.id);
+        known = {.version = change.version, .note = std::make_shared<const Note>(*change.note)};
     } else {
-        gone_.insert(change.id);
+        known.isGone = true;
     }
 }
 

@@ -4,11 +4,12 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace varnic {
@@ -24,8 +25,8 @@ struct NoteChange {
 /// A library on which other programs work too: another Varnic, a file synchroniser, an editor. It remembers of each
 /// note the version that was last read or written here, and no version that it does not know is ever overwritten or
 /// lost: where somebody else has changed a file meanwhile, saving keeps both. Every write looks, decides and writes
-/// under the library's lock; what a writer outside of Varnic does in that moment is the only thing that it cannot see.
-/// One thread at a time.
+/// under the library's lock, and where the file system can exchange two files, it looks at what came out too: only a
+/// writer outside of Varnic that has the very file open in that moment goes unseen. One thread at a time.
 class SharedLibrary {
 public:
     explicit SharedLibrary(std::filesystem::path root) : store_(std::move(root)) {}
@@ -37,12 +38,26 @@ public:
 
     std::vector<Note> loadAll(Date now);
 
-    /// Writes the note. Where its file holds what is not known here, that becomes a note of its own first, named
-    /// "<title> (other copy)" and without the recording, and is given back; of a version that only adds to one that was
-    /// kept so before, that copy takes the additions instead, as another program's change. What cannot be read is set
-    /// aside as "<UUID>.json.damaged". A note that was deleted meanwhile comes back, its recording too. Throws
-    /// LibraryError or EncodeError, and then nothing is lost.
-    std::optional<Note> save(const Note& note, Date now);
+    /// Writes the note. Where its file holds what is not known here, both are brought together if it was changed in
+    /// other places (see NoteMerge); to this program that is another program's change. Else the other version becomes a
+    /// note of its own first, named "<title> (other copy)" and without the recording, and is given back; of a version
+    /// that only adds to one that was kept so before, that copy takes the additions instead. What cannot be read is set
+    /// aside as "<UUID>.json.damaged". A note that was deleted meanwhile comes back, its recording too. A file of
+    /// another name is renamed after the note's id. Throws LibraryError or EncodeError, and then nothing is lost.
+    /// What is known of the note may have been loaded only, and then is not at hand: `base`, if not null, is that.
+    std::optional<Note> save(const Note& note, Date now, const Note* base = nullptr);
+
+    /// The fingerprint of what is known of the note; 0 where nothing is.
+    [[nodiscard]] std::uint64_t knownFingerprint(const Uuid& id) const;
+
+    /// Brings a version of a note into the library that was made elsewhere, of the version with the fingerprint `base`
+    /// (0 where that is not known): in the place of the stored one if that is the base or is in it, else as a note of
+    /// its own, which then is the same one wherever it is made. Throws LibraryError or EncodeError.
+    void takeIn(const Note& note, std::uint64_t base, Date now);
+
+    /// Takes in the files, of these names or all without names, that a synchroniser has put beside notes' files for
+    /// versions in conflict, and removes them; whether there were any. Throws LibraryError, and then nothing is lost.
+    bool takeInConflicts(const std::optional<std::set<std::string>>& names, Date now);
 
     /// Moves the note to the deleted ones, in whatever version. Throws LibraryError.
     void remove(const Uuid& id);
@@ -52,6 +67,7 @@ public:
 
     /// Where the files of these names, or all without names, differ from what is known here. A change is told again
     /// until it has been accepted or saved over. A file that cannot be read tells of none: it may be half written.
+    /// Throws LibraryError where the folder of the notes is gone or cannot be looked into: that removes no note.
     [[nodiscard]] std::vector<NoteChange> changes(const std::optional<std::set<std::string>>& names, Date now) const;
 
     /// From here on the change is known.
@@ -60,19 +76,30 @@ public:
 private:
     struct Found;
 
+    /// What is known of a note.
+    struct Known {
+        NoteVersion version;
+        /// The note in that version, if it was written or changed in this run.
+        std::shared_ptr<const Note> note;
+        /// The file is gone; it may come back.
+        bool isGone = false;
+    };
+
     [[nodiscard]] static Found look(const std::filesystem::path& file, Date now);
     [[nodiscard]] std::set<std::string> allNames() const;
+    [[nodiscard]] std::optional<Uuid> idOf(const std::filesystem::path& goneFile) const;
     [[nodiscard]] bool isKnown(const Uuid& id, const NoteVersion& version) const;
+    [[nodiscard]] std::optional<Note> merged(const Found& other, const Note& ours, const Note* base) const;
     [[nodiscard]] std::optional<NoteChange> changeOf(const std::filesystem::path& file, Date now) const;
     std::optional<Note> keep(const Found& other, const Note& ours, Date now);
     bool follow(Note copy, const Uuid& original, Date now);
+    void takeInLocked(const Note& note, std::uint64_t base, Date now);
     void bringBack(const Uuid& id, Date now) const;
-    void write(const Note& note);
+    void nameById(const Uuid& id);
+    void know(const Note& note, std::string_view bytes);
 
     LibraryStore store_;
-    std::unordered_map<Uuid, NoteVersion> known_;
-    /// Those of the known notes whose file is gone; one may come back.
-    std::unordered_set<Uuid> gone_;
+    std::unordered_map<Uuid, Known> known_;
     /// The last other copy made of a note.
     std::unordered_map<Uuid, Uuid> copies_;
 };

@@ -26,6 +26,14 @@ class AppModelTests : public testing::Test {
 protected:
     [[nodiscard]] std::string toastText() { return model->toast.value() ? model->toast.value()->text : ""; }
 
+    [[nodiscard]] fs::path notes() const { return model.folder() / "Library" / "notes"; }
+
+    /// The folder of the notes, which was moved away and a link to itself put in its place.
+    void putBack() const {
+        fs::remove(notes());
+        fs::rename(model.folder() / "away", notes());
+    }
+
     ScratchModel model;
 };
 
@@ -84,6 +92,61 @@ TEST_F(AppModelTests, save_fails_saysSoAndKeepsTheEdit) {
     fs::create_directories(model.folder() / "Library" / "notes");
     model->update(id, true, [](Note& note) { note.title = "C"; });
     EXPECT_EQ(model.stored().front().title, "C");
+}
+
+TEST_F(AppModelTests, flushSaves_writesWhatFailedBefore) {
+    const Uuid id = model->newNote("A");
+    model->flushSaves();
+    fs::rename(notes(), model.folder() / "away");
+    fs::create_symlink("notes", notes());
+    model->update(id, true, [](Note& note) { note.title = "B"; });
+    ASSERT_TRUE(waitUntil([&] { return model->isUnreadable.value(); })) << "which the window shows";
+    EXPECT_TRUE(model->saveProblem(id).has_value() && model->isSpared(id));
+    EXPECT_THAT(model->unsavedNotes(), ElementsAre(id));
+    model->flushSaves();
+    EXPECT_THAT(model->unsavedNotes(), ElementsAre(id));
+    putBack();
+    model->flushSaves();
+    EXPECT_THAT(model->unsavedNotes(), IsEmpty());
+    EXPECT_EQ(LibraryStore(model.folder() / "Library").load(id, currentDate())->title, "B");
+    EXPECT_FALSE(fs::exists(model.folder() / "Unsaved"));
+}
+
+TEST_F(AppModelTests, endWithoutALibrary_isMadeUpForAtTheNextStart) {
+    const Uuid id = model->newNote("A");
+    model->flushSaves();
+    fs::rename(notes(), model.folder() / "away");
+    fs::create_symlink("notes", notes());
+    model->update(id, false, [](Note& note) { note.title = "B"; });
+    const Uuid fresh = model->newNote("Fresh");
+    model.restart();
+    putBack();
+    model.load();
+    ASSERT_THAT(model->notes(), SizeIs(2));
+    EXPECT_EQ(model->note(id)->title, "B");
+    EXPECT_EQ(model->note(fresh)->title, "Fresh");
+    EXPECT_FALSE(fs::exists(model.folder() / "Unsaved"));
+}
+
+TEST_F(AppModelTests, load_libraryThatCannotBeLookedInto_saysSoUntilItCan) {
+    const Uuid id = model->newNote("A");
+    model.restart();
+    fs::rename(notes(), model.folder() / "away");
+    fs::create_symlink("notes", notes());
+    model.load();
+    EXPECT_TRUE(model->isUnreadable.value());
+    EXPECT_THAT(*model->loadProblem.value(), testing::HasSubstr("couldn’t be read"));
+    const Uuid fresh = model->newNote("Fresh");
+    model->flushSaves();
+    EXPECT_THAT(model->unsavedNotes(), ElementsAre(fresh));
+    model.load();
+    EXPECT_TRUE(model->isUnreadable.value());
+    putBack();
+    model.load();
+    EXPECT_TRUE(waitUntil([&] { return !model->isUnreadable.value() && model->notes().size() == 2; }));
+    EXPECT_FALSE(model->loadProblem.value());
+    EXPECT_NE(model->note(id), nullptr);
+    EXPECT_TRUE(waitUntil([&] { return model->unsavedNotes().empty(); })) << "saved without being asked";
 }
 
 TEST_F(AppModelTests, newNote_elsewhere_movesToTheNotes) {

@@ -210,8 +210,93 @@ TEST_F(CallFlowsTests, stop_audioNotKept_leavesTheTranscript) {
     EXPECT_THAT(audioFolders(), IsEmpty());
     EXPECT_FALSE(model->note(id)->call->audioFolder);
     EXPECT_THAT(model->note(id)->call->segments, Not(IsEmpty()));
+    const auto before = model.stored();
     QCoro::waitFor(model->retranscribe(*id));
-    EXPECT_EQ(model->note(id)->call->problem, "Nobody was heard on this recording.");
+    EXPECT_EQ(toastText(), TranscriberError::missingFile().what());
+    EXPECT_EQ(model.stored(), before) << "with its transcript";
+}
+
+TEST_F(CallFlowsTests, retranscribe_recordingGone_keepsWhatWasSaid) {
+    for (const char* gone : {"them.m4a", "you.m4a"}) { // of two sides one, and then both
+        const Uuid id = *QCoro::waitFor(record());
+        fs::remove(model->audioFolder(id) / gone);
+        const Note before = *model->note(id);
+        QCoro::waitFor(model->retranscribe(id));
+        EXPECT_EQ(*model->note(id), before);
+        EXPECT_EQ(toastText(), TranscriberError::missingFile().what());
+    }
+    failure = TranscriberError::unavailable();
+    const Uuid silent = *QCoro::waitFor(record());
+    fs::remove_all(model->audioFolder(silent));
+    QCoro::waitFor(model->retranscribe(silent));
+    EXPECT_EQ(model->note(silent)->call->problem, TranscriberError::missingFile().what());
+    EXPECT_THAT(model->processing.value(), IsEmpty());
+}
+
+TEST_F(CallFlowsTests, importedRecordingOfAnyForm_canBeUsedAgain) {
+    const SoundFiles files;
+    for (const char* name : {"Board.mp3", "Board.mp4", "Board.ogg", "Board.flac", "Board.M4A"}) {
+        QCoro::waitFor(model->importAudio(files.tone(name, 1)));
+        const Uuid id = *model->selection.value();
+        const auto segments = model->note(id)->call->segments;
+        ASSERT_THAT(segments, Not(IsEmpty())) << name;
+        QCoro::waitFor(model->retranscribe(id));
+        EXPECT_EQ(model->note(id)->call->segments.size(), segments.size()) << name;
+        EXPECT_EQ(model->note(id)->call->problem, std::nullopt) << name;
+        const fs::path mixed = files.path(std::string(name) + ".m4a");
+        model->desktop.chooseDestination = [&](std::string) -> QCoro::Task<Desktop::File> { co_return mixed; };
+        QCoro::waitFor(model->exportAudio(id));
+        EXPECT_NEAR(AudioFiles::duration(mixed), 1, 0.1) << name;
+    }
+}
+
+TEST_F(CallFlowsTests, importFiles_oneAtATime) {
+    const SoundFiles files;
+    std::size_t most = 0;
+    const auto watch =
+        model->processing.onValueChanged([&] { most = std::max(most, model->processing.value().size()); });
+    auto first = model->importFiles({files.tone("A.wav", 1), files.write("none.wav", ""), files.tone("B.wav", 1)});
+    model->importFiles({files.tone("C.wav", 1)});
+    EXPECT_TRUE(model->isImporting.value());
+    QCoro::waitFor(first);
+    EXPECT_FALSE(model->isImporting.value());
+    EXPECT_EQ(most, 1U);
+    EXPECT_THAT(model.stored(), SizeIs(3));
+}
+
+TEST_F(CallFlowsTests, whatIsSetWhileACallIsWrittenDown_isKept) {
+    const SoundFiles files;
+    delay = 0.4;
+    for (const bool isImport : {false, true}) {
+        QCoro::Task<std::optional<Uuid>> working;
+        if (isImport) {
+            working = model->importCall({.files = {.them = files.tone("Board.wav", 1)}});
+            ASSERT_TRUE(waitUntil([&] { return !model->processing.value().empty(); }));
+        } else {
+            working = record();
+        }
+        const Uuid id = *model->selection.value();
+        model->update(id, false, [](Note& note) {
+            note.title = "Mine";
+            note.blocks.push_back(Block{.kind = BlockKind::divider});
+            note.blocks.push_back(Block{.kind = BlockKind::flashcard, .back = "Paris"});
+            note.blocks.push_back(Block{.kind = BlockKind::todo});
+        });
+        model->togglePin(id);
+        model->renameThem(id, "Maya");
+        model->removeAudio(id);
+        QCoro::waitFor(working);
+        const Note& note = *model->note(id);
+        EXPECT_EQ(note.title, "Mine");
+        EXPECT_TRUE(note.pinned);
+        EXPECT_EQ(note.call->themName, "Maya");
+        EXPECT_EQ(note.blocks[note.blocks.size() - 2].kind, BlockKind::divider);
+        EXPECT_EQ(note.blocks.back().back, "Paris");
+        EXPECT_THAT(model->existingTracks(note).speakers(), Not(IsEmpty())) << "sound that was being written down";
+        EXPECT_THAT(model.stored(), Contains(note));
+        model->removeAudio(id);
+        EXPECT_THAT(model->note(id)->call->tracks, IsEmpty());
+    }
 }
 
 TEST_F(CallFlowsTests, stop_audioNotKeptButNothingWrittenDown_keepsTheSound) {

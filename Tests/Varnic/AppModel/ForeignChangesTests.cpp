@@ -64,6 +64,20 @@ TEST_F(ForeignChangesTests, change_ofAnEditedNote_keepsBoth) {
     EXPECT_THAT(model.stored(), UnorderedElementsAreArray(model->notes()));
 }
 
+TEST_F(ForeignChangesTests, changesInDifferentPlaces_comeTogether) {
+    for (int round = 0; round < 2; ++round) { // of a note that was only read, and of one that was saved
+        const std::string theirs = "Theirs " + std::to_string(round);
+        const std::string mine = "mine " + std::to_string(round);
+        const Note their = titled(theirs);
+        model->update(id, false, [&](Note& note) { note.blocks.push_back(Block{.text = mine}); });
+        writeInPlace(their);
+        model->flushSaves();
+        ASSERT_TRUE(waitUntil([&] { return model->note(id)->title == theirs; }));
+        EXPECT_EQ(model->note(id)->blocks.back().text, mine);
+        EXPECT_THAT(model.stored(), ElementsAre(*model->note(id)));
+    }
+}
+
 TEST_F(ForeignChangesTests, newFile_appears_andRemovedFile_goes) {
     const Note other(currentDate(), "Other");
     writeInPlace(other);
@@ -106,6 +120,38 @@ TEST_F(ForeignChangesTests, ownWrites_areNoNews) {
     writeInPlace(Note(currentDate(), "Theirs"));
     ASSERT_TRUE(waitUntil([&] { return model->notes().size() == 2; }));
     EXPECT_EQ(changes, 5);
+}
+
+TEST_F(ForeignChangesTests, folderThatIsReplaced_isFollowedOn) {
+    const fs::path notes = model.folder() / "Library" / "notes";
+    for (const bool isAwayForAWhile : {false, true}) {
+        const fs::path away = model.folder() / (isAwayForAWhile ? "first" : "second");
+        fs::rename(notes, away);
+        if (isAwayForAWhile) {
+            ASSERT_TRUE(waitUntil([&] { return model->isUnreadable.value(); }));
+            EXPECT_THAT(model->notes(), testing::SizeIs(1)) << "which are not gone";
+        }
+        fs::copy(away, notes);
+        const std::string title = isAwayForAWhile ? "After a while" : "At once";
+        writeInPlace(titled(title));
+        EXPECT_TRUE(waitUntil([&] { return model->note(id)->title == title; }));
+        EXPECT_TRUE(waitUntil([&] { return !model->isUnreadable.value(); }));
+    }
+    writeInPlace(titled("Watched"));
+    EXPECT_TRUE(waitUntil([&] { return model->note(id)->title == "Watched"; }));
+}
+
+TEST_F(ForeignChangesTests, conflictCopyOfASynchroniser_becomesANote) {
+    const std::string name = id.text() + ".sync-conflict-20260314-092653-ABCDEFG.json";
+    const fs::path conflict = file(id).parent_path() / name;
+    std::ofstream(conflict) << LibraryStore::encoded(titled("Theirs"));
+    ASSERT_TRUE(waitUntil([&] { return model->notes().size() == 2; }));
+    EXPECT_THAT(titles(), UnorderedElementsAre("Kept", "Theirs (other copy)"));
+    std::ofstream(conflict) << LibraryStore::encoded(titled("Again"));
+    model.restart();
+    model.load();
+    EXPECT_THAT(titles(), UnorderedElementsAre("Kept", "Theirs (other copy)", "Again (other copy)"));
+    EXPECT_FALSE(model->loadProblem.value());
 }
 
 TEST_F(ForeignChangesTests, restore_nothingInTheTrash_isSavedAgain) {

@@ -36,6 +36,7 @@ public:
         model_.reset();
         model_ = std::make_unique<AppModel>(
             AppPlaces{.dataDirectory = folder() / "Library",
+                      .spareFolder = folder() / "Unsaved",
                       .isScratch = true,
                       .settings = std::make_unique<QSettings>(
                           QString::fromStdString((folder() / "settings.ini").string()), QSettings::IniFormat)});

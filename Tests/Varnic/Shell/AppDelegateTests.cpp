@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <fstream>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -116,6 +118,92 @@ TEST_F(AppDelegateTest, quitWhenIdle_savesAndEndsAtOnce) {
     EXPECT_FALSE(model->saveProblem(note));
     LibraryStore store(model.folder() / "Library");
     EXPECT_EQ(store.loadAll(currentDate()).front().title, "Just typed");
+}
+
+/// The library is out of reach with an edit that is not in it.
+class UnsavedQuitTest : public AppDelegateTest {
+protected:
+    UnsavedQuitTest() {
+        launch();
+        steps.clear();
+        note = model->notes().front().id;
+        std::filesystem::rename(notes, model.folder() / "away");
+        std::filesystem::create_symlink("notes", notes);
+        model->update(note, false, [](Note& edited) { edited.title = "Typed"; });
+        delegate.hooks.ask = [this](QuitQuestion question) -> QCoro::Task<QuitQuestion::Answer> {
+            steps.push_back(question.title);
+            co_return answer();
+        };
+        model->desktop.chooseFolder = [this](std::string) -> QCoro::Task<Desktop::File> { co_return chosen; };
+    }
+
+    void putBack() const {
+        std::filesystem::remove(notes);
+        std::filesystem::rename(model.folder() / "away", notes);
+    }
+
+    std::filesystem::path notes = model.folder() / "Library" / "notes";
+    Uuid note;
+    /// The user's.
+    std::function<QuitQuestion::Answer()> answer = [] { return QuitQuestion::Answer::stay; };
+    Desktop::File chosen;
+};
+
+TEST_F(UnsavedQuitTest, stay_goesOnAndAsksAgainAtTheNextQuit) {
+    delegate.terminate();
+    delegate.terminate();
+    EXPECT_THAT(steps, ElementsAre("Couldn’t save “Typed”", "Couldn’t save “Typed”"));
+    putBack();
+    delegate.terminate();
+    EXPECT_EQ(steps.back(), "quit");
+    EXPECT_EQ(LibraryStore(model.folder() / "Library").load(note, currentDate())->title, "Typed");
+}
+
+TEST_F(UnsavedQuitTest, tryAgain_untilItIsSaved) {
+    int questions = 0;
+    answer = [&] {
+        if (++questions == 2) {
+            putBack();
+        }
+        return QuitQuestion::Answer::tryAgain;
+    };
+    delegate.terminate();
+    EXPECT_THAT(steps, ElementsAre("Couldn’t save “Typed”", "Couldn’t save “Typed”", "quit"));
+    EXPECT_THAT(model->unsavedNotes(), testing::IsEmpty());
+}
+
+TEST_F(UnsavedQuitTest, saveCopies_quitsOnceTheyAreThere) {
+    std::ofstream(model.folder() / "Typed.md") << "mine";
+    answer = [&, questions = std::size_t(0)]() mutable {
+        // Nothing is chosen, then what no file can be written to, then a folder.
+        const std::vector<Desktop::File> folders{std::nullopt, notes, model.folder()};
+        chosen = folders.at(questions++);
+        return QuitQuestion::Answer::saveCopies;
+    };
+    delegate.terminate();
+    EXPECT_EQ(steps.size(), 4U);
+    EXPECT_EQ(steps.back(), "quit");
+    std::size_t copies = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(model.folder())) {
+        copies += entry.path().extension() == ".md" ? 1U : 0U;
+    }
+    EXPECT_EQ(copies, 2U) << "beside what was there";
+}
+
+TEST_F(UnsavedQuitTest, politeKillAndLogout_askNobody) {
+    delegate.finishBeforeLogout();
+    EXPECT_THAT(steps, ElementsAre());
+    delegate.terminate(AppDelegate::Occasion::system);
+    EXPECT_THAT(steps, ElementsAre("quit"));
+    EXPECT_TRUE(model->isSpared(note)) << "for the next start";
+}
+
+TEST_F(UnsavedQuitTest, whileRecording_asksOnceTheCallIsClosed) {
+    answer = [] { return QuitQuestion::Answer::quitAnyway; };
+    ASSERT_NO_FATAL_FAILURE(record());
+    delegate.terminate();
+    ASSERT_TRUE(waitUntil([this] { return !steps.empty() && steps.back() == "quit"; }));
+    EXPECT_THAT(steps, ElementsAre("Couldn’t save 2 notes", "quit"));
 }
 
 TEST_F(AppDelegateTest, quitWhileRecording_filesTheCallFirst) {

@@ -1,5 +1,6 @@
 #include "VarnicCore/Library/LibraryError.h"
 #include "VarnicCore/Library/LibraryStore.h"
+#include "VarnicCore/Library/Recovery.h"
 #include "VarnicCore/Library/TemporaryLibrary.h"
 
 #include <gmock/gmock.h>
@@ -94,10 +95,32 @@ TEST(LibraryFailure, rootBelowAFile_isToldBySavingAndRemoving) {
     EXPECT_THAT(saving.what(), HasSubstr("a file stands where a folder should be"));
     EXPECT_EQ(errorOf([&] { store.remove(note.id); }).code(), std::errc::not_a_directory);
     EXPECT_TRUE(store.loadAll(now).empty());
+    ASSERT_TRUE(store.listingProblem());
+    EXPECT_THAT(*store.listingProblem(), HasSubstr("couldn’t be read: a file stands where a folder should be."));
+    EXPECT_THROW(Recovery::find(store), LibraryError);
     EXPECT_EQ(store.load(note.id, now), std::nullopt);
     EXPECT_EQ(store.restore(note.id, now), std::nullopt);
     store.purgeDeleted(30, now);
     EXPECT_EQ(store.audioSize(note.id), 0);
+}
+
+TEST(LibraryFailure, diskThatIsTakenAway_getsNoLibraryInItsPlace) {
+    const TemporaryLibrary folders;
+    const fs::path onOneDisk = folders.folder() / "disk";
+    const fs::path onAnother = fs::path("/dev/shm") / onOneDisk.parent_path().filename();
+    const fs::path place = folders.folder() / "place";
+    fs::create_directories(onOneDisk);
+    fs::create_directories(onAnother);
+    fs::create_directory_symlink(onOneDisk, place);
+    LibraryStore store(place);
+    const Note note(now);
+    fs::remove_all(onOneDisk / "notes");
+    store.save(note);
+    fs::remove(place);
+    fs::create_directory_symlink(onAnother, place);
+    EXPECT_EQ(errorOf([&] { store.save(note); }).code(), std::errc::no_such_device);
+    EXPECT_TRUE(fs::is_empty(onAnother));
+    fs::remove_all(onAnother);
 }
 
 TEST(LibraryFailure, folderInTheNotesPlace_isToldAndNoTemporaryFileStays) {

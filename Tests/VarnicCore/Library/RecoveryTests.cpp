@@ -1,11 +1,13 @@
 #include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicCore/Audio/AudioMix.h"
 #include "VarnicCore/Audio/TrackWriter.h"
+#include "VarnicCore/Library/Folders.h"
 #include "VarnicCore/Library/LibraryError.h"
 #include "VarnicCore/Library/Recovery.h"
 #include "VarnicCore/Library/TemporaryLibrary.h"
+#include "VarnicCore/Library/TrackFiles.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -266,6 +268,24 @@ TEST_F(RecoveryTest, create_folderInOtherHands_isRefused) {
     ASSERT_EQ(::stat((folder() / "recording.json").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
     EXPECT_EQ(TemporaryLibrary::names(folder()), std::set<std::string>{"recording.json"});
+}
+
+TEST(TrackFiles, of_anyForm_theUsualOnesFirst) {
+    const TemporaryLibrary library;
+    const fs::path folder = library.folder() / "call";
+    for (const char* name : {"you.mp3", "you.wav", "you.caf", "them.OGG", "your.m4a", "them.m4a.tmp"}) {
+        TemporaryLibrary::write(folder / name, "sound");
+    }
+    fs::create_directory(folder / "them.m4a");
+    const auto names = [&](Speaker side) {
+        std::vector<std::string> found;
+        for (const fs::path& file : TrackFiles::of(Folders::entries(folder), side)) {
+            found.push_back(file.filename());
+        }
+        return found;
+    };
+    EXPECT_THAT(names(Speaker::you), testing::ElementsAre("you.caf", "you.wav", "you.mp3"));
+    EXPECT_THAT(names(Speaker::them), testing::ElementsAre("them.OGG"));
 }
 
 } // namespace

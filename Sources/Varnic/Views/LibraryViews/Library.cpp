@@ -5,6 +5,7 @@
 #include "VarnicCore/Text/Wording.h"
 #include "VarnicPlatform/Capture/Permissions.h"
 
+#include <filesystem>
 #include <utility>
 
 namespace varnic {
@@ -30,6 +31,8 @@ Library::Library(AppModel& model, QObject* parent) : QObject(parent), model_(mod
     follow(model.showConsent, &Library::showConsentChanged);
     follow(model.showSetup, &Library::showSetupChanged);
     follow(model.loadProblem, &Library::loadProblemChanged);
+    follow(model.isUnreadable, &Library::isUnreadableChanged);
+    connect(this, &Library::isUnreadableChanged, this, &Library::isLoadedChanged);
     connect(this, &Library::showConsentChanged, this, &Library::isAskingChanged);
     connect(this, &Library::showSetupChanged, this, &Library::isAskingChanged);
     connect(this, &Library::sectionChanged, this, &Library::listTitleChanged);
@@ -105,11 +108,13 @@ void Library::remove(const QString& note) {
 }
 
 void Library::importFiles(const QList<QUrl>& files) {
+    std::vector<std::filesystem::path> recordings;
     for (const QUrl& file : files) {
         if (file.isLocalFile()) {
-            model_.importAudio(file.toLocalFile().toStdString());
+            recordings.emplace_back(file.toLocalFile().toStdString());
         }
     }
+    model_.importFiles(std::move(recordings));
 }
 
 } // namespace varnic

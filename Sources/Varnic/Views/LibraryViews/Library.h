@@ -29,6 +29,8 @@ class Library : public QObject {
     Q_PROPERTY(bool isAsking READ isAsking NOTIFY isAskingChanged)
     /// Empty when all note files could be read.
     Q_PROPERTY(QString loadProblem READ loadProblem NOTIFY loadProblemChanged)
+    /// The library cannot be looked into at the moment, which may be tried again.
+    Q_PROPERTY(bool isUnreadable READ isUnreadable NOTIFY isUnreadableChanged)
     /// The library has been read: an empty list means that there is nothing in it.
     Q_PROPERTY(bool isLoaded READ isLoaded NOTIFY isLoadedChanged)
     /// What stands in place of an empty list.
@@ -73,7 +75,9 @@ public:
 
     [[nodiscard]] QString loadProblem() const;
 
-    [[nodiscard]] bool isLoaded() const { return isLoaded_; }
+    [[nodiscard]] bool isUnreadable() const { return model_.isUnreadable.value(); }
+
+    [[nodiscard]] bool isLoaded() const { return isLoaded_ && !isUnreadable(); }
 
     [[nodiscard]] QString emptyTitle() const;
     [[nodiscard]] QString emptyDetail() const;
@@ -94,6 +98,8 @@ public:
     /// Opens the desktop's settings, see Permissions::openSettings.
     Q_INVOKABLE void openSettings(const QString& pane);
 
+    Q_INVOKABLE void load() { model_.load(); }
+
     Q_INVOKABLE void dismissLoadProblem() { model_.loadProblem = std::nullopt; }
 
 Q_SIGNALS:
@@ -104,6 +110,7 @@ Q_SIGNALS:
     void showSetupChanged();
     void isAskingChanged();
     void loadProblemChanged();
+    void isUnreadableChanged();
     void isLoadedChanged();
 
 private:

@@ -2,13 +2,13 @@ import QtQuick
 import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
-/// The banner about note files that cannot be read; without any it takes no place.
+/// The banner about note files that cannot be read, or a library that can't; without any it takes no place.
 Item {
     id: banner
 
     Accessible.name: Library.loadProblem
     Accessible.role: Accessible.AlertMessage
-    implicitHeight: visible ? text.implicitHeight + 2 * Theme.Space.s : 0
+    implicitHeight: visible ? Math.max(text.implicitHeight, actions.implicitHeight) + 2 * Theme.Space.s : 0
     visible: Library.loadProblem !== ""
 
     Theme.Symbol {
@@ -29,7 +29,8 @@ Item {
         Accessible.ignored: true
         anchors.left: icon.right
         anchors.leftMargin: Theme.Space.s
-        anchors.right: dismiss.left
+        anchors.right: actions.left
+        anchors.rightMargin: Theme.Space.s
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.Palette.ink
         font: Theme.Typo.caption
@@ -37,17 +38,29 @@ Item {
         wrapMode: Text.Wrap
     }
 
-    Theme.IconButton {
-        id: dismiss
+    Row {
+        id: actions
 
         anchors.right: parent.right
         anchors.rightMargin: Theme.Space.s
         anchors.verticalCenter: parent.verticalCenter
-        help: "Dismiss"
-        size: 24
-        symbol: "xmark"
 
-        onClicked: Library.dismissLoadProblem()
+        Theme.QuietButton {
+            objectName: "tryAgain"
+            text: "Try Again"
+            visible: Library.isUnreadable
+
+            onClicked: Library.load()
+        }
+
+        Theme.IconButton {
+            help: "Dismiss"
+            size: 24
+            symbol: "xmark"
+            visible: !Library.isUnreadable
+
+            onClicked: Library.dismissLoadProblem()
+        }
     }
 
     Rectangle {

@@ -3,9 +3,6 @@
 #include "Varnic/Views/ViewModel.h"
 #include "VarnicCore/Export/ExportFormat.h"
 
-#include <filesystem>
-#include <system_error>
-
 namespace varnic {
 
 NoteActions* NoteActions::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
@@ -27,12 +24,8 @@ QString NoteActions::pinText() const {
 
 bool NoteActions::canTranscribe() const {
     const Note* stored = note();
-    if (stored == nullptr || !stored->call || stored->call->tracks.empty() ||
-        model_.processing.value().contains(stored->id)) {
-        return false;
-    }
-    std::error_code error;
-    return !std::filesystem::is_empty(model_.audioFolder(stored->id), error) && !error;
+    return stored != nullptr && stored->call && !model_.processing.value().contains(stored->id) &&
+           !model_.existingTracks(*stored).speakers().empty();
 }
 
 QStringList NoteActions::exportTitles() {

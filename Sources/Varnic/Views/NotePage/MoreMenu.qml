@@ -15,7 +15,7 @@ Theme.PaperMenu {
     }
 
     Theme.PaperMenuItem {
-        enabled: menu.note.tracks.length > 0
+        enabled: menu.note.canUseTracks
         text: "Transcribe Again"
         visible: menu.note.isCall
 
@@ -30,7 +30,8 @@ Theme.PaperMenu {
     }
 
     Theme.PaperMenuItem {
-        enabled: menu.note.tracks.length > 0
+        enabled: menu.note.canUseTracks
+        objectName: "removeAudio"
         text: "Remove Audio, Keep Transcript"
         visible: menu.note.isCall
 

@@ -45,6 +45,7 @@ void NoteModel::componentComplete() {
         Q_EMIT transcriptChanged();
     }));
     watchers_.push_back(app_->showTranscript.addNotifier([this] { Q_EMIT transcriptShownChanged(); }));
+    watchers_.push_back(app_->processing.addNotifier([this] { Q_EMIT changed(); }));
     watchers_.push_back(app_->seek.addNotifier([this] { takeSeek(); }));
     clock_.start();
     refresh();
@@ -185,6 +186,10 @@ QList<QUrl> NoteModel::tracks() const {
         }
     }
     return files;
+}
+
+bool NoteModel::canUseTracks() const {
+    return !tracks_.speakers().empty() && !app_->processing.value().contains(id_);
 }
 
 const EmailDraft* NoteModel::email() const {

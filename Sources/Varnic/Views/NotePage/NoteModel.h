@@ -48,6 +48,8 @@ class NoteModel : public QObject, public QQmlParserStatus {
     Q_PROPERTY(varnic::CallInk ink READ ink NOTIFY transcriptChanged)
     /// The recordings that are on disk.
     Q_PROPERTY(QList<QUrl> tracks READ tracks NOTIFY changed)
+    /// There are some, and they are not being written down.
+    Q_PROPERTY(bool canUseTracks READ canUseTracks NOTIFY changed)
     Q_PROPERTY(bool hasEmail READ hasEmail NOTIFY changed)
     Q_PROPERTY(QString emailSubject READ emailSubject WRITE setEmailSubject NOTIFY changed)
     Q_PROPERTY(QString emailBody READ emailBody WRITE setEmailBody NOTIFY changed)
@@ -98,6 +100,7 @@ public:
     [[nodiscard]] CallInk ink() const { return note_.call ? CallInk(*note_.call) : CallInk(); }
 
     [[nodiscard]] QList<QUrl> tracks() const;
+    [[nodiscard]] bool canUseTracks() const;
 
     [[nodiscard]] bool hasEmail() const { return email() != nullptr; }
 

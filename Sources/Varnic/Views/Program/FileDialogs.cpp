@@ -37,6 +37,15 @@ QCoro::Task<Desktop::File> chooseRecording(QWindow* window, std::string message)
     co_return co_await running;
 }
 
+QCoro::Task<Desktop::File> chooseFolder(QWindow* window, std::string message) {
+    auto dialog = std::make_unique<QFileDialog>(nullptr, QString::fromStdString(message));
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    dialog->setDirectory(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    auto running = run(std::move(dialog), window);
+    co_return co_await running;
+}
+
 QCoro::Task<Desktop::File> chooseDestination(QWindow* window, std::string fileName) {
     auto dialog = std::make_unique<QFileDialog>();
     dialog->setAcceptMode(QFileDialog::AcceptSave);

@@ -8,6 +8,7 @@
 namespace varnic::FileDialogs {
 
 QCoro::Task<Desktop::File> chooseRecording(QWindow* window, std::string message);
+QCoro::Task<Desktop::File> chooseFolder(QWindow* window, std::string message);
 QCoro::Task<Desktop::File> chooseDestination(QWindow* window, std::string fileName);
 
 } // namespace varnic::FileDialogs

@@ -3,6 +3,7 @@
 #include "Varnic/Background.h"
 #include "Varnic/Views/Program/DelayedLibraries.h"
 #include "Varnic/Views/Program/FileDialogs.h"
+#include "Varnic/Views/Program/QuitDialog.h"
 #include "Varnic/Views/Program/QuitRule.h"
 #include "Varnic/Views/Program/Sounds.h"
 #include "VarnicCore/Pipeline/SessionState.h"
@@ -18,8 +19,12 @@ namespace varnic {
 
 Program::Program(AppPlaces places)
     : model_(std::move(places)), delegate_(model_), window_(model_, [this] { delegate_.terminate(); }),
-      signals_([this] { delegate_.terminate(); }) {
+      signals_([this] { delegate_.terminate(AppDelegate::Occasion::system); }) {
     fillInDesktop();
+    delegate_.hooks.ask = [this](QuitQuestion question) {
+        window_.activate();
+        return QuitDialog::ask(&window_.window(), std::move(question));
+    };
     delegate_.notifications().isWindowInFront = [this] { return window_.isInFront(); };
     delegate_.pill().present = [this] { presentPill(); };
     delegate_.pill().orderOut = [this] {
@@ -33,6 +38,7 @@ Program::Program(AppPlaces places)
     });
     connect(&model_.recorder(), &RecordingController::stateChanged, this, &Program::quitIfForsaken);
     processingWatcher_ = model_.processing.addNotifier([this] { quitIfForsaken(); });
+    importWatcher_ = model_.isImporting.addNotifier([this] { quitIfForsaken(); });
     connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { delegate_.finishBeforeLogout(); });
 }
 
@@ -47,6 +53,9 @@ void Program::fillInDesktop() {
     };
     model_.desktop.chooseRecording = [this](std::string message) {
         return FileDialogs::chooseRecording(&window_.window(), std::move(message));
+    };
+    model_.desktop.chooseFolder = [this](std::string message) {
+        return FileDialogs::chooseFolder(&window_.window(), std::move(message));
     };
     model_.desktop.chooseDestination = [this](std::string fileName) {
         return FileDialogs::chooseDestination(&window_.window(), std::move(fileName));
@@ -75,18 +84,22 @@ void Program::launch() {
     Background::start(loadDelayedLibraries);
 }
 
+bool Program::isProcessing() const {
+    return !model_.processing.value().empty() || model_.isImporting.value();
+}
+
 /// Without a tray a closed window would leave a program that nobody sees. It ends once all is recorded and written.
 void Program::quitIfForsaken() {
     const QuitRule::Situation now{.isWindowVisible = window_.isVisible() || !wasShown_,
                                   .hasTray = !tray_ || tray_->isReachable(),
                                   .isRecording = isBusy(model_.recorder().state()),
-                                  .isProcessing = !model_.processing.value().empty()};
+                                  .isProcessing = isProcessing()};
     if (QuitRule::shouldQuit(now)) {
         // The flow that has just begun to end is through by then.
         QMetaObject::invokeMethod(
             this,
             [this] {
-                if (!window_.isVisible() && !isBusy(model_.recorder().state())) {
+                if (!window_.isVisible() && !isBusy(model_.recorder().state()) && !isProcessing()) {
                     delegate_.terminate();
                 }
             },

@@ -32,6 +32,7 @@ public:
 private:
     void launch();
     void fillInDesktop();
+    [[nodiscard]] bool isProcessing() const;
     void quitIfForsaken();
     void presentPill();
 
@@ -42,6 +43,7 @@ private:
     std::unique_ptr<QQuickWindow> pill_;
     TerminationSignals signals_;
     QPropertyNotifier processingWatcher_;
+    QPropertyNotifier importWatcher_;
     bool wasShown_ = false;
 };
 

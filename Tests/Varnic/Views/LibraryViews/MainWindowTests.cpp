@@ -1,13 +1,19 @@
 #include "Varnic/AppModel/ScratchModel.h"
+#include "Varnic/Views/LibraryViews/Library.h"
 #include "Varnic/Views/Program/MainWindow.h"
+#include "Varnic/Views/Program/QuitDialog.h"
 
 #include <QAccessible>
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QQuickItem>
 #include <QTest>
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <optional>
 #include <vector>
 
@@ -139,6 +145,56 @@ TEST_F(MainWindowTest, dividers_move_by_key) {
     press(Qt::Key_Right);
     press(Qt::Key_Left);
     EXPECT_TRUE(waitUntil([&] { return divider->x() == before + 10; }));
+}
+
+TEST_F(MainWindowTest, unreadable_library_is_not_shown_as_an_empty_one_and_can_be_tried_again) {
+    model->newNote("Plan");
+    model.restart();
+    const std::filesystem::path notes = model.folder() / "Library" / "notes";
+    std::filesystem::rename(notes, model.folder() / "away");
+    std::filesystem::create_symlink("notes", notes);
+    open();
+    auto* const button = shown("tryAgain");
+    ASSERT_NE(button, nullptr);
+    EXPECT_EQ(shown("emptyList"), nullptr);
+    std::filesystem::remove(notes);
+    std::filesystem::rename(model.folder() / "away", notes);
+    button->forceActiveFocus();
+    press(Qt::Key_Space);
+    EXPECT_TRUE(waitUntil([this] { return shown("tryAgain") == nullptr; }));
+    EXPECT_EQ(model->notes().size(), 1U);
+}
+
+TEST_F(MainWindowTest, dropped_recordings_come_in_one_after_another) {
+    open();
+    Library library(*model);
+    library.importFiles(
+        {QUrl("file:///nowhere/a.wav"), QUrl("https://example.org/b.wav"), QUrl("file:///nowhere/c.wav")});
+    EXPECT_TRUE(model->isImporting.value());
+    EXPECT_TRUE(waitUntil([this] { return !model->isImporting.value(); }));
+    EXPECT_TRUE(waitUntil([this] { return shown("toast") != nullptr; }));
+}
+
+/// Answers with a button, or by closing the question, as Escape does.
+TEST_F(MainWindowTest, question_at_the_end_takes_each_answer) {
+    open();
+    const QuitQuestion question{.title = "Couldn’t save “<b>Plan</b>”", .detail = "The disk is full."};
+    std::vector<QuitQuestion::Choice> choices(QuitQuestion::choices.begin(), QuitQuestion::choices.end());
+    choices.push_back({QuitQuestion::Answer::stay, ""});
+    for (const QuitQuestion::Choice& choice : choices) {
+        auto asking = QuitDialog::ask(&mainWindow->window(), question);
+        auto* const dialog = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(dialog->text().toStdString(), question.title);
+        const auto buttons = dialog->buttons();
+        const auto button = std::ranges::find(buttons, QString(choice.text), &QAbstractButton::text);
+        if (button == buttons.end()) {
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        } else {
+            (*button)->click();
+        }
+        EXPECT_EQ(QCoro::waitFor(asking), choice.answer) << choice.text;
+    }
 }
 
 TEST_F(MainWindowTest, every_control_has_a_name) {

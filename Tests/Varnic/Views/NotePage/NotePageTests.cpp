@@ -15,6 +15,10 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+#include <fstream>
+#include <map>
+
 namespace varnic {
 namespace {
 
@@ -338,6 +342,22 @@ TEST_F(NotePageTest, ctrl_alt_t_shows_the_transcript_of_a_call) {
     open(addCall({}));
     QTest::keyClick(&view, Qt::Key_T, Qt::ControlModifier | Qt::AltModifier);
     EXPECT_TRUE(model->showTranscript.value());
+}
+
+TEST_F(NotePageTest, sound_that_is_being_written_down_is_not_offered_for_removal) {
+    const Uuid id = addCall({line(Speaker::them, 0, 1, "Hello.")});
+    std::filesystem::create_directories(model->audioFolder(id));
+    std::ofstream(model->audioFolder(id) / "them.mp3") << "sound";
+    model->update(id, true, [](Note& note) { note.call->tracks = {Speaker::them}; });
+    open(id);
+    auto* const page = only<NoteModel>();
+    ASSERT_NE(page, nullptr);
+    EXPECT_EQ(page->tracks().size(), 1);
+    EXPECT_TRUE(page->canUseTracks());
+    model->processing = std::map<Uuid, ProcessingStage>{{id, ProcessingStage::transcribing(0)}};
+    EXPECT_FALSE(page->canUseTracks());
+    model->processing = std::map<Uuid, ProcessingStage>();
+    EXPECT_TRUE(page->canUseTracks());
 }
 
 } // namespace

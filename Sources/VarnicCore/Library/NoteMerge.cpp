@@ -1,0 +1,138 @@
+#include "VarnicCore/Library/NoteMerge.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace varnic::NoteMerge {
+
+namespace {
+
+/// Whether all that a reader sees of the block is in the other: one that was typed further, for instance.
+bool holds(const Block& block, Block less) {
+    if (!block.text.contains(less.text) || !block.back.contains(less.back)) {
+        return false;
+    }
+    less.text = block.text;
+    less.back = block.back;
+    return block == less;
+}
+
+/// Takes a change of theirs over into ours; false where both changed it in different ways.
+template <typename Value>
+bool take(const Value& base, Value& ours, const Value& theirs) {
+    if (theirs == base || theirs == ours) {
+        return true;
+    }
+    if (ours != base) {
+        return false;
+    }
+    ours = theirs;
+    return true;
+}
+
+bool takeCall(const std::optional<CallRecord>& base, std::optional<CallRecord>& ours,
+              const std::optional<CallRecord>& theirs) {
+    if (!base || !ours || !theirs) {
+        return take(base, ours, theirs);
+    }
+    return take(base->startedAt, ours->startedAt, theirs->startedAt) &&
+           take(base->duration, ours->duration, theirs->duration) && take(base->source, ours->source, theirs->source) &&
+           take(base->segments, ours->segments, theirs->segments) && take(base->digest, ours->digest, theirs->digest) &&
+           take(base->audioFolder, ours->audioFolder, theirs->audioFolder) &&
+           take(base->tracks, ours->tracks, theirs->tracks) && take(base->themName, ours->themName, theirs->themName) &&
+           take(base->language, ours->language, theirs->language) &&
+           take(base->problem, ours->problem, theirs->problem);
+}
+
+using Blocks = std::vector<Block>;
+using Index = std::unordered_map<Uuid, const Block*>;
+
+Index indexOf(const Blocks& blocks) {
+    Index index;
+    for (const Block& block : blocks) {
+        index.emplace(block.id, &block);
+    }
+    return index;
+}
+
+/// Null where there is none of the id.
+const Block* find(const Index& index, const Uuid& id) {
+    const auto found = index.find(id);
+    return found == index.end() ? nullptr : found->second;
+}
+
+/// A block that both have; `base` is null where both have added it.
+std::optional<Block> mergedBlock(const Block* base, const Block& ours, const Block& theirs) {
+    if (theirs == ours || (base != nullptr && theirs == *base) || holds(ours, theirs)) {
+        return ours;
+    }
+    if ((base != nullptr && ours == *base) || holds(theirs, ours)) {
+        return theirs;
+    }
+    return std::nullopt;
+}
+
+/// Whether a block that only one side has is the work of that side, rather than removed by the other.
+bool stays(const Block* base, const Block& block) {
+    return base == nullptr || block != *base;
+}
+
+std::optional<Blocks> mergedBlocks(const Blocks& base, const Blocks& ours, const Blocks& theirs) {
+    const Index before = indexOf(base);
+    const Index mine = indexOf(ours);
+    const Index other = indexOf(theirs);
+    if (before.size() != base.size() || mine.size() != ours.size() || other.size() != theirs.size()) {
+        return std::nullopt; // an id that stands twice says nothing
+    }
+    Blocks result;
+    for (const Block& block : ours) {
+        if (const Block* const their = find(other, block.id)) {
+            auto both = mergedBlock(find(before, block.id), block, *their);
+            if (!both) {
+                return std::nullopt;
+            }
+            result.push_back(std::move(*both));
+        } else if (stays(find(before, block.id), block)) {
+            result.push_back(block);
+        }
+    }
+    // What only they have goes behind what stands before it there.
+    std::size_t place = 0;
+    for (const Block& block : theirs) {
+        const auto common = std::ranges::find(result, block.id, &Block::id);
+        if (common != result.end()) {
+            place = static_cast<std::size_t>(common - result.begin()) + 1;
+        } else if (stays(find(before, block.id), block)) {
+            result.insert(result.begin() + static_cast<std::ptrdiff_t>(place++), block);
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+bool holds(const Note& note, const Note& less) {
+    return note.title == less.title && note.call == less.call && note.pinned == less.pinned &&
+           std::ranges::all_of(less.blocks, [&note](const Block& block) {
+               const auto same = std::ranges::find(note.blocks, block.id, &Block::id);
+               return same != note.blocks.end() && holds(*same, block);
+           });
+}
+
+std::optional<Note> merged(const Note& base, const Note& ours, const Note& theirs) {
+    Note result = ours;
+    auto blocks = mergedBlocks(base.blocks, ours.blocks, theirs.blocks);
+    if (!blocks || !take(base.title, result.title, theirs.title) || !take(base.pinned, result.pinned, theirs.pinned) ||
+        !take(base.created, result.created, theirs.created) || !takeCall(base.call, result.call, theirs.call)) {
+        return std::nullopt;
+    }
+    result.blocks = std::move(*blocks);
+    result.keepOneBlock();
+    result.modified = std::max(ours.modified, theirs.modified);
+    return result;
+}
+
+} // namespace varnic::NoteMerge
