@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <csignal>
+#include <cstdio>
 #include <limits>
 
 namespace varnic::cli {
@@ -56,13 +58,15 @@ public:
         // Without a screen there is no sheet to ask on: what can be recorded is, and the rest is said.
         QCoro::waitFor(model_.startRecording(true));
         if (!isRecording(model_.recorder().state())) {
-            throw std::runtime_error(toastText(model_) + " `varnic-cli devices` tells what is missing.");
+            const bool isMissing = !missingDevices(SoundSurvey::take()).empty();
+            throw std::runtime_error(toastText(model_) +
+                                     (isMissing ? " `varnic-cli devices` tells what is missing." : ""));
         }
         id_ = model_.recorder().noteID();
         for (const std::string& sentence : missingDevices(SoundSurvey::take())) {
             tell(sentence);
         }
-        fmt::print(stderr, "Recording. Ctrl-C stops.\n");
+        say("Recording. Ctrl-C stops.");
         QEventLoop loop;
         QTimer timer;
         QObject::connect(&timer, &QTimer::timeout, [&] {
@@ -82,9 +86,10 @@ private:
         RecordingController& recorder = model_.recorder();
         printNewLines();
         printNewTroubles();
+        checkOutput();
         if (isRecording(recorder.state())) {
             line_.show(status());
-            if (interruption_.count() > 0 || recorder.elapsed() >= limit_) {
+            if (interruption_.count() > 0 || isUnheard_ || recorder.elapsed() >= limit_) {
                 stoppedBy_ = interruption_.count();
                 model_.stopRecording();
             }
@@ -119,9 +124,8 @@ private:
         const auto& lines = model_.recorder().committed();
         for (; printed_ < lines.size(); ++printed_) {
             const Segment& said = lines[printed_];
-            line_.clear();
-            fmt::print(stderr, "{} {}: {}\n", Clock::stamp(said.start), CallRecord().name(said.speaker, yourName_),
-                       said.text);
+            say(fmt::format("{} {}: {}", Clock::stamp(said.start), CallRecord().name(said.speaker, yourName_),
+                            said.text));
         }
     }
 
@@ -143,9 +147,19 @@ private:
         }
     }
 
-    void tell(std::string_view sentence) {
+    void tell(std::string_view sentence) { say(fmt::format("varnic-cli: {}", Wording::shown(sentence))); }
+
+    void say(const std::string& line) {
         line_.clear();
-        fmt::print(stderr, "varnic-cli: {}\n", Wording::shown(sentence));
+        std::fputs((line + "\n").c_str(), stderr);
+    }
+
+    /// Notices that the terminal, or the reader at the other end of the pipe, is gone.
+    void checkOutput() {
+        if (std::ferror(stderr) != 0) {
+            isUnheard_ = true;
+            static_cast<void>(std::freopen("/dev/null", "w", stderr));
+        }
     }
 
     AppModel& model_;
@@ -159,6 +173,8 @@ private:
     std::size_t problemsTold_ = 0;
     std::optional<std::string> warned_;
     std::optional<Uuid> toastTold_;
+    /// Whether nobody reads any more what is said.
+    bool isUnheard_ = false;
     /// Interrupts until the recording stopped; the next one stops what follows.
     int stoppedBy_ = 0;
 };
@@ -176,6 +192,8 @@ void tellLoss(const LiveCapture& capture) {
 ExitCode record(const Arguments& arguments) {
     arguments.expectNoWords();
     const double seconds = limit(arguments);
+    // A reader that goes away shall not take the recording along: see RecordingSession::checkOutput.
+    std::signal(SIGPIPE, SIG_IGN);
     Application application;
     AppModel& model = application.model;
     model.settings.liveTranscript = !arguments.has("no-live");

@@ -66,7 +66,7 @@ void StatusLine::show(const std::string& text) {
     }
     const std::lock_guard guard(lock_);
     if (text != drawn_) {
-        fmt::print(stderr, "{}{}", eraseLine, text);
+        std::fputs(fmt::format("{}{}", eraseLine, text).c_str(), stderr); // which may be a terminal that has been closed
         drawn_ = text;
     }
 }
@@ -74,7 +74,7 @@ void StatusLine::show(const std::string& text) {
 void StatusLine::clear() {
     const std::lock_guard guard(lock_);
     if (!drawn_.empty()) {
-        fmt::print(stderr, "{}", eraseLine);
+        std::fputs(eraseLine.data(), stderr);
         drawn_.clear();
     }
 }
