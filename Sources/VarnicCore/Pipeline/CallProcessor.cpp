@@ -109,6 +109,9 @@ Note CallProcessor::process(const Recording& recording, const DigestContext& con
     if (call.segments.empty() && !call.problem) {
         call.problem = nobodyHeard;
     }
+    if (recording.loss) {
+        call.problem = call.problem ? *call.problem + " " + *recording.loss : *recording.loss;
+    }
     progress(ProcessingStage::summarising());
     call.digest = tryDigest(call.segments, context, stop);
     const std::optional<CallDigest> digest = call.digest;

@@ -37,6 +37,8 @@ struct Recording {
     double duration = 0;
     std::string source;
     std::optional<std::string> audioFolder;
+    /// What of the sound could not be kept, in sentences for the note.
+    std::optional<std::string> loss;
 
     /// The call as far as it is known before it is written down.
     [[nodiscard]] CallRecord record() const;
