@@ -21,6 +21,8 @@ namespace {
 Recording recordingOf(const RecordingResult& result) {
     return {.noteID = result.noteID,
             .tracks = result.tracks,
+            .isLiveBehind = result.isLiveBehind,
+            .liveModel = result.liveModel,
             .startedAt = result.startedAt,
             .duration = result.duration,
             .source = result.source,

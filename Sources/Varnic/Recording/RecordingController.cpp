@@ -171,6 +171,8 @@ QCoro::Task<std::optional<RecordingResult>> RecordingController::stop() {
                            .duration = target,
                            .source = source_,
                            .live = liveSegments(),
+                           .isLiveBehind = !recorder->haveRecognizersHeardAll(sides_),
+                           .liveModel = recorder->liveModel(),
                            .loss = std::nullopt,
                            .mark = mark_};
     for (const auto& [speaker, sentence] : recorder->losses()) {

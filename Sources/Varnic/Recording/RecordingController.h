@@ -33,6 +33,10 @@ struct RecordingResult {
     std::string source;
     /// The live transcript, unfinished lines included.
     std::vector<Segment> live;
+    /// Whether `live` lacks words, since the recognisers had not heard all of the sound when they were to.
+    bool isLiveBehind = false;
+    /// The id of the speech model that wrote `live`, if it is one of this machine's.
+    std::string liveModel;
     /// What of the sound could not be kept, and why, in sentences; nothing where all is there.
     std::optional<std::string> loss;
     /// Tells the folder from one whose recording died. To be removed once the call is filed.

@@ -160,6 +160,17 @@ void TrackRecorder::pad(double target) {
     });
 }
 
+bool TrackRecorder::haveRecognizersHeardAll(const std::vector<Speaker>& sides) const {
+    return std::ranges::all_of(sides, [this](Speaker side) {
+        const auto found = recognizers_.find(side);
+        return found != recognizers_.end() && found->second->isDone();
+    });
+}
+
+std::string TrackRecorder::liveModel() const {
+    return recognizers_.empty() ? "" : recognizers_.begin()->second->model();
+}
+
 void TrackRecorder::endAudio() {
     for (const auto& [speaker, recognizer] : recognizers_) {
         recognizer->endAudio();

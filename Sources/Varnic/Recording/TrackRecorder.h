@@ -61,6 +61,11 @@ public:
 
     [[nodiscard]] bool hasRecognizers() const { return !recognizers_.empty(); }
 
+    /// Whether, after `endAudio`, the recognisers have told all they heard of these sides.
+    [[nodiscard]] bool haveRecognizersHeardAll(const std::vector<Speaker>& sides) const;
+    /// The id of the model that hears; empty where no model of this machine does.
+    [[nodiscard]] std::string liveModel() const;
+
     /// Lets the recognisers come to their last words.
     void endAudio();
     /// Ends the recognisers; none of them calls back any more.

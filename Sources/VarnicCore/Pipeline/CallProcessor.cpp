@@ -1,5 +1,6 @@
 #include "VarnicCore/Pipeline/CallProcessor.h"
 
+#include "VarnicCore/Audio/EchoFreeReader.h"
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Transcript/Diarisation.h"
 #include "VarnicCore/Transcript/OverheardLines.h"
@@ -24,6 +25,12 @@ std::vector<Segment> linesOf(const std::vector<Segment>& segments, Speaker speak
     return lines;
 }
 
+void requireGoingOn(const std::stop_token& stop) {
+    if (stop.stop_requested()) {
+        throw TranscriberError::failed("cancelled");
+    }
+}
+
 /// Both sides' lines as one transcript without those that the microphone only overheard.
 std::vector<Segment> transcript(const std::vector<Segment>& you, const std::vector<Segment>& them,
                                 const CallTracks& tracks, const std::stop_token& stop) {
@@ -32,13 +39,26 @@ std::vector<Segment> transcript(const std::vector<Segment>& you, const std::vect
         return segments;
     }
     try {
-        return OverheardLines::remove(segments, *tracks.you, *tracks.them, [&stop] {
-            if (stop.stop_requested()) {
-                throw TranscriberError::failed("cancelled");
-            }
-        });
+        return OverheardLines::remove(segments, *tracks.you, *tracks.them, [&stop] { requireGoingOn(stop); });
     } catch (const std::exception&) {
         return segments; // a line too many is better than none
+    }
+}
+
+/// Whether the microphone heard the other side while both spoke: what was said over an echo is garbled in live lines.
+bool isSpoiledByEcho(const std::vector<Segment>& live, const CallTracks& tracks, const std::stop_token& stop) {
+    const auto isSpokenOver = [&live](const Segment& line) {
+        return line.speaker == Speaker::you && std::ranges::any_of(live, [&line](const Segment& other) {
+                   return other.speaker == Speaker::them && other.start < line.end && line.start < other.end;
+               });
+    };
+    if (!tracks.you || !tracks.them || std::ranges::none_of(live, isSpokenOver)) {
+        return false;
+    }
+    try {
+        return EchoFreeReader::learn(*tracks.you, *tracks.them, [&stop] { requireGoingOn(stop); }).hasEcho();
+    } catch (const std::exception&) {
+        return false;
     }
 }
 
@@ -92,10 +112,8 @@ CallProcessor::CallProcessor(std::shared_ptr<const Transcriber> speechWriter,
 Note CallProcessor::process(const Recording& recording, const DigestContext& context, const StageCallback& progress,
                             const std::stop_token& stop) const {
     CallRecord call = recording.record();
-    if (recording.live && !recording.live->empty()) {
-        call.segments = transcript(linesOf(*recording.live, Speaker::you), linesOf(*recording.live, Speaker::them),
-                                   recording.tracks, stop);
-    } else {
+    const bool hasLive = recording.live && !recording.live->empty();
+    if (!hasLive || isOutdone(recording, stop)) {
         progress(ProcessingStage::transcribing(0));
         try {
             const Sides sides = transcribeBoth(
@@ -104,6 +122,11 @@ Note CallProcessor::process(const Recording& recording, const DigestContext& con
         } catch (const std::exception& error) {
             call.problem = error.what();
         }
+    }
+    if (hasLive && call.segments.empty()) {
+        call.problem.reset();
+        call.segments = transcript(linesOf(*recording.live, Speaker::you), linesOf(*recording.live, Speaker::them),
+                                   recording.tracks, stop);
     }
     call.themName = context.themName;
     if (call.segments.empty() && !call.problem) {
@@ -133,6 +156,15 @@ Note CallProcessor::retranscribe(const Note& note, const CallTracks& tracks, con
         NoteEditor::apply(*digest, copy, false, currentDate());
     }
     return copy;
+}
+
+/// Whether the tracks tell more than the lines that were written while the call ran.
+bool CallProcessor::isOutdone(const Recording& recording, const std::stop_token& stop) const {
+    if (recording.tracks.speakers().empty()) {
+        return false;
+    }
+    return recording.isLiveBehind || transcriber->surpasses(recording.liveModel) ||
+           isSpoiledByEcho(*recording.live, recording.tracks, stop);
 }
 
 CallProcessor::Sides CallProcessor::transcribeBoth(const CallTracks& tracks, const std::function<void(double)>& overall,

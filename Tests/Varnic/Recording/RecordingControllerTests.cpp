@@ -26,22 +26,32 @@ public:
             partial[speaker] = onPartial;
             commit[speaker] = onCommit;
             return std::make_unique<LiveRecognizer>(
-                speaker, [](const SpeechRequest::OnResult&) { return std::make_unique<Deaf>(); }, onPartial, onCommit);
+                speaker, [this](const SpeechRequest::OnResult&) { return std::make_unique<Deaf>(isDone); }, onPartial, onCommit);
         };
     }
 
     std::map<Speaker, LiveRecognizer::Lines> partial;
     std::map<Speaker, LiveRecognizer::Lines> commit;
+    /// Whether the requests have heard all that came.
+    bool isDone = true;
 
 private:
     class Deaf final : public SpeechRequest {
+    public:
+        explicit Deaf(const bool& isDone) : isDone_(isDone) {}
+
+    private:
         void append(const PcmBuffer& /*buffer*/) override {}
 
         void skip(double /*seconds*/) override {}
 
         void endAudio() override {}
 
+        [[nodiscard]] bool isDone() const override { return isDone_; }
+
         void cancel() override {}
+
+        const bool& isDone_;
     };
 };
 
@@ -215,6 +225,18 @@ TEST_F(RecordingControllerTests, liveLines_comeAndGo_showAsOneTranscript) {
     late(Speaker::you, {line(Speaker::you, 9, "of another call")});
     QCoreApplication::processEvents();
     EXPECT_THAT(controller.liveSegments(), IsEmpty());
+}
+
+TEST_F(RecordingControllerTests, stop_recognisersHaveNotHeardAll_saysSo) {
+    ScriptedEngine engine;
+    controller.makeRecognizer = engine.factory();
+    for (const bool isDone : {true, false}) {
+        engine.isDone = isDone;
+        const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+        start(capture, "en-US");
+        capture->play(Speaker::you, 0, 1);
+        EXPECT_EQ(stop()->isLiveBehind, !isDone);
+    }
 }
 
 TEST_F(RecordingControllerTests, pause_soundInBetween_isNotRecorded) {
