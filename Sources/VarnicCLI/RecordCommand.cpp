@@ -137,7 +137,7 @@ private:
         }
         if (model_.recorder().warning() != warned_) {
             warned_ = model_.recorder().warning();
-            if (warned_) {
+            if (warned_ && std::ranges::find(problems, *warned_) == problems.end()) {
                 tell(*warned_);
             }
         }

@@ -66,7 +66,8 @@ void StatusLine::show(const std::string& text) {
     }
     const std::lock_guard guard(lock_);
     if (text != drawn_) {
-        std::fputs(fmt::format("{}{}", eraseLine, text).c_str(), stderr); // which may be a terminal that has been closed
+        // Without the exception of fmt::print: the terminal may have been closed.
+        std::fputs(fmt::format("{}{}", eraseLine, text).c_str(), stderr);
         drawn_ = text;
     }
 }

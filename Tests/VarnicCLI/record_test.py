@@ -329,7 +329,7 @@ class Faults(RecordTest):
         self.play_out(sound, *first[2])
         sound.remove("test-mic")
         recorder.expect("The microphone is gone.", 5)
-        recorder.expect("The microphone has gone silent.", 10)
+        recorder.expect("Your microphone is silent — is it muted?", 15)
         self.assertIsNone(recorder.process.poll())
         sound.add_source("plugged")
         self.hears(sound)

@@ -9,9 +9,9 @@
 namespace varnic {
 
 /// Takes out of the microphone's sound what it overhears of the other side from the loudspeakers. What is said over the
-/// other side stays: only where nothing but echo is to be heard there is silence afterwards. A second filter begins anew
-/// every few seconds and takes over where it leaves much less: the first one changes what it knows only slowly, and sound
-/// systems jump. A copy goes on from what was learnt. Not thread-safe, and copies share a thread.
+/// other side stays: only where nothing but echo is to be heard there is silence afterwards. A second filter begins
+/// anew every few seconds and takes over where it leaves much less: the first one changes what it knows only slowly,
+/// and sound systems jump. A copy goes on from what was learnt. Not thread-safe, and copies share a thread.
 class EchoRemoval {
 public:
     /// Samples a second.
@@ -26,8 +26,8 @@ public:
     /// Goes to the beginning of another stretch of the call: what is still inside does not come out.
     void interrupt();
 
-    /// The seconds of sound from the other side that were there to learn from, since the path to the microphone was last
-    /// found to have changed.
+    /// The seconds of sound from the other side that were there to learn from, since the path to the microphone was
+    /// last found to have changed.
     [[nodiscard]] double learnt() const;
 
     /// Whether there is a path: the microphone has heard the other side well enough for its echo to be taken out.

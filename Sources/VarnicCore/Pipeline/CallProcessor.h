@@ -60,8 +60,9 @@ public:
     Region region;
 
     /// Takes the live transcript or, where there is none, it lacks words, was spoiled by an echo or was written by a
-    /// lesser model, transcribes both tracks at once; merges, summarises and makes the note; blocks until done. Whatever goes wrong
-    /// with the call ends as a note whose `problem` says so. `progress` may be called on any thread.
+    /// lesser model, transcribes both tracks at once; merges, summarises and makes the note; blocks until done.
+    /// Whatever goes wrong with the call ends as a note whose `problem` says so. `progress` may be called on any
+    /// thread.
     [[nodiscard]] Note process(const Recording& recording, const DigestContext& context, const StageCallback& progress,
                                const std::stop_token& stop = {}) const;
 

@@ -14,8 +14,8 @@
 
 namespace varnic {
 
-/// Opens the two sides on PipeWire and keeps them open: it goes after microphones as they come and go, the programs that
-/// play, a server that comes back and a session manager that does. Sound goes into the rings.
+/// Opens the two sides on PipeWire and keeps them open: it goes after microphones as they come and go, the programs
+/// that play, a server that comes back and a session manager that does. Sound goes into the rings.
 class CaptureSupervisor {
 public:
     CaptureSupervisor(FrameRing& microphoneRing, FrameRing& programsRing);
@@ -42,7 +42,7 @@ public:
     [[nodiscard]] std::vector<std::string> problems() const;
     void addProblem(const std::string& sentence);
 
-    /// Which microphone stands in for the chosen one. Any thread.
+    /// See MicrophoneSide::notice. Any thread.
     [[nodiscard]] std::optional<std::string> notice() const;
 
     /// Whether sound of other programs ought to be coming in. Any thread.

@@ -124,9 +124,7 @@ public:
     [[nodiscard]] std::uint64_t lostFrames() const { return you_.ring.lostFrames() + them_.ring.lostFrames(); }
 
 private:
-    [[nodiscard]] bool hasStarted(Speaker speaker) const {
-        return std::ranges::find(sides_, speaker) != sides_.end();
-    }
+    [[nodiscard]] bool hasStarted(Speaker speaker) const { return std::ranges::find(sides_, speaker) != sides_.end(); }
 
     /// Why a side does not start.
     using Problem = std::optional<std::string>;

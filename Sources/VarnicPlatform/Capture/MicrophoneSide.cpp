@@ -12,6 +12,8 @@ namespace {
 /// for which one counts as delivering after its last sound.
 constexpr double openingTime = 2;
 
+constexpr const char* gone = "The microphone is gone.";
+
 } // namespace
 
 std::vector<std::string> MicrophoneSide::tend(pw_core* core, const SoundGraph& graph, double now) {
@@ -20,10 +22,14 @@ std::vector<std::string> MicrophoneSide::tend(pw_core* core, const SoundGraph& g
     followMove(graph, microphones);
     const SoundNode* wanted = choose(microphones);
     if (wanted == nullptr) {
-        if (current_) {
-            problems.emplace_back("The microphone is gone.");
-        }
+        const bool wasThere = current_ != nullptr;
         close();
+        if (wasThere) {
+            problems.emplace_back(gone);
+        }
+        if (!chosen_.empty()) {
+            notice_ = gone;
+        }
         return problems;
     }
     if (current_ && std::ranges::find(microphones, current_->source(), &SoundNode::id) == microphones.end()) {

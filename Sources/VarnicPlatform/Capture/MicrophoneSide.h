@@ -12,9 +12,9 @@
 
 namespace varnic {
 
-/// The sound of the chosen microphone on its way into the ring or, while that one delivers nothing or is gone, the sound
-/// of another one that does. A microphone that only delivers silence delivers: it may be muted for a reason. Called
-/// with the loop locked or in its thread.
+/// The sound of the chosen microphone on its way into the ring or, while that one delivers nothing or is gone, the
+/// sound of another one that does. A microphone that only delivers silence delivers: it may be muted for a reason.
+/// Called with the loop locked or in its thread.
 class MicrophoneSide {
 public:
     explicit MicrophoneSide(FrameRing& ring) : ring_(ring) {}
@@ -31,7 +31,7 @@ public:
     /// Whether sound has come since the stream was opened.
     [[nodiscard]] bool delivers() const { return current_ && current_->lastHeard() > 0; }
 
-    /// Says which microphone stands in for the chosen one; nothing while none does.
+    /// Says which microphone stands in for the chosen one, or that none is left; nothing while that one is recorded.
     [[nodiscard]] std::optional<std::string> notice() const { return notice_; }
 
 private:

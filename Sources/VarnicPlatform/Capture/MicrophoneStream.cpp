@@ -33,17 +33,17 @@ struct MicrophoneStream::Events {
 
 MicrophoneStream::MicrophoneStream(pw_core* core, const SoundNode& source)
     : source_(source.id), label_(source.label()),
-      // No media.role: "Communication" makes the session manager link microphones by rules of its own. Nor is the stream
-      // forbidden to be moved, since then no volume control could; where the session manager moves it by itself, to the
-      // monitor of a sink when a microphone vanishes, `verify` closes it.
+      // No media.role: "Communication" makes the session manager link microphones by rules of its own. Nor is the
+      // stream forbidden to be moved, since then no volume control could; where the session manager moves it by itself,
+      // to the monitor of a sink when a microphone vanishes, `verify` closes it.
       stream_(
           pw_stream_new(core, "your side of a call",
-                        pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture",
-                                          PW_KEY_APP_NAME, applicationName, PW_KEY_APP_ID, applicationId,
-                                          PW_KEY_APP_ICON_NAME, applicationId, PW_KEY_NODE_NAME, "varnic-microphone",
-                                          PW_KEY_NODE_DESCRIPTION, "Varnic: your side of a call", PW_KEY_NODE_LATENCY,
-                                          "1024/48000", PW_KEY_TARGET_OBJECT, source.name.c_str(),
-                                          "state.restore-target", "false", "state.restore-props", "false", nullptr))) {
+                        pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture", PW_KEY_APP_NAME,
+                                          applicationName, PW_KEY_APP_ID, applicationId, PW_KEY_APP_ICON_NAME,
+                                          applicationId, PW_KEY_NODE_NAME, "varnic-microphone", PW_KEY_NODE_DESCRIPTION,
+                                          "Varnic: your side of a call", PW_KEY_NODE_LATENCY, "1024/48000",
+                                          PW_KEY_TARGET_OBJECT, source.name.c_str(), "state.restore-target", "false",
+                                          "state.restore-props", "false", nullptr))) {
     if (stream_ == nullptr) {
         return;
     }

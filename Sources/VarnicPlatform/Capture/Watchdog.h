@@ -4,8 +4,8 @@
 
 namespace varnic {
 
-/// Notices when sound that ought to come has not come for a while, and waits longer after each attempt to mend it. Times
-/// are the HostClock's.
+/// Notices when sound that ought to come has not come for a while, and waits longer after each attempt to mend it.
+/// Times are the HostClock's.
 class Watchdog {
 public:
     /// A new attempt has been made at this time.

@@ -26,7 +26,8 @@ public:
             partial[speaker] = onPartial;
             commit[speaker] = onCommit;
             return std::make_unique<LiveRecognizer>(
-                speaker, [this](const SpeechRequest::OnResult&) { return std::make_unique<Deaf>(isDone); }, onPartial, onCommit);
+                speaker, [this](const SpeechRequest::OnResult&) { return std::make_unique<Deaf>(isDone); }, onPartial,
+                onCommit);
         };
     }
 

@@ -41,8 +41,9 @@ TEST(RecordingHealth, refusal_noRoomForAnHour_tellsTheMinutes) {
         std::optional<std::string> fits;
     };
 
-    const std::vector<Case> cases{{std::nullopt, std::nullopt}, {84'800'000, std::nullopt}, {84'799'999, "only 59 minutes"},
-                                  {22'160'000, "only 2 minutes"}, {21'080'000, "only 1 minute"}, {21'079'999, "not even a minute"},
+    const std::vector<Case> cases{{std::nullopt, std::nullopt},    {84'800'000, std::nullopt},
+                                  {84'799'999, "only 59 minutes"}, {22'160'000, "only 2 minutes"},
+                                  {21'080'000, "only 1 minute"},   {21'079'999, "not even a minute"},
                                   {0, "not even a minute"}};
     for (const Case& one : cases) {
         const auto refusal = RecordingHealth::refusal(one.space);

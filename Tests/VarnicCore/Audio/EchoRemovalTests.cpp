@@ -123,9 +123,11 @@ TEST(EchoRemovalTests, clean_pathChangesInMidCall_isLearntAgain) {
     };
 
     // A quantum more, as when a stream is linked anew; less of it; louder; another room; none before.
-    for (const auto& [before, after] :
-         {std::pair<Path, Path>{{-12, 0.03}, {-12, 0.0513}}, {{-12, 0.1}, {-12, 0.0787}}, {{-20, 0.03}, {-6, 0.03}},
-          {{-12, 0.03}, {-9, 0.2}}, {{-90, 0.03}, {-12, 0.05}}}) {
+    for (const auto& [before, after] : {std::pair<Path, Path>{{-12, 0.03}, {-12, 0.0513}},
+                                        {{-12, 0.1}, {-12, 0.0787}},
+                                        {{-20, 0.03}, {-6, 0.03}},
+                                        {{-12, 0.03}, {-9, 0.2}},
+                                        {{-90, 0.03}, {-12, 0.05}}}) {
         std::vector<float> first(static_cast<std::size_t>(change * rate));
         std::vector<float> microphone(them.size());
         overhear(first, them, before.down, before.late, rate);

@@ -24,7 +24,8 @@ inline std::vector<float> babble(double seconds, unsigned seed, int rate) {
 }
 
 /// Adds what a microphone hears of a sound in a room: so much down, late, and with half a dozen reflections.
-inline void overhear(std::vector<float>& heard, const std::vector<float>& sound, double decibels, double late, int rate) {
+inline void overhear(std::vector<float>& heard, const std::vector<float>& sound, double decibels, double late,
+                     int rate) {
     for (int reflection = 0; reflection < 7; ++reflection) {
         const auto gain = static_cast<float>(std::pow(10, decibels / 20) * std::pow(-0.5, reflection));
         const auto delay = static_cast<std::size_t>((late + 0.011 * reflection) * rate);

@@ -221,6 +221,7 @@ TEST_F(LiveCaptureTest, microphoneVanishes_neverTheMonitorInstead_returns) {
     ASSERT_TRUE(bothSidesHear());
     run("remove test-mic");
     ASSERT_TRUE(comesToReport("The microphone is gone."));
+    EXPECT_EQ(recorder.capture.notice(), "The microphone is gone.");
     EXPECT_TRUE(recorder.capture.expects(Speaker::you));
     ASSERT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
     EXPECT_LT(recorder.loudness(Speaker::you, playerTone), Tones::loudness / 50);
