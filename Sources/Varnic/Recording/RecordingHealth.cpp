@@ -6,10 +6,15 @@
 
 namespace varnic {
 
+namespace {
+
+bool holds(const std::vector<Speaker>& some, Speaker side) {
+    return std::ranges::find(some, side) != some.end();
+}
+
+} // namespace
+
 std::optional<std::string> RecordingHealth::warning() const {
-    const auto holds = [](const std::vector<Speaker>& some, Speaker side) {
-        return std::ranges::find(some, side) != some.end();
-    };
     if (writeProblem) {
         return fmt::format("The sound isn’t being saved: {}", *writeProblem);
     }
@@ -22,9 +27,10 @@ std::optional<std::string> RecordingHealth::warning() const {
     if (holds(silent, Speaker::them)) {
         return "The Mac’s sound has gone silent.";
     }
-    if (notice) {
-        return notice;
-    }
+    return notice ? notice : missingSide(sides);
+}
+
+std::optional<std::string> RecordingHealth::missingSide(const std::vector<Speaker>& sides) {
     if (holds(sides, Speaker::you) && !holds(sides, Speaker::them)) {
         return "Recording your side only — their side needs Screen Recording.";
     }

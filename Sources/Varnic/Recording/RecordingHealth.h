@@ -40,6 +40,9 @@ struct RecordingHealth {
     /// The user's sentence for the worst of it, or nothing.
     [[nodiscard]] std::optional<std::string> warning() const;
 
+    /// Says which side is not recorded; nothing where both are.
+    [[nodiscard]] static std::optional<std::string> missingSide(const std::vector<Speaker>& sides);
+
     /// Why a recording should not begin on a disk with so many bytes left; nothing where there is room.
     [[nodiscard]] static std::optional<std::string> refusal(std::optional<std::uintmax_t> diskSpace);
 };
