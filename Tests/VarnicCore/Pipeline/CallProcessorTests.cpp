@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <condition_variable>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <memory>
 #include <mutex>
@@ -89,16 +90,18 @@ protected:
         return {std::make_shared<LargeTranscriber>(fake), summariser, Region{}};
     }
 
-    /// They speak all the time, you from second 4 to 7.
+    /// They speak all the time, you from second 24 to 27; headphones are taken off at 15.
     void writeTracks(bool hasEcho) const {
         constexpr int rate = 48'000;
-        const std::vector<float> them = babble(16, 1, rate);
-        const std::vector<float> voice = babble(16, 2, rate);
+        const std::vector<float> them = babble(30, 1, rate);
+        const std::vector<float> voice = babble(30, 2, rate);
         std::vector<float> microphone(them.size());
-        std::copy(voice.begin() + 4 * rate, voice.begin() + 7 * rate, microphone.begin() + 4 * rate);
         if (hasEcho) {
             overhear(microphone, them, -12, 0.05, rate);
+            std::fill_n(microphone.begin(), 15 * rate, 0.0F);
         }
+        std::transform(voice.begin() + 24 * rate, voice.begin() + 27 * rate, microphone.begin() + 24 * rate,
+                       microphone.begin() + 24 * rate, std::plus<>());
         AudioMix::write(microphone, *recording.tracks.you, true);
         AudioMix::write(them, *recording.tracks.them, true);
     }
@@ -180,7 +183,7 @@ TEST_F(CallProcessorTest, process_liveTranscript_standsInForTranscriptionUnlessE
 TEST_F(CallProcessorTest, process_liveTranscriptIsOutdone_standsOnlyWhereTheTracksGiveNone) {
     const std::vector<std::string> live{"We decided on the price.", "I lend the sign."};
     const std::vector<std::string> tracks{fake->segments[1].text, fake->segments[0].text};
-    recording.live = {Segment(Speaker::you, 4, 7, live[1]), Segment(Speaker::them, 0, 6, live[0])};
+    recording.live = {Segment(Speaker::you, 24, 27, live[1]), Segment(Speaker::them, 20, 26, live[0])};
 
     struct Case {
         const char* why;
