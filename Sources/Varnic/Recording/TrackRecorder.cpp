@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <limits>
 #include <system_error>
 
 namespace varnic {
@@ -186,7 +187,9 @@ void TrackRecorder::cancelRecognizers() {
 void TrackRecorder::close() {
     queue_.sync([&] {
         for (const auto& [speaker, writer] : writers_) {
-            attempt(speaker, writer->seconds(), [](TrackWriter& track) { track.close(); });
+            if (attempt(speaker, writer->seconds(), [](TrackWriter& track) { track.close(); })) {
+                noteSuccess(speaker, std::numeric_limits<double>::infinity());
+            }
         }
     });
 }

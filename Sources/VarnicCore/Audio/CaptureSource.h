@@ -41,8 +41,8 @@ public:
     /// Ends delivery: after it has returned, `deliver` is not called again. May be called with nothing started.
     virtual void stop() = 0;
 
-    /// The sides that `start` did not give and that may still begin to deliver, such as a microphone that is plugged in
-    /// late. Told once `start` has returned.
+    /// The sides that `start` did not give and that may begin to deliver at any time after it, such as a microphone
+    /// that is plugged in late.
     [[nodiscard]] virtual std::vector<Speaker> awaited() const { return {}; }
 
     /// What the user should know of where the sound comes from now, a sentence; nothing while all is as it was chosen.

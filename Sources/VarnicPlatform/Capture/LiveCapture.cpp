@@ -110,7 +110,7 @@ public:
     [[nodiscard]] std::optional<std::string> notice() const { return supervisor_.notice(); }
 
     [[nodiscard]] std::vector<Speaker> awaited() const {
-        return awaitsMicrophone_ && !you_.hasCome() ? std::vector{Speaker::you} : std::vector<Speaker>();
+        return awaitsMicrophone_ ? std::vector{Speaker::you} : std::vector<Speaker>();
     }
 
     [[nodiscard]] bool expects(Speaker speaker) const {

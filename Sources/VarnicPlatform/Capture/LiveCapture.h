@@ -30,7 +30,7 @@ public:
     /// Not from within `deliver`.
     void stop() override;
 
-    /// The microphone, while none has delivered yet.
+    /// The microphone, where none delivered at the start.
     [[nodiscard]] std::vector<Speaker> awaited() const override;
     [[nodiscard]] std::optional<std::string> notice() const override;
     [[nodiscard]] std::vector<std::string> problems() const override;

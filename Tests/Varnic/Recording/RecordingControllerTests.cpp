@@ -4,6 +4,7 @@
 #include "Varnic/HandCapture.h"
 #include "Varnic/Recording/RecordingHealth.h"
 #include "VarnicCore/Audio/AudioFiles.h"
+#include "VarnicCore/Audio/FileSizeLimit.h"
 #include "VarnicCore/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -331,6 +332,32 @@ TEST_F(RecordingControllerTests, tracks_oneCannotBeWritten_saysSoOnceAndKeepsThe
     EXPECT_EQ(result->loss, "The recording of your side lacks sound from 0:01 on: " + reason);
     EXPECT_THAT(result->tracks.speakers(), ElementsAre(Speaker::them)) << "whose transcript the other would spoil";
     EXPECT_NEAR(AudioFiles::duration(*result->tracks.them), result->duration, 0.001);
+}
+
+TEST_F(RecordingControllerTests, tracks_diskIsFullForAWhile_tellWhatTheyLack) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+    start(capture);
+    double at = 0;
+    const auto playUntil = [&](double end) {
+        for (; at < end; at += 0.1) {
+            capture->play(Speaker::you, at, 0.1);
+            capture->play(Speaker::them, at, 0.1);
+        }
+    };
+    playUntil(3);
+    {
+        const FileSizeLimit full(4096);
+        playUntil(6);
+        ASSERT_TRUE(waitUntil([&] { return controller.warning().has_value(); }));
+    }
+    playUntil(15);
+    EXPECT_TRUE(waitUntil([&] { return !controller.warning(); }));
+    const auto result = stop();
+    ASSERT_TRUE(result && result->loss);
+    EXPECT_THAT(*result->loss,
+                testing::ContainsRegex("The recording of your side lacks sound from 0:0[0-4] to 0:05: "));
+    EXPECT_NEAR(AudioFiles::duration(*result->tracks.you), 15, 0.1);
+    EXPECT_GT(AudioFiles::frameLevels(*result->tracks.you, 1).at(13), -20);
 }
 
 TEST_F(RecordingControllerTests, folder_movedAway_keepsTheTracksInTheirPlaceToo) {

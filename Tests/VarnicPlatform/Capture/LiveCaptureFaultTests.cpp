@@ -83,7 +83,6 @@ TEST_F(LiveCaptureTest, start_onlyMicrophoneGivesNothing_theirSideIsHeardMeanwhi
     run("revive headset");
     run("feed " + tone({micTone}) + " headset-in");
     EXPECT_TRUE(recorder.comesToHear(Speaker::you, micTone));
-    EXPECT_THAT(recorder.capture.awaited(), testing::IsEmpty());
     EXPECT_TRUE(recorder.capture.expects(Speaker::you));
 }
 
