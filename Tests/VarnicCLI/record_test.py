@@ -272,6 +272,26 @@ class WholeCall(RecordTest):
     def test_what_the_microphone_hears_of_the_other_side_is_not_yours(self):
         self.check_notes(self.record_call(with_echo=True), {"live": 0.18, "afterwards": 0.18})
 
+    def test_what_you_say_over_the_loudspeakers_is_in_the_note_as_it_was_said(self):
+        theirs = [line for line in self.lines if line["speaker"] == "them"]
+        yours = [line for line in self.lines if line["speaker"] == "you" and " the " in line["text"]][1:4]
+        mixes = {"them.wav": "".join(f"[{i}]" for i in range(len(theirs))) + f"concat={len(theirs)}:v=0:a=1",
+                 "you.wav": "".join(f"[{i}]adelay={11000 + 5000 * i}[d{i}];" for i in range(len(yours)))
+                 + "".join(f"[d{i}]" for i in range(len(yours))) + f"amix={len(yours)}:normalize=0"}
+        for (name, mix), lines in zip(mixes.items(), (theirs, yours)):
+            subprocess.run(["ffmpeg", "-v", "error", *(word for line in lines for word in ("-i", line["file"])),
+                            "-filter_complex", mix, self.folder / name], check=True)
+        sound = self.sound_system()
+        sound.overhear(volume=0.178, delay=0.03)
+        recorder = self.record(sound).started()
+        self.play_out(sound, sound.play(self.folder / "them.wav"), sound.feed(self.folder / "you.wav"))
+        self.assertEqual(recorder.stop(), 0, recorder.error)
+        for speaker, lines in (("you", yours), ("them", theirs)):
+            said = [word for line in lines for word in words(line["text"])]
+            written = [word for segment in recorder.note()["call"]["segments"] if segment["speaker"] == speaker
+                       for word in words(segment["text"])]
+            self.assertLess(word_errors(said, written), 0.2 * len(said), written)
+
 
 class Faults(RecordTest):
     """What goes wrong with the sound while a call is recorded."""

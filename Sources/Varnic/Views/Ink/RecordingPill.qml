@@ -46,14 +46,15 @@ Item {
 
         Accessible.name: text
         Accessible.role: Accessible.AlertMessage
-        anchors.fill: line
+        anchors.left: line.left
+        anchors.right: line.right
+        anchors.verticalCenter: parent.verticalCenter
         color: Theme.Palette.warn
         elide: Text.ElideRight
         font: Theme.Typo.caption
         maximumLineCount: 2
         objectName: "warning"
         text: LiveCall.warning
-        verticalAlignment: Text.AlignVCenter
         visible: text !== ""
         wrapMode: Text.WordWrap
     }
