@@ -19,6 +19,10 @@ constexpr double audible = 1e-6;
 constexpr double memory = 0.97;
 /// The second filter takes over where it leaves less than this share of what the first one does.
 constexpr double muchLess = 0.5;
+/// A filter that leaves more than so many times what came has lost the path, and adds an echo of its own. What the
+/// second one has learnt of that path holds it up too.
+constexpr double lost = 1.1;
+constexpr double beforeLost = 2;
 /// Seconds of the other side's sound that the second filter learns from, before it may take over and in all.
 constexpr double beforeTakingOver = 1;
 constexpr double longestTrial = 8;
@@ -66,13 +70,15 @@ EchoFilter::Remainder EchoRemoval::remainder(std::span<const float, block> them,
         ++learner->learnt;
         learner->left = memory * learner->left + EchoFilter::energy(left->samples);
     }
+    came_ = memory * came_ + EchoFilter::energy(you);
     if (rival_.learnt > blocksOf(beforeTakingOver) && rival_.left < muchLess * filter_.left) {
-        filter_ = std::exchange(rival_, Learner{.filter = {}, .learnt = 0, .left = 0});
+        filter_ = std::exchange(rival_, Learner());
         return other;
     }
-    if (rival_.learnt > blocksOf(longestTrial)) {
-        rival_ = Learner{.filter = {}, .learnt = 0, .left = 0};
-        filter_.left = 0; // to be compared over the same time
+    const bool isLost = rival_.learnt > blocksOf(beforeLost) && filter_.left > lost * came_;
+    if (isLost || rival_.learnt > blocksOf(longestTrial)) {
+        rival_ = Learner();
+        filter_.left = came_ = 0; // to be compared over the same time
     }
     return rest;
 }

@@ -53,6 +53,8 @@ private:
 
     Learner filter_;
     Learner rival_;
+    /// The microphone's energy in the time that `left` is about.
+    double came_ = 0;
     /// The last blocks, oldest first.
     std::array<Heard, lag + 1> heard_{};
     std::size_t sinceOwn_ = 0;
