@@ -1,6 +1,7 @@
 #include "VarnicCLI/Interruption.h"
 
 #include <csignal>
+#include <utility>
 
 #include <pthread.h>
 
@@ -13,6 +14,11 @@ sigset_t watchedSignals() {
     sigemptyset(&signals);
     sigaddset(&signals, SIGINT);
     sigaddset(&signals, SIGTERM);
+    struct sigaction hangUp{};
+    sigaction(SIGHUP, nullptr, &hangUp);
+    if (hangUp.sa_handler != SIG_IGN) { // as nohup sets it, for what shall outlive its terminal
+        sigaddset(&signals, SIGHUP);
+    }
     return signals;
 }
 
@@ -22,10 +28,13 @@ Interruption::Interruption() {
     const sigset_t signals = watchedSignals();
     pthread_sigmask(SIG_BLOCK, &signals, &before_);
     watcher_ = std::jthread([this, signals](const std::stop_token& end) {
+        bool isHungUp = false;
         while (!end.stop_requested()) {
             int signal = 0;
             sigwait(&signals, &signal);
-            if (!end.stop_requested()) {
+            // A closed terminal is told by the shell and by the system, and is no wish to hurry.
+            const bool isRepeated = signal == SIGHUP && std::exchange(isHungUp, true);
+            if (!end.stop_requested() && !isRepeated) {
                 ++count_;
                 stop_.request_stop();
             }

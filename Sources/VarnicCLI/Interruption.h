@@ -8,8 +8,8 @@
 
 namespace varnic::cli {
 
-/// Turns, as long as it lives, an interrupt or a polite kill into a request to stop, so that no half-done work is left
-/// behind. Make it before the threads that do the work, which then leave the signals to it.
+/// Turns, as long as it lives, an interrupt, a polite kill or a closed terminal into a request to stop, so that no
+/// half-done work is left behind. Make it before the threads that do the work, which then leave the signals to it.
 class Interruption {
 public:
     Interruption();

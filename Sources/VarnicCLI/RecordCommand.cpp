@@ -2,6 +2,7 @@
 #include "VarnicCLI/FlowRunner.h"
 #include "VarnicCLI/MissingDevices.h"
 #include "VarnicCLI/Terminal.h"
+#include "VarnicCore/Audio/CaptureError.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Text/Wording.h"
 #include "VarnicPlatform/Capture/LiveCapture.h"
@@ -15,6 +16,8 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <csignal>
+#include <cstdio>
 #include <limits>
 
 namespace varnic::cli {
@@ -57,17 +60,13 @@ public:
         // Without a screen there is no sheet to ask on: what can be recorded is, and the rest is said.
         QCoro::waitFor(model_.startRecording(true));
         if (!isRecording(model_.recorder().state())) {
-            // The reason, where there is one, rather than the hint at a window's settings.
-            const std::vector<std::string> missing = missingDevices(SoundSurvey::take());
-            throw std::runtime_error(missing.empty() ? toastText(model_)
-                                                     : fmt::format("{} `varnic-cli devices` tells what is missing.",
-                                                                   fmt::join(missing, " ")));
+            throw std::runtime_error(whyNot());
         }
         id_ = model_.recorder().noteID();
         for (const std::string& sentence : missingDevices(SoundSurvey::take())) {
             tell(sentence);
         }
-        fmt::print(stderr, "Recording. Ctrl-C stops.\n");
+        say("Recording. Ctrl-C stops.");
         QEventLoop loop;
         QTimer timer;
         QObject::connect(&timer, &QTimer::timeout, [&] {
@@ -87,9 +86,10 @@ private:
         RecordingController& recorder = model_.recorder();
         printNewLines();
         printNewTroubles();
+        checkOutput();
         if (isRecording(recorder.state())) {
             line_.show(status());
-            if (interruption_.count() > 0 || recorder.elapsed() >= limit_) {
+            if (interruption_.count() > 0 || isUnheard_ || recorder.elapsed() >= limit_) {
                 stoppedBy_ = interruption_.count();
                 model_.stopRecording();
             }
@@ -102,6 +102,18 @@ private:
         if (interruption_.count() > stoppedBy_) {
             model_.cancelProcessing();
         }
+    }
+
+    /// Why nothing is recorded: the very reason, where it is known, rather than the hint at a window's settings.
+    [[nodiscard]] std::string whyNot() const {
+        const std::string told = toastText(model_);
+        const std::vector<std::string> missing = missingDevices(SoundSurvey::take());
+        if (missing.empty()) {
+            return told;
+        }
+        const bool isByMissing = told == Wording::shown(CaptureError::nothingToRecord().what());
+        return fmt::format("{} `varnic-cli devices` tells what is missing.",
+                           isByMissing ? fmt::format("{}", fmt::join(missing, " ")) : told);
     }
 
     [[nodiscard]] bool isFinished() const {
@@ -124,9 +136,8 @@ private:
         const auto& lines = model_.recorder().committed();
         for (; printed_ < lines.size(); ++printed_) {
             const Segment& said = lines[printed_];
-            line_.clear();
-            fmt::print(stderr, "{} {}: {}\n", Clock::stamp(said.start), CallRecord().name(said.speaker, yourName_),
-                       said.text);
+            say(fmt::format("{} {}: {}", Clock::stamp(said.start), CallRecord().name(said.speaker, yourName_),
+                            said.text));
         }
     }
 
@@ -138,7 +149,7 @@ private:
         }
         if (model_.recorder().warning() != warned_) {
             warned_ = model_.recorder().warning();
-            if (warned_) {
+            if (warned_ && std::ranges::find(problems, *warned_) == problems.end()) {
                 tell(*warned_);
             }
         }
@@ -148,9 +159,19 @@ private:
         }
     }
 
-    void tell(std::string_view sentence) {
+    void tell(std::string_view sentence) { say(fmt::format("varnic-cli: {}", Wording::shown(sentence))); }
+
+    void say(const std::string& line) {
         line_.clear();
-        fmt::print(stderr, "varnic-cli: {}\n", Wording::shown(sentence));
+        Terminal::print(stderr, "{}\n", line);
+    }
+
+    /// Notices that the terminal, or the reader at the other end of the pipe, is gone.
+    void checkOutput() {
+        if (std::ferror(stderr) != 0) {
+            isUnheard_ = true;
+            static_cast<void>(std::freopen("/dev/null", "w", stderr));
+        }
     }
 
     AppModel& model_;
@@ -164,6 +185,8 @@ private:
     std::size_t problemsTold_ = 0;
     std::optional<std::string> warned_;
     std::optional<Uuid> toastTold_;
+    /// Whether nobody reads any more what is said.
+    bool isUnheard_ = false;
     /// Interrupts until the recording stopped; the next one stops what follows.
     int stoppedBy_ = 0;
 };
@@ -171,7 +194,7 @@ private:
 /// Sound that came but is in no track.
 void tellLoss(const LiveCapture& capture) {
     if (const auto lost = capture.lostFrames(); lost > 0) {
-        fmt::print(stderr, "varnic-cli: {:.1f} seconds of sound were lost: the computer was too busy.\n",
+        Terminal::print(stderr, "varnic-cli: {:.1f} seconds of sound were lost: the computer was too busy.\n",
                    static_cast<double>(lost) / TrackFormat::sampleRate);
     }
 }
@@ -181,6 +204,8 @@ void tellLoss(const LiveCapture& capture) {
 ExitCode record(const Arguments& arguments) {
     arguments.expectNoWords();
     const double seconds = limit(arguments);
+    // A reader that goes away shall not take the recording along: see RecordingSession::checkOutput.
+    std::signal(SIGPIPE, SIG_IGN);
     Application application;
     AppModel& model = application.model;
     model.settings.liveTranscript = !arguments.has("no-live");
@@ -194,7 +219,7 @@ ExitCode record(const Arguments& arguments) {
     const Note note = RecordingSession(model, *capture, application.interruption, seconds, options.yourName).run();
     tellLoss(*capture);
     if (options.json) {
-        fmt::print("{}\n", LibraryStore::encoded(note));
+        Terminal::printJson(LibraryStore::encoded(note));
     } else {
         printFiled(note, options);
     }

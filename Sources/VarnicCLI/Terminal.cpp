@@ -102,7 +102,8 @@ std::string plain(std::string_view text) {
 }
 
 void write(std::FILE* stream, std::string_view text) {
-    fmt::print(stream, "{}", written(text, isStyled(stream)));
+    // Without the exception of fmt::print: the terminal, or who reads from the pipe, may be gone.
+    std::fputs(written(text, isStyled(stream)).c_str(), stream);
 }
 
 void printJson(std::string_view json) {
@@ -152,7 +153,8 @@ void StatusLine::show(const std::string& text) {
     }
     const std::lock_guard guard(lock_);
     if (text != drawn_) {
-        fmt::print(stderr, "{}{}", eraseLine, plain(text));
+        // Without the exception of fmt::print: the terminal may have been closed.
+        std::fputs(fmt::format("{}{}", eraseLine, plain(text)).c_str(), stderr);
         drawn_ = text;
     }
 }
@@ -160,7 +162,7 @@ void StatusLine::show(const std::string& text) {
 void StatusLine::clear() {
     const std::lock_guard guard(lock_);
     if (!drawn_.empty()) {
-        fmt::print(stderr, "{}", eraseLine);
+        std::fputs(eraseLine.data(), stderr);
         drawn_.clear();
     }
 }

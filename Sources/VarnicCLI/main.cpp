@@ -60,7 +60,7 @@ ExitCode run(const std::vector<std::string>& words) {
 int main(int argc, char** argv) {
     try {
         const ExitCode code = run({argv + 1, argv + argc});
-        if (std::fflush(stdout) != 0) {
+        if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
             fmt::print(stderr, "varnic-cli: The output couldn’t be written.\n");
             return static_cast<int>(ExitCode::failure);
         }

@@ -9,6 +9,7 @@
 #include <numbers>
 #include <optional>
 #include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,8 @@ public:
 
     std::optional<CaptureError> failure;
     std::set<Speaker> expected;
+    std::vector<Speaker> late;
+    std::optional<std::string> said;
     std::atomic<bool> isStopped = false;
     /// While this is true `start` doesn't return, though sound may come in already.
     std::atomic<bool> isOpening = false;
@@ -41,14 +44,18 @@ public:
         isStopped = true;
     }
 
+    [[nodiscard]] std::vector<Speaker> awaited() const override { return late; }
+
+    [[nodiscard]] std::optional<std::string> notice() const override { return said; }
+
     [[nodiscard]] bool expects(Speaker speaker) const override { return expected.contains(speaker); }
 
     /// A tone of half of full scale, in one piece.
-    void play(Speaker speaker, double at, double seconds) const {
+    void play(Speaker speaker, double at, double seconds, double amplitude = 0.5) const {
         PcmBuffer buffer{.rate = 48'000, .channels = {std::vector<float>(static_cast<std::size_t>(seconds * 48'000))}};
         for (std::size_t i = 0; i < buffer.frames(); ++i) {
             buffer.channels.front()[i] =
-                static_cast<float>(0.5 * std::sin(2 * std::numbers::pi * 440 * static_cast<double>(i) / 48'000));
+                static_cast<float>(amplitude * std::sin(2 * std::numbers::pi * 440 * static_cast<double>(i) / 48'000));
         }
         deliver_(speaker, std::move(buffer), at);
     }

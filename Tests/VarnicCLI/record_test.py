@@ -8,6 +8,7 @@ process in a mount namespace, which takes its small disks with it when it ends.
 
 import concurrent.futures
 import errno
+import fcntl
 import json
 import os
 import random
@@ -16,6 +17,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import termios
 import threading
 import time
 import unittest
@@ -270,6 +272,26 @@ class WholeCall(RecordTest):
     def test_what_the_microphone_hears_of_the_other_side_is_not_yours(self):
         self.check_notes(self.record_call(with_echo=True), {"live": 0.18, "afterwards": 0.18})
 
+    def test_what_you_say_over_the_loudspeakers_is_in_the_note_as_it_was_said(self):
+        theirs = [line for line in self.lines if line["speaker"] == "them"]
+        yours = [line for line in self.lines if line["speaker"] == "you" and " the " in line["text"]][1:4]
+        mixes = {"them.wav": "".join(f"[{i}]" for i in range(len(theirs))) + f"concat={len(theirs)}:v=0:a=1",
+                 "you.wav": "".join(f"[{i}]adelay={11000 + 5000 * i}[d{i}];" for i in range(len(yours)))
+                 + "".join(f"[d{i}]" for i in range(len(yours))) + f"amix={len(yours)}:normalize=0"}
+        for (name, mix), lines in zip(mixes.items(), (theirs, yours)):
+            subprocess.run(["ffmpeg", "-v", "error", *(word for line in lines for word in ("-i", line["file"])),
+                            "-filter_complex", mix, self.folder / name], check=True)
+        sound = self.sound_system()
+        sound.overhear(volume=0.178, delay=0.03)
+        recorder = self.record(sound).started()
+        self.play_out(sound, sound.play(self.folder / "them.wav"), sound.feed(self.folder / "you.wav"))
+        self.assertEqual(recorder.stop(), 0, recorder.error)
+        for speaker, lines in (("you", yours), ("them", theirs)):
+            said = [word for line in lines for word in words(line["text"])]
+            written = [word for segment in recorder.note()["call"]["segments"] if segment["speaker"] == speaker
+                       for word in words(segment["text"])]
+            self.assertLess(word_errors(said, written), 0.2 * len(said), written)
+
 
 class Faults(RecordTest):
     """What goes wrong with the sound while a call is recorded."""
@@ -327,7 +349,7 @@ class Faults(RecordTest):
         self.play_out(sound, *first[2])
         sound.remove("test-mic")
         recorder.expect("The microphone is gone.", 5)
-        recorder.expect("The microphone has gone silent.", 10)
+        recorder.expect("Your microphone is silent — is it muted?", 15)
         self.assertIsNone(recorder.process.poll())
         sound.add_source("plugged")
         self.hears(sound)
@@ -438,9 +460,11 @@ class Disk(RecordTest):
         self.mount("130m")
         sound = self.sound_system()
         recorder, players = self.start(sound)
-        recorder.expect("The disk is almost full — ")
         time.sleep(6)
-        self.fill(90_000_000)
+        self.fill(25_000_000)
+        recorder.expect("The disk is almost full — less than ten minutes of recording fit.")
+        self.assertIsNone(recorder.process.poll())
+        self.fill(15_000_000)
         self.assertEqual(recorder.end(), 0, recorder.error)
         self.assertIn("Recording stopped — the disk is full", recorder.error)
         note = recorder.note()
@@ -473,6 +497,43 @@ class Disk(RecordTest):
         self.assert_filed(note)
         self.assertGreater(note["call"]["duration"], 4)
         self.assertTrue(note["call"]["segments"])
+
+    def test_a_disk_without_room_for_an_hour_is_told_before_the_call(self):
+        self.mount("60m")
+        recorder = self.record(self.sound_system())
+        self.assertEqual(recorder.end(), 1)
+        self.assertRegex(recorder.error, r"\Avarnic-cli: The disk is almost full — only \d\d minutes of recording fit\. "
+                                         r"Make room for an hour first\.\Z")
+        self.assertEqual(list(self.library.glob("audio/*")), [])
+
+    def test_a_track_that_can_no_longer_be_written_is_told_and_the_other_one_transcribed(self):
+        sound = self.sound_system()
+        recorder, players = self.start(sound, "--no-live")
+        time.sleep(3)
+        [track] = self.library.glob("audio/*/you.m4a")
+        track.unlink()
+        recorder.expect("The sound isn’t being saved: ", 5)
+        time.sleep(6)
+        self.assertEqual(recorder.stop(), 1, recorder.error)
+        note = recorder.note()
+        self.assertRegex(note["call"]["problem"], r"\AThe recording of your side lacks sound from 0:0\d on: “.+/you.m4a” "
+                                                  r"couldn’t be written: there is no such file or folder\.\Z")
+        self.assertIn("morning", " ".join(s["text"] for s in note["call"]["segments"]))
+        self.assertEqual(recorder.error.count("The sound isn’t being saved"), 1)
+        self.assert_filed(note, ["them"])
+
+    def test_an_audio_folder_that_is_moved_away_comes_back(self):
+        sound = self.sound_system()
+        recorder, players = self.start(sound)
+        time.sleep(4)
+        [folder] = self.library.glob("audio/*")
+        folder.rename(self.folder / "elsewhere")
+        time.sleep(4)
+        self.assertEqual(recorder.stop(), 0, recorder.error)
+        note = recorder.note()
+        self.tracks(note)
+        self.assertGreater(note["call"]["duration"], 7)
+        self.assert_filed(note)
 
     def test_a_removed_audio_folder_is_told_while_it_records(self):
         sound = self.sound_system()
@@ -610,6 +671,33 @@ class Stopping(RecordTest):
         self.assertEqual(recorder.end(), 0, recorder.error)
         self.assert_filed(recorder.note())
         self.assertIn("morning", " ".join(s["text"] for s in recorder.note()["call"]["segments"]))
+
+    def test_a_closed_terminal_and_a_reader_that_goes_away_end_it_and_the_call_is_filed(self):
+        sound = self.sound_system()
+        for end, make in (("terminal", os.openpty), ("reader", os.pipe)):
+            with self.subTest(end):
+                library = self.folder / end
+                ours, theirs = make()
+                process = subprocess.Popen(
+                    [PROGRAM, "record"], stdin=theirs if end == "terminal" else subprocess.DEVNULL,
+                    stdout=theirs if end == "terminal" else subprocess.DEVNULL, stderr=theirs, start_new_session=True,
+                    preexec_fn=lambda: end == "terminal" and fcntl.ioctl(0, termios.TIOCSCTTY, 0),
+                    env={name: value for name, value in (os.environ | sound.environment).items() if value}
+                    | {"VARNIC_DATA_DIR": str(library)})
+                self.addCleanup(process.kill)
+                os.close(theirs)
+                said = b""
+                while b"Recording." not in said:
+                    said += os.read(ours, 1000)
+                player = sound.play(self.call / "them.caf")
+                while b" Them: " not in said:
+                    said += os.read(ours, 1000)
+                os.close(ours)
+                self.assertIn(process.wait(PATIENCE), (0, 1))
+                sound.stop(player)
+                [note] = map(json.loads, map(Path.read_text, library.glob("notes/*.json")))
+                self.assert_filed(note, library=library)
+                self.assertIn("morning", " ".join(s["text"] for s in note["call"]["segments"]))
 
     def test_a_second_interrupt_keeps_the_audio_and_says_why_there_is_no_transcript(self):
         recorder = self.start("--no-live")

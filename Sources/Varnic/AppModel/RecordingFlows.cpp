@@ -21,10 +21,13 @@ namespace {
 Recording recordingOf(const RecordingResult& result) {
     return {.noteID = result.noteID,
             .tracks = result.tracks,
+            .isLiveBehind = result.isLiveBehind,
+            .liveModel = result.liveModel,
             .startedAt = result.startedAt,
             .duration = result.duration,
             .source = result.source,
-            .audioFolder = result.noteID.text()};
+            .audioFolder = result.noteID.text(),
+            .loss = result.loss};
 }
 
 std::vector<Segment> mergedLive(const std::vector<Segment>& live) {
@@ -86,7 +89,8 @@ QCoro::Task<> AppModel::startRecording(bool allowWithoutThem) {
     const auto capture = makeCapture();
     if (auto* live = dynamic_cast<LiveCapture*>(capture.get())) {
         live->wantSystem = live->wantSystem && screen;
-        live->wantMic = live->wantMic && may.mic == PermissionState::granted;
+        // A microphone that is missing now may yet be plugged in.
+        live->wantMic = live->wantMic && (may.mic == PermissionState::granted || !Permissions::override);
     }
     const std::string source(CallSource::guess(desktop.runningPrograms(), desktop.frontProgram()));
     const bool isLive = settings.liveTranscript.value() && may.speech == PermissionState::granted;
@@ -150,6 +154,7 @@ QCoro::Task<> AppModel::stopRecordingForQuit() {
     }
     CallRecord call = recordingOf(*result).record();
     call.segments = mergedLive(result->live);
+    call.problem = result->loss;
     std::optional<CallDigest> digest;
     if (call.segments.empty()) {
         call.problem = quitProblem;

@@ -2,6 +2,7 @@
 
 #include "Varnic/Background.h"
 #include "Varnic/Recording/RecordingHealth.h"
+#include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <QCoro/QCoroTimer>
@@ -10,6 +11,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
+#include <stdexcept>
 
 namespace varnic {
 
@@ -25,8 +28,13 @@ constexpr auto lateSound = 250ms;
 constexpr auto lastWords = 1200ms;
 
 std::optional<std::uintmax_t> freeBytes(const fs::path& folder) {
+    // The folder itself may yet have to be made.
     std::error_code error;
-    const fs::space_info space = fs::space(folder, error);
+    fs::path there = folder;
+    while (!fs::exists(there, error) && there.has_relative_path()) {
+        there = there.parent_path();
+    }
+    const fs::space_info space = fs::space(there, error);
     return error ? std::nullopt : std::optional(space.available);
 }
 
@@ -86,6 +94,9 @@ QCoro::Task<> RecordingController::start(Uuid noteID, fs::path folder, std::shar
     reset(std::move(source));
     std::exception_ptr failure;
     try {
+        if (const auto refusal = RecordingHealth::refusal(diskSpace(folder))) {
+            throw std::runtime_error(*refusal);
+        }
         // Opening the models takes a moment, which is no part of the recording that the mark tells of.
         auto recognizers = makeRecognizers(liveLocale);
         mark_ = std::make_shared<RecordingMarkFile>(RecordingMarkFile::create(
@@ -139,6 +150,10 @@ QCoro::Task<std::optional<RecordingResult>> RecordingController::stop() {
         return length;
     };
     const double target = co_await inBackground(pad);
+    if (self && session_ == session) {
+        takeInLateSides();
+        recorder->keepOnly(sides_);
+    }
     if (recorder->hasRecognizers()) {
         const auto end = [recorder] { recorder->endAudio(); };
         co_await inBackground(end);
@@ -151,14 +166,17 @@ QCoro::Task<std::optional<RecordingResult>> RecordingController::stop() {
     }
     RecordingResult result{.noteID = noteID_,
                            .folder = folder_,
-                           .tracks = {},
+                           .tracks = tracks(),
                            .startedAt = startedAt_,
                            .duration = target,
                            .source = source_,
                            .live = liveSegments(),
+                           .isLiveBehind = !recorder->haveRecognizersHeardAll(sides_),
+                           .liveModel = recorder->liveModel(),
+                           .loss = std::nullopt,
                            .mark = mark_};
-    for (const Speaker speaker : sides_) {
-        (speaker == Speaker::you ? result.tracks.you : result.tracks.them) = TrackRecorder::trackFile(folder_, speaker);
+    for (const auto& [speaker, sentence] : recorder->losses()) {
+        result.loss = result.loss ? *result.loss + " " + sentence : sentence;
     }
     release();
     setState(Session::Idle());
@@ -229,6 +247,7 @@ void RecordingController::reset(std::string source) {
     committed_.clear();
     partial_.clear();
     sides_.clear();
+    awaited_.clear();
     expectedSince_.clear();
     setWarning(std::nullopt);
     Q_EMIT transcriptChanged();
@@ -274,11 +293,36 @@ void RecordingController::takeCommitted(Speaker speaker, std::vector<Segment> li
 
 void RecordingController::begin(std::vector<Speaker> sides) {
     sides_ = std::move(sides);
-    recorder_->keepOnly(sides_);
+    awaited_ = capture_->awaited();
+    std::vector<Speaker> kept = sides_;
+    kept.insert(kept.end(), awaited_.begin(), awaited_.end());
+    recorder_->keepOnly(kept);
     checkHealth();
     setState(Session::Recording{startedAt_});
     ticker_.start();
     healthTimer_.start();
+}
+
+void RecordingController::takeInLateSides() {
+    const auto hasCome = [this](Speaker side) { return recorder_->lastDelivery(side) > 0; };
+    const auto come = std::ranges::partition(awaited_, std::not_fn(hasCome));
+    sides_.insert(sides_.end(), come.begin(), come.end());
+    awaited_.erase(come.begin(), come.end());
+    std::ranges::sort(sides_);
+}
+
+/// The files of the sides that recorded. One that came to nothing is left out, for it would spoil the other's
+/// transcript.
+CallTracks RecordingController::tracks() const {
+    CallTracks tracks;
+    const auto losses = recorder_->losses();
+    for (const Speaker speaker : sides_) {
+        const fs::path file = TrackRecorder::trackFile(folder_, speaker);
+        if (!losses.contains(speaker) || AudioFiles::duration(file) > 0) {
+            (speaker == Speaker::you ? tracks.you : tracks.them) = file;
+        }
+    }
+    return tracks;
 }
 
 void RecordingController::fail(const std::string& message) {
@@ -309,10 +353,12 @@ void RecordingController::tick() {
 }
 
 void RecordingController::checkHealth() {
+    takeInLateSides();
     const RecordingHealth health{.sides = sides_,
                                  .silent = silentSides(),
                                  .diskSpace = diskSpace(folder_),
-                                 .writeProblem = recorder_->writeProblem()};
+                                 .writeProblem = recorder_->writeProblem(),
+                                 .notice = capture_->notice()};
     setWarning(health.warning());
     if (health.mustStop() && isRecording(state_)) {
         Q_EMIT mustStop();
@@ -328,7 +374,8 @@ std::vector<Speaker> RecordingController::silentSides() {
             continue;
         }
         const double since = expectedSince_.try_emplace(side, current).first->second;
-        if (current - std::max(since, recorder_->lastDelivery(side)) > RecordingHealth::silenceAllowed) {
+        const double last = side == Speaker::you ? recorder_->lastSound(side) : recorder_->lastDelivery(side);
+        if (current - std::max(since, last) > RecordingHealth::silenceAllowed(side)) {
             silent.push_back(side);
         }
     }

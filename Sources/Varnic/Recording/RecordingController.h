@@ -33,6 +33,12 @@ struct RecordingResult {
     std::string source;
     /// The live transcript, unfinished lines included.
     std::vector<Segment> live;
+    /// Whether `live` lacks words, since the recognisers had not heard all of the sound when they were to.
+    bool isLiveBehind = false;
+    /// The id of the speech model that wrote `live`, if it is one of this machine's.
+    std::string liveModel;
+    /// What of the sound could not be kept, and why, in sentences; nothing where all is there.
+    std::optional<std::string> loss;
     /// Tells the folder from one whose recording died. To be removed once the call is filed.
     std::shared_ptr<RecordingMarkFile> mark;
 };
@@ -76,7 +82,7 @@ public:
     /// Unfinished lines of each side.
     [[nodiscard]] const std::map<Speaker, std::vector<Segment>>& partial() const { return partial_; }
 
-    /// The sides that really record.
+    /// The sides that really record; one whose sound comes late joins them then.
     [[nodiscard]] const std::vector<Speaker>& sides() const { return sides_; }
 
     [[nodiscard]] const std::string& source() const { return source_; }
@@ -97,7 +103,8 @@ public:
     [[nodiscard]] std::vector<Segment> liveSegments() const;
 
     /// Returns when sound comes in; at once while another recording runs. `liveLocale` asks for a live transcript.
-    /// Throws CaptureError or LibraryError, and then `state` tells the failure too.
+    /// Throws CaptureError, LibraryError, and std::runtime_error where the disk has no room for an hour; `state` tells
+    /// the failure too then.
     QCoro::Task<> start(Uuid noteID, std::filesystem::path folder, std::shared_ptr<CaptureSource> capture,
                         std::optional<std::string> liveLocale, std::string source);
 
@@ -136,6 +143,8 @@ private:
     void takePartial(Speaker speaker, std::vector<Segment> lines);
     void takeCommitted(Speaker speaker, std::vector<Segment> lines);
     void begin(std::vector<Speaker> sides);
+    void takeInLateSides();
+    [[nodiscard]] CallTracks tracks() const;
     void fail(const std::string& message);
     void tick();
     void checkHealth();
@@ -149,6 +158,8 @@ private:
     std::vector<Segment> committed_;
     std::map<Speaker, std::vector<Segment>> partial_;
     std::vector<Speaker> sides_;
+    /// The sides that may still come.
+    std::vector<Speaker> awaited_;
     std::string source_ = "Call";
     std::optional<std::string> warning_;
 
@@ -162,7 +173,7 @@ private:
     std::shared_ptr<CaptureSource> capture_;
     std::shared_ptr<TrackRecorder> recorder_;
     std::shared_ptr<RecordingMarkFile> mark_;
-    /// Since when a side has been expected to deliver, in seconds since time zero.
+    /// Since when a side has been expected to deliver, on the HostClock.
     std::map<Speaker, double> expectedSince_;
     QTimer ticker_;
     QTimer healthTimer_;

@@ -6,22 +6,31 @@
 
 namespace varnic {
 
+namespace {
+
+bool holds(const std::vector<Speaker>& some, Speaker side) {
+    return std::ranges::find(some, side) != some.end();
+}
+
+} // namespace
+
 std::optional<std::string> RecordingHealth::warning() const {
-    const auto holds = [](const std::vector<Speaker>& some, Speaker side) {
-        return std::ranges::find(some, side) != some.end();
-    };
     if (writeProblem) {
         return fmt::format("The sound isn’t being saved: {}", *writeProblem);
     }
     if (diskSpace && *diskSpace < lowDisk) {
-        return fmt::format("The disk is almost full — {} MB left.", *diskSpace / 1'000'000);
+        return "The disk is almost full — less than ten minutes of recording fit.";
     }
     if (holds(silent, Speaker::you)) {
-        return "The microphone has gone silent.";
+        return "Your microphone is silent — is it muted?";
     }
     if (holds(silent, Speaker::them)) {
         return "The Mac’s sound has gone silent.";
     }
+    return notice ? notice : missingSide(sides);
+}
+
+std::optional<std::string> RecordingHealth::missingSide(const std::vector<Speaker>& sides) {
     if (holds(sides, Speaker::you) && !holds(sides, Speaker::them)) {
         return "Recording your side only — their side needs Screen Recording.";
     }
@@ -29,6 +38,17 @@ std::optional<std::string> RecordingHealth::warning() const {
         return "Recording their side only — the microphone is off.";
     }
     return std::nullopt;
+}
+
+std::optional<std::string> RecordingHealth::refusal(std::optional<std::uintmax_t> diskSpace) {
+    if (!diskSpace || *diskSpace >= leastDisk) {
+        return std::nullopt;
+    }
+    const std::uintmax_t minutes = (std::max(*diskSpace, fullDisk) - fullDisk) / (bytesPerSecond * 60);
+    return fmt::format("The disk is almost full — {} of recording fit. Make room for an hour first.",
+                       minutes == 0   ? "not even a minute"
+                       : minutes == 1 ? "only 1 minute"
+                                      : fmt::format("only {} minutes", minutes));
 }
 
 } // namespace varnic

@@ -2,9 +2,14 @@
 
 #include "VarnicCore/Audio/CaptureSource.h"
 #include "VarnicCore/Audio/Resampler.h"
+#include "VarnicCore/Models/Clock.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <exception>
+#include <limits>
 #include <system_error>
 
 namespace varnic {
@@ -13,6 +18,17 @@ namespace {
 
 /// Seconds by which the sound of one side may come later than that of the other: twice what waits for its turn at most.
 constexpr double mostLag = 10;
+/// Seconds for which sound has to be written again before a loss counts as over: a second of it waits in memory before
+/// anything goes to the disk.
+constexpr double recovery = 5;
+/// Half a step of 16-bit sound; less is digital silence.
+constexpr float leastSound = 1.0F / 65'536;
+
+bool isHeard(const PcmBuffer& buffer) {
+    return std::ranges::any_of(buffer.channels, [](const std::vector<float>& row) {
+        return std::ranges::any_of(row, [](float sample) { return std::abs(sample) >= leastSound; });
+    });
+}
 
 } // namespace
 
@@ -28,12 +44,14 @@ std::filesystem::path TrackRecorder::trackFile(const std::filesystem::path& fold
 }
 
 void TrackRecorder::keepOnly(const std::vector<Speaker>& sides) {
-    queue_.async([this, sides] {
-        std::erase_if(writers_, [&sides](const auto& side) {
+    queue_.sync([this, &sides] {
+        std::erase_if(writers_, [&](const auto& side) {
             const bool isKept = std::ranges::find(sides, side.first) != sides.end();
             if (!isKept) {
                 std::error_code ignored;
                 std::filesystem::remove(side.second->url(), ignored);
+                const std::lock_guard guard(lossesLock_);
+                losses_.erase(side.first);
             }
             return !isKept;
         });
@@ -42,6 +60,9 @@ void TrackRecorder::keepOnly(const std::vector<Speaker>& sides) {
 
 void TrackRecorder::deliver(Speaker speaker, PcmBuffer buffer, double at) {
     lastDelivery_[index(speaker)] = HostClock::now();
+    if (isHeard(buffer)) {
+        lastSound_[index(speaker)] = HostClock::now();
+    }
     if (const auto place = pauses_.place(at)) {
         queue_.async([this, speaker, buffer = std::move(buffer), place = *place] { write(speaker, buffer, place); });
     }
@@ -52,19 +73,17 @@ void TrackRecorder::write(Speaker speaker, const PcmBuffer& buffer, double at) {
     if (found == writers_.end()) {
         return;
     }
-    TrackWriter& writer = *found->second;
-    try {
-        writer.append(buffer, at);
-        // A side on which nothing is heard grows too: hours of silence made at once, when it is, would hold both up.
-        for (const auto& [side, other] : writers_) {
-            other->pad(at - mostLag);
-        }
-        note(std::nullopt);
-    } catch (const std::exception& error) {
-        // The next piece's time brings back what is missing here.
-        note(error.what());
+    // The next piece's time brings back what is missing here.
+    if (attempt(speaker, at, [&](TrackWriter& writer) { writer.append(buffer, at); })) {
+        noteSuccess(speaker, at);
     }
-    levels_.set(speaker, writer.level());
+    // A side on which nothing is heard grows too: hours of silence made at once, when it is, would hold both up.
+    for (const auto& [side, other] : writers_) {
+        if (side != speaker) {
+            attempt(side, at, [&](TrackWriter& writer) { writer.pad(at - mostLag); });
+        }
+    }
+    levels_.set(speaker, found->second->level());
     const auto recognizer = recognizers_.find(speaker);
     if (recognizer == recognizers_.end()) {
         return;
@@ -76,14 +95,52 @@ void TrackRecorder::write(Speaker speaker, const PcmBuffer& buffer, double at) {
     }
 }
 
-void TrackRecorder::note(std::optional<std::string> problem) {
-    const std::lock_guard guard(problemLock_);
-    problem_ = std::move(problem);
+/// Whether the side's file took it. On the queue.
+bool TrackRecorder::attempt(Speaker speaker, double at, const std::function<void(TrackWriter&)>& work) {
+    try {
+        work(*writers_.at(speaker));
+        return true;
+    } catch (const std::exception& error) {
+        noteFailure(speaker, at, error.what());
+        return false;
+    }
+}
+
+void TrackRecorder::noteFailure(Speaker speaker, double at, const std::string& reason) {
+    const std::lock_guard guard(lossesLock_);
+    Loss& loss = losses_.try_emplace(speaker, Loss{.from = at, .reason = reason}).first->second;
+    loss.last = std::max(loss.last, at);
+    loss.isOver = false;
+}
+
+void TrackRecorder::noteSuccess(Speaker speaker, double at) {
+    const std::lock_guard guard(lossesLock_);
+    if (const auto loss = losses_.find(speaker); loss != losses_.end() && at > loss->second.last + recovery) {
+        loss->second.isOver = true;
+    }
 }
 
 std::optional<std::string> TrackRecorder::writeProblem() const {
-    const std::lock_guard guard(problemLock_);
-    return problem_;
+    const std::lock_guard guard(lossesLock_);
+    const Loss* first = nullptr;
+    for (const auto& [speaker, loss] : losses_) {
+        if (!loss.isOver && (first == nullptr || loss.from < first->from)) {
+            first = &loss;
+        }
+    }
+    return first == nullptr ? std::nullopt : std::optional(first->reason);
+}
+
+std::map<Speaker, std::string> TrackRecorder::losses() const {
+    const std::lock_guard guard(lossesLock_);
+    std::map<Speaker, std::string> sentences;
+    for (const auto& [speaker, loss] : losses_) {
+        const std::string until = loss.isOver ? " to " + Clock::stamp(loss.last) : " on";
+        sentences[speaker] =
+            fmt::format("The recording of {} side lacks sound from {}{}: {}",
+                        speaker == Speaker::you ? "your" : "their", Clock::stamp(loss.from), until, loss.reason);
+    }
+    return sentences;
 }
 
 double TrackRecorder::longest() {
@@ -99,13 +156,20 @@ double TrackRecorder::longest() {
 void TrackRecorder::pad(double target) {
     queue_.sync([&] {
         for (const auto& [speaker, writer] : writers_) {
-            try {
-                writer->pad(target);
-            } catch (const std::exception& error) {
-                note(error.what());
-            }
+            attempt(speaker, writer->seconds(), [target](TrackWriter& track) { track.pad(target); });
         }
     });
+}
+
+bool TrackRecorder::haveRecognizersHeardAll(const std::vector<Speaker>& sides) const {
+    return std::ranges::all_of(sides, [this](Speaker side) {
+        const auto found = recognizers_.find(side);
+        return found != recognizers_.end() && found->second->isDone();
+    });
+}
+
+std::string TrackRecorder::liveModel() const {
+    return recognizers_.empty() ? "" : recognizers_.begin()->second->model();
 }
 
 void TrackRecorder::endAudio() {
@@ -123,10 +187,8 @@ void TrackRecorder::cancelRecognizers() {
 void TrackRecorder::close() {
     queue_.sync([&] {
         for (const auto& [speaker, writer] : writers_) {
-            try {
-                writer->close();
-            } catch (const std::exception& error) {
-                note(error.what());
+            if (attempt(speaker, writer->seconds(), [](TrackWriter& track) { track.close(); })) {
+                noteSuccess(speaker, std::numeric_limits<double>::infinity());
             }
         }
     });

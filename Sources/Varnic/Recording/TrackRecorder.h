@@ -10,6 +10,7 @@
 #include <array>
 #include <atomic>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -30,7 +31,7 @@ public:
 
     static std::filesystem::path trackFile(const std::filesystem::path& folder, Speaker speaker);
 
-    /// Leaves out all other sides and removes their files: there is no sound of them to be had.
+    /// Leaves out all other sides and removes their files: there is no sound of them to be had. Waits for the queue.
     void keepOnly(const std::vector<Speaker>& sides);
 
     /// Takes a piece of sound of `at` seconds since time zero. Any thread, at once.
@@ -43,8 +44,14 @@ public:
     /// When sound of this side last came in, on the HostClock; 0 before the first.
     [[nodiscard]] double lastDelivery(Speaker speaker) const { return lastDelivery_[index(speaker)]; }
 
-    /// Why the last piece of sound could not be written; nothing while all is well. Any thread.
+    /// When something was last heard on this side, on the HostClock: anything but digital silence. 0 before that.
+    [[nodiscard]] double lastSound(Speaker speaker) const { return lastSound_[index(speaker)]; }
+
+    /// Why sound cannot be written; nothing while all is well. The same sentence for as long as that lasts. Any thread.
     [[nodiscard]] std::optional<std::string> writeProblem() const;
+
+    /// What the tracks lack of the sound that came, and why, a sentence for each side. Any thread.
+    [[nodiscard]] std::map<Speaker, std::string> losses() const;
 
     /// Seconds of the longer track, with all that has been delivered. Waits for the queue.
     [[nodiscard]] double longest();
@@ -53,6 +60,11 @@ public:
     void pad(double target);
 
     [[nodiscard]] bool hasRecognizers() const { return !recognizers_.empty(); }
+
+    /// Whether, after `endAudio`, the recognisers have told all they heard of these sides.
+    [[nodiscard]] bool haveRecognizersHeardAll(const std::vector<Speaker>& sides) const;
+    /// The id of the model that hears; empty where no model of this machine does.
+    [[nodiscard]] std::string liveModel() const;
 
     /// Lets the recognisers come to their last words.
     void endAudio();
@@ -65,14 +77,25 @@ public:
 private:
     static std::size_t index(Speaker speaker) { return speaker == Speaker::you ? 0 : 1; }
 
+    /// Sound of one side that could not be written, in seconds of the call.
+    struct Loss {
+        double from = 0;
+        double last = 0;
+        bool isOver = false;
+        std::string reason;
+    };
+
     void write(Speaker speaker, const PcmBuffer& buffer, double at);
-    void note(std::optional<std::string> problem);
+    bool attempt(Speaker speaker, double at, const std::function<void(TrackWriter&)>& work);
+    void noteFailure(Speaker speaker, double at, const std::string& reason);
+    void noteSuccess(Speaker speaker, double at);
 
     LevelBox levels_;
     PauseClock pauses_;
     std::array<std::atomic<double>, 2> lastDelivery_{};
-    mutable std::mutex problemLock_;
-    std::optional<std::string> problem_;
+    std::array<std::atomic<double>, 2> lastSound_{};
+    mutable std::mutex lossesLock_;
+    std::map<Speaker, Loss> losses_;
     /// Of the queue.
     std::map<Speaker, std::unique_ptr<TrackWriter>> writers_;
     Recognizers recognizers_;

@@ -79,7 +79,8 @@ void Notifications::tellFiled(const Uuid& id) {
     if (note == nullptr || !note->call || model_.processing.value().contains(id)) {
         return;
     }
-    const char* text = note->call->problem ? "“{}” couldn’t be written down" : "“{}” is written down";
+    const char* text =
+        note->call->problem && note->call->segments.empty() ? "“{}” couldn’t be written down" : "“{}” is written down";
     post(fmt::format(fmt::runtime(text), note->displayTitle()), id, false);
 }
 

@@ -28,14 +28,22 @@ extern "C" void onTerminationSignal(int /*signal*/) {
     errno = before;
 }
 
-void setHandler(void (*handler)(int)) {
+/// Unlike SIG_IGN it is not passed on to the programs that are started.
+extern "C" void letPass(int /*signal*/) {}
+
+void setHandler(int signal, void (*handler)(int)) {
     struct sigaction action{};
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
     sigemptyset(&action.sa_mask);
+    sigaction(signal, &action, nullptr);
+}
+
+void setHandlers(void (*terminate)(int), void (*pass)(int)) {
     for (const int signal : watched) {
-        sigaction(signal, &action, nullptr);
+        setHandler(signal, terminate);
     }
+    setHandler(SIGPIPE, pass);
 }
 
 std::pair<FileDescriptor, FileDescriptor> makePipe() {
@@ -61,11 +69,11 @@ TerminationSignals::TerminationSignals(std::pair<FileDescriptor, FileDescriptor>
     : reader_(std::move(pipe.first)), writer_(std::move(pipe.second)),
       notifier_(reader_.number(), QSocketNotifier::Read) {
     wakeDescriptor = writer_.number();
-    setHandler(onTerminationSignal);
+    setHandlers(onTerminationSignal, letPass);
 }
 
 TerminationSignals::~TerminationSignals() {
-    setHandler(SIG_DFL);
+    setHandlers(SIG_DFL, SIG_DFL);
     wakeDescriptor = -1;
 }
 

@@ -10,7 +10,8 @@
 namespace varnic {
 
 /// Turns, as long as it lives, a polite kill, an interrupt and the end of the terminal (SIGTERM, SIGINT, SIGHUP) into a
-/// call on the main thread, so that the program ends in its order. One at a time.
+/// call on the main thread, so that the program ends in its order; one whose output nobody reads any more (SIGPIPE)
+/// goes on. One at a time.
 class TerminationSignals {
 public:
     explicit TerminationSignals(std::function<void()> terminate);

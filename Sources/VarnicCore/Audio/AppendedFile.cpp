@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <string>
 #include <utility>
 
 namespace varnic {
@@ -70,9 +71,22 @@ void AppendedFile::sync() {
 }
 
 void AppendedFile::requireName() const {
-    struct stat status{};
-    if (::fstat(descriptor_.number(), &status) == 0 && status.st_nlink == 0) {
+    struct stat ours{};
+    if (::fstat(descriptor_.number(), &ours) != 0) {
+        return;
+    }
+    if (ours.st_nlink == 0) {
         throw LibraryError("written", path_, std::make_error_code(std::errc::no_such_file_or_directory));
+    }
+    struct stat there{};
+    if (::stat(path_.c_str(), &there) == 0 && there.st_ino == ours.st_ino && there.st_dev == ours.st_dev) {
+        return;
+    }
+    std::error_code ignored;
+    std::filesystem::create_directories(path_.parent_path(), ignored);
+    const std::string name = "/proc/self/fd/" + std::to_string(descriptor_.number());
+    if (::linkat(AT_FDCWD, name.c_str(), AT_FDCWD, path_.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+        throw LibraryError::fromErrno("written", path_);
     }
 }
 

@@ -32,7 +32,8 @@ public:
 private:
     AppendedFile(std::filesystem::path path, FileDescriptor descriptor);
 
-    /// A file whose folder was removed takes all writes, and is gone with the program.
+    /// A file whose folder was removed takes all writes, and is gone with the program: that is an error. One whose
+    /// folder was moved away is there, but not where it is looked for: it is given its place again.
     void requireName() const;
 
     std::filesystem::path path_;

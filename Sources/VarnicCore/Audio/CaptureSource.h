@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,13 @@ public:
 
     /// Ends delivery: after it has returned, `deliver` is not called again. May be called with nothing started.
     virtual void stop() = 0;
+
+    /// The sides that `start` did not give and that may begin to deliver at any time after it, such as a microphone
+    /// that is plugged in late.
+    [[nodiscard]] virtual std::vector<Speaker> awaited() const { return {}; }
+
+    /// What the user should know of where the sound comes from now, a sentence; nothing while all is as it was chosen.
+    [[nodiscard]] virtual std::optional<std::string> notice() const { return std::nullopt; }
 
     /// What went wrong since the start, a sentence each.
     [[nodiscard]] virtual std::vector<std::string> problems() const { return {}; }

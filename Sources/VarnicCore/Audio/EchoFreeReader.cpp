@@ -1,6 +1,7 @@
 #include "VarnicCore/Audio/EchoFreeReader.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace varnic {
@@ -10,6 +11,9 @@ namespace {
 /// Seconds of the other side's sound after which its echo is known, and of the call that are searched for them.
 constexpr double enough = 10;
 constexpr std::int64_t searched = std::int64_t{300} * EchoRemoval::rate;
+/// Seconds before and after a moment that tell whether there is an echo then.
+constexpr double before = 12;
+constexpr double after = 8;
 
 } // namespace
 
@@ -49,6 +53,18 @@ EchoRemoval EchoFreeReader::learn(const std::filesystem::path& you, const std::f
     }
     reader.removal_.interrupt();
     return std::move(reader.removal_);
+}
+
+bool EchoFreeReader::hasEcho(const std::filesystem::path& you, const std::filesystem::path& them, double around,
+                             const std::function<void()>& reading) {
+    EchoFreeReader reader(you, them, EchoRemoval());
+    reader.seek(std::llround(std::max(around - before, 0.0) * EchoRemoval::rate));
+    constexpr auto samples = static_cast<std::int64_t>((before + after) * EchoRemoval::rate);
+    PcmBuffer ignored;
+    while (!reader.removal_.hasEcho() && reader.taken_ < samples && reader.read(ignored)) {
+        reading();
+    }
+    return reader.removal_.hasEcho();
 }
 
 EchoFreeReader::EchoFreeReader(const std::filesystem::path& you, const std::filesystem::path& them, EchoRemoval removal)

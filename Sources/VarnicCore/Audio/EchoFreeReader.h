@@ -38,6 +38,11 @@ public:
     static EchoRemoval learn(const std::filesystem::path& you, const std::filesystem::path& them,
                              const std::function<void()>& reading);
 
+    /// Whether the microphone overhears the other side around this second of the call. `reading` as above. Throws
+    /// AudioError.
+    static bool hasEcho(const std::filesystem::path& you, const std::filesystem::path& them, double around,
+                        const std::function<void()>& reading);
+
     /// Throws AudioError.
     EchoFreeReader(const std::filesystem::path& you, const std::filesystem::path& them, EchoRemoval removal);
 

@@ -9,8 +9,9 @@
 namespace varnic {
 
 /// Takes out of the microphone's sound what it overhears of the other side from the loudspeakers. What is said over the
-/// other side stays: only where nothing but echo is to be heard there is silence afterwards. A copy goes on from what
-/// was learnt. Not thread-safe, and copies share a thread.
+/// other side stays: only where nothing but echo is to be heard there is silence afterwards. A second filter begins
+/// anew every few seconds and takes over where it leaves much less: the first one changes what it knows only slowly,
+/// and sound systems jump. A copy goes on from what was learnt. Not thread-safe, and copies share a thread.
 class EchoRemoval {
 public:
     /// Samples a second.
@@ -25,21 +26,40 @@ public:
     /// Goes to the beginning of another stretch of the call: what is still inside does not come out.
     void interrupt();
 
-    /// The seconds of sound from the other side that were there to learn from.
+    /// The seconds of sound from the other side that were there to learn from, since the path to the microphone was
+    /// last found to have changed.
     [[nodiscard]] double learnt() const;
 
+    /// Whether there is a path: the microphone has heard the other side well enough for its echo to be taken out.
+    [[nodiscard]] bool hasEcho() const;
+
 private:
+    /// A filter, and how it fares.
+    struct Learner {
+        EchoFilter filter;
+        /// Blocks that it has learnt from.
+        std::size_t learnt = 0;
+        /// What it has left of the last second in which the other side was to be heard.
+        double left = 0;
+    };
+
     struct Heard {
         EchoFilter::Block samples{};
         /// Whether there is more in it, or around it, than echo.
         bool isOwn = true;
     };
 
-    EchoFilter filter_;
+    EchoFilter::Remainder remainder(std::span<const float, block> them, std::span<const float, block> you);
+
+    Learner filter_;
+    Learner rival_;
+    /// The microphone's energy in the time that `left` is about.
+    double came_ = 0;
     /// The last blocks, oldest first.
     std::array<Heard, lag + 1> heard_{};
     std::size_t sinceOwn_ = 0;
-    std::size_t learnt_ = 0;
+    /// Blocks in which most of the microphone's sound was echo.
+    std::size_t echoes_ = 0;
 };
 
 } // namespace varnic

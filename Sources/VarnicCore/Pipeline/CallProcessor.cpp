@@ -1,5 +1,6 @@
 #include "VarnicCore/Pipeline/CallProcessor.h"
 
+#include "VarnicCore/Audio/EchoFreeReader.h"
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Transcript/Diarisation.h"
 #include "VarnicCore/Transcript/OverheardLines.h"
@@ -15,11 +16,21 @@ namespace varnic {
 
 namespace {
 
+/// In how many places of a call an echo is sought: enough for one that came in its midst, and no more than seconds of
+/// work.
+constexpr std::size_t momentsLookedAt = 8;
+
 std::vector<Segment> linesOf(const std::vector<Segment>& segments, Speaker speaker) {
     std::vector<Segment> lines;
     std::ranges::copy_if(segments, std::back_inserter(lines),
                          [speaker](const Segment& line) { return line.speaker == speaker; });
     return lines;
+}
+
+void requireGoingOn(const std::stop_token& stop) {
+    if (stop.stop_requested()) {
+        throw TranscriberError::failed("cancelled");
+    }
 }
 
 /// Both sides' lines as one transcript without those that the microphone only overheard.
@@ -30,14 +41,37 @@ std::vector<Segment> transcript(const std::vector<Segment>& you, const std::vect
         return segments;
     }
     try {
-        return OverheardLines::remove(segments, *tracks.you, *tracks.them, [&stop] {
-            if (stop.stop_requested()) {
-                throw TranscriberError::failed("cancelled");
-            }
-        });
+        return OverheardLines::remove(segments, *tracks.you, *tracks.them, [&stop] { requireGoingOn(stop); });
     } catch (const std::exception&) {
         return segments; // a line too many is better than none
     }
+}
+
+/// Whether the microphone heard the other side while both spoke: what was said over an echo is garbled in live lines.
+bool isSpoiledByEcho(const std::vector<Segment>& live, const CallTracks& tracks, const std::stop_token& stop) {
+    std::vector<double> moments;
+    for (const Segment& line : live) {
+        const bool isSpokenOver =
+            line.speaker == Speaker::you && std::ranges::any_of(live, [&line](const Segment& other) {
+                return other.speaker == Speaker::them && other.start < line.end && line.start < other.end;
+            });
+        if (isSpokenOver) {
+            moments.push_back(line.start);
+        }
+    }
+    if (!tracks.you || !tracks.them) {
+        return false;
+    }
+    try {
+        const std::size_t step = moments.size() / momentsLookedAt + 1;
+        for (std::size_t i = 0; i < moments.size(); i += step) {
+            if (EchoFreeReader::hasEcho(*tracks.you, *tracks.them, moments[i], [&stop] { requireGoingOn(stop); })) {
+                return true;
+            }
+        }
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): what cannot be read gives no better transcript
+    }
+    return false;
 }
 
 /// Keeps the failure that stopped both transcriptions; the one that it stopped fails too, but only as a consequence.
@@ -90,10 +124,8 @@ CallProcessor::CallProcessor(std::shared_ptr<const Transcriber> speechWriter,
 Note CallProcessor::process(const Recording& recording, const DigestContext& context, const StageCallback& progress,
                             const std::stop_token& stop) const {
     CallRecord call = recording.record();
-    if (recording.live && !recording.live->empty()) {
-        call.segments = transcript(linesOf(*recording.live, Speaker::you), linesOf(*recording.live, Speaker::them),
-                                   recording.tracks, stop);
-    } else {
+    const bool hasLive = recording.live && !recording.live->empty();
+    if (!hasLive || isOutdone(recording, stop)) {
         progress(ProcessingStage::transcribing(0));
         try {
             const Sides sides = transcribeBoth(
@@ -103,9 +135,17 @@ Note CallProcessor::process(const Recording& recording, const DigestContext& con
             call.problem = error.what();
         }
     }
+    if (hasLive && call.segments.empty()) {
+        call.problem.reset();
+        call.segments = transcript(linesOf(*recording.live, Speaker::you), linesOf(*recording.live, Speaker::them),
+                                   recording.tracks, stop);
+    }
     call.themName = context.themName;
     if (call.segments.empty() && !call.problem) {
         call.problem = nobodyHeard;
+    }
+    if (recording.loss) {
+        call.problem = call.problem ? *call.problem + " " + *recording.loss : *recording.loss;
     }
     progress(ProcessingStage::summarising());
     call.digest = tryDigest(call.segments, context, stop);
@@ -128,6 +168,15 @@ Note CallProcessor::retranscribe(const Note& note, const CallTracks& tracks, con
         NoteEditor::apply(*digest, copy, false, currentDate());
     }
     return copy;
+}
+
+/// Whether the tracks tell more than the lines that were written while the call ran.
+bool CallProcessor::isOutdone(const Recording& recording, const std::stop_token& stop) const {
+    if (recording.tracks.speakers().empty()) {
+        return false;
+    }
+    return recording.isLiveBehind || transcriber->surpasses(recording.liveModel) ||
+           isSpoiledByEcho(*recording.live, recording.tracks, stop);
 }
 
 CallProcessor::Sides CallProcessor::transcribeBoth(const CallTracks& tracks, const std::function<void(double)>& overall,

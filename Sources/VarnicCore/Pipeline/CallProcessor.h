@@ -33,13 +33,20 @@ struct CallTracks {
 struct Recording {
     Uuid noteID;
     CallTracks tracks;
-    /// The transcript written while the call ran; stands in for transcription when it is not empty.
+    /// The transcript written while the call ran; stands in for transcription when it is not empty, unless the tracks
+    /// give a better one.
     std::optional<std::vector<Segment>> live;
+    /// Whether `live` lacks words, since the machine did not keep up.
+    bool isLiveBehind = false;
+    /// The id of the speech model that wrote `live`, if it is one of this machine's.
+    std::string liveModel;
     Date startedAt;
     /// Seconds.
     double duration = 0;
     std::string source;
     std::optional<std::string> audioFolder;
+    /// What of the sound could not be kept, in sentences for the note.
+    std::optional<std::string> loss;
 
     /// The call as far as it is known before it is written down.
     [[nodiscard]] CallRecord record() const;
@@ -55,8 +62,10 @@ public:
     std::shared_ptr<const Summariser> summariser;
     Region region;
 
-    /// Transcribes both tracks at once, merges, summarises and makes the note; blocks until done. Whatever goes wrong
-    /// with the call ends as a note whose `problem` says so. `progress` may be called on any thread.
+    /// Takes the live transcript or, where there is none, it lacks words, was spoiled by an echo or was written by a
+    /// lesser model, transcribes both tracks at once; merges, summarises and makes the note; blocks until done.
+    /// Whatever goes wrong with the call ends as a note whose `problem` says so. `progress` may be called on any
+    /// thread.
     [[nodiscard]] Note process(const Recording& recording, const DigestContext& context, const StageCallback& progress,
                                const std::stop_token& stop = {}) const;
 
@@ -71,6 +80,7 @@ private:
         std::vector<Segment> them;
     };
 
+    [[nodiscard]] bool isOutdone(const Recording& recording, const std::stop_token& stop) const;
     [[nodiscard]] Sides transcribeBoth(const CallTracks& tracks, const std::function<void(double)>& overall,
                                        const std::stop_token& stop) const;
     [[nodiscard]] std::optional<CallDigest> tryDigest(const std::vector<Segment>& segments,

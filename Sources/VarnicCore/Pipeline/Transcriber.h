@@ -65,6 +65,9 @@ public:
     /// Throws TranscriberError; a request through `stop` ends the work early with `failed`.
     [[nodiscard]] virtual std::vector<Segment> transcribe(const SpokenTrack& track, const ProgressCallback& progress,
                                                           std::stop_token stop) const = 0;
+
+    /// Whether it would hear a call with a better model than the one, by its id, that wrote the lines while it ran.
+    [[nodiscard]] virtual bool surpasses(const std::string& /*liveModel*/) const { return false; }
 };
 
 /// Gives lines that are known beforehand, for tests and for flows that run without a speech engine.

@@ -18,19 +18,8 @@ constexpr double longestRetry = 3;
 
 } // namespace
 
-bool Watchdog::barks(double now, double lastPush) {
-    if (lastPush > since_) {
-        patience_ = shortest;
-    }
-    if (now - std::max(since_, lastPush) < patience_) {
-        return false;
-    }
-    patience_ = std::min(patience_ * 2, longest);
-    return true;
-}
-
 CaptureSupervisor::CaptureSupervisor(FrameRing& microphoneRing, FrameRing& programsRing)
-    : microphoneRing_(microphoneRing), programsRing_(programsRing), connection_([this] { onChange(); }) {}
+    : programsRing_(programsRing), connection_([this] { onChange(); }), microphone_(microphoneRing) {}
 
 bool CaptureSupervisor::connect() {
     const SoundConnection::Lock lock(connection_);
@@ -39,19 +28,19 @@ bool CaptureSupervisor::connect() {
 
 void CaptureSupervisor::openMicrophone() {
     const SoundConnection::Lock lock(connection_);
+    wantsMicrophone_ = true;
     const SoundNode* source = connection_.graph().microphone();
     if (source == nullptr) {
         throw CaptureError::micFailed("no input device");
     }
-    const std::string name = source->description.empty() ? source->name : source->description;
-    makeMicrophone(*source, HostClock::now());
-    const auto hasCome = [this] { return microphoneRing_.lastPush() > 0; };
-    const auto isDecided = [&] { return hasCome() || microphone_->hasFailed() || connection_.isLost(); };
-    if (!connection_.waitFor(isDecided, openingTime) || !hasCome()) {
-        microphone_.reset();
+    const std::string name = source->label();
+    const auto isDecided = [this] {
+        tendMicrophone(HostClock::now());
+        return microphone_.delivers() || connection_.isLost();
+    };
+    if (!connection_.waitFor(isDecided, openingTime) || !microphone_.delivers()) {
         throw CaptureError::micFailed("no sound comes from “" + name + "”");
     }
-    wantsMicrophone_ = true;
 }
 
 void CaptureSupervisor::openPrograms() {
@@ -78,18 +67,23 @@ void CaptureSupervisor::watch() {
 void CaptureSupervisor::close() {
     const SoundConnection::Lock lock(connection_);
     connection_.stopTicking();
-    microphone_.reset();
+    microphone_.close();
     programs_.reset();
     connection_.close();
 }
 
+std::optional<std::string> CaptureSupervisor::notice() const {
+    const std::scoped_lock lock(wordsLock_);
+    return notice_;
+}
+
 std::vector<std::string> CaptureSupervisor::problems() const {
-    const std::scoped_lock lock(problemsLock_);
+    const std::scoped_lock lock(wordsLock_);
     return problems_;
 }
 
 void CaptureSupervisor::addProblem(const std::string& sentence) {
-    const std::scoped_lock lock(problemsLock_);
+    const std::scoped_lock lock(wordsLock_);
     if (std::ranges::find(problems_, sentence) == problems_.end()) {
         problems_.push_back(sentence);
     }
@@ -100,9 +94,7 @@ void CaptureSupervisor::onChange() {
     if (!connection_.isOpen()) {
         return;
     }
-    if (microphone_) {
-        microphone_->verify(connection_.graph());
-    }
+    microphone_.verify(connection_.graph());
     if (programs_) {
         programs_->relink(connection_.graph());
         const bool wasExpected = expectsPrograms_.exchange(programs_->isPlaying());
@@ -131,7 +123,7 @@ void CaptureSupervisor::tend() {
 bool CaptureSupervisor::tendConnection(double now) {
     if (connection_.isLost()) {
         addProblem("The connection to the sound system was lost.");
-        microphone_.reset();
+        microphone_.close();
         programs_.reset();
         connection_.close();
         expectsPrograms_ = wantsPrograms_;
@@ -145,22 +137,11 @@ bool CaptureSupervisor::tendConnection(double now) {
 }
 
 void CaptureSupervisor::tendMicrophone(double now) {
-    const SoundNode* source = connection_.graph().microphone();
-    if (source == nullptr) {
-        if (microphone_) {
-            microphone_.reset();
-            addProblem("The microphone is gone.");
-        }
-        return;
+    for (const std::string& problem : microphone_.tend(connection_.core(), connection_.graph(), now)) {
+        addProblem(problem);
     }
-    const bool isInPlace = microphone_ && microphone_->source() == source->id;
-    const bool isSilent = isInPlace && microphoneWatchdog_.barks(now, microphoneRing_.lastPush());
-    if (isSilent) {
-        addProblem("The microphone stopped delivering sound.");
-    }
-    if (!isInPlace || isSilent) {
-        makeMicrophone(*source, now);
-    }
+    const std::scoped_lock lock(wordsLock_);
+    notice_ = microphone_.notice();
 }
 
 void CaptureSupervisor::tendPrograms(double now) {
@@ -172,11 +153,6 @@ void CaptureSupervisor::tendPrograms(double now) {
     if (!programs_ || isSilent) {
         makePrograms(now);
     }
-}
-
-void CaptureSupervisor::makeMicrophone(const SoundNode& source, double now) {
-    microphone_.emplace(connection_.core(), source, microphoneRing_);
-    microphoneWatchdog_.attempted(now);
 }
 
 void CaptureSupervisor::makePrograms(double now) {

@@ -26,6 +26,8 @@ struct Side {
     FrameRing ring;
     ClockFollower follower{};
 
+    [[nodiscard]] bool hasCome() const { return ring.lastPush() > 0; }
+
     /// Hands the oldest block out; false where there is none.
     bool drainOne(double hostStart, const CaptureSource::Deliver& deliver) {
         double stamp = 0;
@@ -75,6 +77,7 @@ public:
         if (withSystem && !theirs) {
             sides_.push_back(Speaker::them);
         }
+        awaitsMicrophone_ = withMic && yours;
         supervisor_.watch();
         return sides_;
     }
@@ -104,14 +107,25 @@ public:
 
     [[nodiscard]] std::vector<std::string> problems() const { return supervisor_.problems(); }
 
+    [[nodiscard]] std::optional<std::string> notice() const { return supervisor_.notice(); }
+
+    [[nodiscard]] std::vector<Speaker> awaited() const {
+        return awaitsMicrophone_ ? std::vector{Speaker::you} : std::vector<Speaker>();
+    }
+
     [[nodiscard]] bool expects(Speaker speaker) const {
-        return !isClosed_ && std::ranges::find(sides_, speaker) != sides_.end() &&
-               (speaker == Speaker::you || supervisor_.expectsPrograms());
+        if (isClosed_) {
+            return false;
+        }
+        return speaker == Speaker::you ? hasStarted(Speaker::you) || you_.hasCome()
+                                       : hasStarted(Speaker::them) && supervisor_.expectsPrograms();
     }
 
     [[nodiscard]] std::uint64_t lostFrames() const { return you_.ring.lostFrames() + them_.ring.lostFrames(); }
 
 private:
+    [[nodiscard]] bool hasStarted(Speaker speaker) const { return std::ranges::find(sides_, speaker) != sides_.end(); }
+
     /// Why a side does not start.
     using Problem = std::optional<std::string>;
 
@@ -135,6 +149,7 @@ private:
 
     double hostStart_;
     std::vector<Speaker> sides_;
+    bool awaitsMicrophone_ = false;
     Side you_{.speaker = Speaker::you, .ring = FrameRing(1, bytesPerChannel)};
     Side them_{.speaker = Speaker::them, .ring = FrameRing(2, 2 * bytesPerChannel)};
     CaptureSupervisor supervisor_;
@@ -177,6 +192,16 @@ void LiveCapture::stop() {
 std::vector<std::string> LiveCapture::problems() const {
     const auto session = current();
     return session ? session->problems() : std::vector<std::string>();
+}
+
+std::vector<Speaker> LiveCapture::awaited() const {
+    const auto session = current();
+    return session ? session->awaited() : std::vector<Speaker>();
+}
+
+std::optional<std::string> LiveCapture::notice() const {
+    const auto session = current();
+    return session ? session->notice() : std::nullopt;
 }
 
 bool LiveCapture::expects(Speaker speaker) const {

@@ -11,8 +11,8 @@ namespace varnic {
 
 /// The real sound of a call, from PipeWire: the default microphone, in mono, and all that other programs play, in
 /// stereo; both at 48,000 Hz and in step with the HostClock however fast the devices' clocks run. It follows default
-/// devices and programs as they change and comes back by itself when a device or the server does; until then a side
-/// delivers nothing.
+/// devices and programs as they change, lets another microphone stand in for one that delivers nothing, and comes back
+/// by itself when a device or the server does; until then a side delivers nothing.
 class LiveCapture : public CaptureSource {
 public:
     LiveCapture();
@@ -30,6 +30,9 @@ public:
     /// Not from within `deliver`.
     void stop() override;
 
+    /// The microphone, where none delivered at the start.
+    [[nodiscard]] std::vector<Speaker> awaited() const override;
+    [[nodiscard]] std::optional<std::string> notice() const override;
     [[nodiscard]] std::vector<std::string> problems() const override;
     /// Also true while the microphone is gone, and while the connection to the server is.
     [[nodiscard]] bool expects(Speaker speaker) const override;

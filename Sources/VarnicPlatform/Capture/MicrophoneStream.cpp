@@ -1,6 +1,7 @@
 #include "VarnicPlatform/Capture/MicrophoneStream.h"
 
-#include "VarnicCore/Audio/PcmBuffer.h"
+#include "VarnicCore/Audio/CaptureSource.h"
+#include "VarnicPlatform/Capture/ApplicationName.h"
 
 #include <spa/param/audio/format-utils.h>
 
@@ -30,17 +31,19 @@ struct MicrophoneStream::Events {
     };
 };
 
-MicrophoneStream::MicrophoneStream(pw_core* core, const SoundNode& source, FrameRing& ring)
-    : source_(source.id), ring_(ring),
-      // No media.role: "Communication" makes the session manager link microphones by rules of its own. The stream is
-      // made anew for another device, so the session manager need not move it, and must not: it falls back to the
-      // monitor of a sink where it finds no microphone.
+MicrophoneStream::MicrophoneStream(pw_core* core, const SoundNode& source)
+    : source_(source.id), label_(source.label()),
+      // No media.role: "Communication" makes the session manager link microphones by rules of its own. Nor is the
+      // stream forbidden to be moved, since then no volume control could; where the session manager moves it by itself,
+      // to the monitor of a sink when a microphone vanishes, `verify` closes it.
       stream_(
-          pw_stream_new(core, "varnic-microphone",
-                        pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture",
-                                          PW_KEY_NODE_NAME, "varnic-microphone", PW_KEY_NODE_LATENCY, "1024/48000",
-                                          PW_KEY_NODE_DONT_RECONNECT, "true", PW_KEY_TARGET_OBJECT, source.name.c_str(),
-                                          "state.restore-target", "false", "state.restore-props", "false", nullptr))) {
+          pw_stream_new(core, "your side of a call",
+                        pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture", PW_KEY_APP_NAME,
+                                          applicationName, PW_KEY_APP_ID, applicationId, PW_KEY_APP_ICON_NAME,
+                                          applicationId, PW_KEY_NODE_NAME, "varnic-microphone", PW_KEY_NODE_DESCRIPTION,
+                                          "Varnic: your side of a call", PW_KEY_NODE_LATENCY, "1024/48000",
+                                          PW_KEY_TARGET_OBJECT, source.name.c_str(), "state.restore-target", "false",
+                                          "state.restore-props", "false", nullptr))) {
     if (stream_ == nullptr) {
         return;
     }
@@ -53,7 +56,7 @@ MicrophoneStream::MicrophoneStream(pw_core* core, const SoundNode& source, Frame
     const spa_pod* format = spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info);
     constexpr auto flags = static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS |
                                                         PW_STREAM_FLAG_RT_PROCESS);
-    wasConnected_ = pw_stream_connect(stream_, PW_DIRECTION_INPUT, PW_ID_ANY, flags, &format, 1) >= 0;
+    pw_stream_connect(stream_, PW_DIRECTION_INPUT, PW_ID_ANY, flags, &format, 1);
 }
 
 MicrophoneStream::~MicrophoneStream() {
@@ -64,15 +67,16 @@ MicrophoneStream::~MicrophoneStream() {
 }
 
 void MicrophoneStream::verify(const SoundGraph& graph) {
-    isVerified_ = stream_ != nullptr && graph.hearsMicrophone(pw_stream_get_node_id(stream_));
+    isVerified_ = linked(graph) != nullptr;
 }
 
-bool MicrophoneStream::hasFailed() const {
-    if (stream_ == nullptr || !wasConnected_) {
-        return true;
-    }
-    const pw_stream_state state = pw_stream_get_state(stream_, nullptr);
-    return state == PW_STREAM_STATE_ERROR || state == PW_STREAM_STATE_UNCONNECTED;
+const SoundNode* MicrophoneStream::linked(const SoundGraph& graph) const {
+    return stream_ == nullptr ? nullptr : graph.microphoneOf(pw_stream_get_node_id(stream_));
+}
+
+void MicrophoneStream::follow(const SoundNode& source) {
+    source_ = source.id;
+    label_ = source.label();
 }
 
 /// In the real-time thread.
@@ -87,7 +91,10 @@ void MicrophoneStream::process() {
                 std::min(data.chunk->size, data.maxsize - offset) / static_cast<std::uint32_t>(sizeof(float));
             const auto* samples = static_cast<const float*>(
                 static_cast<const void*>(static_cast<const std::uint8_t*>(data.data) + offset));
-            ring_.push(stamp, rate, &samples, frames);
+            lastHeard_.store(HostClock::now(), std::memory_order_relaxed);
+            if (FrameRing* ring = ring_) {
+                ring->push(stamp, rate, &samples, frames);
+            }
             stamp += static_cast<double>(frames) / rate;
         }
         pw_stream_queue_buffer(stream_, buffer);

@@ -1,5 +1,7 @@
 #include "VarnicPlatform/Capture/ProgramsFilter.h"
 
+#include "VarnicPlatform/Capture/ApplicationName.h"
+
 #include <algorithm>
 #include <string>
 #include <string_view>
@@ -28,9 +30,11 @@ struct ProgramsFilter::Events {
 
 ProgramsFilter::ProgramsFilter(pw_core* core, FrameRing& ring)
     : core_(core), ring_(ring),
-      filter_(pw_filter_new(core, "varnic-programs",
+      filter_(pw_filter_new(core, "the other side of a call",
                             pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture",
-                                              PW_KEY_NODE_NAME, "varnic-programs", nullptr))) {
+                                              PW_KEY_APP_NAME, applicationName, PW_KEY_APP_ID, applicationId,
+                                              PW_KEY_APP_ICON_NAME, applicationId, PW_KEY_NODE_NAME, "varnic-programs",
+                                              PW_KEY_NODE_DESCRIPTION, "Varnic: the other side of a call", nullptr))) {
     if (filter_ == nullptr) {
         return;
     }

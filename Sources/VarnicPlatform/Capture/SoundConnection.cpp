@@ -2,6 +2,7 @@
 
 #include "VarnicCore/Audio/CaptureError.h"
 #include "VarnicCore/Audio/CaptureSource.h"
+#include "VarnicPlatform/Capture/ApplicationName.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -42,8 +43,9 @@ SoundConnection::SoundConnection(std::function<void()> onChange) : onChange_(std
         // With this configuration the sound's own thread has real-time priority, where the system grants it: without,
         // a busy computer may leave holes in what is recorded.
         context_.reset(pw_context_new(pw_thread_loop_get_loop(loop_.get()),
-                                      pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", PW_KEY_APP_NAME, "Varnic",
-                                                        PW_KEY_APP_ID, "app.brevin.varnic", nullptr),
+                                      pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", PW_KEY_APP_NAME,
+                                                        applicationName, PW_KEY_APP_ID, applicationId,
+                                                        PW_KEY_APP_ICON_NAME, applicationId, nullptr),
                                       0));
     }
     if (!context_ || pw_thread_loop_start(loop_.get()) < 0) {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <functional>
 #include <string_view>
 #include <unistd.h>
 
@@ -34,6 +35,11 @@ bool isProgram(const SoundNode& node) {
     return node.mediaClass == "Stream/Output/Audio";
 }
 
+/// A loopback from an output begins with one of these.
+bool isListener(const SoundNode& node) {
+    return node.mediaClass == "Stream/Input/Audio";
+}
+
 /// What PipeWire's PulseAudio server puts in place of an output where there is none; nobody hears it.
 constexpr const char* dummyOutput = "auto_null";
 
@@ -43,6 +49,11 @@ bool isDevice(const SoundNode& node, std::string_view mediaClass) {
         return false;
     }
     return node.mediaClass.starts_with(mediaClass) || node.mediaClass == "Audio/Duplex";
+}
+
+/// The name under which PulseAudio, here or on another computer, offers what an output plays as if it were recorded.
+bool isNamedMonitor(std::string_view name) {
+    return name.ends_with(".monitor");
 }
 
 /// The process that speaks for a client, told by number and name together: numbers alone repeat in other sandboxes.
@@ -123,12 +134,20 @@ SoundGraph::~SoundGraph() {
     pw_proxy_destroy(reinterpret_cast<pw_proxy*>(registry_));
 }
 
+std::vector<const SoundNode*> SoundGraph::microphones() const {
+    std::vector<const SoundNode*> found = devices("Audio/Source", defaultSource_);
+    std::erase_if(found, [this](const SoundNode* node) { return !isMicrophone(*node); });
+    return found;
+}
+
 const SoundNode* SoundGraph::microphone() const {
-    return best("Audio/Source", defaultSource_);
+    const auto found = microphones();
+    return found.empty() ? nullptr : found.front();
 }
 
 const SoundNode* SoundGraph::output() const {
-    return best("Audio/Sink", defaultSink_);
+    const auto found = devices("Audio/Sink", defaultSink_);
+    return found.empty() ? nullptr : found.front();
 }
 
 bool SoundGraph::hasSound() const {
@@ -139,7 +158,7 @@ std::vector<const SoundNode*> SoundGraph::programs() const {
     std::vector<const SoundNode*> found;
     for (const auto& [id, node] : nodes_) {
         const auto client = clients_.find(node.client);
-        if (isProgram(node) && node.isJudged && client != clients_.end() && !client->second && !node.isGrouped &&
+        if (isProgram(node) && node.isJudged && client != clients_.end() && !client->second && node.group.empty() &&
             !node.isOwnPlayback) {
             found.push_back(&node);
         }
@@ -147,11 +166,14 @@ std::vector<const SoundNode*> SoundGraph::programs() const {
     return found;
 }
 
-bool SoundGraph::hearsMicrophone(std::uint32_t node) const {
-    return std::ranges::any_of(links_, [&](const auto& entry) {
-        const auto from = nodes_.find(entry.second.outputNode);
-        return entry.second.inputNode == node && from != nodes_.end() && isDevice(from->second, "Audio/Source");
-    });
+const SoundNode* SoundGraph::microphoneOf(std::uint32_t node) const {
+    for (const auto& [id, link] : links_) {
+        const auto from = nodes_.find(link.outputNode);
+        if (link.inputNode == node && from != nodes_.end() && isMicrophone(from->second)) {
+            return &from->second;
+        }
+    }
+    return nullptr;
 }
 
 bool SoundGraph::reachesOutput(std::uint32_t node) const {
@@ -192,6 +214,8 @@ void SoundGraph::addNode(std::uint32_t id, const spa_dict& properties) {
         if (!bound_.contains(node.client)) {
             bind(node.client, PW_TYPE_INTERFACE_Client, PW_VERSION_CLIENT, &Events::client);
         }
+    } else if (isDevice(node, "Audio/Source") || isListener(node)) {
+        bind(id, PW_TYPE_INTERFACE_Node, PW_VERSION_NODE, &Events::node);
     }
 }
 
@@ -223,8 +247,10 @@ void SoundGraph::judge(std::uint32_t id, const pw_node_info& info) {
     node.isRunning = info.state == PW_NODE_STATE_RUNNING;
     if ((info.change_mask & PW_NODE_CHANGE_MASK_PROPS) != 0) {
         node.program = text(info.props, PW_KEY_APP_NAME);
-        node.isGrouped = !text(info.props, PW_KEY_NODE_LINK_GROUP).empty();
+        node.group = text(info.props, PW_KEY_NODE_LINK_GROUP);
         node.isOwnPlayback = text(info.props, playbackMarker) == "true";
+        node.isMonitor = isNamedMonitor(node.name) || text(info.props, PW_KEY_DEVICE_CLASS) == "monitor" ||
+                         text(info.props, PW_KEY_STREAM_CAPTURE_SINK) == "true";
         node.isJudged = true;
     }
     onChange_();
@@ -250,15 +276,31 @@ void SoundGraph::setDefault(const std::string& key, const char* value) {
     onChange_();
 }
 
-const SoundNode* SoundGraph::best(const char* mediaClass, const std::string& defaultName) const {
-    const SoundNode* best = nullptr;
-    const auto rank = [&](const SoundNode& node) { return std::pair(node.name == defaultName, node.priority); };
+bool SoundGraph::isMicrophone(const SoundNode& node) const {
+    if (!isDevice(node, "Audio/Source") || !node.isJudged || node.isMonitor) {
+        return false;
+    }
+    // A chain that listens to an output alone passes that on; one that removes echo listens to a microphone too.
+    const auto listens = [&node](bool toOutput) {
+        return [&node, toOutput](const auto& entry) {
+            const SoundNode& other = entry.second;
+            return isListener(other) && !node.group.empty() && other.group == node.group && other.isMonitor == toOutput;
+        };
+    };
+    return std::ranges::none_of(nodes_, listens(true)) || std::ranges::any_of(nodes_, listens(false));
+}
+
+std::vector<const SoundNode*> SoundGraph::devices(const char* mediaClass, const std::string& defaultName) const {
+    std::vector<const SoundNode*> found;
     for (const auto& [id, node] : nodes_) {
-        if (isDevice(node, mediaClass) && (best == nullptr || rank(node) > rank(*best))) {
-            best = &node;
+        if (isDevice(node, mediaClass)) {
+            found.push_back(&node);
         }
     }
-    return best;
+    std::ranges::stable_sort(found, std::greater(), [&defaultName](const SoundNode* node) {
+        return std::pair(node->name == defaultName, node->priority);
+    });
+    return found;
 }
 
 } // namespace varnic

@@ -19,13 +19,18 @@ struct SoundNode {
     std::string description;
     std::uint32_t client = 0;
     int priority = 0;
-    /// The rest is known of programs' streams only, and once `isJudged`.
+    /// The rest is known of microphones and programs' streams only, and once `isJudged`.
     std::string program;
     bool isJudged = false;
     bool isRunning = false;
-    /// Part of a loopback or filter chain, whose sound passes elsewhere again.
-    bool isGrouped = false;
+    /// The loopback or filter chain that it is part of, whose sound passes elsewhere again; or nothing.
+    std::string group;
     bool isOwnPlayback = false;
+    /// Whether what comes out of it, or goes into it, is what an output plays.
+    bool isMonitor = false;
+
+    /// The name for people.
+    [[nodiscard]] const std::string& label() const { return description.empty() ? name : description; }
 };
 
 /// One channel's way into or out of a node.
@@ -50,7 +55,9 @@ public:
     SoundGraph& operator=(const SoundGraph&) = delete;
     ~SoundGraph();
 
-    /// The default microphone, or the best other one; null where there is none. Never a sink's monitor.
+    /// The microphones, the default one first, then the best of the others. Never what an output plays.
+    [[nodiscard]] std::vector<const SoundNode*> microphones() const;
+    /// The first of them; null where there is none.
     [[nodiscard]] const SoundNode* microphone() const;
     /// The default output, or the best other one; null where there is none.
     [[nodiscard]] const SoundNode* output() const;
@@ -61,8 +68,8 @@ public:
 
     [[nodiscard]] const std::map<std::uint32_t, SoundPort>& ports() const { return ports_; }
 
-    /// Whether a microphone is linked into the node.
-    [[nodiscard]] bool hearsMicrophone(std::uint32_t node) const;
+    /// The microphone that is linked into the node; null where none is.
+    [[nodiscard]] const SoundNode* microphoneOf(std::uint32_t node) const;
     /// Whether the node is linked into an output.
     [[nodiscard]] bool reachesOutput(std::uint32_t node) const;
 
@@ -77,7 +84,9 @@ private:
     void judge(std::uint32_t id, const pw_node_info& info);
     void judgeClient(std::uint32_t id, const pw_client_info& info);
     void setDefault(const std::string& key, const char* value);
-    [[nodiscard]] const SoundNode* best(const char* mediaClass, const std::string& defaultName) const;
+    [[nodiscard]] bool isMicrophone(const SoundNode& node) const;
+    /// Devices of a kind, the default one first, then the best.
+    [[nodiscard]] std::vector<const SoundNode*> devices(const char* mediaClass, const std::string& defaultName) const;
 
     pw_registry* registry_;
     spa_hook listener_{};

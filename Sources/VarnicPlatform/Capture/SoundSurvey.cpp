@@ -14,7 +14,7 @@ std::optional<std::string> nameOf(const SoundNode* node) {
     if (node == nullptr) {
         return std::nullopt;
     }
-    return node->description.empty() ? node->name : node->description;
+    return node->label();
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "VarnicPlatform/Playback/PlaybackOutput.h"
 
 #include "VarnicCore/Audio/CaptureSource.h"
+#include "VarnicPlatform/Capture/ApplicationName.h"
 #include "VarnicPlatform/Capture/PlaybackMarker.h"
 
 #include <spa/param/audio/format-utils.h>
@@ -19,7 +20,6 @@ constexpr double patience = 5;
 constexpr int rate = PlaybackQueue::rate;
 constexpr auto frameBytes = static_cast<std::uint32_t>(PlaybackQueue::channels * sizeof(float));
 constexpr std::uint32_t usualFrames = 1024;
-constexpr const char* applicationId = "app.brevin.varnic";
 
 /// The HostClock's time at which the next frame given to the stream is heard.
 double heardAt(pw_stream* stream) {
@@ -71,8 +71,9 @@ void PlaybackOutput::connect() {
     // where somebody sends the music. With the program's id they are kept for its calls alone.
     stream_ = pw_stream_new(connection_.core(), "Call",
                             pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback",
-                                              PW_KEY_APP_NAME, "Varnic", PW_KEY_APP_ID, applicationId,
+                                              PW_KEY_APP_NAME, applicationName, PW_KEY_APP_ID, applicationId,
                                               PW_KEY_APP_ICON_NAME, applicationId, PW_KEY_NODE_NAME, "varnic-playback",
+                                              PW_KEY_NODE_DESCRIPTION, "Varnic: a call played back",
                                               PW_KEY_NODE_LATENCY, "1024/48000", playbackMarker, "true", nullptr));
     if (stream_ == nullptr) {
         throw PlaybackError("PipeWire refused the connection.");

@@ -34,6 +34,7 @@ constexpr AudioFormat engineFormat{UtteranceListener::rate, 1};
 struct Ticket {
     SpeechRequest::OnResult onResult;
     std::atomic<bool> isCancelled = false;
+    std::atomic<bool> isDone = false;
 };
 
 struct End {
@@ -148,6 +149,8 @@ public:
         isEnded_ = true;
     }
 
+    [[nodiscard]] bool isDone() const override { return ticket_->isDone; }
+
     void cancel() override { ticket_->isCancelled = true; }
 
 private:
@@ -177,6 +180,9 @@ public:
         while (queue_->take(events, patience())) {
             for (const Event& event : events) {
                 guarded([&] { handle(event); });
+                if (std::holds_alternative<End>(event.what)) {
+                    event.ticket->isDone = true;
+                }
             }
             guarded([this] { useTheTime(); });
         }

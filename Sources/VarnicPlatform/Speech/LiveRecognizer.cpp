@@ -55,12 +55,15 @@ std::unique_ptr<LiveRecognizer> LiveRecognizer::create(Speaker speaker, const st
     if (!model) {
         return nullptr;
     }
+    const std::string id = model->id;
     const auto listener =
         std::make_shared<LiveListener>(*std::move(model), locale, SpeechModels::detectorFile(dataDirectories));
     const auto makeRequest = [listener](SpeechRequest::OnResult onResult) {
         return listener->open(std::move(onResult));
     };
-    return std::make_unique<LiveRecognizer>(speaker, makeRequest, std::move(onPartial), std::move(onCommit));
+    auto recognizer = std::make_unique<LiveRecognizer>(speaker, makeRequest, std::move(onPartial), std::move(onCommit));
+    recognizer->model_ = id;
+    return recognizer;
 }
 
 LiveRecognizer::LiveRecognizer(Speaker speaker, SpeechRequestFactory makeRequest, Lines onPartial, Lines onCommit)
@@ -99,6 +102,11 @@ void LiveRecognizer::endAudio() {
     if (!std::exchange(isOver_, true) && request_) {
         request_->endAudio();
     }
+}
+
+bool LiveRecognizer::isDone() const {
+    const std::scoped_lock lock(lock_);
+    return isOver_ && (!request_ || request_->isDone());
 }
 
 void LiveRecognizer::cancel() {

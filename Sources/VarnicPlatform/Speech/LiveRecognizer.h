@@ -46,6 +46,12 @@ public:
     /// No more sound will come. What is open arrives as a commit.
     void endAudio();
 
+    /// Whether, after `endAudio`, everything that was heard has been committed.
+    [[nodiscard]] bool isDone() const;
+
+    /// The id of the model that hears; empty where no model of this machine does.
+    [[nodiscard]] const std::string& model() const { return model_; }
+
     /// Ends at once: no callback runs any more when it returns, but for one that it is called from.
     void cancel();
 
@@ -56,8 +62,9 @@ private:
 
     std::shared_ptr<Handler> handler_;
     SpeechRequestFactory makeRequest_;
+    std::string model_;
     /// Guards what follows.
-    std::mutex lock_;
+    mutable std::mutex lock_;
     std::unique_ptr<SpeechRequest> request_;
     /// The call's time at which the request began, and up to which it was given sound, in seconds.
     double chunkStart_ = 0;

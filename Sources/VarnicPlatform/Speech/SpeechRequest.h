@@ -43,6 +43,9 @@ public:
     /// already, there, with times before the beginning of that one.
     virtual void endAudio() = 0;
 
+    /// Whether, after `endAudio`, all that came has been heard and its results been reported. Any thread.
+    [[nodiscard]] virtual bool isDone() const { return true; }
+
     /// Gives up what is open; no result begins to be reported any more.
     virtual void cancel() = 0;
 };

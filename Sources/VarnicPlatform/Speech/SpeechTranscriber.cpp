@@ -74,4 +74,10 @@ std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, con
     }
 }
 
+/// The model that is preferred for the language now, where that was not there yet when the call began.
+bool SpeechTranscriber::surpasses(const std::string& liveModel) const {
+    const auto model = SpeechModels::choose(SpeechModels::installed(dataDirectories_), locale_);
+    return model && !liveModel.empty() && model->id != liveModel;
+}
+
 } // namespace varnic

@@ -25,6 +25,8 @@ public:
     [[nodiscard]] std::vector<Segment> transcribe(const SpokenTrack& track, const ProgressCallback& progress,
                                                   std::stop_token stop) const override;
 
+    [[nodiscard]] bool surpasses(const std::string& liveModel) const override;
+
 private:
     std::string locale_;
     std::vector<std::filesystem::path> dataDirectories_;

@@ -83,8 +83,6 @@ void UtteranceListener::skip(std::int64_t samples) {
     }
     if (walked < samples) {
         finish();
-        voice_.interrupt();
-        speaks_ = false;
         const std::int64_t end = first_ + std::ssize(sound_) + samples - walked;
         sound_.clear();
         track_.levels.clear();
@@ -112,6 +110,9 @@ void UtteranceListener::finish() {
     if (open_) {
         close(soundEnd());
     }
+    // Else the detector would find the end of this one in whatever comes next, and that would begin another.
+    voice_.interrupt();
+    speaks_ = false;
 }
 
 void UtteranceListener::lookAt(std::span<const float> samples) {

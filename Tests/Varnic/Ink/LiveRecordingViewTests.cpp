@@ -131,5 +131,23 @@ TEST_F(LiveRecordingViewTests, aSideThatIsMissingIsNamedInThisPlatformsWords) {
     EXPECT_EQ(call().placeholder(), "The transcript is written on this computer when you stop.");
 }
 
+TEST_F(LiveRecordingViewTests, whatIsWrongStandsInTheWindowAndInThePill) {
+    QQuickView pill(view.engine(), nullptr);
+    pill.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Varnic/Ink/RecordingPill.qml")));
+    const QQuickItem* inPill = find(pill.contentItem(), QStringLiteral("warning"));
+    ASSERT_NE(inPill, nullptr);
+    record({Speaker::you});
+    const QString side = call().them().detail;
+    EXPECT_EQ(inPill->property("text"), "");
+    capture->said = "“A” delivers no sound — recording from “B” instead.";
+    const QString said = QString::fromStdString(*capture->said);
+    EXPECT_TRUE(waitUntil([&] { return call().warning() == said; }));
+    EXPECT_EQ(item("warning")->property("text"), said);
+    EXPECT_EQ(inPill->property("text"), said);
+    EXPECT_EQ(call().them().detail, side) << "which side is missing is told as before";
+    capture->said.reset();
+    EXPECT_TRUE(waitUntil([&] { return call().warning().isEmpty(); }));
+}
+
 } // namespace
 } // namespace varnic

@@ -2,7 +2,9 @@
 
 #include "Varnic/EventLoop.h"
 #include "Varnic/HandCapture.h"
+#include "Varnic/Recording/RecordingHealth.h"
 #include "VarnicCore/Audio/AudioFiles.h"
+#include "VarnicCore/Audio/FileSizeLimit.h"
 #include "VarnicCore/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -25,22 +27,33 @@ public:
             partial[speaker] = onPartial;
             commit[speaker] = onCommit;
             return std::make_unique<LiveRecognizer>(
-                speaker, [](const SpeechRequest::OnResult&) { return std::make_unique<Deaf>(); }, onPartial, onCommit);
+                speaker, [this](const SpeechRequest::OnResult&) { return std::make_unique<Deaf>(isDone); }, onPartial,
+                onCommit);
         };
     }
 
     std::map<Speaker, LiveRecognizer::Lines> partial;
     std::map<Speaker, LiveRecognizer::Lines> commit;
+    /// Whether the requests have heard all that came.
+    bool isDone = true;
 
 private:
     class Deaf final : public SpeechRequest {
+    public:
+        explicit Deaf(const bool& isDone) : isDone_(isDone) {}
+
+    private:
         void append(const PcmBuffer& /*buffer*/) override {}
 
         void skip(double /*seconds*/) override {}
 
         void endAudio() override {}
 
+        [[nodiscard]] bool isDone() const override { return isDone_; }
+
         void cancel() override {}
+
+        const bool& isDone_;
     };
 };
 
@@ -216,6 +229,18 @@ TEST_F(RecordingControllerTests, liveLines_comeAndGo_showAsOneTranscript) {
     EXPECT_THAT(controller.liveSegments(), IsEmpty());
 }
 
+TEST_F(RecordingControllerTests, stop_recognisersHaveNotHeardAll_saysSo) {
+    ScriptedEngine engine;
+    controller.makeRecognizer = engine.factory();
+    for (const bool isDone : {true, false}) {
+        engine.isDone = isDone;
+        const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+        start(capture, "en-US");
+        capture->play(Speaker::you, 0, 1);
+        EXPECT_EQ(stop()->isLiveBehind, !isDone);
+    }
+}
+
 TEST_F(RecordingControllerTests, pause_soundInBetween_isNotRecorded) {
     const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you});
     start(capture);
@@ -234,15 +259,147 @@ TEST_F(RecordingControllerTests, pause_soundInBetween_isNotRecorded) {
 }
 
 TEST_F(RecordingControllerTests, health_diskFills_warnsAndAsksToBeStopped) {
-    std::uintmax_t space = 400'000'000;
+    std::uintmax_t space = RecordingHealth::leastDisk - 1;
     controller.diskSpace = [&space](const fs::path&) { return space; };
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+    EXPECT_THROW(start(capture), std::runtime_error);
+    EXPECT_FALSE(fs::exists(folder));
+    EXPECT_FALSE(capture->takesSound) << "refused before anything is recorded";
+    space = RecordingHealth::leastDisk;
     bool mustStop = false;
     QObject::connect(&controller, &RecordingController::mustStop, [&mustStop] { mustStop = true; });
-    start(std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them}));
-    EXPECT_EQ(controller.warning(), "The disk is almost full — 400 MB left.");
+    start(capture);
+    EXPECT_FALSE(controller.warning());
+    space = RecordingHealth::lowDisk - 1;
+    EXPECT_TRUE(waitUntil([&] { return controller.warning().has_value(); }));
     EXPECT_FALSE(mustStop);
-    space = 90'000'000;
+    space = RecordingHealth::fullDisk - 1;
     EXPECT_TRUE(waitUntil([&] { return mustStop; }));
+}
+
+TEST_F(RecordingControllerTests, diskSpace_folderNotMadeYet_isThatOfItsParent) {
+    EXPECT_EQ(controller.diskSpace(folder), controller.diskSpace(temporary.path()));
+    EXPECT_TRUE(controller.diskSpace(folder));
+}
+
+TEST_F(RecordingControllerTests, lateSide_firstSound_joinsTheRecording) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::them});
+    capture->late = {Speaker::you};
+    start(capture);
+    EXPECT_EQ(controller.warning(), "Recording their side only — the microphone is off.");
+    capture->play(Speaker::them, 0, 20);
+    capture->play(Speaker::you, 15, 5);
+    EXPECT_TRUE(waitUntil([&] { return !controller.warning(); }));
+    EXPECT_THAT(controller.sides(), ElementsAre(Speaker::you, Speaker::them));
+    const auto result = stop();
+    ASSERT_TRUE(result);
+    EXPECT_THAT(result->tracks.speakers(), ElementsAre(Speaker::you, Speaker::them));
+    EXPECT_NEAR(AudioFiles::duration(*result->tracks.you), 20, 0.001);
+    EXPECT_LT(AudioFiles::frameLevels(*result->tracks.you, 1).at(13), -60);
+    EXPECT_GT(AudioFiles::frameLevels(*result->tracks.you, 1).at(17), -20);
+}
+
+TEST_F(RecordingControllerTests, lateSide_neverComes_leavesNoTrack) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::them});
+    capture->late = {Speaker::you};
+    start(capture);
+    capture->play(Speaker::them, 0, 1);
+    const auto result = stop();
+    ASSERT_TRUE(result);
+    EXPECT_THAT(result->tracks.speakers(), ElementsAre(Speaker::them));
+    EXPECT_FALSE(fs::exists(folder / "you.m4a"));
+}
+
+TEST_F(RecordingControllerTests, tracks_oneCannotBeWritten_saysSoOnceAndKeepsTheOther) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+    std::vector<std::string> warnings;
+    QObject::connect(&controller, &RecordingController::warningChanged,
+                     [&] { warnings.push_back(controller.warning().value_or("")); });
+    start(capture);
+    fs::remove(folder / "you.m4a");
+    const std::string reason =
+        "“" + (folder / "you.m4a").string() + "” couldn’t be written: there is no such file or folder.";
+    double at = 0;
+    EXPECT_TRUE(waitUntil([&] {
+        capture->play(Speaker::you, at, 0.1);
+        capture->play(Speaker::them, at, 0.1);
+        at += 0.1;
+        return controller.elapsed() > 3.5; // the health is looked at every second
+    }));
+    EXPECT_THAT(warnings, ElementsAre("The sound isn’t being saved: " + reason));
+    const auto result = stop();
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->loss, "The recording of your side lacks sound from 0:01 on: " + reason);
+    EXPECT_THAT(result->tracks.speakers(), ElementsAre(Speaker::them)) << "whose transcript the other would spoil";
+    EXPECT_NEAR(AudioFiles::duration(*result->tracks.them), result->duration, 0.001);
+}
+
+TEST_F(RecordingControllerTests, tracks_diskIsFullForAWhile_tellWhatTheyLack) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+    start(capture);
+    double at = 0;
+    const auto playUntil = [&](double end) {
+        for (; at < end; at += 0.1) {
+            capture->play(Speaker::you, at, 0.1);
+            capture->play(Speaker::them, at, 0.1);
+        }
+    };
+    playUntil(3);
+    {
+        const FileSizeLimit full(4096);
+        playUntil(6);
+        ASSERT_TRUE(waitUntil([&] { return controller.warning().has_value(); }));
+    }
+    playUntil(15);
+    EXPECT_TRUE(waitUntil([&] { return !controller.warning(); }));
+    const auto result = stop();
+    ASSERT_TRUE(result && result->loss);
+    EXPECT_THAT(*result->loss,
+                testing::ContainsRegex("The recording of your side lacks sound from 0:0[0-4] to 0:05: "));
+    EXPECT_NEAR(AudioFiles::duration(*result->tracks.you), 15, 0.1);
+    EXPECT_GT(AudioFiles::frameLevels(*result->tracks.you, 1).at(13), -20);
+}
+
+TEST_F(RecordingControllerTests, folder_movedAway_keepsTheTracksInTheirPlaceToo) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+    start(capture);
+    capture->play(Speaker::you, 0, 3);
+    capture->play(Speaker::you, 3, 2);
+    ASSERT_TRUE(waitUntil([&] { return AudioFiles::duration(folder / "you.m4a") > 1; }));
+    fs::rename(folder, temporary.path() / "elsewhere");
+    capture->play(Speaker::you, 5, 5);
+    const auto result = stop();
+    ASSERT_TRUE(result);
+    EXPECT_FALSE(result->loss);
+    EXPECT_NEAR(AudioFiles::duration(*result->tracks.you), 10, 0.001);
+    EXPECT_NEAR(AudioFiles::duration(*result->tracks.them), 10, 0.001);
+}
+
+TEST_F(RecordingControllerTests, health_captureHasSomethingToSay_isTheWarning) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+    start(capture);
+    capture->said = "“A” is gone — recording from “B” instead.";
+    EXPECT_TRUE(waitUntil([&] { return controller.warning() == capture->said; }));
+}
+
+TEST_F(RecordingControllerTests, health_microphoneDeliversDigitalSilence_warnsUntilSoundReturns) {
+    const auto capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
+    capture->expected = {Speaker::you};
+    start(capture);
+    double at = 0;
+    const auto silence = [&] {
+        capture->play(Speaker::you, at, 0.1, 0);
+        capture->play(Speaker::them, at, 0.1);
+        at += 0.1;
+    };
+    EXPECT_TRUE(waitUntil([&] {
+        silence();
+        return controller.warning().has_value();
+    }));
+    EXPECT_EQ(controller.warning(), "Your microphone is silent — is it muted?");
+    EXPECT_GT(controller.elapsed(), 10);
+    capture->play(Speaker::you, at, 0.1, 0.001);
+    EXPECT_TRUE(waitUntil([&] { return !controller.warning(); }));
 }
 
 TEST_F(RecordingControllerTests, health_expectedSideDeliversNothing_warnsUntilSoundReturns) {
@@ -251,7 +408,7 @@ TEST_F(RecordingControllerTests, health_expectedSideDeliversNothing_warnsUntilSo
     EXPECT_FALSE(controller.warning());
     capture->expected = {Speaker::you};
     ASSERT_TRUE(waitUntil([&] { return controller.warning().has_value(); }));
-    EXPECT_EQ(controller.warning(), "The microphone has gone silent.");
+    EXPECT_EQ(controller.warning(), "Your microphone is silent — is it muted?");
     capture->play(Speaker::you, 6, 1);
     EXPECT_TRUE(waitUntil([&] { return !controller.warning(); }));
 }

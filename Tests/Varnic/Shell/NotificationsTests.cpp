@@ -75,8 +75,8 @@ TEST_F(NotificationsTest, onlyWarningsAreTold_andOnlyUnseen) {
 }
 
 TEST_F(NotificationsTest, warningWhileRecording_isTold) {
-    model->recorder().diskSpace = [](const std::filesystem::path&) { return RecordingHealth::lowDisk - 1; };
     ASSERT_NO_FATAL_FAILURE(record());
+    model->recorder().diskSpace = [](const std::filesystem::path&) { return RecordingHealth::lowDisk - 1; };
     ASSERT_TRUE(waitUntil([this] { return model->recorder().warning().has_value(); }));
     EXPECT_TRUE(comesToShow(QString::fromStdString(*model->recorder().warning())));
     model->discardRecording();

@@ -127,6 +127,7 @@ TEST_F(SingleInstanceTest, politeKillWhileRecording_filesTheCall) {
         EXPECT_EQ(program->readLine(), "ready");
         EXPECT_EQ(program->readLine(), "recording");
         const std::size_t before = stored().size();
+        program->signal(SIGPIPE);
         program->signal(signal);
         EXPECT_EQ(program->readLine(), "idle");
         EXPECT_EQ(program->wait(), 0);

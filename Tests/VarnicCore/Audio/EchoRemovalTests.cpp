@@ -1,6 +1,7 @@
 #include "VarnicCore/Audio/EchoFreeReader.h"
 
 #include "VarnicCore/Audio/AudioMix.h"
+#include "VarnicCore/Audio/Room.h"
 #include "VarnicCore/TemporaryFolder.h"
 #include "VarnicCore/Transcript/OverheardLines.h"
 
@@ -10,39 +11,12 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <random>
 #include <string>
 
 namespace varnic {
 namespace {
 
 constexpr int trackRate = 48'000;
-
-/// Sound that comes and goes four times a second like syllables do, another one for each seed.
-std::vector<float> babble(double seconds, unsigned seed, int rate) {
-    std::mt19937 random(seed);
-    std::normal_distribution<float> noise(0, 0.1F);
-    std::vector<float> samples(static_cast<std::size_t>(seconds * rate));
-    float low = 0;
-    const float smoothing = rate == 48'000 ? 0.97F : 0.9F; // little of it is above what the engine hears
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        const double phase = std::fmod(4.0 * static_cast<double>(i) / rate, 1.0);
-        low = smoothing * low + (1 - smoothing) * 5 * noise(random);
-        samples[i] = phase < 0.75 ? low : 0.02F * low;
-    }
-    return samples;
-}
-
-/// Adds what a microphone hears of a sound in a room: so much down, late, and with half a dozen reflections.
-void overhear(std::vector<float>& heard, const std::vector<float>& sound, double decibels, double late, int rate) {
-    for (int reflection = 0; reflection < 7; ++reflection) {
-        const auto gain = static_cast<float>(std::pow(10, decibels / 20) * std::pow(-0.5, reflection));
-        const auto delay = static_cast<std::size_t>((late + 0.011 * reflection) * rate);
-        for (std::size_t i = delay; i < std::min(heard.size(), sound.size() + delay); ++i) {
-            heard[i] += gain * sound[i - delay];
-        }
-    }
-}
 
 double decibels(const std::vector<float>& samples, double from, double to, int rate) {
     const auto first = static_cast<std::ptrdiff_t>(from * rate);
@@ -126,6 +100,53 @@ TEST_P(EchoPlaceTests, remove_linesOfARunningCall_takesThoseThatAreEcho) {
 
 INSTANTIATE_TEST_SUITE_P(Echoes, EchoPlaceTests,
                          testing::Values(Place{-6, 0.01}, Place{-12, 0.03}, Place{-12, 0.3}, Place{-20, 0.1}));
+
+/// What is left of a call's sound, all of which is there already.
+std::vector<float> cleaned(EchoRemoval& removal, const std::vector<float>& them, const std::vector<float>& you) {
+    std::vector<float> cleaned;
+    for (std::size_t at = 0; at + EchoRemoval::block <= them.size(); at += EchoRemoval::block) {
+        const auto block = removal.clean(std::span(them).subspan(at).first<EchoRemoval::block>(),
+                                         std::span(you).subspan(at).first<EchoRemoval::block>());
+        cleaned.insert(cleaned.end(), block.begin(), block.end());
+    }
+    return cleaned;
+}
+
+TEST(EchoRemovalTests, clean_pathChangesInMidCall_isLearntAgain) {
+    constexpr int rate = EchoRemoval::rate;
+    constexpr double change = 15;
+    const std::vector<float> them = babble(40, 1, rate);
+
+    struct Path {
+        double down;
+        double late;
+    };
+
+    // A quantum more, as when a stream is linked anew; less of it; louder; another room; none before.
+    for (const auto& [before, after] : {std::pair<Path, Path>{{-12, 0.03}, {-12, 0.0513}},
+                                        {{-12, 0.1}, {-12, 0.0787}},
+                                        {{-20, 0.03}, {-6, 0.03}},
+                                        {{-12, 0.03}, {-9, 0.2}},
+                                        {{-90, 0.03}, {-12, 0.05}}}) {
+        std::vector<float> first(static_cast<std::size_t>(change * rate));
+        std::vector<float> microphone(them.size());
+        overhear(first, them, before.down, before.late, rate);
+        overhear(microphone, them, after.down, after.late, rate);
+        std::ranges::copy(first, microphone.begin());
+        EchoRemoval removal;
+        const std::vector<float> left = cleaned(removal, them, microphone);
+        EXPECT_LT(decibels(left, change + 6, 24.9, rate), decibels(microphone, change + 6, 24.9, rate) - 20)
+            << after.down << " dB, " << after.late << " s";
+        EXPECT_TRUE(removal.hasEcho());
+    }
+}
+
+TEST(EchoRemovalTests, hasEcho_bothSpeakWithHeadphonesOn_hasNone) {
+    EchoRemoval removal;
+    cleaned(removal, babble(30, 1, EchoRemoval::rate), babble(30, 2, EchoRemoval::rate));
+    EXPECT_GT(removal.learnt(), 10);
+    EXPECT_FALSE(removal.hasEcho());
+}
 
 TEST(EchoRemovalTests, clean_soundThatIsNoNumber_isForgotten) {
     const Call call(-12, 0.05, EchoRemoval::rate);

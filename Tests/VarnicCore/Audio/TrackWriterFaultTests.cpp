@@ -1,3 +1,4 @@
+#include "VarnicCore/Audio/FileSizeLimit.h"
 #include "VarnicCore/Audio/SoundFiles.h"
 #include "VarnicCore/Audio/Tones.h"
 #include "VarnicCore/Audio/TrackWriter.h"
@@ -5,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -20,27 +20,6 @@ namespace {
 
 constexpr AudioFormat mono = TrackFormat::processing;
 constexpr std::size_t tenth = 4800;
-
-/// Lets files grow to so many bytes, as a full disk does, until `lift` or the end.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit{bytes, before_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-    ~FileSizeLimit() { lift(); }
-
-    void lift() const { ::setrlimit(RLIMIT_FSIZE, &before_); }
-
-private:
-    rlimit before_{};
-};
 
 /// Writes in a child process until the parent, told over a pipe that `seconds` are written, kills it.
 void writeAndDie(const std::filesystem::path& file, bool compressed, double seconds) {

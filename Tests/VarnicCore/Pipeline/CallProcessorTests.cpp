@@ -1,13 +1,18 @@
 #include "VarnicCore/Pipeline/CallProcessor.h"
 
+#include "VarnicCore/Audio/AudioMix.h"
+#include "VarnicCore/Audio/Room.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 #include "VarnicCore/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <condition_variable>
 #include <fstream>
+#include <functional>
+#include <iterator>
 #include <memory>
 #include <mutex>
 #include <stdexcept>
@@ -49,6 +54,22 @@ public:
     }
 };
 
+/// What the fake one says, heard with a model that is better than the small one.
+class LargeTranscriber final : public Transcriber {
+public:
+    explicit LargeTranscriber(std::shared_ptr<const FakeTranscriber> fake) : fake_(std::move(fake)) {}
+
+    [[nodiscard]] std::vector<Segment> transcribe(const SpokenTrack& track, const ProgressCallback& progress,
+                                                  std::stop_token stop) const override {
+        return fake_->transcribe(track, progress, std::move(stop));
+    }
+
+    [[nodiscard]] bool surpasses(const std::string& liveModel) const override { return liveModel == "small"; }
+
+private:
+    std::shared_ptr<const FakeTranscriber> fake_;
+};
+
 class CallProcessorTest : public testing::Test {
 protected:
     CallProcessorTest() {
@@ -65,7 +86,31 @@ protected:
         return file;
     }
 
-    [[nodiscard]] CallProcessor processor() const { return {fake, summariser, Region{}}; }
+    [[nodiscard]] CallProcessor processor() const {
+        return {std::make_shared<LargeTranscriber>(fake), summariser, Region{}};
+    }
+
+    /// They speak all the time, you from second 24 to 27; headphones are taken off at 15.
+    void writeTracks(bool hasEcho) const {
+        constexpr int rate = 48'000;
+        const std::vector<float> them = babble(30, 1, rate);
+        const std::vector<float> voice = babble(30, 2, rate);
+        std::vector<float> microphone(them.size());
+        if (hasEcho) {
+            overhear(microphone, them, -12, 0.05, rate);
+            std::fill_n(microphone.begin(), 15 * rate, 0.0F);
+        }
+        std::transform(voice.begin() + 24 * rate, voice.begin() + 27 * rate, microphone.begin() + 24 * rate,
+                       microphone.begin() + 24 * rate, std::plus<>());
+        AudioMix::write(microphone, *recording.tracks.you, true);
+        AudioMix::write(them, *recording.tracks.them, true);
+    }
+
+    static std::vector<std::string> texts(const Note& note) {
+        std::vector<std::string> texts;
+        std::ranges::transform(note.call->segments, std::back_inserter(texts), &Segment::text);
+        return texts;
+    }
 
     Note process() {
         stages.clear();
@@ -133,6 +178,38 @@ TEST_F(CallProcessorTest, process_liveTranscript_standsInForTranscriptionUnlessE
 
     recording.live = std::vector<Segment>{};
     EXPECT_EQ(process().call->problem, "Speech Recognition is turned off for Varnic.");
+}
+
+TEST_F(CallProcessorTest, process_liveTranscriptIsOutdone_standsOnlyWhereTheTracksGiveNone) {
+    const std::vector<std::string> live{"We decided on the price.", "I lend the sign."};
+    const std::vector<std::string> tracks{fake->segments[1].text, fake->segments[0].text};
+    recording.live = {Segment(Speaker::you, 24, 27, live[1]), Segment(Speaker::them, 20, 26, live[0])};
+
+    struct Case {
+        const char* why;
+        bool isBehind = false;
+        std::string model;
+        bool hasEcho = false;
+        bool isOutdone = true;
+    };
+
+    const std::vector<Case> cases{{.why = "the machine did not keep up", .isBehind = true, .model = {}},
+                                  {.why = "a better model is installed", .model = "small"},
+                                  {.why = "the loudspeakers were overheard", .model = {}, .hasEcho = true},
+                                  {.why = "nothing is wrong", .model = "large", .isOutdone = false}};
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.why);
+        recording.isLiveBehind = one.isBehind;
+        recording.liveModel = one.model;
+        writeTracks(one.hasEcho);
+        fake->failure.reset();
+        EXPECT_EQ(texts(process()), one.isOutdone ? tracks : live);
+        EXPECT_EQ(stages.front(), one.isOutdone ? "Writing the transcript…" : "Summarising…");
+        fake->failure = TranscriberError::unavailable();
+        const Note kept = process();
+        EXPECT_EQ(texts(kept), live) << "better than none";
+        EXPECT_EQ(kept.call->problem, std::nullopt);
+    }
 }
 
 TEST_F(CallProcessorTest, process_summariserFails_keepsTheTranscript) {

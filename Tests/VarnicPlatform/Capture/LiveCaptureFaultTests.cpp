@@ -42,6 +42,9 @@ TEST_F(LiveCaptureTest, start_noSource_recordsTheirSideOnly) {
     play();
     EXPECT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
     EXPECT_TRUE(recorder.track(Speaker::you).empty());
+    run("add-source late");
+    run("feed " + tone({micTone}) + " late");
+    EXPECT_TRUE(recorder.comesToHear(Speaker::you, micTone)) << "a microphone that is plugged in late is brought in";
 }
 
 TEST_F(LiveCaptureTest, start_noSourceAndMicrophoneOnly_throws) {
@@ -65,18 +68,41 @@ TEST_F(LiveCaptureTest, start_noSessionManager_saysThatTheMicrophoneIsSilent) {
                 ElementsAre("The microphone couldn’t start: no sound comes from “Virtual test-mic”"));
 }
 
-TEST_F(LiveCaptureTest, start_microphoneTakesItsTime_theirSideIsHeardMeanwhile) {
-    startSystem();
+TEST_F(LiveCaptureTest, start_onlyMicrophoneGivesNothing_theirSideIsHeardMeanwhileAndYoursOnceItDoes) {
+    startSystem({"--no-source"});
     run("add-dead-source headset");
-    run("default-source headset");
     play();
     EXPECT_THAT(recorder.start(), ElementsAre(Speaker::them));
+    EXPECT_THAT(recorder.capture.awaited(), ElementsAre(Speaker::you));
     const auto secondBefore = static_cast<std::size_t>((recorder.now() - 1) * 48'000);
     ASSERT_TRUE(comes([&] { return recorder.track(Speaker::them).size() > secondBefore; }));
     const std::vector<float> meanwhile = recorder.track(Speaker::them);
     EXPECT_GT(Tones::amplitude(std::span(meanwhile).first(secondBefore).last(12'000), playerTone), Tones::loudness / 4);
     EXPECT_THAT(recorder.capture.problems(),
                 ElementsAre("The microphone couldn’t start: no sound comes from “headset”"));
+    run("revive headset");
+    run("feed " + tone({micTone}) + " headset-in");
+    EXPECT_TRUE(recorder.comesToHear(Speaker::you, micTone));
+    EXPECT_TRUE(recorder.capture.expects(Speaker::you));
+}
+
+TEST_F(LiveCaptureTest, chosenMicrophoneGivesNothing_anotherStandsInUntilItDoes) {
+    startSystem();
+    run("add-dead-source headset");
+    run("default-source headset");
+    feedMicrophone();
+    EXPECT_THAT(recorder.start(), ElementsAre(Speaker::you, Speaker::them));
+    EXPECT_TRUE(recorder.comesToHear(Speaker::you, micTone));
+    constexpr const char* standsIn = "“headset” delivers no sound — recording from “Virtual test-mic” instead.";
+    EXPECT_TRUE(comes([&] { return recorder.capture.notice() == standsIn; }));
+    run("revive headset");
+    run("feed " + tone({600}) + " headset-in");
+    EXPECT_TRUE(recorder.comesToHear(Speaker::you, 600));
+    EXPECT_TRUE(comes([&] { return !recorder.capture.notice(); }));
+    run("hold headset");
+    EXPECT_TRUE(comes([&] { return recorder.capture.notice() == standsIn; }));
+    feedMicrophone(); // anew: a program that stands still may hold up another's player
+    EXPECT_TRUE(recorder.comesToHear(Speaker::you, micTone));
 }
 
 class LiveCaptureKills : public LiveCaptureTest, public testing::WithParamInterface<const char*> {
@@ -158,6 +184,34 @@ TEST_F(LiveCaptureTest, sinkVanishes_playersMoveOn_isFollowed) {
     EXPECT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
 }
 
+TEST_F(LiveCaptureTest, microphoneVanishes_anotherStandsInUntilItReturns) {
+    startSystem();
+    run("add-source second");
+    recorder.start();
+    feedMicrophone();
+    run("feed " + tone({600}) + " second");
+    ASSERT_TRUE(recorder.comesToHear(Speaker::you, micTone));
+    run("remove test-mic");
+    EXPECT_TRUE(recorder.comesToHear(Speaker::you, 600));
+    EXPECT_EQ(recorder.capture.notice(), "“Virtual test-mic” is gone — recording from “Virtual second” instead.");
+    run("add-source test-mic");
+    feedMicrophone();
+    EXPECT_TRUE(recorder.comesToHear(Speaker::you, micTone));
+    EXPECT_TRUE(comes([&] { return !recorder.capture.notice(); }));
+}
+
+TEST_F(LiveCaptureTest, streamMovedByAVolumeControl_isFollowed) {
+    startSystem();
+    run("add-source second");
+    recorder.start();
+    feedMicrophone();
+    run("feed " + tone({600}) + " second");
+    ASSERT_TRUE(recorder.comesToHear(Speaker::you, micTone));
+    run("move varnic-microphone second");
+    EXPECT_TRUE(recorder.comesToHear(Speaker::you, 600));
+    EXPECT_TRUE(recorder.comesToMiss(Speaker::you, micTone));
+}
+
 TEST_F(LiveCaptureTest, microphoneVanishes_neverTheMonitorInstead_returns) {
     startSystem();
     recorder.start();
@@ -166,6 +220,7 @@ TEST_F(LiveCaptureTest, microphoneVanishes_neverTheMonitorInstead_returns) {
     ASSERT_TRUE(bothSidesHear());
     run("remove test-mic");
     ASSERT_TRUE(comesToReport("The microphone is gone."));
+    EXPECT_EQ(recorder.capture.notice(), "The microphone is gone.");
     EXPECT_TRUE(recorder.capture.expects(Speaker::you));
     ASSERT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
     EXPECT_LT(recorder.loudness(Speaker::you, playerTone), Tones::loudness / 50);

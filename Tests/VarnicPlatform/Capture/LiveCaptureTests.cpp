@@ -46,6 +46,17 @@ TEST_F(LiveCaptureTest, start_soundHeardOnBothSidesAtOnce_isAligned) {
     RecordProperty("millisecondsLate", std::to_string((you - them) * 1000));
 }
 
+TEST_F(LiveCaptureTest, start_streams_sayWhoseTheyAreAndWhatFor) {
+    startSystem();
+    recorder.start();
+    for (const std::string node : {"varnic-microphone", "varnic-programs"}) {
+        EXPECT_EQ(run("property " + node + " application.name"), "Varnic");
+        EXPECT_EQ(run("property " + node + " application.icon-name"), "app.brevin.varnic");
+    }
+    EXPECT_EQ(run("property varnic-microphone node.description"), "Varnic: your side of a call");
+    EXPECT_EQ(run("property varnic-programs node.description"), "Varnic: the other side of a call");
+}
+
 TEST_F(LiveCaptureTest, start_ownPlayback_isLeftOut) {
     startSystem();
     recorder.start();

@@ -39,6 +39,14 @@ TEST_F(PermissionsTest, readings_noSource_microphoneDeniedOnly) {
     EXPECT_EQ(Permissions::screen(true), granted);
 }
 
+TEST_F(PermissionsTest, readings_onlyAMonitor_isNoMicrophone) {
+    startSystem({"--no-source"});
+    run("add-monitor loop");
+    EXPECT_EQ(Permissions::microphone(true), denied);
+    run("add-source real");
+    EXPECT_EQ(SoundSurvey::take().microphone, "Virtual real");
+}
+
 TEST_F(PermissionsTest, readings_noServer_denied) {
     setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
     EXPECT_EQ(Permissions::microphone(true), denied);

@@ -8,12 +8,14 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cmath>
 #include <condition_variable>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace varnic {
@@ -88,11 +90,16 @@ protected:
 TEST_F(LiveSpeechTest, append_readSpeechFasterThanRealTime_commitsAllOfIt) {
     start();
     feed(samplesOf(recordings + "/two_cities.wav"), 0);
+    EXPECT_FALSE(recogniser->isDone());
     recogniser->endAudio();
+    EXPECT_FALSE(recogniser->isDone()) << "44 seconds are not heard in no time";
     ASSERT_TRUE(waitForLineBehind(41));
     EXPECT_LT(wordErrors(twoCities, textOf(committed)), 0.1) << textOf(committed);
     EXPECT_TRUE(std::ranges::is_sorted(committed, {}, &Segment::start));
     EXPECT_LT(committed.back().end, 44.4);
+    while (!recogniser->isDone()) { // which it is once its thread comes back from the last line
+        std::this_thread::yield();
+    }
 }
 
 TEST_F(LiveSpeechTest, append_speechAcrossARotation_losesHardlyAWord) {
@@ -123,6 +130,24 @@ TEST_F(LiveSpeechTest, append_afterGaps_linesHaveTheTimesTheyWereSaidAt) {
     EXPECT_LT(starts[0], 2);
     EXPECT_NEAR(starts[1], starts[0], 0.1);
     EXPECT_NEAR(starts[2], starts[0], 0.1);
+}
+
+TEST_F(LiveSpeechTest, append_soundBreaksOff_noLineComesOfTheSilenceBehindIt) {
+    const std::vector<float> speech = samplesOf(recordings + "/two_cities.wav");
+    const std::vector<double> cuts{2.0, 2.3, 2.6, 2.9, 3.2, 3.5, 3.8, 4.1}; // seconds, in the middle of words
+    constexpr double apart = 6;
+    start();
+    double at = 0;
+    for (const double cut : cuts) {
+        feed({speech.begin(), speech.begin() + static_cast<std::ptrdiff_t>(cut * rate)}, at);
+        ASSERT_TRUE(waitFor([&] { return !committed.empty() && committed.back().start >= at; }));
+        at += apart;
+    }
+    const std::scoped_lock lock(mutex);
+    EXPECT_EQ(committed.size(), cuts.size()) << textOf(committed);
+    for (const Segment& line : committed) {
+        EXPECT_LT(std::fmod(line.start, apart), 2) << line.text;
+    }
 }
 
 TEST_F(LiveSpeechTest, append_withoutDetector_findsSpeechByItsLevel) {

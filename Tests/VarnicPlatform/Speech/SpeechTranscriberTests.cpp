@@ -1,4 +1,5 @@
 #include "VarnicCore/Audio/SoundFiles.h"
+#include "VarnicPlatform/Speech/LiveRecognizer.h"
 #include "VarnicPlatform/Speech/SpeechTranscriber.h"
 #include "VarnicPlatform/Speech/Words.h"
 
@@ -41,6 +42,16 @@ TEST(SpeechTranscriber, transcribe_readSpeech_hearsWhatIsSaid) {
     EXPECT_LT(wordErrors("Ever tried. Ever failed. No matter. Try again. Fail again. Fail better.", textOf(other)),
               0.09)
         << textOf(other);
+}
+
+TEST(SpeechTranscriber, surpasses_modelOfTheCall_onlyWhereAnotherIsPreferredNow) {
+    const auto live = LiveRecognizer::create(Speaker::you, "en-US", {data}, {}, {});
+    const SpeechTranscriber transcriber("en-US", {data});
+    EXPECT_FALSE(live->model().empty());
+    EXPECT_FALSE(transcriber.surpasses(live->model()));
+    EXPECT_TRUE(transcriber.surpasses("of yesterday"));
+    EXPECT_FALSE(transcriber.surpasses(""));
+    EXPECT_FALSE(SpeechTranscriber("fr", {data}).surpasses("of yesterday"));
 }
 
 TEST(SpeechTranscriber, transcribe_linesWithPauses_haveTheirTimes) {

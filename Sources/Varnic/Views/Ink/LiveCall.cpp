@@ -1,5 +1,6 @@
 #include "Varnic/Views/Ink/LiveCall.h"
 
+#include "Varnic/Recording/RecordingHealth.h"
 #include "Varnic/Views/ViewModel.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Text/Wording.h"
@@ -65,10 +66,6 @@ bool LiveCall::records(Speaker speaker) const {
     return sides.empty() || std::ranges::find(sides, speaker) != sides.end();
 }
 
-QString LiveCall::recorderWarning() const {
-    return shown(recorder_.warning().value_or(""));
-}
-
 double LiveCall::pulse() const {
     if (!isRecording() || isPaused()) {
         return 0;
@@ -83,13 +80,14 @@ LiveSide LiveCall::side(Speaker speaker) const {
                   .detail = speaker == Speaker::you ? QStringLiteral("microphone") : shown("the Mac’s sound"),
                   .isOn = records(speaker)};
     if (!side.isOn) {
-        side.detail = recorderWarning();
+        side.detail = shown(RecordingHealth::missingSide(recorder_.sides()).value_or(""));
     }
     return side;
 }
 
 QString LiveCall::warning() const {
-    return records(Speaker::you) && records(Speaker::them) ? recorderWarning() : QString();
+    const auto& warning = recorder_.warning();
+    return warning && warning != RecordingHealth::missingSide(recorder_.sides()) ? shown(*warning) : QString();
 }
 
 QString LiveCall::placeholderTitle() const {

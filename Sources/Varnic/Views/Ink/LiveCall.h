@@ -111,7 +111,6 @@ private:
     void setStamp();
     [[nodiscard]] bool records(Speaker speaker) const;
     [[nodiscard]] LiveSide side(Speaker speaker) const;
-    [[nodiscard]] QString recorderWarning() const;
 
     AppModel& model_;
     RecordingController& recorder_;

@@ -29,6 +29,8 @@ Item {
     }
 
     NibLine {
+        id: line
+
         anchors.left: dot.right
         anchors.leftMargin: 10
         anchors.right: stamp.left
@@ -36,6 +38,25 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         height: 26
         history: LiveCall.ink
+        visible: !warning.visible
+    }
+
+    Text {
+        id: warning
+
+        Accessible.name: text
+        Accessible.role: Accessible.AlertMessage
+        anchors.left: line.left
+        anchors.right: line.right
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.Palette.warn
+        elide: Text.ElideRight
+        font: Theme.Typo.caption
+        maximumLineCount: 2
+        objectName: "warning"
+        text: LiveCall.warning
+        visible: text !== ""
+        wrapMode: Text.WordWrap
     }
 
     Text {
