@@ -27,7 +27,8 @@ constexpr std::size_t longestKey = 16UL * 1024;
 std::string readInput(bool isTerminal) {
     std::string text;
     char byte = 0;
-    while (text.size() <= longestKey && ::read(STDIN_FILENO, &byte, 1) == 1 && (!isTerminal || byte != '\n')) {
+    while (text.size() <= longestKey && (!isTerminal || Terminal::SilentInput::wait()) &&
+           ::read(STDIN_FILENO, &byte, 1) == 1 && (!isTerminal || byte != '\n')) {
         text += byte;
     }
     return text;
@@ -46,8 +47,7 @@ std::string checkedKey(const std::string& input) {
 
 std::string readKey(AIProviderKind provider) {
     forbidCoreDumps();
-    const bool isTerminal = ::isatty(STDIN_FILENO) == 1;
-    if (!isTerminal) {
+    if (::isatty(STDIN_FILENO) != 1) {
         return checkedKey(readInput(false));
     }
     const Terminal::SilentInput silent;

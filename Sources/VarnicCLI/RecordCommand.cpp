@@ -195,7 +195,7 @@ private:
 void tellLoss(const LiveCapture& capture) {
     if (const auto lost = capture.lostFrames(); lost > 0) {
         Terminal::print(stderr, "varnic-cli: {:.1f} seconds of sound were lost: the computer was too busy.\n",
-                   static_cast<double>(lost) / TrackFormat::sampleRate);
+                        static_cast<double>(lost) / TrackFormat::sampleRate);
     }
 }
 

@@ -7,8 +7,8 @@
 #include <nlohmann/json.hpp>
 
 #include <functional>
-#include <utility>
 #include <stdexcept>
+#include <utility>
 
 namespace varnic::cli {
 

@@ -2,9 +2,13 @@
 
 #include "VarnicCore/Text/Unicode.h"
 
+#include <poll.h>
+#include <sys/eventfd.h>
 #include <unicode/uchar.h>
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <iterator>
@@ -83,8 +87,12 @@ std::string between(char32_t begin, std::string_view text) {
 
 volatile std::sig_atomic_t interrupted = 0;
 
+/// Readable once interrupted: a signal may come before the waiting begins, or to another thread.
+int interruptEvent = -1;
+
 void noteInterrupt(int /*signal*/) {
     interrupted = 1;
+    eventfd_write(interruptEvent, 1);
 }
 
 } // namespace
@@ -125,8 +133,9 @@ void printFile(std::string_view bytes) {
 }
 
 SilentInput::SilentInput() {
+    interruptEvent = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     struct sigaction action{};
-    action.sa_handler = noteInterrupt; // Without SA_RESTART, so that a read ends.
+    action.sa_handler = noteInterrupt;
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
     tcgetattr(STDIN_FILENO, &before_);
@@ -139,6 +148,14 @@ SilentInput::~SilentInput() {
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_);
     std::signal(SIGINT, SIG_DFL);
     std::signal(SIGTERM, SIG_DFL);
+    close(interruptEvent);
+}
+
+bool SilentInput::wait() {
+    std::array<pollfd, 2> inputs{{{STDIN_FILENO, POLLIN, 0}, {interruptEvent, POLLIN, 0}}};
+    while (poll(inputs.data(), inputs.size(), -1) < 0 && errno == EINTR) {
+    }
+    return !wasInterrupted();
 }
 
 bool SilentInput::wasInterrupted() {

@@ -44,7 +44,7 @@ void printJson(std::string_view json);
 void printFile(std::string_view bytes);
 
 /// Keeps the terminal of standard input from showing what is typed, as long as it lives. An interrupt or a polite kill
-/// ends a read from it with an error instead of the program, so that the terminal never stays silent. One at a time.
+/// ends the waiting for it instead of the program, so that the terminal never stays silent. One at a time.
 class SilentInput {
 public:
     SilentInput();
@@ -52,6 +52,8 @@ public:
     SilentInput& operator=(const SilentInput&) = delete;
     ~SilentInput();
 
+    /// Waits until there is something to read; false once interrupted, whenever that was.
+    [[nodiscard]] static bool wait();
     [[nodiscard]] static bool wasInterrupted();
 
 private:

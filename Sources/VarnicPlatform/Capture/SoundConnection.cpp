@@ -49,7 +49,8 @@ SoundConnection::SoundConnection(std::function<void()> onChange) : onChange_(std
                                       0));
     }
     if (!context_ || pw_thread_loop_start(loop_.get()) < 0) {
-        throw CaptureError::systemAudioFailed("PipeWire’s configuration for programs can’t be read; on Debian it is in the package pipewire-bin.");
+        throw CaptureError::systemAudioFailed(
+            "PipeWire’s configuration for programs can’t be read; on Debian it is in the package pipewire-bin.");
     }
 }
 
