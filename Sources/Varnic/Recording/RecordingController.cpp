@@ -1,12 +1,12 @@
 #include "Varnic/Recording/RecordingController.h"
 
 #include "Varnic/Background.h"
+#include "Varnic/Inbox.h"
 #include "Varnic/Recording/RecordingHealth.h"
 #include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <QCoro/QCoroTimer>
-#include <QMetaObject>
 #include <QPointer>
 
 #include <algorithm>
@@ -268,15 +268,13 @@ TrackRecorder::Recognizers RecordingController::makeRecognizers(const std::optio
 }
 
 LiveRecognizer::Lines RecordingController::onMain(void (RecordingController::*take)(Speaker, std::vector<Segment>)) {
-    return [this, take, session = session_](Speaker speaker, std::vector<Segment> lines) {
-        QMetaObject::invokeMethod(
-            this,
-            [this, take, session, speaker, lines = std::move(lines)] {
-                if (session_ == session && isBusy(state_)) {
-                    (this->*take)(speaker, lines);
-                }
-            },
-            Qt::QueuedConnection);
+    return [self = QPointer(this), inbox = &Inbox::main(), take, session = session_](Speaker speaker,
+                                                                                      std::vector<Segment> lines) {
+        inbox->post([self, take, session, speaker, lines = std::move(lines)] {
+            if (self && self->session_ == session && isBusy(self->state_)) {
+                (self.data()->*take)(speaker, lines);
+            }
+        });
     };
 }
 

@@ -1,7 +1,10 @@
 #include "Varnic/Views/NotePage/CallPlayer.h"
 
+#include "Varnic/Inbox.h"
 #include "Varnic/Views/ViewModel.h"
 #include "VarnicCore/Models/Clock.h"
+
+#include <QPointer>
 
 #include <chrono>
 
@@ -10,8 +13,12 @@ namespace varnic {
 using namespace std::chrono_literals;
 
 CallPlayer::CallPlayer(QObject* parent)
-    : QObject(parent), player_([this](TrackPlayer::Event event) {
-          QMetaObject::invokeMethod(this, [this, event] { take(event); }, Qt::QueuedConnection);
+    : QObject(parent), player_([self = QPointer(this), inbox = &Inbox::main()](TrackPlayer::Event event) {
+          inbox->post([self, event] {
+              if (self) {
+                  self->take(event);
+              }
+          });
       }) {
     tick_.setInterval(100ms);
     connect(&tick_, &QTimer::timeout, this, &CallPlayer::follow);
