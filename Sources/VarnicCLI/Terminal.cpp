@@ -179,7 +179,7 @@ void StatusLine::show(const std::string& text) {
 void StatusLine::clear() {
     const std::lock_guard guard(lock_);
     if (!drawn_.empty()) {
-        std::fputs(eraseLine.data(), stderr);
+        std::fputs(std::string(eraseLine).c_str(), stderr);
         drawn_.clear();
     }
 }

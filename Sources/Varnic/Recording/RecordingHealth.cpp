@@ -45,10 +45,9 @@ std::optional<std::string> RecordingHealth::refusal(std::optional<std::uintmax_t
         return std::nullopt;
     }
     const std::uintmax_t minutes = (std::max(*diskSpace, fullDisk) - fullDisk) / (bytesPerSecond * 60);
+    const std::string several = minutes == 1 ? "only 1 minute" : fmt::format("only {} minutes", minutes);
     return fmt::format("The disk is almost full — {} of recording fit. Make room for an hour first.",
-                       minutes == 0   ? "not even a minute"
-                       : minutes == 1 ? "only 1 minute"
-                                      : fmt::format("only {} minutes", minutes));
+                       minutes == 0 ? "not even a minute" : several);
 }
 
 } // namespace varnic

@@ -41,7 +41,7 @@ std::vector<std::string> MicrophoneSide::tend(pw_core* core, const SoundGraph& g
         if (current_->lastHeard() > 0) {
             problems.emplace_back("The microphone stopped delivering sound.");
         }
-        open(core, nextOf(microphones, *wanted), now);
+        open(core, *nextOf(microphones, wanted), now);
     }
     if (current_->source() == wanted->id) {
         wanted_.reset();
@@ -98,15 +98,15 @@ const SoundNode* MicrophoneSide::choose(const std::vector<const SoundNode*>& mic
 }
 
 /// The one to try after the current one: each of the others in turn, the wanted one alone where there is no other.
-const SoundNode& MicrophoneSide::nextOf(const std::vector<const SoundNode*>& microphones,
-                                        const SoundNode& wanted) const {
+const SoundNode* MicrophoneSide::nextOf(const std::vector<const SoundNode*>& microphones,
+                                        const SoundNode* wanted) const {
     std::vector<const SoundNode*> others = microphones;
-    std::erase(others, &wanted);
+    std::erase(others, wanted);
     if (others.empty()) {
         return wanted;
     }
     const auto current = std::ranges::find(others, current_->source(), &SoundNode::id);
-    return current == others.end() || std::next(current) == others.end() ? *others.front() : **std::next(current);
+    return current == others.end() || std::next(current) == others.end() ? others.front() : *std::next(current);
 }
 
 void MicrophoneSide::open(pw_core* core, const SoundNode& source, double now) {

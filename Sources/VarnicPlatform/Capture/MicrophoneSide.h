@@ -37,8 +37,8 @@ public:
 private:
     void followMove(const SoundGraph& graph, const std::vector<const SoundNode*>& microphones);
     const SoundNode* choose(const std::vector<const SoundNode*>& microphones);
-    [[nodiscard]] const SoundNode& nextOf(const std::vector<const SoundNode*>& microphones,
-                                          const SoundNode& wanted) const;
+    [[nodiscard]] const SoundNode* nextOf(const std::vector<const SoundNode*>& microphones,
+                                          const SoundNode* wanted) const;
     void open(pw_core* core, const SoundNode& source, double now);
     void tryWanted(pw_core* core, const SoundNode& wanted, double now);
     [[nodiscard]] std::optional<std::string> standIn(const SoundNode& wanted, double now) const;
