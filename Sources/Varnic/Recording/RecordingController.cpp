@@ -269,7 +269,7 @@ TrackRecorder::Recognizers RecordingController::makeRecognizers(const std::optio
 
 LiveRecognizer::Lines RecordingController::onMain(void (RecordingController::*take)(Speaker, std::vector<Segment>)) {
     return [self = QPointer(this), inbox = &Inbox::main(), take, session = session_](Speaker speaker,
-                                                                                      std::vector<Segment> lines) {
+                                                                                     std::vector<Segment> lines) {
         inbox->post([self, take, session, speaker, lines = std::move(lines)] {
             if (self && self->session_ == session && isBusy(self->state_)) {
                 (self.data()->*take)(speaker, lines);
