@@ -129,7 +129,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
     const auto work = [processor = processor(), recording, told, report, stop] {
         return processor.process(recording, told, report, stop);
     };
-    Note finished = co_await inBackground(work);
+    WrittenCall written = co_await inBackground(work);
     if (!self) {
         co_return;
     }
@@ -140,9 +140,10 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
         store_.removeAudio(id);
         co_return;
     }
-    const bool isStopgap = keepLiveLines(finished);
+    Note finished = std::move(written.note);
+    const bool isStopgap = keepLiveLines(finished) || written.isStopgap;
     if (stop.stop_requested()) {
-        finished.call->problem = finished.call->segments.empty() ? std::optional(quitProblem) : std::nullopt;
+        finished.call->problem = finished.call->segments.empty() ? quitProblem : recording.loss;
     }
     file(std::move(finished), before, std::move(mark));
     if (!isStopgap) {

@@ -318,6 +318,31 @@ TEST_F(CallFlowsTests, stop_audioNotKeptButNothingWrittenDown_keepsTheSound) {
     EXPECT_THAT(audioFolders(), IsEmpty());
 }
 
+TEST_F(CallFlowsTests, process_liveWordsLackSomeAndTheSoundGivesNone_keepsTheSoundAndTellsTheLoss) {
+    const Note call = *model->note(*QCoro::waitFor(record()));
+    model->settings.keepAudio = false;
+    failure = TranscriberError::unavailable();
+    const Recording recording{.noteID = call.id,
+                              .tracks = model->existingTracks(call),
+                              .live = std::vector{Segment(Speaker::them, 0.2, 0.5, "Friday would be early enough.")},
+                              .isLiveBehind = true,
+                              .startedAt = call.call->startedAt,
+                              .duration = call.call->duration,
+                              .source = call.call->source,
+                              .audioFolder = call.id.text(),
+                              .loss = "Their side lacks sound."};
+    for (const bool isStopping : {false, true}) {
+        auto processing = model->process(recording);
+        if (isStopping) {
+            model->cancelProcessing();
+        }
+        QCoro::waitFor(processing);
+        EXPECT_EQ(model->note(call.id)->call->segments, *recording.live);
+        EXPECT_EQ(model->note(call.id)->call->problem, recording.loss) << isStopping;
+        EXPECT_THAT(audioFolders(), SizeIs(1)) << isStopping;
+    }
+}
+
 TEST_F(CallFlowsTests, retranscribe_callKeptBeforeAudioWasNoLonger_keepsItsSound) {
     const Uuid id = *QCoro::waitFor(record());
     model->settings.keepAudio = false;
