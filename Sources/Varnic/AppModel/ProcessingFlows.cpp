@@ -112,7 +112,7 @@ void AppModel::showPlaceholder(Uuid id, std::string title, CallRecord call) {
 QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMarkFile> mark) {
     const Uuid id = recording.noteID;
     setStage(id, ProcessingStage::transcribing(0));
-    const auto lock = LibraryLock::forCall(store_.audioFolder(id));
+    auto lock = LibraryLock::forCall(store_.audioFolder(id));
     const Note* stored = note(id);
     const std::optional<Note> before = stored != nullptr ? std::optional(*stored) : std::nullopt;
     const DigestContext told =
@@ -149,6 +149,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
     if (!isStopgap) {
         removeAudioIfNotKept(id);
     }
+    lock.reset(); // A summary takes its time and needs no sound.
     const AISettings& ai = settings.ai.value();
     const bool asksAI = ai.enabled && !ai.askEachTime && !stop.stop_requested();
     if (const Note* filed = note(id); asksAI && filed->call && !filed->call->segments.empty()) {

@@ -627,6 +627,20 @@ TEST_F(AIFlowTests, runAI_twiceAtOnce_runsOnce) {
     EXPECT_THAT(model->aiRunning.value(), IsEmpty());
 }
 
+TEST_F(AIFlowTests, retranscribe_whileTheSummaryOfANewCallIsAwaited_isNotTakenForAnotherPrograms) {
+    AISettings settings = model->settings.ai.value();
+    settings.askEachTime = false;
+    model->settings.ai = settings;
+    transport->isSilent = true;
+    auto stopping = record();
+    EXPECT_TRUE(waitUntil([&] { return !model->aiRunning.value().empty(); }));
+    QCoro::waitFor(model->retranscribe(*model->selection.value()));
+    EXPECT_EQ(toastText(), "New transcript");
+    transport->isSilent = false;
+    transport->isSilent.notify_all();
+    QCoro::waitFor(stopping);
+}
+
 TEST_F(AIFlowTests, runAI_titleOfTheUsersOwn_stays) {
     model->update(id, true, [](Note& note) { note.title = "Mine"; });
     QCoro::waitFor(model->runAI(id));
