@@ -141,7 +141,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
         co_return;
     }
     Note finished = std::move(written.note);
-    const bool isStopgap = keepLiveLines(finished) || written.isStopgap;
+    const bool isStopgap = keepLiveLines(finished, recording.loss) || written.isStopgap;
     if (stop.stop_requested()) {
         finished.call->problem = finished.call->segments.empty() ? quitProblem : recording.loss;
     }
@@ -159,7 +159,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
 
 /// A recording that gave no words leaves the call those that were written down as they were said; whether there are
 /// any.
-bool AppModel::keepLiveLines(Note& finished) const {
+bool AppModel::keepLiveLines(Note& finished, const std::optional<std::string>& loss) const {
     const Note* placeholder = note(finished.id);
     if (!finished.call->segments.empty() || placeholder == nullptr || !placeholder->call ||
         placeholder->call->segments.empty()) {
@@ -167,7 +167,9 @@ bool AppModel::keepLiveLines(Note& finished) const {
     }
     CallRecord call = *finished.call;
     call.segments = placeholder->call->segments;
-    call.problem = call.problem == nobodyHeard ? std::nullopt : std::move(call.problem);
+    if (call.problem && call.problem->starts_with(nobodyHeard)) {
+        call.problem = loss;
+    }
     const CallDigest digest = ExtractiveSummariser::makeDigest(call.segments, context(call), region, currentDate());
     call.digest = digest;
     finished = NoteEditor::callNote(finished.id, std::move(call), digest, region, currentDate());

@@ -322,15 +322,15 @@ TEST_F(CallFlowsTests, process_liveWordsLackSomeAndTheSoundGivesNone_keepsTheSou
     const Note call = *model->note(*QCoro::waitFor(record()));
     model->settings.keepAudio = false;
     failure = TranscriberError::unavailable();
-    const Recording recording{.noteID = call.id,
-                              .tracks = model->existingTracks(call),
-                              .live = std::vector{Segment(Speaker::them, 0.2, 0.5, "Friday would be early enough.")},
-                              .isLiveBehind = true,
-                              .startedAt = call.call->startedAt,
-                              .duration = call.call->duration,
-                              .source = call.call->source,
-                              .audioFolder = call.id.text(),
-                              .loss = "Their side lacks sound."};
+    Recording recording{.noteID = call.id,
+                        .tracks = model->existingTracks(call),
+                        .live = std::vector{Segment(Speaker::them, 0.2, 0.5, "Friday would be early enough.")},
+                        .isLiveBehind = true,
+                        .startedAt = call.call->startedAt,
+                        .duration = call.call->duration,
+                        .source = call.call->source,
+                        .audioFolder = call.id.text(),
+                        .loss = "Their side lacks sound."};
     for (const bool isStopping : {false, true}) {
         auto processing = model->process(recording);
         if (isStopping) {
@@ -341,6 +341,11 @@ TEST_F(CallFlowsTests, process_liveWordsLackSomeAndTheSoundGivesNone_keepsTheSou
         EXPECT_EQ(model->note(call.id)->call->problem, recording.loss) << isStopping;
         EXPECT_THAT(audioFolders(), SizeIs(1)) << isStopping;
     }
+    recording.live.reset();
+    model->makeTranscriber = [] { return std::make_shared<FakeTranscriber>(); };
+    QCoro::waitFor(model->process(recording));
+    EXPECT_THAT(model->note(call.id)->call->segments, SizeIs(1));
+    EXPECT_EQ(model->note(call.id)->call->problem, recording.loss) << "and not that nobody was heard";
 }
 
 TEST_F(CallFlowsTests, retranscribe_callKeptBeforeAudioWasNoLonger_keepsItsSound) {
