@@ -64,6 +64,10 @@ Uuid transcribeAgain(Application& application, const std::string& idStart, const
     }
     runFlow(application, [&] { return model.retranscribe(before.id); });
     saveOrThrow(model, before.id);
+    // Of a side that the transcript has lines of, the recording may be gone: then it stays, and only this tells.
+    if (const std::string missing = TranscriberError::missingFile().what(); toastText(model) == missing) {
+        throw std::runtime_error(missing);
+    }
     if (application.interruption.happened() && model.note(before.id)->call->segments == before.call->segments) {
         throw std::runtime_error("Stopped. The note is as it was.");
     }

@@ -245,6 +245,13 @@ class Recover(CommandLine):
         run = self.run_cli("transcribe", "--note", self.ID)
         self.assertEqual((run.returncode, run.stderr), (1, "varnic-cli: The recording’s audio file is missing.\n"))
 
+    def test_a_call_of_whose_sides_one_is_gone_is_not_told_as_transcribed_again(self):
+        self.file_without_words(segments=[{"id": self.ID, "speaker": "you", "start": 0, "end": 1,
+                                           "text": "Hello."}])
+        run = self.run_cli("transcribe", "--note", self.ID)
+        self.assertEqual((run.returncode, run.stdout, run.stderr),
+                         (1, "", "varnic-cli: The recording’s audio file is missing.\n"))
+
     def test_a_deleted_call_comes_back_with_its_recording(self):
         self.file_without_words(problem="Transcription failed: once.")
         before = self.stored()

@@ -295,7 +295,7 @@ private:
     [[nodiscard]] DigestContext context(const CallRecord& call) const;
     [[nodiscard]] DigestContext context(Date startedAt, std::string themName, std::string source) const;
     void showPlaceholder(Uuid id, std::string title, CallRecord call);
-    [[nodiscard]] bool keepLiveLines(Note& finished) const;
+    [[nodiscard]] bool keepLiveLines(Note& finished, const std::optional<std::string>& loss) const;
     [[nodiscard]] std::vector<Uuid> takeUnwritten();
     void file(Note finished, const std::optional<Note>& before, std::shared_ptr<RecordingMarkFile> mark);
     void removeAudioIfNotKept(Uuid id);

@@ -34,7 +34,7 @@ void LibraryQueue::takeInSpares(Date now) {
     for (const SpareNote& spare : spare_.all(now)) {
         try {
             library_.takeIn(spare.note, spare.base, now);
-            spare_.drop(spare.note.id);
+            spare_.drop(spare);
         } catch (const std::exception&) { // NOLINT(bugprone-empty-catch)
             // It stays for another start.
         }
@@ -83,7 +83,7 @@ QCoro::Task<std::optional<Note>> LibraryQueue::earlier(Uuid id, Date now) {
 
 void LibraryQueue::remove(Uuid id) {
     queue_.async([this, id] {
-        spare_.drop(id);
+        spare_.dropAll(id);
         try {
             library_.remove(id);
         } catch (const std::exception&) {

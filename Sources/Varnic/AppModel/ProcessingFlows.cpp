@@ -112,7 +112,7 @@ void AppModel::showPlaceholder(Uuid id, std::string title, CallRecord call) {
 QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMarkFile> mark) {
     const Uuid id = recording.noteID;
     setStage(id, ProcessingStage::transcribing(0));
-    const auto lock = LibraryLock::forCall(store_.audioFolder(id));
+    auto lock = LibraryLock::forCall(store_.audioFolder(id));
     const Note* stored = note(id);
     const std::optional<Note> before = stored != nullptr ? std::optional(*stored) : std::nullopt;
     const DigestContext told =
@@ -129,7 +129,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
     const auto work = [processor = processor(), recording, told, report, stop] {
         return processor.process(recording, told, report, stop);
     };
-    Note finished = co_await inBackground(work);
+    WrittenCall written = co_await inBackground(work);
     if (!self) {
         co_return;
     }
@@ -140,14 +140,16 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
         store_.removeAudio(id);
         co_return;
     }
-    const bool isStopgap = keepLiveLines(finished);
+    Note finished = std::move(written.note);
+    const bool isStopgap = keepLiveLines(finished, recording.loss) || written.isStopgap;
     if (stop.stop_requested()) {
-        finished.call->problem = finished.call->segments.empty() ? std::optional(quitProblem) : std::nullopt;
+        finished.call->problem = finished.call->segments.empty() ? quitProblem : recording.loss;
     }
     file(std::move(finished), before, std::move(mark));
     if (!isStopgap) {
         removeAudioIfNotKept(id);
     }
+    lock.reset(); // A summary takes its time and needs no sound.
     const AISettings& ai = settings.ai.value();
     const bool asksAI = ai.enabled && !ai.askEachTime && !stop.stop_requested();
     if (const Note* filed = note(id); asksAI && filed->call && !filed->call->segments.empty()) {
@@ -157,7 +159,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
 
 /// A recording that gave no words leaves the call those that were written down as they were said; whether there are
 /// any.
-bool AppModel::keepLiveLines(Note& finished) const {
+bool AppModel::keepLiveLines(Note& finished, const std::optional<std::string>& loss) const {
     const Note* placeholder = note(finished.id);
     if (!finished.call->segments.empty() || placeholder == nullptr || !placeholder->call ||
         placeholder->call->segments.empty()) {
@@ -165,7 +167,9 @@ bool AppModel::keepLiveLines(Note& finished) const {
     }
     CallRecord call = *finished.call;
     call.segments = placeholder->call->segments;
-    call.problem = call.problem == nobodyHeard ? std::nullopt : std::move(call.problem);
+    if (call.problem && call.problem->starts_with(nobodyHeard)) {
+        call.problem = loss;
+    }
     const CallDigest digest = ExtractiveSummariser::makeDigest(call.segments, context(call), region, currentDate());
     call.digest = digest;
     finished = NoteEditor::callNote(finished.id, std::move(call), digest, region, currentDate());

@@ -66,13 +66,17 @@ const Block* find(const Index& index, const Uuid& id) {
 
 /// A block that both have; `base` is null where both have added it.
 std::optional<Block> mergedBlock(const Block* base, const Block& ours, const Block& theirs) {
-    if (theirs == ours || (base != nullptr && theirs == *base) || holds(ours, theirs)) {
+    if (theirs == ours || (base != nullptr && theirs == *base)) {
         return ours;
     }
-    if ((base != nullptr && ours == *base) || holds(theirs, ours)) {
+    // Ahead of what follows, which would take a block that they have shortened for an older one.
+    if (base != nullptr && ours == *base) {
         return theirs;
     }
-    return std::nullopt;
+    if (holds(ours, theirs)) {
+        return ours;
+    }
+    return holds(theirs, ours) ? std::optional(theirs) : std::nullopt;
 }
 
 /// Whether a block that only one side has is the work of that side, rather than removed by the other.

@@ -21,11 +21,7 @@ namespace {
 
 constexpr int hexadecimal = 16;
 
-/// "<UUID>.<base>.json", so that a file is whole by itself.
-std::string nameOf(const SpareNote& spare) {
-    return fmt::format("{}.{:016x}.json", spare.note.id.text(), spare.base);
-}
-
+/// Of "<UUID>.<run>.<base>.json", which makes a file whole by itself.
 std::optional<std::uint64_t> baseIn(const fs::path& file) {
     const std::string digits = file.stem().extension().string();
     std::uint64_t base = 0;
@@ -36,30 +32,45 @@ std::optional<std::uint64_t> baseIn(const fs::path& file) {
 
 } // namespace
 
+/// What the names of this run's versions begin with.
+std::string SpareNotes::ownName(const Uuid& id) const {
+    return fmt::format("{}.{}.", id.text(), run_.text());
+}
+
 bool SpareNotes::keep(const SpareNote& spare) const {
-    const fs::path file = folder_ / nameOf(spare);
+    const std::string name = ownName(spare.note.id);
+    const fs::path file = folder_ / fmt::format("{}{:016x}.json", name, spare.base);
     try {
         Folders::make(folder_);
         AtomicWrite::replace(file, LibraryStore::encoded(spare.note));
     } catch (const std::exception&) {
         return false;
     }
-    removeAllBut(file, spare.note.id);
+    removeAllBut(file, name);
     return true;
 }
 
 void SpareNotes::drop(const Uuid& id) const {
-    removeAllBut({}, id);
-    std::error_code ignored;
-    fs::remove(folder_, ignored); // which fails while it holds others
+    removeAllBut({}, ownName(id));
 }
 
-void SpareNotes::removeAllBut(const fs::path& kept, const Uuid& id) const {
+void SpareNotes::drop(const SpareNote& spare) const {
+    removeAllBut({}, spare.file.filename().string());
+}
+
+void SpareNotes::dropAll(const Uuid& id) const {
+    removeAllBut({}, id.text());
+}
+
+/// Of the files whose names begin so, and the folder when it holds no other.
+void SpareNotes::removeAllBut(const fs::path& kept, const std::string& beginning) const {
     for (const fs::path& file : Folders::entries(folder_)) {
-        if (file != kept && file.filename().string().starts_with(id.text())) {
+        if (file != kept && file.filename().string().starts_with(beginning)) {
             Folders::removeAll(file);
         }
     }
+    std::error_code ignored;
+    fs::remove(folder_, ignored); // which fails while it holds others
 }
 
 std::vector<SpareNote> SpareNotes::all(Date now) const {
@@ -68,7 +79,7 @@ std::vector<SpareNote> SpareNotes::all(Date now) const {
     for (const fs::path& file : Folders::entries(folder_)) {
         try {
             if (const auto base = baseIn(file)) {
-                notes.push_back({reader.read(file, now), *base});
+                notes.push_back({reader.read(file, now), *base, file});
             }
         } catch (const std::exception&) { // NOLINT(bugprone-empty-catch)
             // None of ours, which are written whole or not at all.

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -14,27 +15,38 @@ struct SpareNote {
     Note note;
     /// The fingerprint of the stored version that it was made from; 0 where there was none.
     std::uint64_t base = 0;
+    /// Where it is kept, for one that is.
+    std::filesystem::path file{};
 };
 
 /// Notes that the library does not take at the moment, a file each in a folder that lies elsewhere, so that a program
-/// that has to end does not take them with it. There is no folder while there are none. One thread at a time.
+/// that has to end does not take them with it. There is no folder while there are none. What an earlier run has left is
+/// not known to the notes of this one, and is replaced and dropped by itself only. One thread at a time.
 class SpareNotes {
 public:
     explicit SpareNotes(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
-    /// Keeps the note in place of an older version; false where that fails too.
+    /// Keeps the note in place of this run's older version; false where that fails too.
     [[nodiscard]] bool keep(const SpareNote& spare) const;
 
-    /// The note is where it belongs.
+    /// This run's version of the note is where it belongs.
     void drop(const Uuid& id) const;
+
+    /// One of `all` is where it belongs.
+    void drop(const SpareNote& spare) const;
+
+    /// Nobody wants the note any more, in whatever version.
+    void dropAll(const Uuid& id) const;
 
     /// Those that can be read, in no order.
     [[nodiscard]] std::vector<SpareNote> all(Date now) const;
 
 private:
-    void removeAllBut(const std::filesystem::path& kept, const Uuid& id) const;
+    [[nodiscard]] std::string ownName(const Uuid& id) const;
+    void removeAllBut(const std::filesystem::path& kept, const std::string& beginning) const;
 
     std::filesystem::path folder_;
+    Uuid run_ = Uuid::random();
 };
 
 } // namespace varnic

@@ -69,7 +69,9 @@ bool isSpoiledByEcho(const std::vector<Segment>& live, const CallTracks& tracks,
                 return true;
             }
         }
-    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): what cannot be read gives no better transcript
+    } catch (const std::exception&) {
+        // What cannot be read gives no better transcript; what was not looked at any more may.
+        return stop.stop_requested();
     }
     return false;
 }
@@ -121,11 +123,12 @@ CallProcessor::CallProcessor(std::shared_ptr<const Transcriber> speechWriter,
                              std::shared_ptr<const Summariser> digestMaker, Region userRegion)
     : transcriber(std::move(speechWriter)), summariser(std::move(digestMaker)), region(std::move(userRegion)) {}
 
-Note CallProcessor::process(const Recording& recording, const DigestContext& context, const StageCallback& progress,
-                            const std::stop_token& stop) const {
+WrittenCall CallProcessor::process(const Recording& recording, const DigestContext& context,
+                                   const StageCallback& progress, const std::stop_token& stop) const {
     CallRecord call = recording.record();
     const bool hasLive = recording.live && !recording.live->empty();
-    if (!hasLive || isOutdone(recording, stop)) {
+    const bool isLiveEnough = hasLive && !isOutdone(recording, stop);
+    if (!isLiveEnough) {
         progress(ProcessingStage::transcribing(0));
         try {
             const Sides sides = transcribeBoth(
@@ -135,7 +138,8 @@ Note CallProcessor::process(const Recording& recording, const DigestContext& con
             call.problem = error.what();
         }
     }
-    if (hasLive && call.segments.empty()) {
+    const bool takesLive = hasLive && call.segments.empty();
+    if (takesLive) {
         call.problem.reset();
         call.segments = transcript(linesOf(*recording.live, Speaker::you), linesOf(*recording.live, Speaker::them),
                                    recording.tracks, stop);
@@ -152,7 +156,7 @@ Note CallProcessor::process(const Recording& recording, const DigestContext& con
     const std::optional<CallDigest> digest = call.digest;
     Note note = NoteEditor::callNote(recording.noteID, std::move(call), digest, region, currentDate());
     progress(ProcessingStage::done());
-    return note;
+    return {std::move(note), takesLive && !isLiveEnough};
 }
 
 Note CallProcessor::retranscribe(const Note& note, const CallTracks& tracks, const DigestContext& context,

@@ -52,6 +52,13 @@ struct Recording {
     [[nodiscard]] CallRecord record() const;
 };
 
+/// A call that was written down.
+struct WrittenCall {
+    Note note;
+    /// Whether its words are those of the moment only because the tracks, which ought to give better ones, gave none.
+    bool isStopgap = false;
+};
+
 /// Turns what a recording left behind into a finished note. A plain value; several calls may be processed at once.
 class CallProcessor {
 public:
@@ -66,8 +73,8 @@ public:
     /// lesser model, transcribes both tracks at once; merges, summarises and makes the note; blocks until done.
     /// Whatever goes wrong with the call ends as a note whose `problem` says so. `progress` may be called on any
     /// thread.
-    [[nodiscard]] Note process(const Recording& recording, const DigestContext& context, const StageCallback& progress,
-                               const std::stop_token& stop = {}) const;
+    [[nodiscard]] WrittenCall process(const Recording& recording, const DigestContext& context,
+                                      const StageCallback& progress, const std::stop_token& stop = {}) const;
 
     /// A copy of the note with a new transcript and, where that gives one, a new digest under the user's own title.
     /// Throws TranscriberError; the given note is unchanged either way.

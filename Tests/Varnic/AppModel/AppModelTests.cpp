@@ -3,7 +3,12 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <csignal>
 #include <fstream>
+#include <iterator>
 
 namespace varnic {
 namespace {
@@ -13,6 +18,7 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
+using testing::UnorderedElementsAre;
 
 std::vector<std::string> titles(const std::vector<const Note*>& notes) {
     std::vector<std::string> result;
@@ -21,6 +27,28 @@ std::vector<std::string> titles(const std::vector<const Note*>& notes) {
     }
     return result;
 }
+
+/// While it lives, no file takes a byte.
+class FullDisk {
+public:
+    FullDisk() : before_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &usual_);
+        const rlimit nothing{0, usual_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &nothing);
+    }
+
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+    ~FullDisk() {
+        ::setrlimit(RLIMIT_FSIZE, &usual_);
+        std::signal(SIGXFSZ, before_);
+    }
+
+private:
+    rlimit usual_{};
+    void (*before_)(int);
+};
 
 class AppModelTests : public testing::Test {
 protected:
@@ -125,6 +153,28 @@ TEST_F(AppModelTests, endWithoutALibrary_isMadeUpForAtTheNextStart) {
     ASSERT_THAT(model->notes(), SizeIs(2));
     EXPECT_EQ(model->note(id)->title, "B");
     EXPECT_EQ(model->note(fresh)->title, "Fresh");
+    EXPECT_FALSE(fs::exists(model.folder() / "Unsaved"));
+}
+
+TEST_F(AppModelTests, endWithoutALibrary_nextStartCannotWriteYet_keepsWhatIsEditedThenToo) {
+    const Uuid id = model->newNote("A");
+    model->flushSaves();
+    fs::rename(notes(), model.folder() / "away");
+    fs::create_symlink("notes", notes());
+    model->update(id, true, [](Note& note) { note.title = "B"; });
+    model.restart();
+    putBack();
+    {
+        const FullDisk full;
+        model.load();
+    }
+    ASSERT_EQ(model->note(id)->title, "A");
+    model->update(id, true, [](Note& note) { note.title = "C"; });
+    model.restart();
+    model.load();
+    std::vector<const Note*> both;
+    std::ranges::transform(model->notes(), std::back_inserter(both), [](const Note& note) { return &note; });
+    EXPECT_THAT(titles(both), UnorderedElementsAre("C", "B (other copy)"));
     EXPECT_FALSE(fs::exists(model.folder() / "Unsaved"));
 }
 

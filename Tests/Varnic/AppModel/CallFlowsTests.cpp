@@ -318,6 +318,36 @@ TEST_F(CallFlowsTests, stop_audioNotKeptButNothingWrittenDown_keepsTheSound) {
     EXPECT_THAT(audioFolders(), IsEmpty());
 }
 
+TEST_F(CallFlowsTests, process_liveWordsLackSomeAndTheSoundGivesNone_keepsTheSoundAndTellsTheLoss) {
+    const Note call = *model->note(*QCoro::waitFor(record()));
+    model->settings.keepAudio = false;
+    failure = TranscriberError::unavailable();
+    Recording recording{.noteID = call.id,
+                        .tracks = model->existingTracks(call),
+                        .live = std::vector{Segment(Speaker::them, 0.2, 0.5, "Friday would be early enough.")},
+                        .isLiveBehind = true,
+                        .startedAt = call.call->startedAt,
+                        .duration = call.call->duration,
+                        .source = call.call->source,
+                        .audioFolder = call.id.text(),
+                        .loss = "Their side lacks sound."};
+    for (const bool isStopping : {false, true}) {
+        auto processing = model->process(recording);
+        if (isStopping) {
+            model->cancelProcessing();
+        }
+        QCoro::waitFor(processing);
+        EXPECT_EQ(model->note(call.id)->call->segments, *recording.live);
+        EXPECT_EQ(model->note(call.id)->call->problem, recording.loss) << isStopping;
+        EXPECT_THAT(audioFolders(), SizeIs(1)) << isStopping;
+    }
+    recording.live.reset();
+    model->makeTranscriber = [] { return std::make_shared<FakeTranscriber>(); };
+    QCoro::waitFor(model->process(recording));
+    EXPECT_THAT(model->note(call.id)->call->segments, SizeIs(1));
+    EXPECT_EQ(model->note(call.id)->call->problem, recording.loss) << "and not that nobody was heard";
+}
+
 TEST_F(CallFlowsTests, retranscribe_callKeptBeforeAudioWasNoLonger_keepsItsSound) {
     const Uuid id = *QCoro::waitFor(record());
     model->settings.keepAudio = false;
@@ -600,6 +630,20 @@ TEST_F(AIFlowTests, runAI_twiceAtOnce_runsOnce) {
     EXPECT_EQ(model->note(id)->title, "Fresh");
     EXPECT_EQ(toastText(), "Summary by small");
     EXPECT_THAT(model->aiRunning.value(), IsEmpty());
+}
+
+TEST_F(AIFlowTests, retranscribe_whileTheSummaryOfANewCallIsAwaited_isNotTakenForAnotherPrograms) {
+    AISettings settings = model->settings.ai.value();
+    settings.askEachTime = false;
+    model->settings.ai = settings;
+    transport->isSilent = true;
+    auto stopping = record();
+    EXPECT_TRUE(waitUntil([&] { return !model->aiRunning.value().empty(); }));
+    QCoro::waitFor(model->retranscribe(*model->selection.value()));
+    EXPECT_EQ(toastText(), "New transcript");
+    transport->isSilent = false;
+    transport->isSilent.notify_all();
+    QCoro::waitFor(stopping);
 }
 
 TEST_F(AIFlowTests, runAI_titleOfTheUsersOwn_stays) {

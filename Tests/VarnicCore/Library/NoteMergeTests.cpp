@@ -44,6 +44,8 @@ TEST(NoteMerge, merged_takesWhatBothDid) {
         {"both add at the front", inserting(0, "mine"), inserting(0, "other"), "other|mine|one|two|three"},
         {"added behind what is removed", removing(1), inserting(2, "other"), "one|other|three"},
         {"typed further", setting(1, "two and"), setting(1, "two and a half"), "one|two and a half|three"},
+        {"shortened there", setting(0, "1"), setting(2, "th"), "1|two|th"},
+        {"shortened here", setting(2, ""), setting(0, "1"), "1|two|"},
         {"the same block", setting(1, "2"), setting(1, "II"), std::nullopt},
         {"the same change", setting(1, "2"), setting(1, "2"), "one|2|three"},
         {"removed by both", removing(1), removing(1), "one|three"},

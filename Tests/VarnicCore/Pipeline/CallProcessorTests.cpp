@@ -112,13 +112,16 @@ protected:
         return texts;
     }
 
-    Note process() {
+    WrittenCall write(const std::stop_token& stop = {}) {
         stages.clear();
-        return processor().process(recording, {.themName = "Maya"}, [this](ProcessingStage stage) {
+        const auto report = [this](ProcessingStage stage) {
             const std::lock_guard guard(lock);
             stages.push_back(stage.label());
-        });
+        };
+        return processor().process(recording, {.themName = "Maya"}, report, stop);
     }
+
+    Note process() { return write().note; }
 
     TemporaryFolder folder;
     std::shared_ptr<FakeTranscriber> fake = std::make_shared<FakeTranscriber>();
@@ -164,7 +167,7 @@ TEST_F(CallProcessorTest, process_oneTrackFails_losesTheTranscriptAndSaysWhy) {
 
 TEST_F(CallProcessorTest, process_oneTrackFails_stopsTheOtherAndReportsTheCause) {
     const CallProcessor waiting(std::make_shared<WaitingTranscriber>(), summariser, Region{});
-    const Note note = waiting.process(recording, {}, [](ProcessingStage) {});
+    const Note note = waiting.process(recording, {}, [](ProcessingStage) {}).note;
     EXPECT_EQ(note.call->problem, "Speech recognition isn’t available right now.");
 }
 
@@ -203,12 +206,18 @@ TEST_F(CallProcessorTest, process_liveTranscriptIsOutdone_standsOnlyWhereTheTrac
         recording.liveModel = one.model;
         writeTracks(one.hasEcho);
         fake->failure.reset();
-        EXPECT_EQ(texts(process()), one.isOutdone ? tracks : live);
+        const WrittenCall written = write();
+        EXPECT_EQ(texts(written.note), one.isOutdone ? tracks : live);
+        EXPECT_FALSE(written.isStopgap);
         EXPECT_EQ(stages.front(), one.isOutdone ? "Writing the transcript…" : "Summarising…");
         fake->failure = TranscriberError::unavailable();
-        const Note kept = process();
-        EXPECT_EQ(texts(kept), live) << "better than none";
-        EXPECT_EQ(kept.call->problem, std::nullopt);
+        const WrittenCall kept = write();
+        EXPECT_EQ(texts(kept.note), live) << "better than none";
+        EXPECT_EQ(kept.note.call->problem, std::nullopt);
+        EXPECT_EQ(kept.isStopgap, one.isOutdone);
+        std::stop_source stopped;
+        stopped.request_stop();
+        EXPECT_TRUE(write(stopped.get_token()).isStopgap) << "as far as is known";
     }
 }
 
