@@ -16,7 +16,7 @@ struct SpareNote {
     /// The fingerprint of the stored version that it was made from; 0 where there was none.
     std::uint64_t base = 0;
     /// Where it is kept, for one that is.
-    std::filesystem::path file{};
+    std::filesystem::path file;
 };
 
 /// Notes that the library does not take at the moment, a file each in a folder that lies elsewhere, so that a program

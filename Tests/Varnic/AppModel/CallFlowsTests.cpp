@@ -319,7 +319,7 @@ TEST_F(CallFlowsTests, stop_audioNotKeptButNothingWrittenDown_keepsTheSound) {
 }
 
 TEST_F(CallFlowsTests, process_liveWordsLackSomeAndTheSoundGivesNone_keepsTheSoundAndTellsTheLoss) {
-    const Note call = *model->note(*QCoro::waitFor(record()));
+    const Note call = *model->note(QCoro::waitFor(record()));
     model->settings.keepAudio = false;
     failure = TranscriberError::unavailable();
     Recording recording{.noteID = call.id,
@@ -450,13 +450,13 @@ TEST_F(CallFlowsTests, quit_whileTranscribing_keepsTheWordsThatWereShown) {
 TEST_F(CallFlowsTests, stop_recordingGivesNoWords_keepsThoseThatWereShown) {
     model->settings.keepAudio = false;
     failure = TranscriberError::unavailable();
-    const Note failed = *model->note(*QCoro::waitFor(recordWithLiveWords()));
+    const Note failed = *model->note(QCoro::waitFor(recordWithLiveWords()));
     EXPECT_EQ(failed.call->problem, failure->what());
     failure.reset();
     delay = 20;
     auto stopping = recordWithLiveWords();
     model->cancelProcessing();
-    const Note cancelled = *model->note(*QCoro::waitFor(stopping));
+    const Note cancelled = *model->note(QCoro::waitFor(stopping));
     EXPECT_FALSE(cancelled.call->problem);
     for (const Note& note : {failed, cancelled}) {
         EXPECT_THAT(note.call->segments, SizeIs(2));

@@ -1,4 +1,5 @@
 #include <QFontDatabase>
+#include <QStringList>
 #include <gtest/gtest.h>
 
 namespace varnic {
