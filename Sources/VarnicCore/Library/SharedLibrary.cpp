@@ -135,11 +135,24 @@ std::optional<Note> SharedLibrary::merged(const Found& other, const Note& ours, 
     return other.note && base != nullptr ? NoteMerge::merged(*base, ours, *other.note) : std::nullopt;
 }
 
+/// Saves a file that cannot be read from being overwritten. Who writes in place may have been in the middle of it when
+/// it was looked at: what is whole by now is a version like any other.
+std::optional<Note> SharedLibrary::setAside(const fs::path& file, const Note& ours, Date now) {
+    const fs::path aside = damagedName(store_.url(ours.id));
+    Folders::moveIfThere(file, aside);
+    const Found moved = look(aside, now);
+    if (!moved.note) {
+        return std::nullopt;
+    }
+    std::optional<Note> copy = keep(moved, ours, now);
+    Folders::removeAll(aside);
+    return copy;
+}
+
 /// Saves what another program wrote from being overwritten by ours.
 std::optional<Note> SharedLibrary::keep(const Found& other, const Note& ours, Date now) {
     if (!other.note) {
-        Folders::moveIfThere(other.version.file, damagedName(store_.url(ours.id)));
-        return std::nullopt;
+        return setAside(other.version.file, ours, now);
     }
     if (NoteMerge::holds(ours, *other.note)) {
         return std::nullopt;

@@ -91,6 +91,7 @@ private:
     [[nodiscard]] bool isKnown(const Uuid& id, const NoteVersion& version) const;
     [[nodiscard]] std::optional<Note> merged(const Found& other, const Note& ours, const Note* base) const;
     [[nodiscard]] std::optional<NoteChange> changeOf(const std::filesystem::path& file, Date now) const;
+    std::optional<Note> setAside(const std::filesystem::path& file, const Note& ours, Date now);
     std::optional<Note> keep(const Found& other, const Note& ours, Date now);
     bool follow(Note copy, const Uuid& original, Date now);
     void takeInLocked(const Note& note, std::uint64_t base, Date now);
