@@ -31,7 +31,7 @@ public:
 
     std::vector<Speaker> start(double /*hostStart*/, Deliver deliver) override {
         if (failure) {
-            throw *failure;
+            throw CaptureError(*failure);
         }
         deliver_ = std::move(deliver);
         takesSound = true;

@@ -4,7 +4,7 @@
 #include "Varnic/HandCapture.h"
 #include "Varnic/Recording/RecordingHealth.h"
 #include "VarnicCore/Audio/AudioFiles.h"
-#include "VarnicCore/Audio/FileSizeLimit.h"
+#include "VarnicCore/FileSizeLimit.h"
 #include "VarnicCore/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

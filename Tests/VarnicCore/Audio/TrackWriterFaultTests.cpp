@@ -1,7 +1,7 @@
-#include "VarnicCore/Audio/FileSizeLimit.h"
 #include "VarnicCore/Audio/SoundFiles.h"
 #include "VarnicCore/Audio/Tones.h"
 #include "VarnicCore/Audio/TrackWriter.h"
+#include "VarnicCore/FileSizeLimit.h"
 #include "VarnicCore/Library/LibraryError.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+#include "VarnicCore/FileSizeLimit.h"
 #include "VarnicCore/Library/LibraryError.h"
 #include "VarnicCore/Library/LibraryStore.h"
 #include "VarnicCore/Library/Recovery.h"
@@ -5,9 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <limits>
 #include <optional>
 #include <string>
@@ -19,30 +18,6 @@ namespace fs = std::filesystem;
 using testing::HasSubstr;
 
 const Date now = parseDate("2026-03-14T09:26:53.589Z");
-
-/// While it lives, no file of this process can grow beyond so many bytes: a write fails half done, as on a full disk.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &old_);
-        const rlimit limit{.rlim_cur = bytes, .rlim_max = old_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &old_);
-        std::signal(SIGXFSZ, handler_);
-    }
-
-private:
-    using Handler = void (*)(int);
-
-    Handler handler_;
-    rlimit old_{};
-};
 
 /// The error of the work; fails the test when there is none.
 template <class Work>

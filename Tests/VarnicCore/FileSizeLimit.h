@@ -9,8 +9,7 @@ namespace varnic {
 /// Lets files grow to so many bytes, as a full disk does, until `lift` or the end.
 class FileSizeLimit {
 public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
+    explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
         ::getrlimit(RLIMIT_FSIZE, &before_);
         const rlimit limit{bytes, before_.rlim_max};
         ::setrlimit(RLIMIT_FSIZE, &limit);
@@ -19,11 +18,17 @@ public:
     FileSizeLimit(const FileSizeLimit&) = delete;
     FileSizeLimit& operator=(const FileSizeLimit&) = delete;
 
-    ~FileSizeLimit() { lift(); }
+    ~FileSizeLimit() {
+        lift();
+        std::signal(SIGXFSZ, handler_);
+    }
 
     void lift() const { ::setrlimit(RLIMIT_FSIZE, &before_); }
 
 private:
+    using Handler = void (*)(int);
+
+    Handler handler_;
     rlimit before_{};
 };
 
