@@ -81,7 +81,7 @@ private:
 template <typename Work, typename Post>
 QCoro::Task<std::invoke_result_t<const Work&>> awaitWork(Work work, Post post) {
     Handover<Work, Post> handover(work, std::move(post));
-    co_return co_await handover;
+    co_return co_await std::move(handover);
 }
 
 } // namespace detail

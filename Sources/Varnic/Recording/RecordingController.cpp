@@ -98,7 +98,14 @@ QCoro::Task<> RecordingController::start(Uuid noteID, fs::path folder, std::shar
             throw std::runtime_error(*refusal);
         }
         // Opening the models takes a moment, which is no part of the recording that the mark tells of.
-        auto recognizers = makeRecognizers(liveLocale);
+        TrackRecorder::Recognizers recognizers;
+        if (liveLocale) {
+            const auto openModels = recognizerMaker(*liveLocale);
+            recognizers = co_await inBackground(openModels);
+            if (!self || session_ != session) {
+                co_return;
+            }
+        }
         mark_ = std::make_shared<RecordingMarkFile>(RecordingMarkFile::create(
             folder, {noteID, currentDate(), source_, std::vector(bothSides.begin(), bothSides.end())}));
         const auto recorder = std::make_shared<TrackRecorder>(folder, std::move(recognizers));
@@ -253,18 +260,17 @@ void RecordingController::reset(std::string source) {
     Q_EMIT transcriptChanged();
 }
 
-TrackRecorder::Recognizers RecordingController::makeRecognizers(const std::optional<std::string>& locale) {
-    TrackRecorder::Recognizers recognizers;
-    if (!locale) {
-        return recognizers;
-    }
-    for (const Speaker speaker : bothSides) {
-        if (auto recognizer = makeRecognizer(speaker, *locale, onMain(&RecordingController::takePartial),
-                                             onMain(&RecordingController::takeCommitted))) {
-            recognizers[speaker] = std::move(recognizer);
+std::function<TrackRecorder::Recognizers()> RecordingController::recognizerMaker(std::string locale) {
+    return [make = makeRecognizer, locale = std::move(locale), onPartial = onMain(&RecordingController::takePartial),
+            onCommit = onMain(&RecordingController::takeCommitted)] {
+        TrackRecorder::Recognizers recognizers;
+        for (const Speaker speaker : bothSides) {
+            if (auto recognizer = make(speaker, locale, onPartial, onCommit)) {
+                recognizers[speaker] = std::move(recognizer);
+            }
         }
-    }
-    return recognizers;
+        return recognizers;
+    };
 }
 
 LiveRecognizer::Lines RecordingController::onMain(void (RecordingController::*take)(Speaker, std::vector<Segment>)) {

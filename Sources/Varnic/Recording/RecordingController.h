@@ -63,7 +63,7 @@ public:
     ~RecordingController() override;
 
     /// Makes a side's live recogniser, or nothing where the machine can't; the speech models of this machine unless
-    /// replaced.
+    /// replaced. Called on another thread.
     MakeRecognizer makeRecognizer;
     /// Bytes left on the disk of a folder, if known; the file system's word unless replaced.
     std::function<std::optional<std::uintmax_t>(const std::filesystem::path&)> diskSpace;
@@ -138,7 +138,7 @@ private:
     void setState(SessionState state);
     void setWarning(std::optional<std::string> warning);
     void reset(std::string source);
-    TrackRecorder::Recognizers makeRecognizers(const std::optional<std::string>& locale);
+    std::function<TrackRecorder::Recognizers()> recognizerMaker(std::string locale);
     LiveRecognizer::Lines onMain(void (RecordingController::*take)(Speaker, std::vector<Segment>));
     void takePartial(Speaker speaker, std::vector<Segment> lines);
     void takeCommitted(Speaker speaker, std::vector<Segment> lines);

@@ -9,6 +9,8 @@
 
 #include <gmock/gmock.h>
 
+#include <semaphore>
+
 namespace varnic {
 namespace {
 
@@ -182,6 +184,23 @@ TEST_F(RecordingControllerTests, discard_leavesNothing) {
     controller.discard();
     QCoro::waitFor(starting);
     EXPECT_TRUE(capture->isStopped);
+    EXPECT_EQ(controller.state(), SessionState(Session::Idle()));
+    EXPECT_FALSE(fs::exists(folder));
+
+    // While the speech models are being opened, too, which does not hold the window.
+    std::binary_semaphore mayOpen(0);
+    controller.makeRecognizer = [&](Speaker speaker, const std::string&, const auto&, const auto&) {
+        if (speaker == Speaker::you) {
+            mayOpen.acquire();
+        }
+        return nullptr;
+    };
+    starting = controller.start(Uuid::random(), folder, capture, "en-US", "Call");
+    capture->takesSound = false;
+    controller.discard();
+    mayOpen.release();
+    QCoro::waitFor(starting);
+    EXPECT_FALSE(capture->takesSound);
     EXPECT_EQ(controller.state(), SessionState(Session::Idle()));
     EXPECT_FALSE(fs::exists(folder));
 }
