@@ -2,9 +2,11 @@
 
 #include "VarnicCore/Text/Unicode.h"
 
+#include <zlib.h>
+
 #include <algorithm>
-#include <bit>
 #include <iterator>
+#include <new>
 #include <vector>
 
 namespace varnic::TranscriptGuards {
@@ -14,6 +16,7 @@ namespace {
 /// Tokens a second at which the engine stops by itself, and the part of it that is no speech any more.
 constexpr double tokenCap = 15;
 constexpr double suspiciousPart = 0.9;
+/// More than speech has that goes anywhere.
 constexpr double suspiciousRatio = 2.4;
 
 constexpr std::size_t longestPhrase = 20;
@@ -58,34 +61,6 @@ std::vector<std::string> keysOf(const std::vector<std::string_view>& words) {
     return keys;
 }
 
-/// Bits of a pointer to text of `length` bytes (3 to 258) that stood `distance` bytes before.
-int pointerBits(std::size_t length, std::size_t distance) {
-    const int lengthCode = length >= 115 ? 8 : 7;
-    const int lengthExtra = length < 11 || length == 258 ? 0 : static_cast<int>(std::bit_width(length - 3)) - 3;
-    const int distanceExtra = distance < 5 ? 0 : static_cast<int>(std::bit_width(distance - 1)) - 2;
-    return lengthCode + lengthExtra + 5 + distanceExtra;
-}
-
-struct Match {
-    std::size_t length = 0;
-    std::size_t distance = 0;
-};
-
-Match longestMatch(std::string_view text, std::size_t position) {
-    Match best;
-    const std::size_t most = std::min<std::size_t>(text.size() - position, 258);
-    for (std::size_t start = position; start-- > 0;) {
-        std::size_t length = 0;
-        while (length < most && text[start + length] == text[position + length]) {
-            ++length;
-        }
-        if (length > best.length) {
-            best = {length, position - start};
-        }
-    }
-    return best;
-}
-
 } // namespace
 
 bool isSuspicious(std::string_view text, std::size_t tokens, double seconds) {
@@ -115,19 +90,13 @@ std::string withoutRepeats(std::string_view text) {
 }
 
 double compressionRatio(std::string_view text) {
-    // The stream's own head, check sum and end mark, as zlib writes them.
-    int bits = 6 * 8 + 3 + 7;
-    for (std::size_t position = 0; position < text.size();) {
-        const Match match = longestMatch(text, position);
-        if (match.length >= 3) {
-            bits += pointerBits(match.length, match.distance);
-            position += match.length;
-        } else {
-            bits += static_cast<unsigned char>(text[position]) < 144 ? 8 : 9;
-            ++position;
-        }
+    std::vector<Bytef> compressed(::compressBound(text.size()));
+    uLongf size = compressed.size();
+    // It can only fail for want of room, and the bound is room enough, or of memory.
+    if (::compress(compressed.data(), &size, reinterpret_cast<const Bytef*>(text.data()), text.size()) != Z_OK) {
+        throw std::bad_alloc();
     }
-    return static_cast<double>(text.size()) * 8 / bits;
+    return static_cast<double>(text.size()) / static_cast<double>(size);
 }
 
 bool hasLetter(std::string_view text) {

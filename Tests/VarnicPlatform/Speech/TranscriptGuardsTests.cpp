@@ -35,14 +35,12 @@ TEST(TranscriptGuards, repeats_phrasesInARow_areFoundAndCollapsed) {
 TEST(TranscriptGuards, compressionRatio_plainAndRepetitiveText_areFarApart) {
     const std::string plain = "In short, the period was so far like the present period that some of its noisiest "
                               "authorities insisted on its being received for good or for evil.";
-    // zlib makes 107 bytes of this one's 146 and 33 of the other's 288; its codes fitted to a text do better on the
-    // plain one than fixed codes.
-    EXPECT_NEAR(compressionRatio(plain), 146.0 / 107, 0.3);
+    EXPECT_NEAR(compressionRatio(plain), 1.4, 0.1);
     std::string loop;
     for (int time = 0; time < 12; ++time) {
         loop += "and then we went there, ";
     }
-    EXPECT_NEAR(compressionRatio(loop), 288.0 / 33, 1.5);
+    EXPECT_GT(compressionRatio(loop), 8);
     EXPECT_EQ(compressionRatio(""), 0);
 }
 
