@@ -4,7 +4,7 @@
 #include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/Export/Exporter.h"
 #include "VarnicCore/Library/NoteJson.h"
-#include "VarnicCore/Text/Wording.h"
+#include "VarnicCore/Models/Wording.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

@@ -1,6 +1,6 @@
 #include "VarnicCLI/Files.h"
 
-#include "VarnicCore/Library/AtomicWrite.h"
+#include "VarnicCore/Files/AtomicWrite.h"
 
 #include <fmt/format.h>
 

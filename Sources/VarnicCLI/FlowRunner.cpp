@@ -2,7 +2,7 @@
 
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Library/RecordingMark.h"
-#include "VarnicCore/Text/Wording.h"
+#include "VarnicCore/Models/Wording.h"
 
 #include <QTimer>
 

@@ -2,8 +2,8 @@
 #include "VarnicCLI/Command.h"
 #include "VarnicCLI/Providers.h"
 #include "VarnicCLI/Terminal.h"
+#include "VarnicCore/Models/Wording.h"
 #include "VarnicCore/Text/Unicode.h"
-#include "VarnicCore/Text/Wording.h"
 #include "VarnicPlatform/KeyStore/CoreDumps.h"
 #include "VarnicPlatform/KeyStore/KeychainStore.h"
 

@@ -4,8 +4,8 @@
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/Models/Clock.h"
+#include "VarnicCore/Models/Wording.h"
 #include "VarnicCore/Text/Unicode.h"
-#include "VarnicCore/Text/Wording.h"
 #include "VarnicCore/Transcript/Diarisation.h"
 
 #include <fmt/format.h>

@@ -4,7 +4,7 @@
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Audio/CaptureError.h"
 #include "VarnicCore/Models/Clock.h"
-#include "VarnicCore/Text/Wording.h"
+#include "VarnicCore/Models/Wording.h"
 #include "VarnicPlatform/Capture/LiveCapture.h"
 
 #include <QEventLoop>

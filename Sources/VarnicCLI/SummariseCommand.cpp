@@ -6,7 +6,7 @@
 #include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/AISummariser/AIError.h"
 #include "VarnicCore/AISummariser/ServerAddress.h"
-#include "VarnicCore/Text/Wording.h"
+#include "VarnicCore/Models/Wording.h"
 
 #include <fmt/format.h>
 

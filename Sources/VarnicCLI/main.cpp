@@ -1,7 +1,7 @@
 #include "VarnicCLI/Command.h"
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Audio/CaptureError.h"
-#include "VarnicCore/Text/Wording.h"
+#include "VarnicCore/Models/Wording.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "Varnic/AppModel/CallImport.h"
 
 #include "VarnicCore/Audio/AudioFiles.h"
-#include "VarnicCore/Library/AtomicWrite.h"
+#include "VarnicCore/Files/AtomicWrite.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <fcntl.h>

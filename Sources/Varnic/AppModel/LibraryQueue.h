@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Varnic/SerialQueue.h"
-#include "VarnicCore/Library/Recovery.h"
 #include "VarnicCore/Library/SharedLibrary.h"
 #include "VarnicCore/Library/SpareNotes.h"
+#include "VarnicCore/Pipeline/Recovery.h"
 
 #include <QCoro/QCoroTask>
 

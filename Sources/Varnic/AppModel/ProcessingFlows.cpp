@@ -1,7 +1,7 @@
 #include "Varnic/AppModel/AppModel.h"
 
 #include "Varnic/Background.h"
-#include "VarnicCore/Library/Folders.h"
+#include "VarnicCore/Files/Folders.h"
 #include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Library/TrackFiles.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"

@@ -3,9 +3,9 @@
 #include "Varnic/Background.h"
 #include "VarnicCore/Audio/AudioMix.h"
 #include "VarnicCore/Export/Exporter.h"
-#include "VarnicCore/Library/AtomicWrite.h"
-#include "VarnicCore/Library/Folders.h"
-#include "VarnicCore/Text/Wording.h"
+#include "VarnicCore/Files/AtomicWrite.h"
+#include "VarnicCore/Files/Folders.h"
+#include "VarnicCore/Models/Wording.h"
 
 #include <QPointer>
 #include <QUrl>

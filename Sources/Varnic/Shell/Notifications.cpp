@@ -1,7 +1,7 @@
 #include "Varnic/Shell/Notifications.h"
 
 #include "Varnic/Shell/Activation.h"
-#include "VarnicCore/Text/Wording.h"
+#include "VarnicCore/Models/Wording.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

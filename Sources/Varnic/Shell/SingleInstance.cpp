@@ -1,8 +1,8 @@
 #include "Varnic/Shell/SingleInstance.h"
 
 #include "Varnic/Shell/ApplicationInterface.h"
-#include "VarnicCore/Library/Folders.h"
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/Folders.h"
+#include "VarnicCore/Files/LibraryError.h"
 
 #include <QCryptographicHash>
 #include <QDBusConnection>

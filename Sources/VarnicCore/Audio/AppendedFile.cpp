@@ -1,6 +1,6 @@
 #include "VarnicCore/Audio/AppendedFile.h"
 
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/LibraryError.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

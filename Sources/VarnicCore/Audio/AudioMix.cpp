@@ -2,7 +2,7 @@
 
 #include "VarnicCore/Audio/AudioReader.h"
 #include "VarnicCore/Audio/SoundFile.h"
-#include "VarnicCore/Pipeline/Transcriber.h"
+#include "VarnicCore/Audio/TranscriberError.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -2,7 +2,7 @@
 #include "VarnicCore/Audio/AppendedFile.h"
 #include "VarnicCore/Audio/Mp4Boxes.h"
 #include "VarnicCore/Audio/SoundFile.h"
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/LibraryError.h"
 
 #include <algorithm>
 #include <chrono>

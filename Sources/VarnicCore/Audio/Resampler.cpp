@@ -1,7 +1,7 @@
 #include "VarnicCore/Audio/Resampler.h"
 
 #include "VarnicCore/Audio/SampleConverter.h"
-#include "VarnicCore/Pipeline/Transcriber.h"
+#include "VarnicCore/Audio/TranscriberError.h"
 
 #include <cstdint>
 #include <limits>

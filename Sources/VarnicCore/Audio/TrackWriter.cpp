@@ -1,7 +1,7 @@
 #include "VarnicCore/Audio/TrackWriter.h"
 
-#include "VarnicCore/Library/LibraryError.h"
-#include "VarnicCore/Pipeline/Transcriber.h"
+#include "VarnicCore/Audio/TranscriberError.h"
+#include "VarnicCore/Files/LibraryError.h"
 
 #include <fmt/format.h>
 

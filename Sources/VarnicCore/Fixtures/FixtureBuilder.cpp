@@ -2,8 +2,8 @@
 
 #include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicCore/Audio/AudioMix.h"
-#include "VarnicCore/Library/FileDescriptor.h"
-#include "VarnicCore/Library/Folders.h"
+#include "VarnicCore/Files/FileDescriptor.h"
+#include "VarnicCore/Files/Folders.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #include "VarnicCore/Library/LibraryLock.h"
 
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/LibraryError.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

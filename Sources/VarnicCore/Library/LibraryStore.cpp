@@ -1,6 +1,6 @@
 #include "VarnicCore/Library/LibraryStore.h"
 
-#include "VarnicCore/Library/Folders.h"
+#include "VarnicCore/Files/Folders.h"
 #include "VarnicCore/Library/NoteFileReader.h"
 #include "VarnicCore/Library/NoteJson.h"
 

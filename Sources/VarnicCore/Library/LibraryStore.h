@@ -1,7 +1,7 @@
 #pragma once
 
-#include "VarnicCore/Library/AtomicWrite.h"
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/AtomicWrite.h"
+#include "VarnicCore/Files/LibraryError.h"
 #include "VarnicCore/Models/Note.h"
 
 #include <cstdint>

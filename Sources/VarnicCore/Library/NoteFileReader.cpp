@@ -1,8 +1,8 @@
 #include "VarnicCore/Library/NoteFileReader.h"
 
-#include "VarnicCore/Library/FileDescriptor.h"
+#include "VarnicCore/Files/FileDescriptor.h"
+#include "VarnicCore/Files/LibraryError.h"
 #include "VarnicCore/Library/JsonParsing.h"
-#include "VarnicCore/Library/LibraryError.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

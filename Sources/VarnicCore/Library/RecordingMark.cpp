@@ -1,7 +1,7 @@
 #include "VarnicCore/Library/RecordingMark.h"
 
-#include "VarnicCore/Library/Folders.h"
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/Folders.h"
+#include "VarnicCore/Files/LibraryError.h"
 #include "VarnicCore/Library/NoteJson.h"
 
 #include <fcntl.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VarnicCore/Library/FileDescriptor.h"
+#include "VarnicCore/Files/FileDescriptor.h"
 #include "VarnicCore/Models/Date.h"
 #include "VarnicCore/Models/Speaker.h"
 #include "VarnicCore/Models/Uuid.h"

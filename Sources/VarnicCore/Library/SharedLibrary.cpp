@@ -1,7 +1,7 @@
 #include "VarnicCore/Library/SharedLibrary.h"
 
-#include "VarnicCore/Library/Folders.h"
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/Folders.h"
+#include "VarnicCore/Files/LibraryError.h"
 #include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Library/NoteFileReader.h"
 #include "VarnicCore/Library/NoteMerge.h"

@@ -1,7 +1,7 @@
 #include "VarnicCore/Library/SpareNotes.h"
 
-#include "VarnicCore/Library/AtomicWrite.h"
-#include "VarnicCore/Library/Folders.h"
+#include "VarnicCore/Files/AtomicWrite.h"
+#include "VarnicCore/Files/Folders.h"
 #include "VarnicCore/Library/LibraryStore.h"
 #include "VarnicCore/Library/NoteFileReader.h"
 

@@ -2,7 +2,7 @@
 
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/EventLoop.h"
-#include "VarnicCore/Library/Folders.h"
+#include "VarnicCore/Files/Folders.h"
 #include "VarnicCore/Library/SameMatches.h"
 #include "VarnicCore/TemporaryFolder.h"
 

@@ -1,7 +1,7 @@
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/HandCapture.h"
+#include "Varnic/Views/Context/ViewModel.h"
 #include "Varnic/Views/Ink/LiveCall.h"
-#include "Varnic/Views/ViewModel.h"
 
 #include <QQuickItem>
 #include <QQuickView>

@@ -2,7 +2,7 @@
 #include "VarnicCore/Audio/Tones.h"
 #include "VarnicCore/Audio/TrackWriter.h"
 #include "VarnicCore/FileSizeLimit.h"
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/LibraryError.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "VarnicCore/FileSizeLimit.h"
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/LibraryError.h"
 #include "VarnicCore/Library/LibraryStore.h"
-#include "VarnicCore/Library/Recovery.h"
 #include "VarnicCore/Library/TemporaryLibrary.h"
+#include "VarnicCore/Pipeline/Recovery.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

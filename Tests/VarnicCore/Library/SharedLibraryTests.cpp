@@ -1,6 +1,6 @@
 #include "VarnicCore/Library/SharedLibrary.h"
 
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/LibraryError.h"
 #include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Library/NoteFileReader.h"
 #include "VarnicCore/TemporaryFolder.h"

@@ -1,9 +1,9 @@
 #include "Varnic/Views/Ink/LiveCall.h"
 
 #include "Varnic/Recording/RecordingHealth.h"
-#include "Varnic/Views/ViewModel.h"
+#include "Varnic/Views/Context/ViewModel.h"
 #include "VarnicCore/Models/Clock.h"
-#include "VarnicCore/Text/Wording.h"
+#include "VarnicCore/Models/Wording.h"
 
 #include <QEasingCurve>
 

@@ -1,6 +1,6 @@
 #include "Varnic/Views/LibraryViews/Columns.h"
 
-#include "Varnic/Views/ViewModel.h"
+#include "Varnic/Views/Context/ViewModel.h"
 
 #include <algorithm>
 #include <utility>

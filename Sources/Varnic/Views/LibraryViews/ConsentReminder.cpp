@@ -1,8 +1,8 @@
 #include "Varnic/Views/LibraryViews/ConsentReminder.h"
 
-#include "Varnic/Views/ViewModel.h"
+#include "Varnic/Views/Context/ViewModel.h"
+#include "VarnicCore/Models/Wording.h"
 #include "VarnicCore/Pipeline/Consent.h"
-#include "VarnicCore/Text/Wording.h"
 
 namespace varnic {
 

@@ -1,7 +1,7 @@
 #include "Varnic/Views/LibraryViews/DeckListModel.h"
 
+#include "Varnic/Views/Context/ViewModel.h"
 #include "Varnic/Views/LibraryViews/NoteSummary.h"
-#include "Varnic/Views/ViewModel.h"
 
 #include <chrono>
 

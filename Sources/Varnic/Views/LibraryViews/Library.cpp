@@ -1,8 +1,8 @@
 #include "Varnic/Views/LibraryViews/Library.h"
 
 #include "Varnic/Shell/Menus.h"
-#include "Varnic/Views/ViewModel.h"
-#include "VarnicCore/Text/Wording.h"
+#include "Varnic/Views/Context/ViewModel.h"
+#include "VarnicCore/Models/Wording.h"
 #include "VarnicPlatform/Capture/Permissions.h"
 
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "Varnic/Views/LibraryViews/MainMenu.h"
 
-#include "Varnic/Views/ViewModel.h"
+#include "Varnic/Views/Context/ViewModel.h"
 
 #include <QKeySequence>
 

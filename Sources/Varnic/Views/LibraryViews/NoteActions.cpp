@@ -1,6 +1,6 @@
 #include "Varnic/Views/LibraryViews/NoteActions.h"
 
-#include "Varnic/Views/ViewModel.h"
+#include "Varnic/Views/Context/ViewModel.h"
 #include "VarnicCore/Export/ExportFormat.h"
 
 namespace varnic {

@@ -1,8 +1,8 @@
 #include "Varnic/Views/LibraryViews/NoteListModel.h"
 
+#include "Varnic/Views/Context/ViewModel.h"
 #include "Varnic/Views/Ink/CallInk.h"
 #include "Varnic/Views/LibraryViews/ListKeys.h"
-#include "Varnic/Views/ViewModel.h"
 
 #include <algorithm>
 #include <chrono>

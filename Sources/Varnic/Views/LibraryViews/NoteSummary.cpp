@@ -1,7 +1,7 @@
 #include "Varnic/Views/LibraryViews/NoteSummary.h"
 
 #include "VarnicCore/Models/Clock.h"
-#include "VarnicCore/Text/Wording.h"
+#include "VarnicCore/Models/Wording.h"
 
 #include <QStringList>
 

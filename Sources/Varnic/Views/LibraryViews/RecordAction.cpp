@@ -1,9 +1,9 @@
 #include "Varnic/Views/LibraryViews/RecordAction.h"
 
-#include "Varnic/Views/ViewModel.h"
+#include "Varnic/Views/Context/ViewModel.h"
 #include "VarnicCore/Models/Clock.h"
+#include "VarnicCore/Models/Wording.h"
 #include "VarnicCore/Pipeline/SessionState.h"
-#include "VarnicCore/Text/Wording.h"
 
 #include <utility>
 

@@ -1,8 +1,8 @@
 #include "Varnic/Views/LibraryViews/RecordingSetup.h"
 
 #include "Varnic/Background.h"
-#include "Varnic/Views/ViewModel.h"
-#include "VarnicCore/Text/Wording.h"
+#include "Varnic/Views/Context/ViewModel.h"
+#include "VarnicCore/Models/Wording.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <QPointer>

@@ -1,7 +1,7 @@
 #include "Varnic/Views/LibraryViews/SearchResultsModel.h"
 
+#include "Varnic/Views/Context/ViewModel.h"
 #include "Varnic/Views/Theme/Native/Highlighted.h"
-#include "Varnic/Views/ViewModel.h"
 #include "VarnicCore/Models/Clock.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "Varnic/Views/LibraryViews/SectionModel.h"
 
 #include "Varnic/Shell/Menus.h"
+#include "Varnic/Views/Context/ViewModel.h"
 #include "Varnic/Views/LibraryViews/ListKeys.h"
-#include "Varnic/Views/ViewModel.h"
 
 #include <algorithm>
 #include <chrono>

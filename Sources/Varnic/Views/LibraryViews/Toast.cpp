@@ -1,7 +1,7 @@
 #include "Varnic/Views/LibraryViews/Toast.h"
 
-#include "Varnic/Views/ViewModel.h"
-#include "VarnicCore/Text/Wording.h"
+#include "Varnic/Views/Context/ViewModel.h"
+#include "VarnicCore/Models/Wording.h"
 
 namespace varnic {
 

@@ -1,6 +1,6 @@
 #include "Varnic/Views/NotePage/BlocksModel.h"
 
-#include "VarnicCore/Text/RelativeDate.h"
+#include "VarnicCore/Models/RelativeDate.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "Varnic/Views/NotePage/CallPlayer.h"
 
 #include "Varnic/Inbox.h"
-#include "Varnic/Views/ViewModel.h"
+#include "Varnic/Views/Context/ViewModel.h"
 #include "VarnicCore/Models/Clock.h"
 
 #include <QPointer>

@@ -1,6 +1,6 @@
 #include "Varnic/Views/NotePage/DetailModel.h"
 
-#include "Varnic/Views/ViewModel.h"
+#include "Varnic/Views/Context/ViewModel.h"
 
 namespace varnic {
 

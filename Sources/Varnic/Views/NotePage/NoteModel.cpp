@@ -1,10 +1,10 @@
 #include "Varnic/Views/NotePage/NoteModel.h"
 
-#include "Varnic/Views/ViewModel.h"
+#include "Varnic/Views/Context/ViewModel.h"
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Export/ExportFormat.h"
 #include "VarnicCore/Models/Clock.h"
-#include "VarnicCore/Text/RelativeDate.h"
+#include "VarnicCore/Models/RelativeDate.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <fmt/format.h>

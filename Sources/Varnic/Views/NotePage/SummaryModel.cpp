@@ -1,7 +1,7 @@
 #include "Varnic/Views/NotePage/SummaryModel.h"
 
-#include "Varnic/Views/ViewModel.h"
-#include "VarnicCore/Text/Wording.h"
+#include "Varnic/Views/Context/ViewModel.h"
+#include "VarnicCore/Models/Wording.h"
 
 #include <fmt/format.h>
 

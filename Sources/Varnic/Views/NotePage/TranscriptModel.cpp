@@ -1,6 +1,6 @@
 #include "Varnic/Views/NotePage/TranscriptModel.h"
 
-#include "Varnic/Views/ViewModel.h"
+#include "Varnic/Views/Context/ViewModel.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Text/TextKit.h"
 #include "VarnicCore/Transcript/Diarisation.h"

@@ -1,6 +1,6 @@
 #include "Varnic/Views/Program/FileDialogs.h"
 
-#include "VarnicCore/Text/Wording.h"
+#include "VarnicCore/Models/Wording.h"
 
 #include <QCoro/QCoroSignal>
 #include <QFileDialog>

@@ -1,7 +1,7 @@
 #include "Varnic/Views/Program/MainWindow.h"
 
+#include "Varnic/Views/Context/ViewModel.h"
 #include "Varnic/Views/LibraryViews/MainMenu.h"
-#include "Varnic/Views/ViewModel.h"
 
 #include <QTimer>
 

@@ -1,8 +1,8 @@
 #include "Varnic/AppModel/ScratchModel.h"
+#include "Varnic/Views/Context/ViewModel.h"
 #include "Varnic/Views/NotePage/CallPlayer.h"
 #include "Varnic/Views/NotePage/NoteModel.h"
 #include "Varnic/Views/NotePage/TranscriptModel.h"
-#include "Varnic/Views/ViewModel.h"
 
 #include <QQuickItem>
 #include <QQuickTextDocument>

@@ -1,11 +1,11 @@
 #include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicCore/Audio/AudioMix.h"
 #include "VarnicCore/Audio/TrackWriter.h"
-#include "VarnicCore/Library/Folders.h"
-#include "VarnicCore/Library/LibraryError.h"
-#include "VarnicCore/Library/Recovery.h"
+#include "VarnicCore/Files/Folders.h"
+#include "VarnicCore/Files/LibraryError.h"
 #include "VarnicCore/Library/TemporaryLibrary.h"
 #include "VarnicCore/Library/TrackFiles.h"
+#include "VarnicCore/Pipeline/Recovery.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "VarnicCore/Text/Wording.h"
+#include "VarnicCore/Models/Wording.h"
 
 #include "VarnicCore/Pipeline/Consent.h"
 

@@ -1,4 +1,4 @@
-#include "Varnic/Views/ViewModel.h"
+#include "Varnic/Views/Context/ViewModel.h"
 
 #include <QVariant>
 

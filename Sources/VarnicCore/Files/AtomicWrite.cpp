@@ -1,7 +1,7 @@
-#include "VarnicCore/Library/AtomicWrite.h"
+#include "VarnicCore/Files/AtomicWrite.h"
 
-#include "VarnicCore/Library/Folders.h"
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/Folders.h"
+#include "VarnicCore/Files/LibraryError.h"
 #include "VarnicCore/Models/Uuid.h"
 
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/LibraryError.h"
 
 #include <fmt/format.h>
 

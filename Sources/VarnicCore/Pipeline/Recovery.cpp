@@ -1,10 +1,10 @@
-#include "VarnicCore/Library/Recovery.h"
+#include "VarnicCore/Pipeline/Recovery.h"
 
 #include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicCore/Audio/TrackWriter.h"
-#include "VarnicCore/Library/AtomicWrite.h"
-#include "VarnicCore/Library/Folders.h"
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/AtomicWrite.h"
+#include "VarnicCore/Files/Folders.h"
+#include "VarnicCore/Files/LibraryError.h"
 #include "VarnicCore/Library/TrackFiles.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
-#include "VarnicCore/Library/Folders.h"
+#include "VarnicCore/Files/Folders.h"
 
-#include "VarnicCore/Library/LibraryError.h"
+#include "VarnicCore/Files/LibraryError.h"
 
 #include <fcntl.h>
 #include <stdio.h> // NOLINT(modernize-deprecated-headers): renameat2 is the system's

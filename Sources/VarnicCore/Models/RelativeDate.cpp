@@ -1,4 +1,4 @@
-#include "VarnicCore/Text/RelativeDate.h"
+#include "VarnicCore/Models/RelativeDate.h"
 
 #include "VarnicCore/Text/Unicode.h"
 
