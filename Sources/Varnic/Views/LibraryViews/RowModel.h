@@ -1,12 +1,12 @@
 #pragma once
 
-#include "Varnic/Views/LibraryViews/RowOrder.h"
-
 #include <QAbstractListModel>
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <iterator>
+#include <ranges>
 #include <set>
 #include <utility>
 #include <vector>
@@ -14,7 +14,8 @@
 namespace varnic {
 
 /// A list of rows that are told apart by their `id` and compared by `==`. New rows are taken over by as few removals,
-/// moves, insertions and changes as it takes, so that a view keeps its place and moves nothing that stays. Main thread.
+/// insertions and changes as it takes, and by few moves, so that a view keeps its place and moves nothing that stays.
+/// Main thread.
 template <typename Row>
 class RowModel : public QAbstractListModel {
 public:
@@ -71,22 +72,39 @@ private:
         }
     }
 
+    /// A row that alone changed its place, as one that is edited or pinned does, makes one move.
     void moveKept(const std::vector<Row>& fresh) {
-        std::vector<Id> now;
-        std::ranges::transform(rows_, std::back_inserter(now), &Row::id);
-        std::vector<Id> then;
-        std::ranges::transform(fresh, std::back_inserter(then), &Row::id);
-        for (const auto& [from, to] : RowOrder::moves(std::move(now), then)) {
-            // Qt names the place before which the row goes while it still stands where it was.
-            beginMoveRows({}, static_cast<int>(from), static_cast<int>(from), {},
-                          static_cast<int>(to > from ? to + 1 : to));
-            if (from < to) {
-                std::rotate(at(from), at(from + 1), at(to + 1));
-            } else {
-                std::rotate(at(to), at(from), at(from + 1));
+        const std::set<Id> known = idsOf(rows_);
+        std::vector<Id> wanted;
+        std::ranges::copy_if(fresh | std::views::transform(&Row::id), std::back_inserter(wanted),
+                             [&](const Id& id) { return known.contains(id); });
+        for (std::size_t i = 0; i < wanted.size(); ++i) {
+            if (rows_[i].id == wanted[i]) {
+                continue;
             }
-            endMoveRows();
+            if (rows_[i + 1].id == wanted[i]) {
+                move(i, placeOf(rows_[i].id, wanted, std::identity()));
+            } else {
+                move(placeOf(wanted[i], rows_, &Row::id), i);
+            }
         }
+    }
+
+    template <typename List, typename Projection>
+    static std::size_t placeOf(const Id& id, const List& list, Projection projection) {
+        return static_cast<std::size_t>(std::ranges::find(list, id, projection) - list.begin());
+    }
+
+    void move(std::size_t from, std::size_t to) {
+        // Qt names the place before which the row goes while it still stands where it was.
+        beginMoveRows({}, static_cast<int>(from), static_cast<int>(from), {},
+                      static_cast<int>(to > from ? to + 1 : to));
+        if (from < to) {
+            std::rotate(at(from), at(from + 1), at(to + 1));
+        } else {
+            std::rotate(at(to), at(from), at(from + 1));
+        }
+        endMoveRows();
     }
 
     void insertFresh(const std::vector<Row>& fresh) {

@@ -11,7 +11,6 @@
 namespace varnic {
 namespace {
 
-using testing::ElementsAre;
 using testing::ElementsAreArray;
 
 struct Row {
@@ -88,6 +87,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"new_note", {1, 2, 3}, {4, 1, 2, 3}, {.inserted = 1}},
                     Case{"pinned", {1, 2, 3, 4}, {4, 1, 2, 3}, {.moved = 1}},
                     Case{"unpinned", {1, 2, 3, 4}, {2, 3, 1, 4}, {.moved = 1}},
+                    Case{"edited", {1, 2, 3, 4}, {1, 3, 2, 4}, {.moved = 1}},
                     Case{"deleted", {1, 2, 3, 4}, {1, 3, 4}, {.removed = 1}},
                     Case{"neighbours_go_at_once", {1, 2, 3, 4}, {1, 4}, {.removed = 1}},
                     Case{"all_at_once", {1, 2, 3, 4}, {5, 4, 2, 6}, {.removed = 2, .moved = 1, .inserted = 2}},
@@ -116,11 +116,6 @@ TEST(RowModel, any_list_becomes_any_other) {
         rows.set(some);
         ASSERT_THAT(rows.ids(), ElementsAreArray(some)) << "round " << round;
     }
-}
-
-TEST(RowOrder, longest_rise_is_the_longest) {
-    EXPECT_THAT(RowOrder::longestRise({3, 0, 1, 4, 2}), ElementsAre(false, true, true, false, true));
-    EXPECT_THAT(RowOrder::longestRise({}), ElementsAre());
 }
 
 } // namespace
