@@ -59,10 +59,6 @@ struct AppPlaces {
     static std::pair<std::filesystem::path, bool> dataDirectoryFromEnvironment();
 };
 
-/// What a call says that was not transcribed because the program ended.
-inline constexpr const char* quitProblem =
-    "Varnic was quit before this call was transcribed — choose Transcribe Again.";
-
 /// The one object that windows, menus and commands talk to. It owns the notes in memory, the library on disk, the
 /// settings and the recorder; nothing else in this program writes a note, and what other programs write into the
 /// library is noticed once it is loaded. Main thread; flows that take long suspend and let it go on. The destructor

@@ -51,6 +51,11 @@ void takeOver(const Note& placeholder, const std::optional<Note>& before, Note& 
     }
 }
 
+/// Has the call say why it has no new words; what its recording lost stays told.
+void tell(const std::string& problem, CallRecord& call) {
+    call.problem = CallProblem::joined(problem, CallProblem::lossIn(call.problem));
+}
+
 /// Whether a side that the transcript has lines of has no recording that they could be heard in again.
 bool lacksTrack(const CallRecord& call, const CallTracks& tracks) {
     const std::vector<Speaker> there = tracks.speakers();
@@ -143,7 +148,8 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
     Note finished = std::move(written.note);
     const bool isStopgap = keepLiveLines(finished, recording.loss) || written.isStopgap;
     if (stop.stop_requested()) {
-        finished.call->problem = finished.call->segments.empty() ? quitProblem : recording.loss;
+        finished.call->problem =
+            finished.call->segments.empty() ? CallProblem::joined(quitProblem, recording.loss) : recording.loss;
     }
     file(std::move(finished), before, std::move(mark));
     if (!isStopgap) {
@@ -241,7 +247,7 @@ QCoro::Task<> AppModel::retranscribe(Uuid id) {
         const std::string missing = TranscriberError::missingFile().what();
         flash({.text = missing, .symbol = warningSymbol});
         if (stored->call->segments.empty()) {
-            editCall(id, [&missing](CallRecord& call) { call.problem = missing; });
+            editCall(id, [&missing](CallRecord& call) { tell(missing, call); });
         }
         co_return;
     }
@@ -278,7 +284,7 @@ QCoro::Task<> AppModel::retranscribe(Uuid id) {
             flash(undoable(id, "New transcript", "waveform"));
         }
     } else if (!stop.stop_requested()) {
-        editCall(id, [&problem](CallRecord& call) { call.problem = problem; });
+        editCall(id, [&problem](CallRecord& call) { tell(problem, call); });
     }
     setStage(id, std::nullopt);
 }

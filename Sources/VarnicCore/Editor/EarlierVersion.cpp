@@ -1,5 +1,7 @@
 #include "VarnicCore/Editor/EarlierVersion.h"
 
+#include "VarnicCore/Pipeline/CallProblem.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -67,7 +69,8 @@ Note withEarlierDigest(const Note& present, const Note& earlier, Date now) {
     }
     note.call->segments = earlier.call->segments;
     note.call->digest = earlier.call->digest;
-    note.call->problem = earlier.call->problem;
+    note.call->problem = CallProblem::joined(CallProblem::withoutLoss(earlier.call->problem),
+                                             CallProblem::lossIn(present.call->problem));
     note.blocks = merged(present.blocks, earlier.blocks);
     note.modified = now;
     return note;

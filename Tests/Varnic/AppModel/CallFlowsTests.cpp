@@ -5,6 +5,7 @@
 #include "VarnicCore/Audio/SoundFiles.h"
 #include "VarnicCore/Fixtures/DemoCall.h"
 #include "VarnicCore/Library/LibraryLock.h"
+#include "VarnicCore/Pipeline/CallProblem.h"
 #include "VarnicPlatform/Capture/Permissions.h"
 
 #include <gmock/gmock.h>
@@ -346,6 +347,38 @@ TEST_F(CallFlowsTests, process_liveWordsLackSomeAndTheSoundGivesNone_keepsTheSou
     QCoro::waitFor(model->process(recording));
     EXPECT_THAT(model->note(call.id)->call->segments, SizeIs(1));
     EXPECT_EQ(model->note(call.id)->call->problem, recording.loss) << "and not that nobody was heard";
+}
+
+TEST_F(CallFlowsTests, lossOfSound_isToldWhateverBecomesOfTheWords) {
+    failure = TranscriberError::unavailable();
+    const Note call = *model->note(QCoro::waitFor(record()));
+    failure.reset();
+    delay = 20;
+    const std::string loss = CallProblem::loss(Speaker::them, 61, std::nullopt, "The disk is full.");
+    auto processing = model->process({.noteID = call.id,
+                                      .tracks = model->existingTracks(call),
+                                      .startedAt = call.call->startedAt,
+                                      .duration = call.call->duration,
+                                      .source = call.call->source,
+                                      .audioFolder = call.id.text(),
+                                      .loss = loss});
+    model->cancelProcessing();
+    QCoro::waitFor(processing);
+    const auto problem = [&] { return model->note(call.id)->call->problem; };
+    const auto again = [&] { QCoro::waitFor(model->retranscribe(call.id)); };
+    EXPECT_EQ(problem(), quitProblem + (" " + loss));
+    EXPECT_THAT(QCoro::waitFor(model->recoverRecordings()).unwritten, ElementsAre(call.id));
+    EXPECT_EQ(problem(), quitProblem + (" " + loss));
+    delay = 0;
+    failure = TranscriberError::unavailable();
+    again();
+    EXPECT_EQ(problem(), TranscriberError::unavailable().what() + (" " + loss));
+    failure.reset();
+    again();
+    EXPECT_EQ(problem(), loss);
+    again();
+    QCoro::waitFor(model->bringBackEarlier(call.id));
+    EXPECT_EQ(problem(), loss);
 }
 
 TEST_F(CallFlowsTests, retranscribe_callKeptBeforeAudioWasNoLonger_keepsItsSound) {
