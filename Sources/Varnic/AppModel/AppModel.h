@@ -224,7 +224,8 @@ public:
     // Calls.
 
     /// Writes the recording down and files the call in the place of its note. With a mark it is not filed yet: the mark
-    /// goes once the call is on disk, and a call that is cancelled goes with its recording.
+    /// goes once the call is on disk, and a call that is cancelled goes with its recording. A call that another program
+    /// is writing down is left to that, as a toast says.
     QCoro::Task<> process(Recording recording, std::shared_ptr<RecordingMarkFile> mark = nullptr);
     /// The call, or nothing where a toast says why there is none or where it was cancelled.
     QCoro::Task<std::optional<Uuid>> importCall(CallImport call);

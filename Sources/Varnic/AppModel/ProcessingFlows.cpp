@@ -19,6 +19,10 @@ namespace fs = std::filesystem;
 
 constexpr const char* placeholderHeading = "Notes";
 
+ToastMessage callIsBusy() {
+    return {.text = "Another program is transcribing this call", .symbol = warningSymbol};
+}
+
 /// A heading that stands in a call's note until its own words are there.
 bool isPlaceholder(const Block& block) {
     return block.kind == BlockKind::heading && block.text == placeholderHeading;
@@ -116,8 +120,12 @@ void AppModel::showPlaceholder(Uuid id, std::string title, CallRecord call) {
 
 QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMarkFile> mark) {
     const Uuid id = recording.noteID;
-    setStage(id, ProcessingStage::transcribing(0));
     auto lock = LibraryLock::forCall(store_.audioFolder(id));
+    if (!lock) {
+        flash(callIsBusy());
+        co_return;
+    }
+    setStage(id, ProcessingStage::transcribing(0));
     const Note* stored = note(id);
     const std::optional<Note> before = stored != nullptr ? std::optional(*stored) : std::nullopt;
     const DigestContext told =
@@ -253,7 +261,7 @@ QCoro::Task<> AppModel::retranscribe(Uuid id) {
     }
     const auto lock = LibraryLock::forCall(store_.audioFolder(id));
     if (!lock) {
-        flash({.text = "Another program is transcribing this call", .symbol = warningSymbol});
+        flash(callIsBusy());
         co_return;
     }
     setStage(id, ProcessingStage::transcribing(0));

@@ -349,6 +349,25 @@ TEST_F(CallFlowsTests, process_liveWordsLackSomeAndTheSoundGivesNone_keepsTheSou
     EXPECT_EQ(model->note(call.id)->call->problem, recording.loss) << "and not that nobody was heard";
 }
 
+TEST_F(CallFlowsTests, process_anotherProgramWritesTheCallDown_leavesItToThat) {
+    const Note call = *model->note(QCoro::waitFor(record()));
+    const Recording recording{.noteID = call.id,
+                              .tracks = model->existingTracks(call),
+                              .startedAt = call.call->startedAt,
+                              .duration = call.call->duration,
+                              .source = call.call->source,
+                              .audioFolder = call.id.text()};
+    {
+        const auto other = LibraryLock::forCall(model->audioFolder(call.id));
+        QCoro::waitFor(model->process(recording));
+    }
+    EXPECT_EQ(*model->note(call.id), call);
+    EXPECT_EQ(toastText(), "Another program is transcribing this call");
+    EXPECT_THAT(model->processing.value(), IsEmpty());
+    QCoro::waitFor(model->process(recording));
+    EXPECT_NE(model->note(call.id)->call->segments, call.call->segments);
+}
+
 TEST_F(CallFlowsTests, lossOfSound_isToldWhateverBecomesOfTheWords) {
     failure = TranscriberError::unavailable();
     const Note call = *model->note(QCoro::waitFor(record()));
