@@ -294,6 +294,7 @@ private:
     void showPlaceholder(Uuid id, std::string title, CallRecord call);
     [[nodiscard]] bool keepLiveLines(Note& finished, const std::optional<std::string>& loss) const;
     [[nodiscard]] std::vector<Uuid> takeUnwritten();
+    QCoro::Task<> bringBack(Uuid id);
     void file(Note finished, const std::optional<Note>& before, std::shared_ptr<RecordingMarkFile> mark);
     void removeAudioIfNotKept(Uuid id);
     bool keepEarlier(Uuid id);

@@ -153,6 +153,15 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
         store_.removeAudio(id);
         co_return;
     }
+    if (note(id) == nullptr && stop.stop_requested()) {
+        co_return; // deleted, and there are no words that it would come back with
+    }
+    if (note(id) == nullptr) {
+        co_await bringBack(id);
+        if (!self) {
+            co_return;
+        }
+    }
     Note finished = std::move(written.note);
     const bool isStopgap = keepLiveLines(finished, recording.loss) || written.isStopgap;
     if (stop.stop_requested()) {
@@ -188,6 +197,19 @@ bool AppModel::keepLiveLines(Note& finished, const std::optional<std::string>& l
     call.digest = digest;
     finished = NoteEditor::callNote(finished.id, std::move(call), digest, region, currentDate());
     return true;
+}
+
+/// A call that was deleted while it was written down comes back with what the user had put there.
+QCoro::Task<> AppModel::bringBack(Uuid id) {
+    if (isDemo) {
+        co_return;
+    }
+    const QPointer self(this);
+    std::optional<Note> stored = co_await store_.restore(id, currentDate());
+    if (self && stored && find(id) == nullptr) {
+        notes_.insert(notes_.begin(), std::move(*stored));
+        Q_EMIT notesChanged();
+    }
 }
 
 /// Puts a finished call in the place of its placeholder, with what the user wrote there meanwhile behind it.

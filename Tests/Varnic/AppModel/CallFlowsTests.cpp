@@ -195,6 +195,36 @@ TEST_F(CallFlowsTests, stop_noteDeletedMeanwhile_comesBack) {
     EXPECT_THAT(audioFolders(), SizeIs(1)) << "with its recording";
 }
 
+TEST_F(CallFlowsTests, stop_noteDeletedMeanwhile_comesBackWithWhatTheUserPutThere) {
+    delay = 0.4;
+    for (const bool isCancelled : {false, true}) {
+        auto stopping = record();
+        const Uuid id = *model->selection.value();
+        model->update(id, false, [](Note& note) {
+            note.title = "Mine";
+            note.blocks.back().text = "typed";
+        });
+        model->remove(id);
+        if (isCancelled) {
+            model->cancelProcessing();
+        }
+        QCoro::waitFor(stopping);
+        const Note* note = model->note(id);
+        ASSERT_EQ(note == nullptr, isCancelled) << "without words there is nothing that could come back";
+        if (note != nullptr) {
+            EXPECT_EQ(note->title, "Mine");
+            EXPECT_THAT(note->blocks, Contains(Field(&Block::text, "typed")));
+            EXPECT_THAT(note->call->segments, Not(IsEmpty()));
+            EXPECT_THAT(model.stored(), ElementsAre(*note));
+            EXPECT_NE(model->selection.value(), id);
+        }
+    }
+    model->flushSaves();
+    const LibraryStore store(model.folder() / "Library");
+    ASSERT_THAT(store.deleted(currentDate()), SizeIs(1));
+    EXPECT_THAT(store.deleted(currentDate()).front().blocks, Contains(Field(&Block::text, "typed")));
+}
+
 TEST_F(CallFlowsTests, start_whileTheLastCallIsTranscribed_recordsASecondOne) {
     delay = 1;
     auto first = record();
