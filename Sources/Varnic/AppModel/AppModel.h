@@ -328,6 +328,8 @@ private:
     std::set<Uuid> keptEarlier_;
     std::unique_ptr<LibraryWatch> watch_;
     bool isRead_ = false;
+    /// Recordings that died are to be filed, which could not be done yet.
+    bool isRecoveryDue_ = false;
     std::deque<std::filesystem::path> waitingImports_;
     /// Of the flows that began since the last cancellation.
     std::stop_source stopProcessing_;
