@@ -475,7 +475,7 @@ class Devices(CommandLine):
         with SoundSystem(pulse=False, source=False) as sound:
             run = self.devices(sound.environment)
             self.assertEqual(run.returncode, 0, run.stderr)
-            self.assertIn("no microphone", run.stdout)
+            self.assertIn("There is no microphone: your side is recorded once there is one.", run.stdout)
 
     def test_no_sound_system_is_told(self):
         run = self.devices({"XDG_RUNTIME_DIR": str(self.folder), "PIPEWIRE_REMOTE": ""})
