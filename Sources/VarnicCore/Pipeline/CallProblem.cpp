@@ -46,7 +46,10 @@ std::optional<std::string> withoutLoss(const std::optional<std::string>& problem
 }
 
 std::optional<std::string> joined(const std::optional<std::string>& problem, const std::optional<std::string>& loss) {
-    return problem && loss ? *problem + " " + *loss : problem ? problem : loss;
+    if (problem && loss) {
+        return *problem + " " + *loss;
+    }
+    return problem ? problem : loss;
 }
 
 bool isQuit(const std::optional<std::string>& problem) {
