@@ -84,12 +84,14 @@ protected:
         };
     }
 
-    /// A recording of a second, up to where the transcription runs.
+    /// A recording of a second, up to where the transcription runs, or what follows where that is over in no time.
     QCoro::Task<std::optional<Uuid>> record() {
         QCoro::waitFor(model->startRecording(false));
         capture->play(Speaker::you, 0, 1);
         auto stopping = model->stopRecording();
-        EXPECT_TRUE(waitUntil([&] { return !model->processing.value().empty() || stopping.isReady(); }));
+        EXPECT_TRUE(waitUntil([&] {
+            return !model->processing.value().empty() || !model->aiRunning.value().empty() || stopping.isReady();
+        }));
         return stopping;
     }
 
