@@ -12,7 +12,7 @@ std::vector<std::string> missingDevices(const SoundSurvey& survey) {
     }
     std::vector<std::string> sentences;
     if (!survey.microphone) {
-        sentences.emplace_back("There is no microphone: your side can’t be recorded.");
+        sentences.emplace_back("There is no microphone: your side is recorded once there is one.");
     }
     if (!survey.output) {
         sentences.emplace_back("There is no sound output: the other side can’t be heard or recorded.");

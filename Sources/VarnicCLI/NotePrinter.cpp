@@ -111,7 +111,7 @@ std::string problemText(const Note& note) {
     if (!note.call || !note.call->problem) {
         return {};
     }
-    const std::string advice = note.call->problem == quitProblem
+    const std::string advice = CallProblem::isQuit(note.call->problem)
                                    ? fmt::format("\nHere that is: varnic-cli transcribe --note {}", shortId(note))
                                    : "";
     return Wording::shown(*note.call->problem) + advice;

@@ -1,6 +1,7 @@
 #include "VarnicCLI/CallFiling.h"
 #include "VarnicCLI/FlowRunner.h"
 #include "VarnicCLI/Terminal.h"
+#include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Library/NoteJson.h"
 #include "VarnicCore/Models/Clock.h"
 
@@ -45,6 +46,21 @@ private:
     ExitCode code_ = ExitCode::success;
 };
 
+/// Whether another program has taken the call up or away meanwhile, to which it is left then.
+bool isElsewhere(const AppModel& model, const Uuid& id) {
+    const Note* note = model.note(id);
+    if (note == nullptr) {
+        return true;
+    }
+    const bool isWritten = note->call && !note->call->segments.empty();
+    const bool isElsewhere = isWritten || !LibraryLock::forCall(model.audioFolder(id));
+    if (isElsewhere) {
+        Terminal::print(stderr, "varnic-cli: Another program {} “{}”.\n",
+                        isWritten ? "has transcribed" : "is transcribing", note->displayTitle());
+    }
+    return isElsewhere;
+}
+
 /// Writes down what was said; an interrupt leaves the call for another try.
 Note writtenDown(Application& application, const Uuid& id, const std::string& themName,
                  const std::function<QCoro::Task<>()>& flow) {
@@ -76,11 +92,15 @@ ExitCode recover(const Arguments& arguments) {
     }
     Report report(options);
     for (const Recording& recording : recovered.calls) {
-        report.add(
-            writtenDown(application, recording.noteID, options.themName, [&] { return model.process(recording); }));
+        if (!isElsewhere(model, recording.noteID)) {
+            report.add(
+                writtenDown(application, recording.noteID, options.themName, [&] { return model.process(recording); }));
+        }
     }
     for (const Uuid& id : recovered.unwritten) {
-        report.add(writtenDown(application, id, options.themName, [&] { return model.retranscribe(id); }));
+        if (!isElsewhere(model, id)) {
+            report.add(writtenDown(application, id, options.themName, [&] { return model.retranscribe(id); }));
+        }
     }
     return report.finish();
 }

@@ -3,6 +3,7 @@
 Usage: cli_test.py PROGRAM FIXTURES MAKE_CALL RECORDINGS
 """
 
+import fcntl
 import json
 import os
 import signal
@@ -212,6 +213,19 @@ class Recover(CommandLine):
                                                       "choose Transcribe Again.\n"
                                                       f"Here that is: varnic-cli transcribe --note {self.ID[:8]}\n"))
         self.assertEqual(self.stored(), [f"audio/{self.ID}/them.wav", f"notes/{self.ID}.json"])
+
+    def test_a_call_that_another_program_writes_down_is_left_to_that(self):
+        folder = self.cut_off(self.ID, f"{RECORDINGS}/beckett.wav", "")
+        lock = os.open(folder, os.O_RDONLY)
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        run = self.run_cli("recover", "--their-name", "Maya", "--json")
+        self.assertEqual((run.returncode, json.loads(run.stdout)), (0, []))
+        self.assertRegex(run.stderr, r"\Avarnic-cli: Another program is transcribing “Call on .+”\.\n\Z")
+        note = json.loads(self.succeed("show", self.ID, "--json"))
+        self.assertEqual((note["call"]["segments"], note["call"]["themName"]), ([], ""))
+        os.close(lock)
+        [note] = json.loads(self.succeed("recover", "--json"))
+        self.assertIn("try again", " ".join(s["text"] for s in note["call"]["segments"]).lower())
 
     def file_without_words(self, **call):
         """A call whose program died before its words came."""
@@ -461,7 +475,7 @@ class Devices(CommandLine):
         with SoundSystem(pulse=False, source=False) as sound:
             run = self.devices(sound.environment)
             self.assertEqual(run.returncode, 0, run.stderr)
-            self.assertIn("no microphone", run.stdout)
+            self.assertIn("There is no microphone: your side is recorded once there is one.", run.stdout)
 
     def test_no_sound_system_is_told(self):
         run = self.devices({"XDG_RUNTIME_DIR": str(self.folder), "PIPEWIRE_REMOTE": ""})

@@ -630,7 +630,7 @@ class Missing(RecordTest):
         self.fails(sound, ["`varnic-cli devices` tells what is missing."], "--mic-only")
         code, text = self.devices(sound)
         self.assertEqual(code, 0)
-        self.assertIn("no microphone", text)
+        self.assertIn("There is no microphone: your side is recorded once there is one.", text)
         recorder = self.record(sound, "--no-live").started()
         sound.play(self.cut("them", 0.5, 5))
         recorder.expect("Recording their side only — the microphone is off.")

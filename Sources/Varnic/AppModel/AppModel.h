@@ -59,10 +59,6 @@ struct AppPlaces {
     static std::pair<std::filesystem::path, bool> dataDirectoryFromEnvironment();
 };
 
-/// What a call says that was not transcribed because the program ended.
-inline constexpr const char* quitProblem =
-    "Varnic was quit before this call was transcribed — choose Transcribe Again.";
-
 /// The one object that windows, menus and commands talk to. It owns the notes in memory, the library on disk, the
 /// settings and the recorder; nothing else in this program writes a note, and what other programs write into the
 /// library is noticed once it is loaded. Main thread; flows that take long suspend and let it go on. The destructor
@@ -228,7 +224,8 @@ public:
     // Calls.
 
     /// Writes the recording down and files the call in the place of its note. With a mark it is not filed yet: the mark
-    /// goes once the call is on disk, and a call that is cancelled goes with its recording.
+    /// goes once the call is on disk, and a call that is cancelled goes with its recording. A call that another program
+    /// is writing down is left to that, as a toast says.
     QCoro::Task<> process(Recording recording, std::shared_ptr<RecordingMarkFile> mark = nullptr);
     /// The call, or nothing where a toast says why there is none or where it was cancelled.
     QCoro::Task<std::optional<Uuid>> importCall(CallImport call);
@@ -297,6 +294,7 @@ private:
     void showPlaceholder(Uuid id, std::string title, CallRecord call);
     [[nodiscard]] bool keepLiveLines(Note& finished, const std::optional<std::string>& loss) const;
     [[nodiscard]] std::vector<Uuid> takeUnwritten();
+    QCoro::Task<> bringBack(Uuid id);
     void file(Note finished, const std::optional<Note>& before, std::shared_ptr<RecordingMarkFile> mark);
     void removeAudioIfNotKept(Uuid id);
     bool keepEarlier(Uuid id);
@@ -330,6 +328,8 @@ private:
     std::set<Uuid> keptEarlier_;
     std::unique_ptr<LibraryWatch> watch_;
     bool isRead_ = false;
+    /// Recordings that died are to be filed, which could not be done yet.
+    bool isRecoveryDue_ = false;
     std::deque<std::filesystem::path> waitingImports_;
     /// Of the flows that began since the last cancellation.
     std::stop_source stopProcessing_;

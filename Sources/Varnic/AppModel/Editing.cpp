@@ -30,9 +30,13 @@ std::optional<std::string> problemText(std::size_t unreadable) {
 
 QCoro::Task<> AppModel::load() {
     const QPointer self(this);
+    isRecoveryDue_ = true;
     co_await readLibrary();
     if (self) {
-        co_await recoverRecordings();
+        const Recovered recovered = co_await recoverRecordings();
+        if (self && !recovered.problem) {
+            isRecoveryDue_ = false;
+        }
     }
 }
 

@@ -15,7 +15,9 @@ void AppModel::takeLook(LibraryQueue::Looked looked) {
     const bool isBack = !looked.problem && isUnreadable.value();
     showUnreadable(std::move(looked.problem));
     takeChanges(std::move(looked.changes));
-    if (isBack) {
+    if (isBack && isRecoveryDue_) {
+        load();
+    } else if (isBack) {
         readLibrary(); // what went unseen meanwhile
     }
 }

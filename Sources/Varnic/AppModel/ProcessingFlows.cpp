@@ -19,6 +19,10 @@ namespace fs = std::filesystem;
 
 constexpr const char* placeholderHeading = "Notes";
 
+ToastMessage callIsBusy() {
+    return {.text = "Another program is transcribing this call", .symbol = warningSymbol};
+}
+
 /// A heading that stands in a call's note until its own words are there.
 bool isPlaceholder(const Block& block) {
     return block.kind == BlockKind::heading && block.text == placeholderHeading;
@@ -49,6 +53,11 @@ void takeOver(const Note& placeholder, const std::optional<Note>& before, Note& 
     if (placeholder.call && finished.call) {
         finished.call->themName = placeholder.call->themName;
     }
+}
+
+/// Has the call say why it has no new words; what its recording lost stays told.
+void tell(const std::string& problem, CallRecord& call) {
+    call.problem = CallProblem::joined(problem, CallProblem::lossIn(call.problem));
 }
 
 /// Whether a side that the transcript has lines of has no recording that they could be heard in again.
@@ -111,8 +120,12 @@ void AppModel::showPlaceholder(Uuid id, std::string title, CallRecord call) {
 
 QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMarkFile> mark) {
     const Uuid id = recording.noteID;
-    setStage(id, ProcessingStage::transcribing(0));
     auto lock = LibraryLock::forCall(store_.audioFolder(id));
+    if (!lock) {
+        flash(callIsBusy());
+        co_return;
+    }
+    setStage(id, ProcessingStage::transcribing(0));
     const Note* stored = note(id);
     const std::optional<Note> before = stored != nullptr ? std::optional(*stored) : std::nullopt;
     const DigestContext told =
@@ -140,10 +153,20 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
         store_.removeAudio(id);
         co_return;
     }
+    if (note(id) == nullptr && stop.stop_requested()) {
+        co_return; // deleted, and there are no words that it would come back with
+    }
+    if (note(id) == nullptr) {
+        co_await bringBack(id);
+        if (!self) {
+            co_return;
+        }
+    }
     Note finished = std::move(written.note);
     const bool isStopgap = keepLiveLines(finished, recording.loss) || written.isStopgap;
     if (stop.stop_requested()) {
-        finished.call->problem = finished.call->segments.empty() ? quitProblem : recording.loss;
+        finished.call->problem =
+            finished.call->segments.empty() ? CallProblem::joined(quitProblem, recording.loss) : recording.loss;
     }
     file(std::move(finished), before, std::move(mark));
     if (!isStopgap) {
@@ -174,6 +197,19 @@ bool AppModel::keepLiveLines(Note& finished, const std::optional<std::string>& l
     call.digest = digest;
     finished = NoteEditor::callNote(finished.id, std::move(call), digest, region, currentDate());
     return true;
+}
+
+/// A call that was deleted while it was written down comes back with what the user had put there.
+QCoro::Task<> AppModel::bringBack(Uuid id) {
+    if (isDemo) {
+        co_return;
+    }
+    const QPointer self(this);
+    std::optional<Note> stored = co_await store_.restore(id, currentDate());
+    if (self && stored && find(id) == nullptr) {
+        notes_.insert(notes_.begin(), std::move(*stored));
+        Q_EMIT notesChanged();
+    }
 }
 
 /// Puts a finished call in the place of its placeholder, with what the user wrote there meanwhile behind it.
@@ -241,13 +277,13 @@ QCoro::Task<> AppModel::retranscribe(Uuid id) {
         const std::string missing = TranscriberError::missingFile().what();
         flash({.text = missing, .symbol = warningSymbol});
         if (stored->call->segments.empty()) {
-            editCall(id, [&missing](CallRecord& call) { call.problem = missing; });
+            editCall(id, [&missing](CallRecord& call) { tell(missing, call); });
         }
         co_return;
     }
     const auto lock = LibraryLock::forCall(store_.audioFolder(id));
     if (!lock) {
-        flash({.text = "Another program is transcribing this call", .symbol = warningSymbol});
+        flash(callIsBusy());
         co_return;
     }
     setStage(id, ProcessingStage::transcribing(0));
@@ -278,7 +314,7 @@ QCoro::Task<> AppModel::retranscribe(Uuid id) {
             flash(undoable(id, "New transcript", "waveform"));
         }
     } else if (!stop.stop_requested()) {
-        editCall(id, [&problem](CallRecord& call) { call.problem = problem; });
+        editCall(id, [&problem](CallRecord& call) { tell(problem, call); });
     }
     setStage(id, std::nullopt);
 }

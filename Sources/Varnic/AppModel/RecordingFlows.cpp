@@ -133,8 +133,10 @@ QCoro::Task<std::optional<Uuid>> AppModel::stopRecording() {
     const Uuid id = result->noteID;
     Recording recording = recordingOf(*result);
     CallRecord placeholder = recording.record();
-    // What was shown as it was said is not lost if the program ends before the call is written down.
+    // What was shown as it was said, and what is missing, is not lost if the program ends before the call is written
+    // down.
     placeholder.segments = mergedLive(result->live);
+    placeholder.problem = result->loss;
     showPlaceholder(id, fmt::format("{} · {}", result->source, region.format(result->startedAt, "d MMM, HH:mm")),
                     std::move(placeholder));
     // Until the note is on disk, the recording counts as one to be recovered.
@@ -157,7 +159,7 @@ QCoro::Task<> AppModel::stopRecordingForQuit() {
     call.problem = result->loss;
     std::optional<CallDigest> digest;
     if (call.segments.empty()) {
-        call.problem = quitProblem;
+        call.problem = CallProblem::joined(quitProblem, result->loss);
     } else {
         digest = ExtractiveSummariser::makeDigest(call.segments, context(call), region, currentDate());
         call.digest = digest;

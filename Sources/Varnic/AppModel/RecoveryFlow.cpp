@@ -13,7 +13,8 @@ namespace {
 
 /// Whether nobody has tried to the end to write the call down.
 bool lacksWords(const Note& note) {
-    return note.call && note.call->segments.empty() && note.call->problem.value_or(quitProblem) == quitProblem;
+    return note.call && note.call->segments.empty() &&
+           CallProblem::withoutLoss(note.call->problem).value_or(quitProblem) == quitProblem;
 }
 
 } // namespace
@@ -73,7 +74,9 @@ std::vector<Uuid> AppModel::takeUnwritten() {
         }
     }
     for (const Uuid& id : waiting) {
-        editCall(id, [](CallRecord& call) { call.problem = quitProblem; });
+        editCall(id, [](CallRecord& call) {
+            call.problem = CallProblem::joined(quitProblem, CallProblem::lossIn(call.problem));
+        });
     }
     return waiting;
 }

@@ -2,9 +2,7 @@
 
 #include "VarnicCore/Audio/CaptureSource.h"
 #include "VarnicCore/Audio/Resampler.h"
-#include "VarnicCore/Models/Clock.h"
-
-#include <fmt/format.h>
+#include "VarnicCore/Models/CallProblem.h"
 
 #include <algorithm>
 #include <cmath>
@@ -135,10 +133,8 @@ std::map<Speaker, std::string> TrackRecorder::losses() const {
     const std::lock_guard guard(lossesLock_);
     std::map<Speaker, std::string> sentences;
     for (const auto& [speaker, loss] : losses_) {
-        const std::string until = loss.isOver ? " to " + Clock::stamp(loss.last) : " on";
         sentences[speaker] =
-            fmt::format("The recording of {} side lacks sound from {}{}: {}",
-                        speaker == Speaker::you ? "your" : "their", Clock::stamp(loss.from), until, loss.reason);
+            CallProblem::loss(speaker, loss.from, loss.isOver ? std::optional(loss.last) : std::nullopt, loss.reason);
     }
     return sentences;
 }

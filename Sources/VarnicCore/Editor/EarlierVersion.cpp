@@ -1,8 +1,11 @@
 #include "VarnicCore/Editor/EarlierVersion.h"
 
+#include "VarnicCore/Models/CallProblem.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <iterator>
 #include <string_view>
 
 namespace varnic {
@@ -18,12 +21,40 @@ bool isFromDigest(const Block& block) {
     return block.fromDigest;
 }
 
-/// Whether a block may have come with the digest that goes: one of its own, a heading of its sections, or a blank.
-bool isOfDigest(const Block& block) {
-    constexpr auto headings = std::to_array<std::string_view>({"Summary", "To-dos", "Notes"});
-    return block.fromDigest ||
-           (block.kind == BlockKind::heading && std::ranges::find(headings, block.text) != headings.end()) ||
-           (block.kind == BlockKind::paragraph && block.text.empty());
+bool isHeading(const Block& block, std::string_view text) {
+    return block.kind == BlockKind::heading && block.text == text;
+}
+
+bool isBlank(const Block& block) {
+    return block.kind == BlockKind::paragraph && block.text.empty();
+}
+
+/// What came with the digest that goes besides its own blocks: of each section that was not there the heading, and the
+/// blank under that of the notes. All other such blocks are the user's.
+std::vector<Uuid> framesOfDigest(const std::vector<Block>& present, const std::vector<Block>& earlier) {
+    constexpr auto sections = std::to_array<std::string_view>({"Summary", "To-dos", "Notes"});
+    std::vector<Uuid> frames;
+    for (const std::string_view section : sections) {
+        const auto isNew = [&](const Block& block) {
+            return isHeading(block, section) && find(earlier, block.id) == nullptr;
+        };
+        const auto isFilled = [&](const Block& block, const Block& next) { return isNew(block) && next.fromDigest; };
+        auto heading = std::ranges::adjacent_find(present, isFilled);
+        if (heading == present.end()) {
+            heading = std::ranges::find_if(present, isNew);
+        }
+        const bool wasThere =
+            std::ranges::any_of(earlier, [&](const Block& block) { return isHeading(block, section); });
+        if (wasThere || heading == present.end()) {
+            continue;
+        }
+        frames.push_back(heading->id);
+        const auto next = std::next(heading);
+        if (section == "Notes" && next != present.end() && isBlank(*next) && find(earlier, next->id) == nullptr) {
+            frames.push_back(next->id);
+        }
+    }
+    return frames;
 }
 
 std::vector<Block> merged(const std::vector<Block>& present, const std::vector<Block>& earlier) {
@@ -36,6 +67,7 @@ std::vector<Block> merged(const std::vector<Block>& present, const std::vector<B
         }
     }
     // What is new stays behind what it stood behind, and the blocks of the one digest stand for those of the other.
+    const std::vector<Uuid> frames = framesOfDigest(present, earlier);
     std::size_t place = 0;
     for (const Block& block : present) {
         const auto known = std::ranges::find(blocks, block.id, &Block::id);
@@ -44,7 +76,7 @@ std::vector<Block> merged(const std::vector<Block>& present, const std::vector<B
         } else if (block.fromDigest) {
             const auto rest = blocks.begin() + static_cast<std::ptrdiff_t>(place);
             place += static_cast<std::size_t>(std::find_if_not(rest, blocks.end(), &isFromDigest) - rest);
-        } else if (!isOfDigest(block)) {
+        } else if (std::ranges::find(frames, block.id) == frames.end()) {
             blocks.insert(blocks.begin() + static_cast<std::ptrdiff_t>(place), block);
             ++place;
         }
@@ -67,7 +99,8 @@ Note withEarlierDigest(const Note& present, const Note& earlier, Date now) {
     }
     note.call->segments = earlier.call->segments;
     note.call->digest = earlier.call->digest;
-    note.call->problem = earlier.call->problem;
+    note.call->problem = CallProblem::joined(CallProblem::withoutLoss(earlier.call->problem),
+                                             CallProblem::lossIn(present.call->problem));
     note.blocks = merged(present.blocks, earlier.blocks);
     note.modified = now;
     return note;

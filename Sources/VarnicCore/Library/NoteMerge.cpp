@@ -1,6 +1,10 @@
 #include "VarnicCore/Library/NoteMerge.h"
 
+#include "VarnicCore/Models/CallProblem.h"
+#include "VarnicCore/Text/Pattern.h"
+
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <unordered_map>
 #include <utility>
@@ -38,13 +42,43 @@ bool takeCall(const std::optional<CallRecord>& base, std::optional<CallRecord>& 
     if (!base || !ours || !theirs) {
         return take(base, ours, theirs);
     }
-    return take(base->startedAt, ours->startedAt, theirs->startedAt) &&
-           take(base->duration, ours->duration, theirs->duration) && take(base->source, ours->source, theirs->source) &&
-           take(base->segments, ours->segments, theirs->segments) && take(base->digest, ours->digest, theirs->digest) &&
-           take(base->audioFolder, ours->audioFolder, theirs->audioFolder) &&
-           take(base->tracks, ours->tracks, theirs->tracks) && take(base->themName, ours->themName, theirs->themName) &&
-           take(base->language, ours->language, theirs->language) &&
-           take(base->problem, ours->problem, theirs->problem);
+    const bool areTaken =
+        take(base->startedAt, ours->startedAt, theirs->startedAt) &&
+        take(base->duration, ours->duration, theirs->duration) && take(base->source, ours->source, theirs->source) &&
+        take(base->segments, ours->segments, theirs->segments) && take(base->digest, ours->digest, theirs->digest) &&
+        take(base->audioFolder, ours->audioFolder, theirs->audioFolder) &&
+        take(base->tracks, ours->tracks, theirs->tracks) && take(base->themName, ours->themName, theirs->themName) &&
+        take(base->language, ours->language, theirs->language);
+    // What one program has written down waits for its words no more, whatever another says.
+    const auto problemOf = [isWritten = !ours->segments.empty()](const CallRecord& call) {
+        return isWritten && CallProblem::isQuit(call.problem) ? CallProblem::lossIn(call.problem) : call.problem;
+    };
+    ours->problem = problemOf(*ours);
+    return areTaken && take(problemOf(*base), ours->problem, problemOf(*theirs));
+}
+
+/// By how much the start of a recording that was recovered may differ from its own.
+constexpr auto startTolerance = std::chrono::minutes(1);
+
+/// Whether the call is the other as it was before its words came.
+bool awaits(const CallRecord& call, const CallRecord& written) {
+    const std::optional<std::string> loss = CallProblem::lossIn(call.problem);
+    return call.segments.empty() && !call.digest && !written.segments.empty() &&
+           std::chrono::abs(call.startedAt - written.startedAt) < startTolerance && call.source == written.source &&
+           (call.themName.empty() || call.themName == written.themName) &&
+           (!loss || loss == CallProblem::lossIn(written.problem));
+}
+
+/// Whether a call's title is one that it gets without words: "Zoom · 14 Mar, 09:26", "Call on Sat 14 Mar".
+bool isPrograms(const std::string& title) {
+    static const Pattern form(R"(\A(?:[^·]* · \d{1,2} \S+, \d\d:\d\d|Call on \S+ \d{1,2} \S+)\z)");
+    return title.empty() || form.isIn(icu::UnicodeString::fromUTF8(title));
+}
+
+/// Whether the block stands in a call's note only until its words come.
+bool isPlaceholder(const Block& block) {
+    return (block.kind == BlockKind::heading && block.text == "Notes") ||
+           (block.kind == BlockKind::paragraph && block.text.empty());
 }
 
 using Blocks = std::vector<Block>;
@@ -119,10 +153,12 @@ std::optional<Blocks> mergedBlocks(const Blocks& base, const Blocks& ours, const
 } // namespace
 
 bool holds(const Note& note, const Note& less) {
-    return note.title == less.title && note.call == less.call && note.pinned == less.pinned &&
-           std::ranges::all_of(less.blocks, [&note](const Block& block) {
+    const bool awaitsWords = note.call && less.call && awaits(*less.call, *note.call);
+    const bool hasTitle = note.title == less.title || (awaitsWords && isPrograms(less.title));
+    return hasTitle && (awaitsWords || note.call == less.call) && note.pinned == less.pinned &&
+           std::ranges::all_of(less.blocks, [&](const Block& block) {
                const auto same = std::ranges::find(note.blocks, block.id, &Block::id);
-               return same != note.blocks.end() && holds(*same, block);
+               return same == note.blocks.end() ? awaitsWords && isPlaceholder(block) : holds(*same, block);
            });
 }
 

@@ -148,9 +148,7 @@ WrittenCall CallProcessor::process(const Recording& recording, const DigestConte
     if (call.segments.empty() && !call.problem) {
         call.problem = nobodyHeard;
     }
-    if (recording.loss) {
-        call.problem = call.problem ? *call.problem + " " + *recording.loss : *recording.loss;
-    }
+    call.problem = CallProblem::joined(call.problem, recording.loss);
     progress(ProcessingStage::summarising());
     call.digest = tryDigest(call.segments, context, stop);
     const std::optional<CallDigest> digest = call.digest;
@@ -166,7 +164,9 @@ Note CallProcessor::retranscribe(const Note& note, const CallTracks& tracks, con
     const std::vector<Segment> segments = transcript(sides.you, sides.them, tracks, stop);
     if (copy.call) {
         copy.call->segments = segments;
-        copy.call->problem = segments.empty() ? std::optional<std::string>(nobodyHeard) : std::nullopt;
+        copy.call->problem =
+            CallProblem::joined(segments.empty() ? std::optional<std::string>(nobodyHeard) : std::nullopt,
+                                CallProblem::lossIn(copy.call->problem));
     }
     if (const auto digest = tryDigest(segments, context, stop)) {
         NoteEditor::apply(*digest, copy, false, currentDate());

@@ -3,6 +3,7 @@
 #include "VarnicCore/Models/Note.h"
 #include "VarnicCore/Models/Region.h"
 #include "VarnicCore/Models/Summariser.h"
+#include "VarnicCore/Models/CallProblem.h"
 #include "VarnicCore/Pipeline/ProcessingStage.h"
 #include "VarnicCore/Pipeline/Transcriber.h"
 
@@ -14,9 +15,6 @@
 #include <vector>
 
 namespace varnic {
-
-/// What a call says in whose sound no words were found.
-inline constexpr const char* nobodyHeard = "Nobody was heard on this recording.";
 
 /// Where the audio of a recording lies.
 struct CallTracks {

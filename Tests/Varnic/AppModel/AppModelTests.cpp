@@ -1,4 +1,5 @@
 #include "Varnic/AppModel/ScratchModel.h"
+#include "VarnicCore/Audio/AudioMix.h"
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -197,6 +198,24 @@ TEST_F(AppModelTests, load_libraryThatCannotBeLookedInto_saysSoUntilItCan) {
     EXPECT_FALSE(model->loadProblem.value());
     EXPECT_NE(model->note(id), nullptr);
     EXPECT_TRUE(waitUntil([&] { return model->unsavedNotes().empty(); })) << "saved without being asked";
+}
+
+TEST_F(AppModelTests, load_libraryThatCannotBeLookedIntoYet_recoversOnceItCan) {
+    for (const bool triesAgain : {false, true}) {
+        const Uuid id = Uuid::random();
+        fs::create_directories(model->audioFolder(id));
+        AudioMix::render({}, 2, model->audioFolder(id) / "them.m4a", true);
+        fs::rename(notes(), model.folder() / "away");
+        fs::create_symlink("notes", notes());
+        model.restart();
+        model.load();
+        ASSERT_TRUE(model->isUnreadable.value());
+        putBack();
+        if (triesAgain) {
+            model.load();
+        }
+        EXPECT_TRUE(waitUntil([&] { return model->note(id) != nullptr; })) << triesAgain;
+    }
 }
 
 TEST_F(AppModelTests, newNote_elsewhere_movesToTheNotes) {

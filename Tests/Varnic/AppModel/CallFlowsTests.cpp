@@ -5,6 +5,7 @@
 #include "VarnicCore/Audio/SoundFiles.h"
 #include "VarnicCore/Fixtures/DemoCall.h"
 #include "VarnicCore/Library/LibraryLock.h"
+#include "VarnicCore/Models/CallProblem.h"
 #include "VarnicPlatform/Capture/Permissions.h"
 
 #include <gmock/gmock.h>
@@ -83,12 +84,14 @@ protected:
         };
     }
 
-    /// A recording of a second, up to where the transcription runs.
+    /// A recording of a second, up to where the transcription runs, or what follows where that is over in no time.
     QCoro::Task<std::optional<Uuid>> record() {
         QCoro::waitFor(model->startRecording(false));
         capture->play(Speaker::you, 0, 1);
         auto stopping = model->stopRecording();
-        EXPECT_TRUE(waitUntil([&] { return !model->processing.value().empty() || stopping.isReady(); }));
+        EXPECT_TRUE(waitUntil([&] {
+            return !model->processing.value().empty() || !model->aiRunning.value().empty() || stopping.isReady();
+        }));
         return stopping;
     }
 
@@ -192,6 +195,36 @@ TEST_F(CallFlowsTests, stop_noteDeletedMeanwhile_comesBack) {
     EXPECT_EQ(model->notes().front().id, id);
     EXPECT_THAT(model.stored(), SizeIs(1));
     EXPECT_THAT(audioFolders(), SizeIs(1)) << "with its recording";
+}
+
+TEST_F(CallFlowsTests, stop_noteDeletedMeanwhile_comesBackWithWhatTheUserPutThere) {
+    delay = 0.4;
+    for (const bool isCancelled : {false, true}) {
+        auto stopping = record();
+        const Uuid id = *model->selection.value();
+        model->update(id, false, [](Note& note) {
+            note.title = "Mine";
+            note.blocks.back().text = "typed";
+        });
+        model->remove(id);
+        if (isCancelled) {
+            model->cancelProcessing();
+        }
+        QCoro::waitFor(stopping);
+        const Note* note = model->note(id);
+        ASSERT_EQ(note == nullptr, isCancelled) << "without words there is nothing that could come back";
+        if (note != nullptr) {
+            EXPECT_EQ(note->title, "Mine");
+            EXPECT_THAT(note->blocks, Contains(Field(&Block::text, "typed")));
+            EXPECT_THAT(note->call->segments, Not(IsEmpty()));
+            EXPECT_THAT(model.stored(), ElementsAre(*note));
+            EXPECT_NE(model->selection.value(), id);
+        }
+    }
+    model->flushSaves();
+    const LibraryStore store(model.folder() / "Library");
+    ASSERT_THAT(store.deleted(currentDate()), SizeIs(1));
+    EXPECT_THAT(store.deleted(currentDate()).front().blocks, Contains(Field(&Block::text, "typed")));
 }
 
 TEST_F(CallFlowsTests, start_whileTheLastCallIsTranscribed_recordsASecondOne) {
@@ -346,6 +379,57 @@ TEST_F(CallFlowsTests, process_liveWordsLackSomeAndTheSoundGivesNone_keepsTheSou
     QCoro::waitFor(model->process(recording));
     EXPECT_THAT(model->note(call.id)->call->segments, SizeIs(1));
     EXPECT_EQ(model->note(call.id)->call->problem, recording.loss) << "and not that nobody was heard";
+}
+
+TEST_F(CallFlowsTests, process_anotherProgramWritesTheCallDown_leavesItToThat) {
+    const Note call = *model->note(QCoro::waitFor(record()));
+    const Recording recording{.noteID = call.id,
+                              .tracks = model->existingTracks(call),
+                              .startedAt = call.call->startedAt,
+                              .duration = call.call->duration,
+                              .source = call.call->source,
+                              .audioFolder = call.id.text()};
+    {
+        const auto other = LibraryLock::forCall(model->audioFolder(call.id));
+        QCoro::waitFor(model->process(recording));
+    }
+    EXPECT_EQ(*model->note(call.id), call);
+    EXPECT_EQ(toastText(), "Another program is transcribing this call");
+    EXPECT_THAT(model->processing.value(), IsEmpty());
+    QCoro::waitFor(model->process(recording));
+    EXPECT_NE(model->note(call.id)->call->segments, call.call->segments);
+}
+
+TEST_F(CallFlowsTests, lossOfSound_isToldWhateverBecomesOfTheWords) {
+    failure = TranscriberError::unavailable();
+    const Note call = *model->note(QCoro::waitFor(record()));
+    failure.reset();
+    delay = 20;
+    const std::string loss = CallProblem::loss(Speaker::them, 61, std::nullopt, "The disk is full.");
+    auto processing = model->process({.noteID = call.id,
+                                      .tracks = model->existingTracks(call),
+                                      .startedAt = call.call->startedAt,
+                                      .duration = call.call->duration,
+                                      .source = call.call->source,
+                                      .audioFolder = call.id.text(),
+                                      .loss = loss});
+    model->cancelProcessing();
+    QCoro::waitFor(processing);
+    const auto problem = [&] { return model->note(call.id)->call->problem; };
+    const auto again = [&] { QCoro::waitFor(model->retranscribe(call.id)); };
+    EXPECT_EQ(problem(), quitProblem + (" " + loss));
+    EXPECT_THAT(QCoro::waitFor(model->recoverRecordings()).unwritten, ElementsAre(call.id));
+    EXPECT_EQ(problem(), quitProblem + (" " + loss));
+    delay = 0;
+    failure = TranscriberError::unavailable();
+    again();
+    EXPECT_EQ(problem(), TranscriberError::unavailable().what() + (" " + loss));
+    failure.reset();
+    again();
+    EXPECT_EQ(problem(), loss);
+    again();
+    QCoro::waitFor(model->bringBackEarlier(call.id));
+    EXPECT_EQ(problem(), loss);
 }
 
 TEST_F(CallFlowsTests, retranscribe_callKeptBeforeAudioWasNoLonger_keepsItsSound) {

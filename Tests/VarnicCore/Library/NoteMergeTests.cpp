@@ -1,5 +1,7 @@
 #include "VarnicCore/Library/NoteMerge.h"
 
+#include "VarnicCore/Models/CallProblem.h"
+
 #include <gmock/gmock.h>
 
 #include <functional>
@@ -92,6 +94,62 @@ TEST(NoteMerge, merged_ofOtherPartsThanBlocks) {
     EXPECT_FALSE(NoteMerge::merged(base, ours, theirs));
     theirs.call.reset();
     EXPECT_FALSE(NoteMerge::merged(base, ours, theirs));
+}
+
+TEST(NoteMerge, merged_callThatIsWrittenDown_waitsNoMore) {
+    const std::string loss = CallProblem::loss(Speaker::you, 3, 5, "The disk is full.");
+    for (const std::optional<std::string>& lost : {std::optional<std::string>(), std::optional(loss)}) {
+        const Note base(Uuid::random(), "Zoom", currentDate(), {}, CallRecord{.source = "Zoom", .problem = lost});
+        Note waiting = base;
+        waiting.call->problem = CallProblem::joined(quitProblem, lost);
+        Note written = base;
+        written.call->segments = {Segment(Speaker::them, 0, 1, "Hello.")};
+        for (const auto& [ours, theirs] : {std::pair(waiting, written), std::pair(written, waiting)}) {
+            const auto both = NoteMerge::merged(base, ours, theirs);
+            ASSERT_TRUE(both);
+            EXPECT_EQ(both->call->segments, written.call->segments);
+            EXPECT_EQ(both->call->problem, lost);
+        }
+        EXPECT_EQ(NoteMerge::merged(base, base, waiting)->call->problem, waiting.call->problem);
+    }
+}
+
+TEST(NoteMerge, holds_callThatIsWrittenDown_itsOwnWithoutWords) {
+    struct Case {
+        const char* name;
+        Change change;
+        bool isHeld;
+    };
+
+    Note waiting(Uuid::random(), "Zoom · 14 Mar, 09:26", currentDate(),
+                 {Block{.kind = BlockKind::heading, .text = "Notes"}, Block{}, Block{.text = "typed"}},
+                 CallRecord{.duration = 9, .source = "Zoom"});
+    Note written = waiting;
+    written.title = "Pricing & launch";
+    written.blocks = {Block{.kind = BlockKind::bullet, .text = "Said.", .fromDigest = true}, waiting.blocks.back()};
+    written.call->segments = {Segment(Speaker::them, 0, 1, "Hello.")};
+    const auto loss = CallProblem::loss(Speaker::you, 3, 5, "The disk is full.");
+    const std::vector<Case> cases{
+        {"as it was filed", [](Note&) {}, true},
+        {"that says so", [](Note& note) { note.call->problem = quitProblem; }, true},
+        {"that was recovered", [](Note& note) { note.title = "Call on Sat 14 Mar"; }, true},
+        {"with the same title", [&](Note& note) { note.title = written.title; }, true},
+        {"with a title of the user's", [](Note& note) { note.title = "Zoom · pricing"; }, false},
+        {"with more text", [](Note& note) { note.blocks.push_back(Block{.text = "more"}); }, false},
+        {"with another heading", [](Note& note) { note.blocks.front().text = "Mine"; }, false},
+        {"with a name", [](Note& note) { note.call->themName = "Maya"; }, false},
+        {"pinned", [](Note& note) { note.pinned = true; }, false},
+        {"that tells of lost sound", [&](Note& note) { note.call->problem = loss; }, false},
+        {"of another start", [](Note& note) { note.call->startedAt += std::chrono::milliseconds(4); }, true},
+        {"of another call", [](Note& note) { note.call->startedAt += std::chrono::hours(1); }, false},
+        {"with words", [](Note& note) { note.call->segments = {Segment(Speaker::them, 0, 1, "Hi.")}; }, false}};
+    for (const Case& one : cases) {
+        Note less = waiting;
+        one.change(less);
+        EXPECT_EQ(NoteMerge::holds(written, less), one.isHeld) << one.name;
+        EXPECT_FALSE(NoteMerge::holds(less, written)) << one.name;
+    }
+    EXPECT_FALSE(NoteMerge::holds(waiting, Note(waiting.id, "Zoom · 14 Mar, 09:27", currentDate(), {}, waiting.call)));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "VarnicCore/Files/LibraryError.h"
 #include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Library/NoteFileReader.h"
+#include "VarnicCore/Models/CallProblem.h"
 #include "VarnicCore/TemporaryFolder.h"
 
 #include <fmt/format.h>
@@ -295,6 +296,20 @@ TEST_F(SharedLibraryTests, takeIn_replacesOnlyWhatItWasMadeFrom) {
             library.takeIn(titled("Spare"), base, now);
             EXPECT_THAT(titlesIn(own.path()), UnorderedElementsAreArray(one.titles)) << one.stored;
         }
+    }
+}
+
+TEST_F(SharedLibraryTests, takeIn_callWithAndWithoutItsWords_isOneNote) {
+    Note waiting = titled("Call on Sat 14 Mar");
+    waiting.call->problem = quitProblem;
+    Note written = titled("Pricing & launch");
+    written.call->segments = {Segment(Speaker::them, 0, 1, "Hello.")};
+    for (const auto& [stored, taken] : {std::pair(waiting, written), std::pair(written, waiting)}) {
+        const TemporaryFolder own;
+        SharedLibrary library(own.path());
+        library.save(stored, now);
+        library.takeIn(taken, 0, now);
+        EXPECT_THAT(library.loadAll(now), ElementsAre(written));
     }
 }
 

@@ -249,6 +249,17 @@ TEST_F(CallProcessorTest, retranscribe_keepsTheUsersTitleAndTheOldDigestWhenNobo
     EXPECT_THROW((void)processor().retranscribe(note, recording.tracks, {}), TranscriberError);
 }
 
+TEST_F(CallProcessorTest, retranscribe_recordingThatLostSound_saysSoStill) {
+    recording.loss = CallProblem::loss(Speaker::you, 61, 65, "The disk is full.");
+    EXPECT_EQ(recording.loss, "The recording of your side lacks sound from 1:01 to 1:05: The disk is full.");
+    const Note note = process();
+    EXPECT_EQ(processor().retranscribe(note, recording.tracks, {}).call->problem, recording.loss);
+    fake->segments.clear();
+    const Note silent = processor().retranscribe(note, recording.tracks, {});
+    EXPECT_EQ(silent.call->problem, nobodyHeard + (" " + *recording.loss));
+    EXPECT_EQ(processor().retranscribe(silent, recording.tracks, {}).call->problem, silent.call->problem);
+}
+
 TEST(ProcessingStage, label_showsWholePercentOnlyAboveZero) {
     EXPECT_EQ(ProcessingStage::transcribing(0).label(), "Writing the transcript…");
     EXPECT_EQ(ProcessingStage::transcribing(0.42).label(), "Writing the transcript… 42%");

@@ -49,7 +49,8 @@ bool SummaryModel::canRetranscribe() const {
 }
 
 bool SummaryModel::showsAI() const {
-    return call() != nullptr && settings().enabled && stage().isEmpty() && problem().isEmpty();
+    // Lost sound is no reason not to summarise the rest.
+    return call() != nullptr && settings().enabled && stage().isEmpty() && !CallProblem::withoutLoss(call()->problem);
 }
 
 AISettings SummaryModel::settings() const {

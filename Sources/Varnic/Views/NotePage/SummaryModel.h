@@ -15,7 +15,7 @@ class SummaryModel : public QObject, public QQmlParserStatus {
     Q_PROPERTY(varnic::NoteModel* note MEMBER note_ NOTIFY changed REQUIRED)
     /// What is being done with the call; empty when nothing is.
     Q_PROPERTY(QString stage READ stage NOTIFY changed)
-    /// Why there is no whole transcript; empty while it is being written.
+    /// Why there is no whole transcript or recording; empty while it is being written.
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
     Q_PROPERTY(bool canRetranscribe READ canRetranscribe NOTIFY changed)
     /// The controls of AI summaries are shown.

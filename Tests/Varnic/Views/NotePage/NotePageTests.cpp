@@ -2,6 +2,7 @@
 #include "Varnic/Views/Context/ViewModel.h"
 #include "Varnic/Views/NotePage/CallPlayer.h"
 #include "Varnic/Views/NotePage/NoteModel.h"
+#include "Varnic/Views/NotePage/SummaryModel.h"
 #include "Varnic/Views/NotePage/TranscriptModel.h"
 
 #include <QQuickItem>
@@ -128,6 +129,20 @@ TEST_F(NotePageTest, edits_from_elsewhere_leave_the_cursor_where_one_types) {
     model->update(id, false, [](Note& note) { note.title += " \xF0\x9F\x98\x80"; });
     type("C");
     EXPECT_EQ(model->note(id)->title, "Our Plan BC \xF0\x9F\x98\x80");
+}
+
+TEST_F(NotePageTest, lost_sound_hides_no_summary) {
+    const std::string loss = CallProblem::loss(Speaker::you, 3, 5, "The disk is full.");
+    model->settings.ai = AISettings{.enabled = true};
+    const Uuid id = addCall({line(Speaker::them, 0, 1, "Hello.")});
+    open(id);
+    for (const auto& [problem, showsAI] : std::map<std::string, bool>{{loss, true}, {nobodyHeard, false}}) {
+        model->update(id, true, [&](Note& note) { note.call->problem = problem; });
+        const auto* const summary = only<SummaryModel>();
+        ASSERT_NE(summary, nullptr);
+        EXPECT_EQ(summary->problem().toStdString(), problem);
+        EXPECT_EQ(summary->showsAI(), showsAI) << problem;
+    }
 }
 
 TEST_F(NotePageTest, return_in_the_title_goes_on_and_breaks_no_line) {
