@@ -5,6 +5,7 @@
 #include "VarnicCore/Audio/AudioReader.h"
 #include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Library/LibraryStore.h"
+#include "VarnicCore/Models/CallProblem.h"
 
 #include <fmt/format.h>
 
@@ -108,7 +109,9 @@ ExitCode transcribe(const Arguments& arguments) {
     } else {
         printFiled(note, options);
     }
-    return tellProblem(note);
+    const ExitCode code = tellProblem(note);
+    // What the recording lost is told each time; a new transcript of the rest is no failure for it.
+    return again && !CallProblem::withoutLoss(note.call->problem) ? ExitCode::success : code;
 }
 
 } // namespace varnic::cli

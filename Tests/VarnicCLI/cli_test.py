@@ -249,10 +249,13 @@ class Recover(CommandLine):
         self.assertEqual(self.succeed("recover"), "There is nothing to recover.\n")
 
     def test_a_call_of_the_library_is_transcribed_again(self):
-        self.file_without_words(problem="Transcription failed: once.")
+        lost = "The recording of your side lacks sound from 0:05 on: the disk is faulty."
+        self.file_without_words(problem=f"Transcription failed: once. {lost}")
         self.assertEqual(self.succeed("recover"), "There is nothing to recover.\n")
         self.assertIn("German", self.run_cli("transcribe", "--note", self.ID, "--language", "de-DE").stderr)
-        self.check_words(json.loads(self.succeed("transcribe", "--note", self.ID[:6].lower(), "--json")))
+        run = self.run_cli("transcribe", "--note", self.ID[:6].lower(), "--json")
+        self.assertEqual((run.returncode, run.stderr), (0, f"varnic-cli: {lost}\n"))
+        self.check_words(json.loads(run.stdout))
         for args, code in ((["--note", self.ID, "--you", "x.wav"], 2), (["--note", "FFFF"], 1)):
             self.assertEqual(self.run_cli("transcribe", *args).returncode, code)
         (self.library / "audio" / self.ID / "them.wav").unlink()
