@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <fstream>
 #include <functional>
 #include <random>
@@ -150,9 +151,9 @@ TEST_F(SharedLibraryTests, save_whileASynchroniserReplacesTheFile_losesNoVersion
             const fs::path part = folder.path() / "part";
             std::ofstream(part) << LibraryStore::encoded(version);
             put.insert(version.title);
-            const auto turns = random() % 2000;
-            for (std::uint32_t turn = 0; turn < turns; ++turn) {
-                std::this_thread::yield();
+            // At any moment of a save. On a busy machine a thread that yields comes back late.
+            const auto moment = std::chrono::steady_clock::now() + std::chrono::microseconds(random() % 500);
+            while (std::chrono::steady_clock::now() < moment) {
             }
             // Not there for a moment where half a note has just been set aside.
             while (::renameat2(AT_FDCWD, part.c_str(), AT_FDCWD, file().c_str(), RENAME_EXCHANGE) != 0) {
