@@ -124,6 +124,8 @@ public:
     std::string anthropicURL{AISettings::anthropicBaseURL};
     std::function<std::shared_ptr<const Transcriber>()> makeTranscriber;
     std::function<std::shared_ptr<CaptureSource>()> makeCapture;
+    /// The sides that recordings have where the sound system lets them.
+    WantedSides wantedSides;
     /// Where the user lives.
     Region region = Region::user();
     /// While true nothing is written to disk and no hotkey is registered.

@@ -5,7 +5,6 @@
 #include "VarnicCore/Pipeline/SessionState.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 #include "VarnicCore/Transcript/Diarisation.h"
-#include "VarnicPlatform/Capture/LiveCapture.h"
 #include "VarnicPlatform/Capture/Permissions.h"
 
 #include <QPointer>
@@ -87,11 +86,9 @@ QCoro::Task<> AppModel::startRecording(bool allowWithoutThem) {
     }
     const Uuid id = Uuid::random();
     const auto capture = makeCapture();
-    if (auto* live = dynamic_cast<LiveCapture*>(capture.get())) {
-        live->wantSystem = live->wantSystem && screen;
-        // A microphone that is missing now may yet be plugged in.
-        live->wantMic = live->wantMic && (may.mic == PermissionState::granted || !Permissions::override);
-    }
+    // A microphone that is missing now may yet be plugged in.
+    const WantedSides sides{.you = wantedSides.you && (may.mic == PermissionState::granted || !Permissions::override),
+                            .them = wantedSides.them && screen};
     const std::string source(CallSource::guess(desktop.runningPrograms(), desktop.frontProgram()));
     const bool isLive = settings.liveTranscript.value() && may.speech == PermissionState::granted;
     std::optional<std::string> locale;
@@ -100,7 +97,7 @@ QCoro::Task<> AppModel::startRecording(bool allowWithoutThem) {
     }
     std::optional<std::string> problem;
     try {
-        auto starting = recorder_->start(id, store_.audioFolder(id), capture, std::move(locale), source);
+        auto starting = recorder_->start(id, store_.audioFolder(id), capture, std::move(locale), source, sides);
         co_await starting;
     } catch (const std::exception& error) {
         problem = error.what();

@@ -82,7 +82,8 @@ std::vector<Segment> RecordingController::liveSegments() const {
 }
 
 QCoro::Task<> RecordingController::start(Uuid noteID, fs::path folder, std::shared_ptr<CaptureSource> capture,
-                                         std::optional<std::string> liveLocale, std::string source) {
+                                         std::optional<std::string> liveLocale, std::string source,
+                                         WantedSides wanted) {
     if (isBusy(state_)) {
         co_return;
     }
@@ -113,8 +114,8 @@ QCoro::Task<> RecordingController::start(Uuid noteID, fs::path folder, std::shar
         hostStart_ = HostClock::now();
         startedAt_ = currentDate();
         // Held here, since the recording may be discarded while the devices are still opening.
-        const auto open = [capture, recorder, hostStart = hostStart_] {
-            return capture->start(hostStart, [recorder](Speaker speaker, PcmBuffer buffer, double at) {
+        const auto open = [capture, recorder, wanted, hostStart = hostStart_] {
+            return capture->start(hostStart, wanted, [recorder](Speaker speaker, PcmBuffer buffer, double at) {
                 recorder->deliver(speaker, std::move(buffer), at);
             });
         };

@@ -106,7 +106,7 @@ public:
     /// Throws CaptureError, LibraryError, and std::runtime_error where the disk has no room for an hour; `state` tells
     /// the failure too then.
     QCoro::Task<> start(Uuid noteID, std::filesystem::path folder, std::shared_ptr<CaptureSource> capture,
-                        std::optional<std::string> liveLocale, std::string source);
+                        std::optional<std::string> liveLocale, std::string source, WantedSides wanted = {});
 
     /// Ends the recording and closes its files; nothing when none was running.
     QCoro::Task<std::optional<RecordingResult>> stop();

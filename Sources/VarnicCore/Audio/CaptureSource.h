@@ -20,6 +20,12 @@ inline double now() {
 
 } // namespace HostClock
 
+/// The sides of a call that are to be recorded.
+struct WantedSides {
+    bool you = true;
+    bool them = true;
+};
+
 /// What produces the sound of the two sides of a call. Made for one recording. `start` and `stop` belong to one thread
 /// at a time; the other operations may be called from any.
 class CaptureSource {
@@ -33,10 +39,10 @@ public:
     CaptureSource& operator=(const CaptureSource&) = delete;
     virtual ~CaptureSource() = default;
 
-    /// Begins to deliver, one side while the other still opens, and gives the sides that really started; blocks for as
-    /// long as that takes. `hostStart` is time zero on the HostClock. Throws CaptureError when no side starts,
+    /// Begins to deliver the wanted sides, one while the other still opens, and gives those that really started; blocks
+    /// for as long as that takes. `hostStart` is time zero on the HostClock. Throws CaptureError when no side starts,
     /// AudioError for a file that cannot be read.
-    virtual std::vector<Speaker> start(double hostStart, Deliver deliver) = 0;
+    virtual std::vector<Speaker> start(double hostStart, WantedSides wanted, Deliver deliver) = 0;
 
     /// Ends delivery: after it has returned, `deliver` is not called again. May be called with nothing started.
     virtual void stop() = 0;

@@ -47,13 +47,13 @@ FixtureCapture::FixtureCapture(std::optional<std::filesystem::path> you, std::op
                                double speed)
     : you_(std::move(you)), them_(std::move(them)), speed_(speed) {}
 
-std::vector<Speaker> FixtureCapture::start(double /*hostStart*/, Deliver deliver) {
+std::vector<Speaker> FixtureCapture::start(double /*hostStart*/, WantedSides wanted, Deliver deliver) {
     stop();
     std::vector<Side> sides;
-    if (you_) {
+    if (you_ && wanted.you) {
         sides.emplace_back(Speaker::you, readWhole(*you_));
     }
-    if (them_) {
+    if (them_ && wanted.them) {
         sides.emplace_back(Speaker::them, readWhole(*them_));
     }
     if (sides.empty()) {

@@ -21,8 +21,8 @@ public:
     ~FixtureCapture() override { stop(); }
 
     /// Reads the files whole and starts to play them. The time of a piece is its place in the file, whatever the host's
-    /// clock says. Throws CaptureError `nothingToRecord` without files, AudioError for one that cannot be read.
-    std::vector<Speaker> start(double hostStart, Deliver deliver) override;
+    /// clock says. Throws CaptureError `nothingToRecord` without a wanted file, AudioError for one that cannot be read.
+    std::vector<Speaker> start(double hostStart, WantedSides wanted, Deliver deliver) override;
 
     void stop() override;
 

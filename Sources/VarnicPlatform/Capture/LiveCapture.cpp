@@ -163,15 +163,15 @@ LiveCapture::~LiveCapture() {
     LiveCapture::stop();
 }
 
-std::vector<Speaker> LiveCapture::start(double hostStart, Deliver deliver) {
+std::vector<Speaker> LiveCapture::start(double hostStart, WantedSides wanted, Deliver deliver) {
     stop();
     ++starts;
-    if (!wantMic && !wantSystem) {
+    if (!wanted.you && !wanted.them) {
         throw CaptureError::nothingToRecord();
     }
     const auto session = std::make_shared<Session>(hostStart);
     session->run(std::move(deliver));
-    const std::vector<Speaker> sides = session->open(wantMic, wantSystem);
+    const std::vector<Speaker> sides = session->open(wanted.you, wanted.them);
     {
         const std::scoped_lock lock(lock_);
         session_ = session;

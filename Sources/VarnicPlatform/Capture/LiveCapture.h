@@ -18,15 +18,11 @@ public:
     LiveCapture();
     ~LiveCapture() override;
 
-    /// The sides to start; set before `start`.
-    bool wantMic = true;
-    bool wantSystem = true;
-
     /// How often any LiveCapture of this process was started.
     static int startCount() { return starts; }
 
     /// Waits at most some seconds for a device to open.
-    std::vector<Speaker> start(double hostStart, Deliver deliver) override;
+    std::vector<Speaker> start(double hostStart, WantedSides wanted, Deliver deliver) override;
     /// Not from within `deliver`.
     void stop() override;
 

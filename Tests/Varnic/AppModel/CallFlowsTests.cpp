@@ -148,6 +148,8 @@ TEST_F(CallFlowsTests, start_systemSoundDenied_showsSetupUnlessAllowed) {
     EXPECT_FALSE(isBusy(model->recorder().state()));
     QCoro::waitFor(model->startRecording(true));
     EXPECT_TRUE(isRecording(model->recorder().state()));
+    EXPECT_TRUE(capture->wanted.you);
+    EXPECT_FALSE(capture->wanted.them);
 }
 
 TEST_F(CallFlowsTests, start_fails_leavesNothingButAToast) {

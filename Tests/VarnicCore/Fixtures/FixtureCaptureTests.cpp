@@ -42,7 +42,7 @@ protected:
 
     std::vector<Piece> playAll(FixtureCapture& capture) {
         delivered.clear();
-        capture.start(1000, keep());
+        capture.start(1000, {}, keep());
         while (!capture.finished()) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
@@ -91,7 +91,7 @@ TEST_F(FixtureCaptureTest, start_oneOrNoSide) {
 TEST_F(FixtureCaptureTest, stop_inTheMiddle_endsDelivery) {
     FixtureCapture capture(track("you.caf", 480'000), std::nullopt, 1);
     capture.stop();
-    capture.start(0, keep());
+    capture.start(0, {}, keep());
     capture.stop();
     const std::size_t count = delivered.size();
     capture.stop();

@@ -49,7 +49,7 @@ TEST_F(LiveCaptureTest, start_noSource_recordsTheirSideOnly) {
 
 TEST_F(LiveCaptureTest, start_noSourceAndMicrophoneOnly_throws) {
     startSystem({"--no-source"});
-    recorder.capture.wantSystem = false;
+    recorder.wanted.them = false;
     EXPECT_EQ(failure(recorder), "The microphone couldn’t start: no input device");
 }
 

@@ -85,7 +85,7 @@ TEST_F(LiveCaptureTest, start_playsAlready_isHeard) {
 
 TEST_F(LiveCaptureTest, start_withoutSystem_givesYou) {
     startSystem();
-    recorder.capture.wantSystem = false;
+    recorder.wanted.them = false;
     EXPECT_THAT(recorder.start(), ElementsAre(Speaker::you));
     play();
     feedMicrophone();
@@ -96,8 +96,8 @@ TEST_F(LiveCaptureTest, start_withoutSystem_givesYou) {
 TEST_F(LiveCaptureTest, start_neitherSide_throwsNothingToRecord) {
     startSystem();
     const int before = LiveCapture::startCount();
-    recorder.capture.wantMic = false;
-    recorder.capture.wantSystem = false;
+    recorder.wanted.you = false;
+    recorder.wanted.them = false;
     EXPECT_THROW(
         try { recorder.start(); } catch (const CaptureError& error) {
             EXPECT_EQ(error, CaptureError::nothingToRecord());

@@ -27,10 +27,11 @@ inline bool comes(const std::function<bool()>& condition) {
 class Recorder {
 public:
     LiveCapture capture;
+    WantedSides wanted;
     double hostStart = HostClock::now();
 
     std::vector<Speaker> start() {
-        return capture.start(hostStart,
+        return capture.start(hostStart, wanted,
                              [this](Speaker speaker, const PcmBuffer& buffer, double at) { add(speaker, buffer, at); });
     }
 
