@@ -1,6 +1,6 @@
 #pragma once
 
-#include <time.h> // NOLINT(modernize-deprecated-headers): the processor clock is POSIX's
+#include <time.h> // the processor clock is POSIX's
 
 #include <algorithm>
 #include <vector>

@@ -19,7 +19,7 @@ QCoro::Task<LibraryQueue::Contents> LibraryQueue::load(Date now) {
         takeInSpares(now);
         try {
             library_.takeInConflicts(std::nullopt, now);
-        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch)
+        } catch (const std::exception&) {
             // Those files count as ones that can't be read; why the folder can't is told by the loading.
         }
         Contents contents{.notes = library_.loadAll(now)};
@@ -35,7 +35,7 @@ void LibraryQueue::takeInSpares(Date now) {
         try {
             library_.takeIn(spare.note, spare.base, now);
             spare_.drop(spare);
-        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch)
+        } catch (const std::exception&) {
             // It stays for another start.
         }
     }
@@ -71,7 +71,7 @@ void LibraryQueue::keepEarlier(Note note) {
     queue_.async([this, note = std::move(note)] {
         try {
             library_.store().keepEarlier(note);
-        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): saving the note tells of a failing disk
+        } catch (const std::exception&) { // saving the note tells of a failing disk
         }
     });
 }

@@ -133,8 +133,6 @@ Q_SIGNALS:
     void mustStop();
 
 private:
-    struct Pieces;
-
     void setState(SessionState state);
     void setWarning(std::optional<std::string> warning);
     void reset(std::string source);

@@ -66,7 +66,7 @@ TrackWriter::TrackWriter(std::filesystem::path url, Speaker speaker, bool compre
 TrackWriter::~TrackWriter() {
     try {
         close();
-    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): who wants to know calls close
+    } catch (const std::exception&) { // who wants to know calls close
     }
 }
 

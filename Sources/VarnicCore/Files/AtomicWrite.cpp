@@ -5,7 +5,7 @@
 #include "VarnicCore/Models/Uuid.h"
 
 #include <fcntl.h>
-#include <stdio.h> // NOLINT(modernize-deprecated-headers): renameat2 is the system's
+#include <stdio.h> // renameat2 is the system's
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -3,7 +3,7 @@
 #include "VarnicCore/Files/LibraryError.h"
 
 #include <fcntl.h>
-#include <stdio.h> // NOLINT(modernize-deprecated-headers): renameat2 is the system's
+#include <stdio.h> // renameat2 is the system's
 #include <sys/stat.h>
 
 #include <cerrno>

@@ -114,7 +114,7 @@ LibraryStore::LibraryStore(fs::path root) : root_(std::move(root)) {
     for (const fs::path& folder : {notesDir(), audioDir()}) {
         try {
             Folders::make(folder);
-        } catch (const LibraryError&) { // NOLINT(bugprone-empty-catch): the first save tells
+        } catch (const LibraryError&) { // the first save tells
         }
     }
     disk_ = diskOf(root_);
@@ -232,7 +232,7 @@ std::vector<Note> LibraryStore::deleted(Date now) const {
     for (const fs::path& entry : Folders::entries(deletedDir())) {
         try {
             found.emplace_back(fs::last_write_time(entry), reader.read(entry / deletedNote, now));
-        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): not a note that could be brought back
+        } catch (const std::exception&) { // not a note that could be brought back
         }
     }
     std::ranges::stable_sort(found, std::ranges::greater{}, [](const auto& one) { return one.first; });

@@ -110,7 +110,7 @@ void SharedLibrary::know(const Note& note, std::string_view bytes) {
 void SharedLibrary::bringBack(const Uuid& id, Date now) const {
     try {
         store_.restore(id, now);
-    } catch (const LibraryError&) { // NOLINT(bugprone-empty-catch)
+    } catch (const LibraryError&) {
         // What cannot be moved stays with the deleted ones.
     }
 }

@@ -81,7 +81,7 @@ std::vector<SpareNote> SpareNotes::all(Date now) const {
             if (const auto base = baseIn(file)) {
                 notes.push_back({reader.read(file, now), *base, file});
             }
-        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch)
+        } catch (const std::exception&) {
             // None of ours, which are written whole or not at all.
         }
     }

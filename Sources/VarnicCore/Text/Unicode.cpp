@@ -110,7 +110,6 @@ void forEachCharacterEnd(std::string_view text, const CharacterVisit& visit) {
 char32_t next(std::string_view text, std::size_t& position) {
     UChar32 c = 0;
     const std::uint8_t* data = bytes(text);
-    // NOLINTNEXTLINE(bugprone-inc-dec-in-conditions): ICU's macro
     U8_NEXT_OR_FFFD(data, position, text.size(), c);
     return static_cast<char32_t>(c);
 }

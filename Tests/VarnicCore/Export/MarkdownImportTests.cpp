@@ -216,7 +216,7 @@ private:
     }
 
     // The engine's numbers are the same everywhere, and so the texts are.
-    std::mt19937 random_{20260314}; // NOLINT(bugprone-random-generator-seed): a test that fails must fail again
+    std::mt19937 random_{20260314}; // a test that fails must fail again
 };
 
 std::string tagOf(const Block& todo) {

@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 
 #include <fcntl.h>
-#include <stdio.h> // NOLINT(modernize-deprecated-headers): renameat2 is the system's
+#include <stdio.h> // renameat2 is the system's
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -145,7 +145,7 @@ TEST_F(SharedLibraryTests, save_whileASynchroniserReplacesTheFile_losesNoVersion
     std::atomic<bool> isDone = false;
     std::set<std::string> put;
     std::jthread synchroniser([&] {
-        std::minstd_rand random(1); // NOLINT(cert-msc32-c,cert-msc51-cpp): any sequence will do
+        std::minstd_rand random(1); // any sequence will do
         for (int i = 0; i < versions; ++i) {
             const Note version = titled(fmt::format("Theirs {}", i));
             const fs::path part = folder.path() / "part";

@@ -27,7 +27,7 @@ void* require(void* found) {
 } // namespace
 
 /// The libraries' names, ended by a null; not there in programs that load all at their start.
-extern "C" [[gnu::weak]] const char* const varnicDelayedLibraries[]; // NOLINT(*-avoid-c-arrays): assembly
+extern "C" [[gnu::weak]] const char* const varnicDelayedLibraries[];
 
 /// What the function's entry is to jump to, now and from now on. Any thread: two that come here at once find the same.
 extern "C" void* varnicDelayedFunction(Delayed* function) {

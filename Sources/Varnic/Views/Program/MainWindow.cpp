@@ -35,7 +35,7 @@ void MainWindow::activate() {
 
 void MainWindow::afterFirstPicture(std::function<void()> work) {
     using namespace std::chrono_literals;
-    auto* const wait = new QTimer(window_); // NOLINT(*-owning-memory): the window owns it
+    auto* const wait = new QTimer(window_); // the window owns it
     wait->setSingleShot(true);
     QObject::connect(wait, &QTimer::timeout, window_, std::move(work));
     const auto end = [wait] {

@@ -48,8 +48,7 @@ bool Appearance::eventFilter(QObject* watched, QEvent* event) {
 void Appearance::readAll() {
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("ReadAll"));
     call << QStringList{look, gnome};
-    auto* const watcher =
-        new QDBusPendingCallWatcher(bus_.asyncCall(call), this); // NOLINT(*-owning-memory): `this` owns it
+    auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this); // `this` owns it
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
         if (watcher->isError()) {

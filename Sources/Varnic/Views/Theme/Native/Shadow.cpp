@@ -32,8 +32,7 @@ void Shadow::paint(QPainter* painter) {
     const qreal scale = blur_ / 2 * std::numbers::sqrt2;
     QImage image(QSizeF(width(), height()).toSize(), QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < image.height(); ++y) {
-        auto* const line =
-            reinterpret_cast<QRgb*>(image.scanLine(y)); // NOLINT(*-reinterpret-cast): how QImage hands out rows
+        auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y)); // how QImage hands out rows
         for (int x = 0; x < image.width(); ++x) {
             const QPointF point(x + 0.5 - width() / 2, y + 0.5 - height() / 2);
             const qreal share = std::erfc(distance(point, half, radius) / scale) / 2;

@@ -8,7 +8,6 @@ namespace varnic {
 namespace {
 
 constexpr SymbolDrawing symbols[] = {
-    // NOLINT(modernize-avoid-c-arrays): its length follows from the rows
     {"arrow.up.forward.app", "external-link"},
     {"book.closed", "book"},
     {"calendar", "calendar"},
