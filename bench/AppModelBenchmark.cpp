@@ -3,6 +3,7 @@
 
 #include "Tests/VarnicCore/TemporaryFolder.h"
 #include "Varnic/AppModel/AppModel.h"
+#include "Varnic/Views/LibraryViews/SearchResultsModel.h"
 #include "bench/GeneratedLibrary.h"
 #include "bench/Measure.h"
 
@@ -124,28 +125,45 @@ void keystrokes(std::size_t notes) {
     for (const auto& [name, list] : lists) {
         fmt::print("  {:<14} {:8.3f} ms\n", name, perStroke(model, list));
     }
-    for (const char* query : {"launch", "a", "zeppelin"}) {
-        model.query = std::string(query);
-        fmt::print("  searchResults of “{}” {:8.3f} ms\n", query,
-                   perStroke(model, [&] { return model.searchResults().size(); }));
+}
+
+/// What a screen shows of the results.
+void readScreen(const SearchResultsModel& results) {
+    constexpr int rowsOnScreen = 30;
+    for (int row = 0; row < std::min(results.count(), rowsOnScreen); ++row) {
+        static_cast<void>(results.data(results.index(row), SearchResultsModel::markedText));
     }
 }
 
 void typing(std::size_t notes) {
     const LoadedModel loaded(notes);
     AppModel& model = *loaded.model;
-    fmt::print("a keystroke in the search field, {} notes\n", notes);
-    for (const std::string query : {"l", "la", "lau", "laun", "launc", "launch", "launch b", "launch"}) {
-        std::size_t hits = 0;
-        const Cost cost = costOf([&] {
-            model.query = query;
-            for (const NoteMatch& match : model.searchResults()) {
-                hits += match.hits->size();
-            }
-        });
-        const Cost plain = costOf([&] { NoteSearch::search(query, model.notes()); });
-        fmt::print("  {:<10} {:>8} hits {:8.3f} ms; searched anew {:8.3f} ms\n", query, hits, cost.elapsed * 1e3,
-                   plain.elapsed * 1e3);
+    SearchResultsModel results;
+    results.setModel(model);
+    const auto wait = [](const auto& condition) {
+        while (!condition()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+    };
+    wait([&] { return !results.isSearching(); });
+    fmt::print("a keystroke in the search field, {} notes; to reach: 60 ms to the first screen\n", notes);
+    for (const std::string query :
+         {"l", "la", "lau", "laun", "launc", "launch", "launch b", "launch", "zeppelin", "e"}) {
+        bool isReset = false;
+        const auto watch = QObject::connect(&results, &SearchResultsModel::modelReset, [&] { isReset = true; });
+        const double begin = bench::now(CLOCK_MONOTONIC);
+        const auto since = [begin] { return (bench::now(CLOCK_MONOTONIC) - begin) * 1e3; };
+        const LongestStall stall;
+        model.query = query;
+        wait([&] { return isReset || !results.isSearching(); });
+        readScreen(results);
+        const double first = since();
+        wait([&] { return !results.isSearching(); });
+        readScreen(results);
+        fmt::print("  {:<10} {:>8} rows, first screen {:8.3f} ms, whole {:8.3f} ms; the main thread stood still for "
+                   "{:.3f} ms at most\n",
+                   query, results.count(), first, since(), stall.seconds() * 1e3);
+        QObject::disconnect(watch);
     }
 }
 

@@ -39,13 +39,13 @@ std::string marked(const SearchHit& hit) {
 
 void print(const NoteMatch& match) {
     Terminal::print("{}  {}\n", Terminal::faint(shortId(*match.note)), Terminal::bold(match.note->displayTitle()));
-    for (std::size_t i = 0; i < std::min(match.hits->size(), hitsShown); ++i) {
-        const SearchHit& hit = (*match.hits)[i];
+    for (std::size_t i = 0; i < std::min(match.hits.size(), hitsShown); ++i) {
+        const SearchHit& hit = match.hits[i];
         const std::string place = hit.time ? Clock::stamp(*hit.time) : std::string(rawValue(hit.field));
         Terminal::print("    {} {}\n", Terminal::faint(fmt::format("{:>9}", place)), marked(hit));
     }
-    if (match.hits->size() > hitsShown) {
-        Terminal::print("    {}\n", Terminal::faint(fmt::format("{} more", match.hits->size() - hitsShown)));
+    if (match.hits.size() > hitsShown) {
+        Terminal::print("    {}\n", Terminal::faint(fmt::format("{} more", match.hits.size() - hitsShown)));
     }
 }
 

@@ -33,16 +33,17 @@ Note findNote(LibraryStore& store, std::string_view idStart) {
     return findNote(loadNotes(store), idStart);
 }
 
-Note findNote(std::vector<Note> notes, std::string_view idStart) {
+Note findNote(const SharedNotes& notes, std::string_view idStart) {
     const std::string start = Unicode::upperCased(idStart);
-    std::erase_if(notes, [&start](const Note& note) { return !note.id.text().starts_with(start); });
-    if (start.empty() || notes.empty()) {
+    std::vector<SharedNote> found = notes.all();
+    std::erase_if(found, [&start](const SharedNote& note) { return !note->id.text().starts_with(start); });
+    if (start.empty() || found.empty()) {
         throw std::runtime_error(fmt::format("No note’s id begins with “{}”.", idStart));
     }
-    if (notes.size() > 1) {
-        throw std::runtime_error(fmt::format("The ids of {} notes begin with “{}”.", notes.size(), idStart));
+    if (found.size() > 1) {
+        throw std::runtime_error(fmt::format("The ids of {} notes begin with “{}”.", found.size(), idStart));
     }
-    return std::move(notes.front());
+    return *found.front();
 }
 
 } // namespace varnic::cli

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VarnicCore/Library/LibraryStore.h"
+#include "VarnicCore/Library/SharedNotes.h"
 
 #include <filesystem>
 #include <string>
@@ -23,6 +24,6 @@ std::string shortId(const Note& note);
 
 /// The note whose id begins with the text (in either case). Throws std::runtime_error where none or several do.
 Note findNote(LibraryStore& store, std::string_view idStart);
-Note findNote(std::vector<Note> notes, std::string_view idStart);
+Note findNote(const SharedNotes& notes, std::string_view idStart);
 
 } // namespace varnic::cli

@@ -14,7 +14,7 @@
 #include "VarnicCore/AISummariser/KeyStore.h"
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Library/Flashcards.h"
-#include "VarnicCore/Library/RepeatedSearch.h"
+#include "VarnicCore/Library/SharedNotes.h"
 #include "VarnicCore/Library/Todos.h"
 #include "VarnicCore/Models/Note.h"
 #include "VarnicCore/Models/Region.h"
@@ -75,7 +75,7 @@ public:
     // What views show. All but the notes tell of their changes by themselves.
 
     /// Every note of the library, in no order.
-    [[nodiscard]] const std::vector<Note>& notes() const { return notes_; }
+    [[nodiscard]] const SharedNotes& notes() const { return notes_; }
 
     QProperty<LibrarySection> section{LibrarySection::all};
     /// The note that is open.
@@ -141,11 +141,10 @@ public:
 
     /// The notes of the section, pinned ones first, else newest first.
     [[nodiscard]] std::vector<const Note*> visibleNotes() const;
-    /// The note, or null; valid until the notes change.
+    /// The note, or null; valid until it changes.
     [[nodiscard]] const Note* note(std::optional<Uuid> id) const;
     /// The note that a running recording will become.
     [[nodiscard]] std::optional<Uuid> liveNoteID() const;
-    [[nodiscard]] std::vector<NoteMatch> searchResults() const;
     [[nodiscard]] std::vector<OpenTodo> openTodos() const;
     [[nodiscard]] std::vector<Flashcards::Deck> decks() const;
     [[nodiscard]] int dueCardCount() const;
@@ -276,7 +275,6 @@ Q_SIGNALS:
     void keyChanged();
 
 private:
-    [[nodiscard]] Note* find(Uuid id);
     void scheduleSave(Uuid id, bool immediately, SerialQueue::Work whenSaved = nullptr);
     /// `whenSaved`, if given, is done off the main thread once the note is on disk.
     void saveNow(Uuid id, SerialQueue::Work whenSaved = nullptr);
@@ -303,9 +301,7 @@ private:
     [[nodiscard]] ToastMessage undoable(Uuid id, std::string text, std::string symbol);
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
 
-    std::vector<Note> notes_;
-    /// Learns of each note that changes or goes.
-    mutable RepeatedSearch search_;
+    SharedNotes notes_;
     /// What other threads have to tell; outlives the queue of the library.
     Inbox inbox_;
     LibraryQueue store_;
@@ -318,7 +314,7 @@ private:
         std::uint64_t edit = 0;
         bool isSpared = false;
         /// The note as it was before, if it is known.
-        std::shared_ptr<const Note> base;
+        SharedNote base;
     };
 
     /// The notes that are not on disk yet as they are here.

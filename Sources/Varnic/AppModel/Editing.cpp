@@ -63,7 +63,9 @@ QCoro::Task<> AppModel::readLibrary() {
     }
     // What was made while the library was being read stays.
     std::erase_if(contents.notes, [this](const Note& loaded) { return note(loaded.id) != nullptr; });
-    std::ranges::move(contents.notes, std::back_inserter(notes_));
+    for (Note& loaded : contents.notes) {
+        notes_.push_back(std::move(loaded));
+    }
     loadProblem = problemText(contents.unreadable);
     Q_EMIT notesChanged();
     if (!selection.value()) {
@@ -72,20 +74,19 @@ QCoro::Task<> AppModel::readLibrary() {
 }
 
 void AppModel::update(Uuid id, bool immediately, const std::function<void(Note&)>& change) {
-    Note* stored = find(id);
-    if (stored == nullptr) {
+    const SharedNote before = notes_.find(id);
+    if (!before) {
         return;
     }
-    Note changed = *stored;
+    Note changed = *before;
     change(changed);
-    if (changed == *stored) {
+    if (changed == *before) {
         return;
     }
-    std::swap(*stored, changed);
+    notes_.replace(std::move(changed));
     if (!isDemo && !unsaved_.contains(id)) {
-        unsaved_[id].base = std::make_shared<const Note>(std::move(changed));
+        unsaved_[id].base = before;
     }
-    search_.forget(id);
     Q_EMIT notesChanged();
     scheduleSave(id, immediately);
 }
@@ -112,8 +113,8 @@ void AppModel::scheduleSave(Uuid id, bool immediately, SerialQueue::Work whenSav
 }
 
 void AppModel::saveNow(Uuid id, SerialQueue::Work whenSaved) {
-    const Note* stored = note(id);
-    if (isDemo || stored == nullptr) {
+    const SharedNote stored = notes_.find(id);
+    if (isDemo || !stored) {
         return;
     }
     const Unsaved& unsaved = unsaved_.try_emplace(id, Unsaved{edits_ + 1}).first->second;
@@ -126,7 +127,7 @@ void AppModel::saveNow(Uuid id, SerialQueue::Work whenSaved) {
         }
         inbox_.post([this, id, edit, title, saved] { takeSaved(id, edit, title, saved); });
     };
-    store_.save(*stored, unsaved.base, whenDone);
+    store_.save(stored, unsaved.base, whenDone);
 }
 
 void AppModel::takeSaved(Uuid id, std::uint64_t edit, const std::string& title, const LibraryQueue::Saved& saved) {
@@ -208,19 +209,17 @@ std::optional<Uuid> AppModel::selectionWithout(Uuid id) const {
 /// The note leaves the list; whoever calls tells of it.
 void AppModel::forget(Uuid id) {
     const std::optional<Uuid> next = selectionWithout(id);
-    std::erase_if(notes_, [id](const Note& other) { return other.id == id; });
-    search_.forget(id);
+    notes_.erase(id);
     saveTasks_.erase(id);
     unsaved_.erase(id);
     selection = next;
 }
 
 void AppModel::remove(Uuid id) {
-    const Note* stored = note(id);
-    if (stored == nullptr || id == liveNoteID()) {
+    const SharedNote removed = notes_.find(id);
+    if (!removed || id == liveNoteID()) {
         return;
     }
-    Note removed = *stored;
     if (!isDemo) {
         if (unsaved_.contains(id)) {
             // As it stands now, so that bringing it back brings the last edits back.
@@ -230,9 +229,9 @@ void AppModel::remove(Uuid id) {
     }
     forget(id);
     Q_EMIT notesChanged();
-    flash({.text = fmt::format("Deleted “{}”", removed.displayTitle()),
-           .symbol = "trash",
-           .undo = [this, removed = std::move(removed)] { restore(removed); }});
+    flash({.text = fmt::format("Deleted “{}”", removed->displayTitle()), .symbol = "trash", .undo = [this, removed] {
+               restore(*removed);
+           }});
 }
 
 QCoro::Task<> AppModel::restore(Note note) {
@@ -245,7 +244,7 @@ QCoro::Task<> AppModel::restore(Note note) {
         co_return;
     }
     const Uuid id = note.id;
-    if (find(id) == nullptr) {
+    if (!notes_.find(id)) {
         const bool isOnDisk = stored.has_value();
         notes_.push_back(isOnDisk ? std::move(*stored) : std::move(note));
         Q_EMIT notesChanged();

@@ -49,13 +49,12 @@ bool AppModel::takeChange(const NoteChange& change) {
     if (unsaved_.contains(change.id)) {
         return false;
     }
-    Note* stored = find(change.id);
-    if (change.note && stored != nullptr) {
-        *stored = *change.note;
-        search_.forget(change.id);
+    const SharedNote stored = notes_.find(change.id);
+    if (change.note && stored) {
+        notes_.replace(*change.note);
     } else if (change.note) {
         notes_.push_back(*change.note);
-    } else if (stored != nullptr) {
+    } else if (stored) {
         forget(change.id);
     }
     return true;

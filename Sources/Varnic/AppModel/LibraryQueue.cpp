@@ -53,15 +53,15 @@ QCoro::Task<std::vector<std::shared_ptr<DeadRecording>>> LibraryQueue::deadRecor
     return onQueue(queue_, find);
 }
 
-void LibraryQueue::save(Note note, std::shared_ptr<const Note> base, WhenSaved whenSaved) {
+void LibraryQueue::save(SharedNote note, SharedNote base, WhenSaved whenSaved) {
     queue_.async([this, note = std::move(note), base = std::move(base), whenSaved = std::move(whenSaved)] {
         Saved saved;
         try {
-            saved.otherCopy = library_.save(note, currentDate(), base.get());
-            spare_.drop(note.id);
+            saved.otherCopy = library_.save(*note, currentDate(), base.get());
+            spare_.drop(note->id);
         } catch (const std::exception& error) {
             saved.problem = error.what();
-            saved.isSpared = spare_.keep({note, library_.knownFingerprint(note.id)});
+            saved.isSpared = spare_.keep({*note, library_.knownFingerprint(note->id)});
         }
         whenSaved(saved);
     });

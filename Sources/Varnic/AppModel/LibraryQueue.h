@@ -2,6 +2,7 @@
 
 #include "Varnic/SerialQueue.h"
 #include "VarnicCore/Library/SharedLibrary.h"
+#include "VarnicCore/Library/SharedNotes.h"
 #include "VarnicCore/Library/SpareNotes.h"
 #include "VarnicCore/Pipeline/Recovery.h"
 
@@ -67,7 +68,7 @@ public:
     QCoro::Task<std::vector<std::shared_ptr<DeadRecording>>> deadRecordings();
 
     /// `base` is the stored version that the note was made from, or null where that is not known.
-    void save(Note note, std::shared_ptr<const Note> base, WhenSaved whenSaved);
+    void save(SharedNote note, SharedNote base, WhenSaved whenSaved);
     /// Keeps the note as it is beside what is saved next; a failure is no reason not to save that.
     void keepEarlier(Note note);
 

@@ -22,21 +22,11 @@ std::vector<const Note*> AppModel::visibleNotes() const {
 }
 
 const Note* AppModel::note(std::optional<Uuid> id) const {
-    const auto found = id ? std::ranges::find(notes_, *id, &Note::id) : notes_.end();
-    return found == notes_.end() ? nullptr : &*found;
-}
-
-Note* AppModel::find(Uuid id) {
-    const auto found = std::ranges::find(notes_, id, &Note::id);
-    return found == notes_.end() ? nullptr : &*found;
+    return id ? notes_.find(*id).get() : nullptr;
 }
 
 std::optional<Uuid> AppModel::liveNoteID() const {
     return isBusy(recorder_->state()) ? std::optional(recorder_->noteID()) : std::nullopt;
-}
-
-std::vector<NoteMatch> AppModel::searchResults() const {
-    return search_.search(query.value(), notes_);
 }
 
 std::vector<OpenTodo> AppModel::openTodos() const {

@@ -215,10 +215,9 @@ QCoro::Task<> AppModel::bringBack(Uuid id) {
 /// Puts a finished call in the place of its placeholder, with what the user wrote there meanwhile behind it.
 void AppModel::file(Note finished, const std::optional<Note>& before, std::shared_ptr<RecordingMarkFile> mark) {
     const Uuid id = finished.id;
-    if (Note* stored = find(id)) {
-        takeOver(*stored, before, finished);
-        *stored = std::move(finished);
-        search_.forget(id);
+    if (const Note* placeholder = note(id)) {
+        takeOver(*placeholder, before, finished);
+        notes_.replace(std::move(finished));
     } else {
         notes_.insert(notes_.begin(), std::move(finished));
     }

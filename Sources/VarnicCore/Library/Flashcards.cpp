@@ -94,7 +94,7 @@ std::vector<Block> dueCards(const Note& note, Date now) {
     return cards;
 }
 
-std::vector<Deck> decks(const std::vector<Note>& notes, Date now, const Region& region) {
+std::vector<Deck> decks(const SharedNotes& notes, Date now, const Region& region) {
     std::vector<Deck> found;
     for (const Note& note : notes) {
         if (auto deck = deckOf(note, now)) {

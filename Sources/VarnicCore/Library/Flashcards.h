@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VarnicCore/Library/SharedNotes.h"
 #include "VarnicCore/Models/Block.h"
 #include "VarnicCore/Models/Date.h"
 #include "VarnicCore/Models/Note.h"
@@ -53,6 +54,6 @@ std::vector<Block> dueCards(const Note& note, Date now);
 
 /// One deck for each note that has a card with a front: most due cards first, then by title as the region sorts,
 /// numbers by their value. Decks that compare equal keep the order of the notes.
-std::vector<Deck> decks(const std::vector<Note>& notes, Date now, const Region& region);
+std::vector<Deck> decks(const SharedNotes& notes, Date now, const Region& region);
 
 } // namespace varnic::Flashcards

@@ -1,10 +1,10 @@
 #include "VarnicCore/Library/NoteSearch.h"
 
 #include "VarnicCore/Library/NoteHits.h"
+#include "VarnicCore/Library/RepeatedSearch.h"
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -26,16 +26,6 @@ constexpr std::array<FieldNames, 8> fieldNames{{{"title", 5.0},
                                                 {"transcript", 1.0},
                                                 {"email", 0.5}}};
 
-/// A note and how good its hits are together.
-struct Ranked {
-    NoteMatch match;
-    double score = 0;
-};
-
-bool isBetter(const Ranked& a, const Ranked& b) {
-    return a.score != b.score ? a.score > b.score : a.match.note->created > b.match.note->created;
-}
-
 } // namespace
 
 std::string SearchHit::id() const {
@@ -56,33 +46,23 @@ double weight(SearchHit::Field field) {
     return fieldNames.at(static_cast<std::size_t>(field)).weight;
 }
 
-std::vector<NoteMatch> ranked(std::span<const Note> notes, std::vector<NoteHits> found) {
-    std::vector<Ranked> all;
-    for (std::size_t i = 0; i < notes.size(); ++i) {
-        if (found[i].hits) {
-            all.push_back({{&notes[i], std::move(found[i].hits)}, found[i].score});
-        }
-    }
-    std::ranges::stable_sort(all, isBetter);
-    std::vector<NoteMatch> matches;
-    matches.reserve(all.size());
-    for (Ranked& one : all) {
-        matches.push_back(std::move(one.match));
-    }
-    return matches;
-}
-
 std::vector<NoteMatch> NoteSearch::search(std::string_view query, std::span<const Note> notes) {
-    const SearchTerms terms(query);
-    if (terms.empty()) {
-        return {};
-    }
-    std::vector<const Note*> all;
+    std::vector<SharedNote> all;
     all.reserve(notes.size());
     for (const Note& note : notes) {
-        all.push_back(&note);
+        all.emplace_back(SharedNote(), &note); // shared with nobody
     }
-    return ranked(notes, searchEach(terms, all));
+    const auto found = RepeatedSearch().search(query, all, {}, nullptr);
+    std::vector<NoteMatch> matches;
+    matches.reserve(found->notes.size());
+    for (const FoundNote& one : found->notes) {
+        NoteHits hits(*one.note, found->terms);
+        NoteMatch& match = matches.emplace_back(one.note.get());
+        for (std::size_t rank = 0; rank < hits.size(); ++rank) {
+            match.hits.push_back(hits.hit(rank));
+        }
+    }
+    return matches;
 }
 
 } // namespace varnic

@@ -3,7 +3,6 @@
 #include "VarnicCore/Library/Snippet.h"
 #include "VarnicCore/Models/Note.h"
 
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -43,8 +42,8 @@ double weight(SearchHit::Field field);
 struct NoteMatch {
     /// One of the notes that were searched.
     const Note* note = nullptr;
-    /// Never none. Shared, since there may be tens of thousands that are asked for with every keystroke.
-    std::shared_ptr<const std::vector<SearchHit>> hits;
+    /// Never none.
+    std::vector<SearchHit> hits;
 };
 
 namespace NoteSearch {

@@ -1,8 +1,15 @@
 #pragma once
 
 #include "VarnicCore/Library/NoteHits.h"
+#include "VarnicCore/Library/SharedNotes.h"
 
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -10,22 +17,51 @@
 
 namespace varnic {
 
+/// A note that a search found, which NoteHits tells more of.
+struct FoundNote {
+    SharedNote note;
+    std::size_t hits = 0;
+    double score = 0;
+
+    bool operator==(const FoundNote&) const = default;
+};
+
+/// The notes that hold a query's terms.
+struct FoundNotes {
+    SearchTerms terms;
+    /// Best first, equal ones newest first.
+    std::vector<FoundNote> notes;
+    /// The hits of all notes together.
+    std::size_t hits = 0;
+};
+
 /// Finds what NoteSearch::search finds, again and again while notes change and the query is being typed: it remembers
-/// what it found in each note, and looks only where that may have changed. One thread at a time.
+/// how good each note was, and reads only those again for which that may have changed. One thread at a time; it uses as
+/// many as the machine has cores.
 class RepeatedSearch {
 public:
-    /// The matches point into `notes`, whose ids all differ.
-    std::vector<NoteMatch> search(std::string_view query, std::span<const Note> notes);
+    /// Takes what was found up to now. Called on the thread that searches.
+    using Preview = std::function<void(FoundNotes found)>;
 
-    /// To be called for each note that has changed or is gone since the last search.
-    void forget(const Uuid& id) { known_.erase(id); }
+    /// A search that takes longer tells then what it has found, at `previewDelay` or as soon as that is something.
+    static constexpr std::chrono::milliseconds previewDelay{30};
+
+    explicit RepeatedSearch(std::chrono::milliseconds delay = previewDelay) : previewDelay_(delay) {}
+
+    /// Nothing where it was stopped, which takes no longer than the reading of one note. `preview` is called once at
+    /// most, and may be null.
+    std::optional<FoundNotes> search(std::string_view query, std::span<const SharedNote> notes,
+                                     const std::stop_token& stop, const Preview& preview);
 
 private:
     void take(std::vector<std::string> terms);
+    void remember(std::span<const SharedNote> notes, std::span<const NoteScore> scores,
+                  std::span<const std::size_t> fresh);
 
+    std::chrono::milliseconds previewDelay_;
     std::vector<std::string> terms_;
-    /// What the terms find in each note.
-    std::unordered_map<Uuid, NoteHits> known_;
+    /// How good the terms find each note. It holds the notes, so that no other can come to stand at their address.
+    std::unordered_map<SharedNote, NoteScore> known_;
 };
 
 } // namespace varnic

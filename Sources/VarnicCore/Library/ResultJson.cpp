@@ -32,7 +32,7 @@ nlohmann::json matches(const std::vector<NoteMatch>& matches) {
     auto array = nlohmann::json::array();
     for (const NoteMatch& match : matches) {
         auto hits = nlohmann::json::array();
-        for (const SearchHit& hit : *match.hits) {
+        for (const SearchHit& hit : match.hits) {
             hits.push_back(hitJson(hit));
         }
         array.push_back({{"noteID", match.note->id.text()}, {"hits", std::move(hits)}});

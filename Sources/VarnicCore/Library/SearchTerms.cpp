@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <deque>
+#include <iterator>
 #include <unordered_set>
 
 namespace varnic {
@@ -13,8 +15,8 @@ namespace {
 
 constexpr std::uint32_t root = 0;
 
-std::uint64_t edgeKey(std::uint32_t state, char byte) {
-    return std::uint64_t{state} << 8 | static_cast<unsigned char>(byte);
+bool contains(std::string_view folded, std::string_view term) {
+    return findTerm(folded, term) != std::string_view::npos;
 }
 
 } // namespace
@@ -41,84 +43,118 @@ SearchTerms::SearchTerms(std::string_view query) {
 }
 
 std::vector<std::string_view> SearchTerms::foundIn(std::string_view folded) const {
-    if (!states_.empty()) {
-        return foundByAutomaton(folded);
-    }
     std::vector<std::string_view> found;
-    for (const std::string& term : terms_) {
-        if (findTerm(folded, term) != std::string_view::npos) {
-            found.emplace_back(term);
+    if (states_.empty()) {
+        std::ranges::copy_if(terms_, std::back_inserter(found),
+                             [folded](const std::string& term) { return contains(folded, term); });
+        return found;
+    }
+    const std::vector<bool> isFound = foundByAutomaton(folded);
+    for (std::size_t index = 0; index < terms_.size(); ++index) {
+        if (isFound[index]) {
+            found.emplace_back(terms_[index]);
         }
     }
     return found;
 }
 
+void SearchTerms::countInEach(std::string_view folded, std::span<const std::size_t> ends,
+                              std::span<std::size_t> counts) const {
+    std::ranges::fill(counts, 0);
+    if (!states_.empty()) {
+        for (std::size_t i = 0, begin = 0; i < ends.size(); begin = ends[i++] + 1) {
+            const std::vector<bool> found = foundByAutomaton(folded.substr(begin, ends[i] - begin));
+            counts[i] = static_cast<std::size_t>(std::ranges::count(found, true));
+        }
+        return;
+    }
+    for (const std::string& term : terms_) {
+        std::size_t begin = 0;
+        for (auto text = ends.begin(); begin < folded.size();) {
+            const std::size_t found = findTerm(folded.substr(begin), term);
+            if (found == std::string_view::npos) {
+                break;
+            }
+            text = std::ranges::upper_bound(text, ends.end(), begin + found);
+            ++counts[static_cast<std::size_t>(text - ends.begin())];
+            begin = *text + 1;
+        }
+    }
+}
+
 void SearchTerms::buildAutomaton() {
-    states_.emplace_back();
+    addClasses();
+    addStates();
+    addFallbacks();
+}
 
-    // The states in order of their depth, with what their fallback is computed from.
-    struct Edge {
-        std::uint32_t from;
-        std::uint32_t to;
-        char byte;
-        std::size_t depth;
+void SearchTerms::addClasses() {
+    classCount_ = 1;
+    for (const std::string& term : terms_) {
+        for (const char byte : term) {
+            std::uint16_t& known = classes_[static_cast<unsigned char>(byte)];
+            if (known == 0) {
+                known = static_cast<std::uint16_t>(classCount_++);
+            }
+        }
+    }
+}
+
+/// A state for each beginning of a term. What leads nowhere leads to the root as yet.
+void SearchTerms::addStates() {
+    const auto add = [this] {
+        states_.emplace_back();
+        next_.resize(states_.size() * classCount_, root);
+        return static_cast<std::uint32_t>(states_.size() - 1);
     };
-
-    std::vector<Edge> edges;
+    add();
     for (std::size_t index = 0; index < terms_.size(); ++index) {
         std::uint32_t state = root;
-        std::size_t depth = 0;
         for (const char byte : terms_[index]) {
-            const auto [edge, isNew] =
-                edges_.try_emplace(edgeKey(state, byte), static_cast<std::uint32_t>(states_.size()));
-            if (isNew) {
-                states_.emplace_back();
-                edges.push_back({state, edge->second, byte, depth});
+            const std::size_t byteClass = classes_[static_cast<unsigned char>(byte)];
+            if (next(state, byteClass) == root) {
+                const std::uint32_t fresh = add();
+                next(state, byteClass) = fresh;
             }
-            state = edge->second;
-            ++depth;
+            state = next(state, byteClass);
         }
         states_[state].term = static_cast<std::uint32_t>(index);
     }
-    std::ranges::stable_sort(edges, {}, &Edge::depth);
-    for (const Edge& edge : edges) {
-        State& state = states_[edge.to];
-        state.fallback = edge.from == root ? root : step(states_[edge.from].fallback, edge.byte);
-        state.nearestTerm = state.term != noTerm ? edge.to : states_[state.fallback].nearestTerm;
+}
+
+/// Where no term goes on, the text may go on with a term that began later.
+void SearchTerms::addFallbacks() {
+    std::deque<std::uint32_t> waiting{root}; // the shorter beginnings first
+    while (!waiting.empty()) {
+        const std::uint32_t state = waiting.front();
+        waiting.pop_front();
+        for (std::size_t byteClass = 0; byteClass < classCount_; ++byteClass) {
+            const std::uint32_t behind = state == root ? root : next(states_[state].fallback, byteClass);
+            std::uint32_t& own = next(state, byteClass);
+            if (own == root) {
+                own = behind;
+                continue;
+            }
+            State& longer = states_[own];
+            longer.fallback = behind;
+            longer.nearestTerm = longer.term != noTerm ? own : states_[behind].nearestTerm;
+            waiting.push_back(own);
+        }
     }
 }
 
-std::uint32_t SearchTerms::step(std::uint32_t state, char byte) const {
-    for (;;) {
-        if (const auto edge = edges_.find(edgeKey(state, byte)); edge != edges_.end()) {
-            return edge->second;
-        }
-        if (state == root) {
-            return root;
-        }
-        state = states_[state].fallback;
-    }
-}
-
-std::vector<std::string_view> SearchTerms::foundByAutomaton(std::string_view folded) const {
-    std::unordered_set<std::uint32_t> found;
+std::vector<bool> SearchTerms::foundByAutomaton(std::string_view folded) const {
+    std::vector<bool> found(terms_.size());
     std::uint32_t state = root;
     for (const char byte : folded) {
-        state = step(state, byte);
+        state = next_[state * classCount_ + classes_[static_cast<unsigned char>(byte)]];
         // Once a term was met, so were all those that it ends with.
-        for (std::uint32_t term = states_[state].nearestTerm;
-             term != root && found.insert(states_[term].term).second;) {
-            term = states_[states_[term].fallback].nearestTerm;
+        for (std::uint32_t at = states_[state].nearestTerm; at != root && !found[states_[at].term];) {
+            found[states_[at].term] = true;
+            at = states_[states_[at].fallback].nearestTerm;
         }
     }
-    std::vector<std::uint32_t> order(found.begin(), found.end());
-    std::ranges::sort(order);
-    std::vector<std::string_view> terms;
-    terms.reserve(order.size());
-    for (const std::uint32_t index : order) {
-        terms.emplace_back(terms_[index]);
-    }
-    return terms;
+    return found;
 }
 
 } // namespace varnic

@@ -21,7 +21,7 @@ std::optional<Date> dueDate(const Block& todo, const Note& note, const Region& r
     return DueDate::resolve(*todo.due, note.call ? note.call->startedAt : note.created, region);
 }
 
-std::vector<const Note*> newestFirst(const std::vector<Note>& notes) {
+std::vector<const Note*> newestFirst(const SharedNotes& notes) {
     std::vector<const Note*> sorted;
     sorted.reserve(notes.size());
     for (const Note& note : notes) {
@@ -37,7 +37,7 @@ bool isDueBefore(const OpenTodo& a, const OpenTodo& b) {
 
 } // namespace
 
-std::vector<OpenTodo> open(const std::vector<Note>& notes, const Region& region) {
+std::vector<OpenTodo> open(const SharedNotes& notes, const Region& region) {
     std::vector<OpenTodo> rows;
     for (const Note* note : newestFirst(notes)) {
         for (const Block& block : note->blocks) {

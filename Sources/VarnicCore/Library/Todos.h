@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VarnicCore/Library/SharedNotes.h"
 #include "VarnicCore/Models/Block.h"
 #include "VarnicCore/Models/Date.h"
 #include "VarnicCore/Models/Note.h"
@@ -30,7 +31,7 @@ namespace Todos {
 
 /// The open to-dos of all notes: nearest due date first, then those without a date; else the newest note first, in
 /// block order. A due phrase counts from the start of the note's call, or from the note's creation. Any thread.
-std::vector<OpenTodo> open(const std::vector<Note>& notes, const Region& region);
+std::vector<OpenTodo> open(const SharedNotes& notes, const Region& region);
 
 } // namespace Todos
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "VarnicCore/Models/CallProblem.h"
 #include "VarnicCore/Models/Note.h"
 #include "VarnicCore/Models/Region.h"
 #include "VarnicCore/Models/Summariser.h"
-#include "VarnicCore/Models/CallProblem.h"
 #include "VarnicCore/Pipeline/ProcessingStage.h"
 #include "VarnicCore/Pipeline/Transcriber.h"
 

@@ -3,10 +3,7 @@
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/EventLoop.h"
 #include "VarnicCore/Files/Folders.h"
-#include "VarnicCore/Library/SameMatches.h"
 #include "VarnicCore/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
@@ -41,7 +38,6 @@ public:
                       .settings = std::make_unique<QSettings>(
                           QString::fromStdString((folder() / "settings.ini").string()), QSettings::IniFormat)});
         model_->region = Region{.locale = "en_GB", .timeZone = "UTC"};
-        QObject::connect(model_.get(), &AppModel::notesChanged, [this] { checkSearch(); });
     }
 
     void load() { QCoro::waitFor(model_->load()); }
@@ -54,18 +50,6 @@ public:
     }
 
 private:
-    /// Whatever has changed, a search that goes on finds what a new one does.
-    void checkSearch() {
-        const bool isOpen = !model_->query.value().empty();
-        if (!isOpen) {
-            model_->query = std::string("e");
-        }
-        EXPECT_TRUE(areSame(model_->searchResults(), NoteSearch::search(model_->query.value(), model_->notes())));
-        if (!isOpen) {
-            model_->query = std::string();
-        }
-    }
-
     TemporaryFolder temporary_;
     std::unique_ptr<AppModel> model_;
 };

@@ -43,7 +43,7 @@ Note callOf(std::vector<Segment> segments, const std::string& themName = "") {
 std::vector<std::string> hitsOf(const std::string& query, const Note& note) {
     std::vector<std::string> lines;
     for (const NoteMatch& match : NoteSearch::search(query, std::span(&note, 1))) {
-        for (const SearchHit& hit : *match.hits) {
+        for (const SearchHit& hit : match.hits) {
             lines.push_back(std::string(rawValue(hit.field)) + " " + std::to_string(hit.score).substr(0, 4) + " " +
                             hit.snippet);
         }
@@ -67,10 +67,10 @@ TEST(NoteSearch, search_coversEveryFieldWithItsWeight) {
                                                   "table 1.50 x · plan · y", "transcript 1.00 Maya: The plan stands.",
                                                   "transcript 1.00 You: Plan?", "email 0.50 Plan — Body"));
     const auto matches = NoteSearch::search("plan", std::span(&note, 1));
-    EXPECT_EQ(matches[0].hits->at(1).blockID, note.blocks[0].id);
-    EXPECT_EQ(matches[0].hits->at(1).time, std::nullopt);
-    EXPECT_EQ(matches[0].hits->at(6).time, 65);
-    EXPECT_EQ(matches[0].hits->at(6).blockID, std::nullopt);
+    EXPECT_EQ(matches[0].hits.at(1).blockID, note.blocks[0].id);
+    EXPECT_EQ(matches[0].hits.at(1).time, std::nullopt);
+    EXPECT_EQ(matches[0].hits.at(6).time, 65);
+    EXPECT_EQ(matches[0].hits.at(6).blockID, std::nullopt);
 }
 
 TEST(NoteSearch, search_combinesTermsByOrAndCountsDifferentOnes) {

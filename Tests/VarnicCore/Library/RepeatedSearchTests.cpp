@@ -1,15 +1,35 @@
 #include "VarnicCore/Library/RepeatedSearch.h"
 
-#include "VarnicCore/Library/SameMatches.h"
+#include "VarnicCore/Library/NoteSearch.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
 
 namespace varnic {
 namespace {
+
+using namespace std::chrono_literals;
+
+/// Whether what was found is what a first search of these notes finds, hit by hit in any order.
+bool isWhole(const FoundNotes& found, const std::vector<NoteMatch>& matches) {
+    std::size_t hits = 0;
+    const bool sameNotes = std::ranges::equal(found.notes, matches, [&](const FoundNote& one, const NoteMatch& match) {
+        NoteHits lazy(*one.note, found.terms);
+        hits += one.hits;
+        bool isSame = *one.note == *match.note && one.hits == match.hits.size() && lazy.size() == one.hits;
+        for (std::size_t rank = one.hits; isSame && rank-- > 0;) {
+            isSame = lazy.hit(rank) == match.hits[rank];
+        }
+        return isSame;
+    });
+    return sameNotes && found.hits == hits;
+}
 
 /// Notes that change, and a query that is typed, both at random from a few words.
 class RepeatedSearchTests : public testing::Test {
@@ -29,11 +49,13 @@ protected:
             notes.insert(notes.begin(), Note(Date(std::chrono::seconds(random() % 3)), words(2)));
             return;
         }
-        search.forget(notes[place].id);
+        const Note& present = *notes.all()[place];
         if (random() % 4 == 0) {
-            notes.erase(notes.begin() + static_cast<std::ptrdiff_t>(place));
+            notes.erase(present.id);
         } else {
-            notes[place].blocks.front().text = words(random() % 6);
+            Note changed = present;
+            changed.blocks.front().text = words(random() % 6);
+            notes.replace(std::move(changed));
         }
     }
 
@@ -50,8 +72,10 @@ protected:
         }
     }
 
+    [[nodiscard]] std::vector<Note> copies() const { return {notes.begin(), notes.end()}; }
+
     std::mt19937 random{11};
-    std::vector<Note> notes;
+    SharedNotes notes;
     std::string query;
     RepeatedSearch search;
 };
@@ -63,7 +87,44 @@ TEST_F(RepeatedSearchTests, search_whateverChanges_findsWhatTheFirstSearchWould)
         } else {
             type();
         }
-        ASSERT_TRUE(areSame(search.search(query, notes), NoteSearch::search(query, notes))) << query;
+        const std::vector<Note> present = copies();
+        const auto found = search.search(query, notes.all(), {}, nullptr);
+        ASSERT_TRUE(found && isWhole(*found, NoteSearch::search(query, present))) << query;
+    }
+}
+
+/// Enough for several threads and batches.
+TEST_F(RepeatedSearchTests, search_preview_isTheSearchOfSomeNotes) {
+    for (int i = 0; i < 500; ++i) {
+        notes.push_back(Note(Date(std::chrono::seconds(i)), words(4)));
+    }
+    int previews = 0;
+    RepeatedSearch eager(0ms);
+    const auto found = eager.search("plan", notes.all(), {}, [&](const FoundNotes& early) {
+        ++previews;
+        std::vector<Note> read;
+        for (const FoundNote& one : early.notes) {
+            read.push_back(*one.note);
+        }
+        EXPECT_FALSE(read.empty());
+        EXPECT_TRUE(isWhole(early, NoteSearch::search("plan", read)));
+    });
+    EXPECT_EQ(previews, 1);
+    ASSERT_TRUE(found && isWhole(*found, NoteSearch::search("plan", copies())));
+}
+
+TEST_F(RepeatedSearchTests, search_stopped_findsNothingAndAllTheNextTime) {
+    for (int i = 0; i < 500; ++i) {
+        notes.push_back(Note(Date(std::chrono::seconds(i)), words(4)));
+    }
+    std::stop_source stop;
+    RepeatedSearch eager(0ms);
+    const auto stopped =
+        eager.search("plan", notes.all(), stop.get_token(), [&](const FoundNotes&) { stop.request_stop(); });
+    EXPECT_FALSE(stopped);
+    for (const char* next : {"plan", "plane"}) {
+        const auto found = eager.search(next, notes.all(), {}, nullptr);
+        ASSERT_TRUE(found && isWhole(*found, NoteSearch::search(next, copies()))) << next;
     }
 }
 

@@ -60,7 +60,7 @@ TEST(Todos, open_ofACall_countsFromItsStartInTheRegion) {
     note.call = CallRecord{};
     note.call->startedAt = parseDate("2026-03-11T01:00:00Z");
     const Region newYork{"en_US", "America/New_York"};
-    const auto rows = Todos::open({note}, newYork);
+    const auto rows = Todos::open(std::vector{note}, newYork);
     ASSERT_EQ(rows.size(), 2U);
     EXPECT_EQ(formatDate(rows[0].dueDate.value()), "2026-03-10T04:00:00.000Z");
     EXPECT_EQ(formatDate(rows[1].dueDate.value()), "2026-03-13T04:00:00.000Z");
@@ -68,7 +68,7 @@ TEST(Todos, open_ofACall_countsFromItsStartInTheRegion) {
     EXPECT_EQ(rows[1].noteTitle, note.title);
     EXPECT_EQ(rows[1].id(), note.blocks[0].id);
     note.call.reset();
-    EXPECT_EQ(formatDate(Todos::open({note}, newYork).back().dueDate.value()), "2026-03-20T04:00:00.000Z");
+    EXPECT_EQ(formatDate(Todos::open(std::vector{note}, newYork).back().dueDate.value()), "2026-03-20T04:00:00.000Z");
 }
 
 } // namespace

@@ -45,7 +45,7 @@ FocusScope {
         size: 22
         symbol: "magnifyingglass"
         title: Library.noMatchText
-        visible: rows.count === 0
+        visible: rows.count === 0 && !rows.isSearching
         width: parent.width - 2 * Theme.Space.xl
     }
 }

@@ -5,17 +5,15 @@
 #include "VarnicCore/Models/Clock.h"
 
 #include <algorithm>
-#include <chrono>
-#include <iterator>
+#include <utility>
 
 namespace varnic {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-/// How long what has changed in the notes may go unseen in the results.
-constexpr auto refreshDelay = 250ms;
+QString titleOf(const Note& note) {
+    return QString::fromStdString(note.displayTitle()).simplified();
+}
 
 } // namespace
 
@@ -24,46 +22,53 @@ void SearchResultsModel::componentComplete() {
 }
 
 void SearchResultsModel::setModel(AppModel& model) {
-    model_ = &model;
-    timer_.setSingleShot(true);
-    connect(&timer_, &QTimer::timeout, this, &SearchResultsModel::search);
-    connect(&model, &AppModel::notesChanged, this, [this] {
-        if (!timer_.isActive()) {
-            timer_.start(refreshDelay);
-        }
-    });
-    // Keys that were pressed during a long search make one search together.
-    watchers_.push_back(model.query.addNotifier([this] { timer_.start(0); }));
-    search();
+    search_ = std::make_unique<LibrarySearch>(model);
+    connect(search_.get(), &LibrarySearch::changed, this, &SearchResultsModel::take);
+    take();
 }
 
-void SearchResultsModel::search() {
-    std::vector<Result> fresh;
-    std::size_t row = 0;
-    for (NoteMatch& match : model_->searchResults()) {
-        fresh.push_back({match.note->id, QString::fromStdString(match.note->displayTitle()).simplified(),
-                         std::move(match.hits), row});
-        row += fresh.back().hits->size() + 1;
+void SearchResultsModel::take() {
+    const auto& found = search_->found();
+    if (!found_ || found_->terms.all() != found->terms.all() || found_->notes != found->notes) {
+        show(found);
     }
-    const auto isSame = [](const Result& a, const Result& b) {
-        return a.note == b.note && a.title == b.title && a.hits == b.hits;
-    };
-    if (std::ranges::equal(fresh, results_, isSame)) {
-        return;
+    if (std::exchange(isSearching_, search_->isRunning()) != isSearching_) {
+        Q_EMIT isSearchingChanged();
     }
+}
+
+void SearchResultsModel::show(std::shared_ptr<const FoundNotes> found) {
+    const std::size_t before = rowCount_;
     beginResetModel();
-    results_ = std::move(fresh);
-    rowCount_ = row;
+    lastHit_.reset();
+    hits_.clear(); // which points into what was found before
+    found_ = std::move(found);
+    firstRows_.clear();
+    rowCount_ = 0;
+    for (const FoundNote& one : found_->notes) {
+        firstRows_.push_back(rowCount_);
+        rowCount_ += one.hits + 1;
+    }
     endResetModel();
-    Q_EMIT countChanged();
+    if (rowCount_ > 0 || before > 0) {
+        Q_EMIT countChanged();
+    }
 }
 
-const SearchResultsModel::Result& SearchResultsModel::resultAt(std::size_t row) const {
-    return *std::prev(std::ranges::upper_bound(results_, row, {}, &Result::firstRow));
+std::size_t SearchResultsModel::placeOf(std::size_t row) const {
+    return static_cast<std::size_t>(std::ranges::upper_bound(firstRows_, row) - firstRows_.begin()) - 1;
 }
 
-const SearchHit* SearchResultsModel::hitAt(const Result& result, std::size_t row) {
-    return row == result.firstRow ? nullptr : &(*result.hits)[row - result.firstRow - 1];
+const SearchHit* SearchResultsModel::hitAt(std::size_t row) const {
+    const std::size_t place = placeOf(row);
+    if (row == firstRows_[place]) {
+        return nullptr;
+    }
+    if (!lastHit_ || lastHit_->row != row) {
+        NoteHits& hits = hits_.try_emplace(place, *found_->notes[place].note, found_->terms).first->second;
+        lastHit_ = {row, hits.hit(row - firstRows_[place] - 1)};
+    }
+    return &lastHit_->hit;
 }
 
 int SearchResultsModel::rowCount(const QModelIndex& parent) const {
@@ -75,17 +80,17 @@ QVariant SearchResultsModel::data(const QModelIndex& index, int role) const {
         return {};
     }
     const auto row = static_cast<std::size_t>(index.row());
-    const Result& result = resultAt(row);
-    const SearchHit* hit = hitAt(result, row);
+    const Note& note = *found_->notes[placeOf(row)].note;
+    const SearchHit* hit = hitAt(row);
     switch (role) {
     case isHeader:
         return hit == nullptr;
     case noteId:
-        return QString::fromStdString(result.note.text());
+        return QString::fromStdString(note.id.text());
     case text:
-        return hit == nullptr ? result.title : QString::fromStdString(hit->snippet);
+        return hit == nullptr ? titleOf(note) : QString::fromStdString(hit->snippet);
     case markedText:
-        return hit == nullptr ? result.title.toHtmlEscaped() : highlighted(hit->snippet, hit->highlights);
+        return hit == nullptr ? titleOf(note).toHtmlEscaped() : highlighted(hit->snippet, hit->highlights);
     case stamp:
         return hit != nullptr && hit->time ? QString::fromStdString(Clock::stamp(*hit->time)) : QString();
     case time:

@@ -1,26 +1,31 @@
 #pragma once
 
 #include "Varnic/AppModel/AppModel.h"
+#include "Varnic/AppModel/LibrarySearch.h"
+#include "VarnicCore/Library/NoteHits.h"
 
 #include <QAbstractListModel>
-#include <QProperty>
 #include <QQmlParserStatus>
-#include <QTimer>
 #include <QtQmlIntegration>
 
 #include <cstddef>
+#include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace varnic {
 
 /// What the search found: for each note a row with its title, and one for each hit. A search may find a row for every
-/// line that was ever said, so rows are made as they are asked for. Main thread.
+/// line that was ever said, so rows are made as they are asked for. The results of the last query stay until there are
+/// newer ones. Main thread.
 class SearchResultsModel : public QAbstractListModel, public QQmlParserStatus {
     Q_OBJECT
     Q_INTERFACES(QQmlParserStatus)
     QML_ELEMENT
     Q_PROPERTY(int count READ count NOTIFY countChanged)
+    /// The rows are not yet what the query finds.
+    Q_PROPERTY(bool isSearching READ isSearching NOTIFY isSearchingChanged)
 
 public:
     enum Role {
@@ -43,6 +48,8 @@ public:
 
     [[nodiscard]] int count() const { return static_cast<int>(rowCount_); }
 
+    [[nodiscard]] bool isSearching() const { return isSearching_; }
+
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
@@ -53,26 +60,31 @@ public:
 
 Q_SIGNALS:
     void countChanged();
+    void isSearchingChanged();
 
 private:
-    struct Result {
-        Uuid note;
-        QString title;
-        std::shared_ptr<const std::vector<SearchHit>> hits;
-        /// The row of the title.
-        std::size_t firstRow = 0;
+    /// A view asks for one role of a row after another.
+    struct MadeHit {
+        std::size_t row = 0;
+        SearchHit hit;
     };
 
-    void search();
-    [[nodiscard]] const Result& resultAt(std::size_t row) const;
+    void take();
+    void show(std::shared_ptr<const FoundNotes> found);
+    /// Which of the notes the row belongs to.
+    [[nodiscard]] std::size_t placeOf(std::size_t row) const;
     /// The hit of a row; null for the row of a title.
-    [[nodiscard]] static const SearchHit* hitAt(const Result& result, std::size_t row);
+    [[nodiscard]] const SearchHit* hitAt(std::size_t row) const;
 
-    AppModel* model_ = nullptr;
-    std::vector<Result> results_;
+    std::unique_ptr<LibrarySearch> search_;
+    std::shared_ptr<const FoundNotes> found_;
+    /// For each note, the row of its title.
+    std::vector<std::size_t> firstRows_;
     std::size_t rowCount_ = 0;
-    QTimer timer_;
-    std::vector<QPropertyNotifier> watchers_;
+    bool isSearching_ = false;
+    /// The hits of the notes that were scrolled to, by their places.
+    mutable std::map<std::size_t, NoteHits> hits_;
+    mutable std::optional<MadeHit> lastHit_;
 };
 
 } // namespace varnic

@@ -7,6 +7,7 @@
 #include "Varnic/Views/LibraryViews/SearchResultsModel.h"
 #include "Varnic/Views/LibraryViews/SectionModel.h"
 #include "Varnic/Views/LibraryViews/TodoListModel.h"
+#include "VarnicCore/Library/NoteSearch.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
@@ -176,6 +177,32 @@ TEST_F(ListModels, search_shows_titles_and_hits_and_opens_a_moment) {
                     results.data(results.index(2), SearchResultsModel::time).toDouble());
     EXPECT_EQ(model->selection.value(), call);
     EXPECT_EQ(model->seek.value(), (AppModel::Seek{call, 65}));
+}
+
+/// Rows are made in the order in which they are asked for, and yet are those of a search that makes all.
+TEST_F(ListModels, search_results_are_the_same_in_any_order) {
+    for (int i = 0; i < 20; ++i) {
+        makeCall(add("Plan " + std::to_string(i), i),
+                 {{Speaker::them, 65, 70, "The plan"}, {Speaker::you, 75, 80, "Plan?"}});
+    }
+    SearchResultsModel results;
+    results.setModel(*model);
+    model->query = std::string("plan");
+    ASSERT_TRUE(waitUntil([&] { return !results.isSearching(); }));
+    const std::vector<Note> notes(model->notes().begin(), model->notes().end());
+    std::vector<std::string> rows;
+    for (const NoteMatch& match : NoteSearch::search("plan", notes)) {
+        rows.push_back(match.note->title);
+        for (const SearchHit& hit : match.hits) {
+            rows.push_back(hit.snippet);
+        }
+    }
+    ASSERT_EQ(results.count(), std::ssize(rows));
+    for (int i = 0; i < results.count(); ++i) {
+        const int row = i * 37 % results.count();
+        EXPECT_EQ(results.data(results.index(row), SearchResultsModel::text).toString().toStdString(),
+                  rows[static_cast<std::size_t>(row)]);
+    }
 }
 
 TEST_F(ListModels, results_follow_the_notes) {
