@@ -206,7 +206,7 @@ QCoro::Task<> AppModel::bringBack(Uuid id) {
     }
     const QPointer self(this);
     std::optional<Note> stored = co_await store_.restore(id, currentDate());
-    if (self && stored && find(id) == nullptr) {
+    if (self && stored && note(id) == nullptr) {
         notes_.insert(notes_.begin(), std::move(*stored));
         Q_EMIT notesChanged();
     }

@@ -76,16 +76,16 @@ TEST_F(FixtureCaptureTest, start_anySpeed_deliversTheSamePiecesInOrder) {
 
 TEST_F(FixtureCaptureTest, start_oneOrNoSide) {
     FixtureCapture one(std::nullopt, track("them.caf", 4800), 100);
-    EXPECT_EQ(one.start(0, keep()), std::vector{Speaker::them});
+    EXPECT_EQ(one.start(0, {}, keep()), std::vector{Speaker::them});
     FixtureCapture none(std::nullopt, std::nullopt, 1);
     try {
-        none.start(0, keep());
+        none.start(0, {}, keep());
         ADD_FAILURE();
     } catch (const CaptureError& error) {
         EXPECT_EQ(error, CaptureError::nothingToRecord());
     }
     FixtureCapture gone(folder.path() / "gone.caf", std::nullopt, 1);
-    EXPECT_THROW(gone.start(0, keep()), AudioError);
+    EXPECT_THROW(gone.start(0, {}, keep()), AudioError);
 }
 
 TEST_F(FixtureCaptureTest, stop_inTheMiddle_endsDelivery) {
