@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <iterator>
 #include <set>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -29,10 +30,20 @@ public:
 protected:
     /// Takes the place of all rows; ids must be different.
     void setRows(std::vector<Row> fresh) {
-        removeMissing(fresh);
-        moveKept(fresh);
-        insertFresh(fresh);
+        const Ends same = sameEnds(fresh);
+        removeMissing(fresh, same);
+        moveKept(fresh, same);
+        insertFresh(fresh, same);
         tellChanges(std::move(fresh));
+    }
+
+    /// The row keeps its place and its id.
+    void changeRow(std::size_t at, Row fresh) {
+        if (!(rows_[at] == fresh)) {
+            rows_[at] = std::move(fresh);
+            const QModelIndex changed = index(static_cast<int>(at));
+            Q_EMIT dataChanged(changed, changed);
+        }
     }
 
     /// For rows that have nothing to do with those before.
@@ -45,7 +56,31 @@ protected:
 private:
     using Id = decltype(Row::id);
 
-    static std::set<Id> idsOf(const std::vector<Row>& rows) {
+    /// How many rows at both ends stand where they stood, so that only those between need be looked at.
+    struct Ends {
+        std::size_t front = 0;
+        std::size_t back = 0;
+
+        /// The rows between.
+        [[nodiscard]] std::span<const Row> middle(const std::vector<Row>& rows) const {
+            return std::span(rows).subspan(front, rows.size() - front - back);
+        }
+    };
+
+    [[nodiscard]] Ends sameEnds(const std::vector<Row>& fresh) const {
+        const std::size_t most = std::min(rows_.size(), fresh.size());
+        Ends same;
+        while (same.front < most && rows_[same.front].id == fresh[same.front].id) {
+            ++same.front;
+        }
+        while (same.back < most - same.front &&
+               rows_[rows_.size() - same.back - 1].id == fresh[fresh.size() - same.back - 1].id) {
+            ++same.back;
+        }
+        return same;
+    }
+
+    static std::set<Id> idsOf(std::span<const Row> rows) {
         std::set<Id> ids;
         for (const Row& row : rows) {
             ids.insert(row.id);
@@ -55,11 +90,11 @@ private:
 
     auto at(std::size_t index) { return std::next(rows_.begin(), static_cast<std::ptrdiff_t>(index)); }
 
-    void removeMissing(const std::vector<Row>& fresh) {
-        const std::set<Id> kept = idsOf(fresh);
-        for (std::size_t end = rows_.size(); end > 0;) {
+    void removeMissing(const std::vector<Row>& fresh, Ends same) {
+        const std::set<Id> kept = idsOf(same.middle(fresh));
+        for (std::size_t end = rows_.size() - same.back; end > same.front;) {
             std::size_t begin = end;
-            while (begin > 0 && !kept.contains(rows_[begin - 1].id)) {
+            while (begin > same.front && !kept.contains(rows_[begin - 1].id)) {
                 --begin;
             }
             if (begin < end) {
@@ -67,16 +102,18 @@ private:
                 rows_.erase(at(begin), at(end));
                 endRemoveRows();
             }
-            end = begin == 0 ? 0 : begin - 1;
+            end = begin == same.front ? begin : begin - 1;
         }
     }
 
-    void moveKept(const std::vector<Row>& fresh) {
+    void moveKept(const std::vector<Row>& fresh, Ends same) {
         std::vector<Id> now;
-        std::ranges::transform(rows_, std::back_inserter(now), &Row::id);
+        std::ranges::transform(same.middle(rows_), std::back_inserter(now), &Row::id);
         std::vector<Id> then;
-        std::ranges::transform(fresh, std::back_inserter(then), &Row::id);
-        for (const auto& [from, to] : RowOrder::moves(std::move(now), then)) {
+        std::ranges::transform(same.middle(fresh), std::back_inserter(then), &Row::id);
+        for (const auto& move : RowOrder::moves(std::move(now), then)) {
+            const std::size_t from = same.front + move.from;
+            const std::size_t to = same.front + move.to;
             // Qt names the place before which the row goes while it still stands where it was.
             beginMoveRows({}, static_cast<int>(from), static_cast<int>(from), {},
                           static_cast<int>(to > from ? to + 1 : to));
@@ -89,11 +126,12 @@ private:
         }
     }
 
-    void insertFresh(const std::vector<Row>& fresh) {
-        const std::set<Id> known = idsOf(rows_);
-        for (std::size_t begin = 0; begin < fresh.size();) {
+    void insertFresh(const std::vector<Row>& fresh, Ends same) {
+        const std::set<Id> known = idsOf(same.middle(rows_));
+        const std::size_t last = fresh.size() - same.back;
+        for (std::size_t begin = same.front; begin < last;) {
             std::size_t end = begin;
-            while (end < fresh.size() && !known.contains(fresh[end].id)) {
+            while (end < last && !known.contains(fresh[end].id)) {
                 ++end;
             }
             if (begin < end) {
@@ -108,11 +146,7 @@ private:
 
     void tellChanges(std::vector<Row> fresh) {
         for (std::size_t i = 0; i < fresh.size(); ++i) {
-            if (!(rows_[i] == fresh[i])) {
-                rows_[i] = std::move(fresh[i]);
-                const QModelIndex changed = index(static_cast<int>(i));
-                Q_EMIT dataChanged(changed, changed);
-            }
+            changeRow(i, std::move(fresh[i]));
         }
     }
 
