@@ -7,9 +7,12 @@ namespace varnic {
 
 namespace {
 
-/// Of the next card that comes due, if any does.
+/// The earlier of two moments, each of which may never come.
 std::optional<Date> earlier(std::optional<Date> a, std::optional<Date> b) {
-    return a && b ? std::min(a, b) : (a ? a : b);
+    if (a && b) {
+        return std::min(a, b);
+    }
+    return a ? a : b;
 }
 
 bool haveSameDates(const std::vector<OpenTodo*>& known, const std::vector<OpenTodo>& fresh) {
