@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto matches = NoteSearch::search(query, std::span(&note, 1));
     std::size_t inBody = 0;
     for (const NoteMatch& match : matches) {
-        for (const SearchHit& hit : *match.hits) {
+        for (const SearchHit& hit : match.hits) {
             inBody += hit.field == SearchHit::Field::body ? 1 : 0;
             const std::size_t characters = Unicode::characterCount(hit.snippet);
             require(characters <= 182);

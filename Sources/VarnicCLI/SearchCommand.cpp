@@ -2,6 +2,7 @@
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/Library/NoteJson.h"
+#include "VarnicCore/Library/RepeatedSearch.h"
 #include "VarnicCore/Library/ResultJson.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Text/Unicode.h"
@@ -37,15 +38,16 @@ std::string marked(const SearchHit& hit) {
     return text + hit.snippet.substr(done);
 }
 
-void print(const NoteMatch& match) {
-    Terminal::print("{}  {}\n", Terminal::faint(shortId(*match.note)), Terminal::bold(match.note->displayTitle()));
-    for (std::size_t i = 0; i < std::min(match.hits.size(), hitsShown); ++i) {
-        const SearchHit& hit = match.hits[i];
+void print(const FoundNote& one, const SearchTerms& terms) {
+    Terminal::print("{}  {}\n", Terminal::faint(shortId(*one.note)), Terminal::bold(one.note->displayTitle()));
+    NoteHits hits(*one.note, terms);
+    for (std::size_t rank = 0; rank < std::min(hits.size(), hitsShown); ++rank) {
+        const SearchHit hit = hits.hit(rank);
         const std::string place = hit.time ? Clock::stamp(*hit.time) : std::string(rawValue(hit.field));
         Terminal::print("    {} {}\n", Terminal::faint(fmt::format("{:>9}", place)), marked(hit));
     }
-    if (match.hits.size() > hitsShown) {
-        Terminal::print("    {}\n", Terminal::faint(fmt::format("{} more", match.hits.size() - hitsShown)));
+    if (hits.size() > hitsShown) {
+        Terminal::print("    {}\n", Terminal::faint(fmt::format("{} more", hits.size() - hitsShown)));
     }
 }
 
@@ -56,16 +58,18 @@ ExitCode search(const Arguments& arguments) {
         throw UsageError("say what to search for");
     }
     LibraryStore store(libraryFolder());
-    const std::vector<Note> notes = loadNotes(store);
-    const auto matches = NoteSearch::search(fmt::format("{}", fmt::join(arguments.words(), " ")), notes);
+    const std::string query = fmt::format("{}", fmt::join(arguments.words(), " "));
     if (arguments.has("json")) {
-        Terminal::printJson(jsonText(ResultJson::matches(matches)));
+        const std::vector<Note> notes = loadNotes(store);
+        Terminal::printJson(jsonText(ResultJson::matches(NoteSearch::search(query, notes))));
         return ExitCode::success;
     }
-    for (const NoteMatch& match : matches) {
-        print(match);
+    const SharedNotes notes = loadNotes(store);
+    const auto found = RepeatedSearch().search(query, notes.all(), {}, nullptr);
+    for (const FoundNote& one : found->notes) {
+        print(one, found->terms);
     }
-    if (matches.empty()) {
+    if (found->notes.empty()) {
         Terminal::print(stderr, "Nothing was found.\n");
     }
     return ExitCode::success;

@@ -82,6 +82,8 @@ AppModel::AppModel(AppPlaces places, QObject* parent)
       makeCapture([] { return std::make_shared<LiveCapture>(); }),
       store_(std::move(places.dataDirectory), std::move(places.spareFolder)),
       recorder_(std::make_unique<RecordingController>()) {
+    // Ahead of the views.
+    connect(this, &AppModel::notesChanged, this, [this](const ChangedNotes& changed) { rollUps_.take(changed); });
     connect(recorder_.get(), &RecordingController::mustStop, this, [this] {
         flash({.text = "Recording stopped — the disk is full", .symbol = warningSymbol});
         stopRecording();

@@ -2,10 +2,12 @@
 
 #include "Varnic/AppModel/AppSettings.h"
 #include "Varnic/AppModel/CallImport.h"
+#include "Varnic/AppModel/ChangedNotes.h"
 #include "Varnic/AppModel/Desktop.h"
 #include "Varnic/AppModel/LibraryQueue.h"
 #include "Varnic/AppModel/LibrarySection.h"
 #include "Varnic/AppModel/LibraryWatch.h"
+#include "Varnic/AppModel/RollUps.h"
 #include "Varnic/AppModel/ToastMessage.h"
 #include "Varnic/Inbox.h"
 #include "Varnic/Recording/RecordingController.h"
@@ -137,16 +139,23 @@ public:
 
     [[nodiscard]] std::filesystem::path audioFolder(const Uuid& id) const { return store_.audioFolder(id); }
 
-    // Lists, computed at each call.
+    // Lists, which follow from the notes as they are.
 
     /// The notes of the section, pinned ones first, else newest first.
     [[nodiscard]] std::vector<const Note*> visibleNotes() const;
+    /// Whether the section shows the note.
+    [[nodiscard]] bool isVisible(const Note& note) const;
     /// The note, or null; valid until it changes.
     [[nodiscard]] const Note* note(std::optional<Uuid> id) const;
     /// The note that a running recording will become.
     [[nodiscard]] std::optional<Uuid> liveNoteID() const;
-    [[nodiscard]] std::vector<OpenTodo> openTodos() const;
-    [[nodiscard]] std::vector<Flashcards::Deck> decks() const;
+
+    /// Valid until the next call.
+    [[nodiscard]] const std::vector<OpenTodo>& openTodos() const { return rollUps_.openTodos(); }
+
+    /// As of now. Valid until the next call.
+    [[nodiscard]] const std::vector<Flashcards::Deck>& decks() const { return rollUps_.decks(currentDate()); }
+
     [[nodiscard]] int dueCardCount() const;
 
     // Loading, editing, saving.
@@ -269,8 +278,8 @@ public:
     void copyHeadsUp();
 
 Q_SIGNALS:
-    /// The list of notes or one of them has changed.
-    void notesChanged();
+    /// Notes have changed, come or gone.
+    void notesChanged(const ChangedNotes& changed = {});
     /// Whether there is a key for the AI provider may have changed.
     void keyChanged();
 
@@ -302,6 +311,7 @@ private:
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
 
     SharedNotes notes_;
+    mutable RollUps rollUps_{notes_, region};
     /// What other threads have to tell; outlives the queue of the library.
     Inbox inbox_;
     LibraryQueue store_;

@@ -87,21 +87,26 @@ void AppModel::update(Uuid id, bool immediately, const std::function<void(Note&)
     if (!isDemo && !unsaved_.contains(id)) {
         unsaved_[id].base = before;
     }
-    Q_EMIT notesChanged();
+    Q_EMIT notesChanged({{id}});
     scheduleSave(id, immediately);
 }
 
 void AppModel::scheduleSave(Uuid id, bool immediately, SerialQueue::Work whenSaved) {
-    saveTasks_.erase(id);
     if (isDemo) {
         return;
     }
     unsaved_[id].edit = ++edits_;
     if (immediately) {
+        saveTasks_.erase(id);
         saveNow(id, std::move(whenSaved));
         return;
     }
-    auto timer = std::make_unique<QTimer>();
+    auto& timer = saveTasks_[id];
+    if (timer) {
+        timer->start(saveDelay);
+        return;
+    }
+    timer = std::make_unique<QTimer>();
     timer->setSingleShot(true);
     connect(timer.get(), &QTimer::timeout, this, [this, id] {
         // The timer that calls here must not end before the call does.
@@ -109,7 +114,6 @@ void AppModel::scheduleSave(Uuid id, bool immediately, SerialQueue::Work whenSav
         saveNow(id);
     });
     timer->start(saveDelay);
-    saveTasks_[id] = std::move(timer);
 }
 
 void AppModel::saveNow(Uuid id, SerialQueue::Work whenSaved) {
@@ -147,7 +151,7 @@ void AppModel::takeSaved(Uuid id, std::uint64_t edit, const std::string& title, 
     }
     if (saved.otherCopy) {
         notes_.push_back(*saved.otherCopy);
-        Q_EMIT notesChanged();
+        Q_EMIT notesChanged({{saved.otherCopy->id}});
         flash({.text = fmt::format("“{}” was changed elsewhere too — both are kept", title), .symbol = "doc.on.doc"});
     }
 }
@@ -183,7 +187,7 @@ void AppModel::saveUnsaved() {
 Uuid AppModel::newNote(std::string title, std::vector<Block> blocks, Date created) {
     const Note fresh(Uuid::random(), std::move(title), created, std::move(blocks));
     notes_.insert(notes_.begin(), fresh);
-    Q_EMIT notesChanged();
+    Q_EMIT notesChanged({{fresh.id}});
     if (section.value() != LibrarySection::all) {
         section = LibrarySection::notes;
     }
@@ -228,7 +232,7 @@ void AppModel::remove(Uuid id) {
         store_.remove(id);
     }
     forget(id);
-    Q_EMIT notesChanged();
+    Q_EMIT notesChanged({{id}});
     flash({.text = fmt::format("Deleted “{}”", removed->displayTitle()), .symbol = "trash", .undo = [this, removed] {
                restore(*removed);
            }});
@@ -247,7 +251,7 @@ QCoro::Task<> AppModel::restore(Note note) {
     if (!notes_.find(id)) {
         const bool isOnDisk = stored.has_value();
         notes_.push_back(isOnDisk ? std::move(*stored) : std::move(note));
-        Q_EMIT notesChanged();
+        Q_EMIT notesChanged({{id}});
         if (!isOnDisk) {
             saveNow(id);
         }

@@ -1,6 +1,7 @@
 #include "Varnic/AppModel/AppModel.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace varnic {
@@ -41,7 +42,9 @@ void AppModel::takeChanges(std::vector<NoteChange> changes) {
     if (changes.empty()) {
         return;
     }
-    Q_EMIT notesChanged();
+    std::vector<Uuid> ids;
+    std::ranges::transform(changes, std::back_inserter(ids), &NoteChange::id);
+    Q_EMIT notesChanged(std::move(ids));
     store_.accept(std::move(changes), onMain());
 }
 

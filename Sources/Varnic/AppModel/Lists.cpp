@@ -9,9 +9,7 @@ std::vector<const Note*> AppModel::visibleNotes() const {
     std::vector<const Note*> visible;
     visible.reserve(notes_.size());
     for (const Note& note : notes_) {
-        const bool isHidden = (section.value() == LibrarySection::calls && !note.isCall()) ||
-                              (section.value() == LibrarySection::notes && note.isCall());
-        if (!isHidden) {
+        if (isVisible(note)) {
             visible.push_back(&note);
         }
     }
@@ -19,6 +17,11 @@ std::vector<const Note*> AppModel::visibleNotes() const {
         return std::pair(a->pinned, a->created) > std::pair(b->pinned, b->created);
     });
     return visible;
+}
+
+bool AppModel::isVisible(const Note& note) const {
+    const LibrarySection shown = section.value();
+    return shown == LibrarySection::calls ? note.isCall() : shown != LibrarySection::notes || !note.isCall();
 }
 
 const Note* AppModel::note(std::optional<Uuid> id) const {
@@ -29,16 +32,8 @@ std::optional<Uuid> AppModel::liveNoteID() const {
     return isBusy(recorder_->state()) ? std::optional(recorder_->noteID()) : std::nullopt;
 }
 
-std::vector<OpenTodo> AppModel::openTodos() const {
-    return Todos::open(notes_, region);
-}
-
-std::vector<Flashcards::Deck> AppModel::decks() const {
-    return Flashcards::decks(notes_, currentDate(), region);
-}
-
 int AppModel::dueCardCount() const {
-    const auto all = decks();
+    const auto& all = decks();
     return std::transform_reduce(all.begin(), all.end(), 0, std::plus(), [](const auto& deck) { return deck.due; });
 }
 

@@ -162,7 +162,7 @@ QCoro::Task<> AppModel::stopRecordingForQuit() {
         call.digest = digest;
     }
     notes_.insert(notes_.begin(), NoteEditor::callNote(result->noteID, std::move(call), digest, region, currentDate()));
-    Q_EMIT notesChanged();
+    Q_EMIT notesChanged({{result->noteID}});
     scheduleSave(result->noteID, true, [mark = result->mark] { mark->remove(); });
     flushSaves();
 }

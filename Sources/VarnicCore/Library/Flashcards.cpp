@@ -1,6 +1,5 @@
 #include "VarnicCore/Library/Flashcards.h"
 
-#include <unicode/coll.h>
 #include <unicode/locid.h>
 
 #include <algorithm>
@@ -22,17 +21,6 @@ std::chrono::days restOf(int box) {
     return std::chrono::days(known ? std::max(intervals.at(static_cast<std::size_t>(box - 1)), 1) : 1);
 }
 
-std::optional<Deck> deckOf(const Note& note, Date now) {
-    Deck deck{.noteID = note.id, .title = note.displayTitle()};
-    for (const Block& block : note.blocks) {
-        if (block.kind == BlockKind::flashcard && !block.text.empty()) {
-            ++deck.total;
-            deck.due += isDue(block, now) ? 1 : 0;
-        }
-    }
-    return deck.total > 0 ? std::optional(std::move(deck)) : std::nullopt;
-}
-
 /// The order in which the region's users expect titles, "Week 2" before "Week 10".
 std::unique_ptr<icu::Collator> titleOrder(const Region& region) {
     UErrorCode status = U_ZERO_ERROR;
@@ -44,11 +32,6 @@ std::unique_ptr<icu::Collator> titleOrder(const Region& region) {
         throw std::runtime_error("The titles of this language cannot be sorted: " + region.locale);
     }
     return collator;
-}
-
-bool comesBefore(const icu::Collator& order, const std::string& a, const std::string& b) {
-    UErrorCode status = U_ZERO_ERROR;
-    return order.compareUTF8(a, b, status) == UCOL_LESS;
 }
 
 } // namespace
@@ -94,6 +77,38 @@ std::vector<Block> dueCards(const Note& note, Date now) {
     return cards;
 }
 
+std::optional<Date> nextDue(const Note& note, Date now) {
+    std::optional<Date> next;
+    for (const Block& block : note.blocks) {
+        const bool isToCome = block.kind == BlockKind::flashcard && block.card && block.card->due > now;
+        if (isToCome && (!next || *block.card->due < *next)) {
+            next = block.card->due;
+        }
+    }
+    return next;
+}
+
+std::optional<Deck> deckOf(const Note& note, Date now) {
+    Deck deck{.noteID = note.id, .title = note.displayTitle()};
+    for (const Block& block : note.blocks) {
+        if (block.kind == BlockKind::flashcard && !block.text.empty()) {
+            ++deck.total;
+            deck.due += isDue(block, now) ? 1 : 0;
+        }
+    }
+    return deck.total > 0 ? std::optional(std::move(deck)) : std::nullopt;
+}
+
+DeckOrder::DeckOrder(const Region& region) : titles_(titleOrder(region)) {}
+
+bool DeckOrder::comesBefore(const Deck& a, const Deck& b) const {
+    if (a.due != b.due) {
+        return a.due > b.due;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    return titles_->compareUTF8(a.title, b.title, status) == UCOL_LESS;
+}
+
 std::vector<Deck> decks(const SharedNotes& notes, Date now, const Region& region) {
     std::vector<Deck> found;
     for (const Note& note : notes) {
@@ -101,10 +116,8 @@ std::vector<Deck> decks(const SharedNotes& notes, Date now, const Region& region
             found.push_back(std::move(*deck));
         }
     }
-    const auto order = titleOrder(region);
-    std::ranges::stable_sort(found, [&order](const Deck& a, const Deck& b) {
-        return a.due != b.due ? a.due > b.due : comesBefore(*order, a.title, b.title);
-    });
+    const DeckOrder order(region);
+    std::ranges::stable_sort(found, [&order](const Deck& a, const Deck& b) { return order.comesBefore(a, b); });
     return found;
 }
 

@@ -7,7 +7,10 @@
 #include "VarnicCore/Models/Region.h"
 #include "VarnicCore/Models/Uuid.h"
 
+#include <unicode/coll.h>
+
 #include <array>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,8 +55,25 @@ bool isDue(const Block& block, Date now);
 /// The due cards of a note, in block order.
 std::vector<Block> dueCards(const Note& note, Date now);
 
-/// One deck for each note that has a card with a front: most due cards first, then by title as the region sorts,
-/// numbers by their value. Decks that compare equal keep the order of the notes.
+/// When the next of a note's cards comes due; nothing where none is still to come.
+std::optional<Date> nextDue(const Note& note, Date now);
+
+/// Nothing for a note that has no card with a front.
+std::optional<Deck> deckOf(const Note& note, Date now);
+
+/// Most due cards first, then by title as the region sorts, numbers by their value.
+class DeckOrder {
+public:
+    explicit DeckOrder(const Region& region);
+
+    [[nodiscard]] bool comesBefore(const Deck& a, const Deck& b) const;
+
+private:
+    std::shared_ptr<const icu::Collator> titles_;
+};
+
+/// One deck for each note that has a card with a front, in the order of decks. Decks that compare equal keep that of
+/// the notes.
 std::vector<Deck> decks(const SharedNotes& notes, Date now, const Region& region);
 
 } // namespace varnic::Flashcards

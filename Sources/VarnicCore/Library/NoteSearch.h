@@ -50,7 +50,8 @@ namespace NoteSearch {
 
 /// Finds the query's terms in titles, blocks, transcripts and follow-up emails: a text needs one of them, more score
 /// more. Case, accents and width do not count. Notes come best first, equal ones newest first. The matches point into
-/// `notes`. No index: every text is scanned, on as many threads as the machine has cores. Any thread.
+/// `notes`. No index: every text is scanned, on as many threads as the machine has cores. RepeatedSearch is for those
+/// who do not need every hit at once. Any thread.
 std::vector<NoteMatch> search(std::string_view query, std::span<const Note> notes);
 
 } // namespace NoteSearch

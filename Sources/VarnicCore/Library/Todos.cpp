@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 
 namespace varnic::Todos {
 
@@ -37,14 +38,21 @@ bool isDueBefore(const OpenTodo& a, const OpenTodo& b) {
 
 } // namespace
 
+std::vector<OpenTodo> of(const Note& note, const Region& region) {
+    std::vector<OpenTodo> rows;
+    for (const Block& block : note.blocks) {
+        if (isOpen(block)) {
+            rows.push_back({note.id, note.displayTitle(), block, dueDate(block, note, region)});
+        }
+    }
+    std::ranges::stable_sort(rows, isDueBefore);
+    return rows;
+}
+
 std::vector<OpenTodo> open(const SharedNotes& notes, const Region& region) {
     std::vector<OpenTodo> rows;
     for (const Note* note : newestFirst(notes)) {
-        for (const Block& block : note->blocks) {
-            if (isOpen(block)) {
-                rows.push_back({note->id, note->displayTitle(), block, dueDate(block, *note, region)});
-            }
-        }
+        std::ranges::move(of(*note, region), std::back_inserter(rows));
     }
     std::ranges::stable_sort(rows, isDueBefore);
     return rows;

@@ -29,6 +29,9 @@ struct OpenTodo {
 
 namespace Todos {
 
+/// Those of one note: nearest due date first, else in block order. Any thread.
+std::vector<OpenTodo> of(const Note& note, const Region& region);
+
 /// The open to-dos of all notes: nearest due date first, then those without a date; else the newest note first, in
 /// block order. A due phrase counts from the start of the note's call, or from the note's creation. Any thread.
 std::vector<OpenTodo> open(const SharedNotes& notes, const Region& region);

@@ -59,7 +59,7 @@ TEST_F(LibrarySearchTests, notes_changed_in_mid_search_are_searched_again) {
     const Uuid id = model->notes().front().id;
     model->query = std::string("plan");
     model->update(id, false, [](Note& note) { note.title = "Planned"; });
-    EXPECT_THAT(titles(), ElementsAre("Plan")) << "as it was when the search began";
+    ASSERT_THAT(titles(), ElementsAre("Plan")) << "as it was when the search began";
     EXPECT_TRUE(waitUntil([&] { return search->found()->notes.front().note->title == "Planned"; }));
     model->remove(id);
     EXPECT_TRUE(waitUntil([&] { return search->found()->notes.empty(); }));

@@ -37,7 +37,11 @@ Columns::Columns(AppModel& model, QObject* parent)
       listWidth_(list.read(model.settings.store())) {
     watchers_.push_back(model.selection.addNotifier([this] { refresh(); }));
     watchers_.push_back(model.showTranscript.addNotifier([this] { refresh(); }));
-    connect(&model, &AppModel::notesChanged, this, &Columns::refresh);
+    connect(&model, &AppModel::notesChanged, this, [this](const ChangedNotes& changed) {
+        if (const auto& selected = model_.selection.value(); selected && concerns(changed, *selected)) {
+            refresh();
+        }
+    });
 }
 
 bool Columns::hasRoomForSidebar(qreal windowWidth, bool showTranscript, bool isCall) {

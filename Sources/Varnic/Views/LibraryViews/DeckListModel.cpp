@@ -3,7 +3,9 @@
 #include "Varnic/Views/Context/ViewModel.h"
 #include "Varnic/Views/LibraryViews/NoteSummary.h"
 
+#include <algorithm>
 #include <chrono>
+#include <iterator>
 
 namespace varnic {
 
@@ -15,10 +17,7 @@ using namespace std::chrono_literals;
 constexpr auto dueInterval = 1min;
 
 DeckRow rowOf(const Flashcards::Deck& deck) {
-    return {.id = deck.noteID,
-            .title = QString::fromStdString(deck.title).simplified(),
-            .total = NoteSummaries::counted(static_cast<std::size_t>(deck.total), "card"),
-            .due = deck.due == 0 ? QString() : QString::number(deck.due) + " due"};
+    return {.id = deck.noteID, .title = deck.title, .total = deck.total, .due = deck.due};
 }
 
 } // namespace
@@ -29,7 +28,7 @@ void DeckListModel::componentComplete() {
 
 void DeckListModel::setModel(AppModel& model) {
     model_ = &model;
-    connect(&model, &AppModel::notesChanged, this, &DeckListModel::refresh);
+    connect(&model, &AppModel::notesChanged, this, [this] { refresh(); });
     connect(&dueTimer_, &QTimer::timeout, this, &DeckListModel::refresh);
     dueTimer_.setTimerType(Qt::VeryCoarseTimer);
     dueTimer_.start(dueInterval);
@@ -38,10 +37,10 @@ void DeckListModel::setModel(AppModel& model) {
 
 void DeckListModel::refresh() {
     const int before = count();
+    const auto& decks = model_->decks();
     std::vector<DeckRow> rows;
-    for (const Flashcards::Deck& deck : model_->decks()) {
-        rows.push_back(rowOf(deck));
-    }
+    rows.reserve(decks.size());
+    std::ranges::transform(decks, std::back_inserter(rows), rowOf);
     setRows(std::move(rows));
     if (count() != before) {
         Q_EMIT countChanged();
@@ -57,11 +56,11 @@ QVariant DeckListModel::data(const QModelIndex& index, int role) const {
     case noteId:
         return QString::fromStdString(row.id.text());
     case title:
-        return row.title;
+        return QString::fromStdString(row.title).simplified();
     case total:
-        return row.total;
+        return NoteSummaries::counted(static_cast<std::size_t>(row.total), "card");
     case due:
-        return row.due;
+        return row.due == 0 ? QString() : QString::number(row.due) + " due";
     default:
         return {};
     }

@@ -4,20 +4,19 @@
 #include "Varnic/Views/LibraryViews/RowModel.h"
 
 #include <QQmlParserStatus>
-#include <QString>
 #include <QTimer>
 #include <QtQmlIntegration>
+
+#include <string>
 
 namespace varnic {
 
 /// The cards of one note.
 struct DeckRow {
     Uuid id;
-    QString title;
-    /// "12 cards".
-    QString total;
-    /// "3 due"; empty when none is.
-    QString due;
+    std::string title;
+    int total = 0;
+    int due = 0;
 
     bool operator==(const DeckRow&) const = default;
 };
@@ -30,7 +29,14 @@ class DeckListModel : public RowModel<DeckRow>, public QQmlParserStatus {
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:
-    enum Role { noteId = Qt::UserRole, title, total, due };
+    enum Role {
+        noteId = Qt::UserRole,
+        title,
+        /// "12 cards".
+        total,
+        /// "3 due"; empty when none is.
+        due
+    };
 
     using RowModel<DeckRow>::RowModel;
 

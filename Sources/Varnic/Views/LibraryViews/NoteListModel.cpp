@@ -36,7 +36,7 @@ void NoteListModel::componentComplete() {
 void NoteListModel::setModel(AppModel& model) {
     model_ = &model;
     section_ = model.section.value();
-    connect(&model, &AppModel::notesChanged, this, &NoteListModel::refresh);
+    connect(&model, &AppModel::notesChanged, this, &NoteListModel::take);
     connect(&model.recorder(), &RecordingController::stateChanged, this, &NoteListModel::refresh);
     watchers_.push_back(model.processing.addNotifier([this] { refresh(); }));
     watchers_.push_back(model.section.addNotifier([this] { refresh(); }));
@@ -62,6 +62,38 @@ void NoteListModel::refresh() {
     refreshCurrentRow();
 }
 
+void NoteListModel::take(const ChangedNotes& changed) {
+    if (!changed || !std::ranges::all_of(*changed, [this](const Uuid& id) { return changeInPlace(id); })) {
+        refresh();
+    }
+}
+
+/// Whether the note stays where it is, or out of the list; its row is in line with it then.
+bool NoteListModel::changeInPlace(const Uuid& id) {
+    const Note* note = model_->note(id);
+    const bool isSelected = currentRow_ >= 0 && rows()[static_cast<std::size_t>(currentRow_)].id == id;
+    const auto row =
+        isSelected ? std::next(rows().begin(), currentRow_) : std::ranges::find(rows(), id, &NoteSummary::id);
+    const bool shows = note != nullptr && model_->isVisible(*note);
+    if (row == rows().end() || row->isLive || !shows) {
+        return row == rows().end() && !shows;
+    }
+    const Date moment = now();
+    if (row->isPinned != note->pinned || row->created != note->created || model_->region.day(moment) != today_) {
+        return false;
+    }
+    changeRow(static_cast<std::size_t>(row - rows().begin()), summary(*note, moment));
+    return true;
+}
+
+NoteSummary NoteListModel::summary(const Note& note, Date moment) {
+    const auto& stages = model_->processing.value();
+    const auto found = stages.find(note.id);
+    NoteSummary made = NoteSummaries::of(note, found == stages.end() ? std::nullopt : std::optional(found->second));
+    made.date = dateText(note, moment);
+    return made;
+}
+
 std::vector<NoteSummary> NoteListModel::summaries() {
     const Date moment = now();
     if (const auto today = model_->region.day(moment); today != today_) {
@@ -72,11 +104,8 @@ std::vector<NoteSummary> NoteListModel::summaries() {
     if (const auto live = model_->liveNoteID()) {
         rows.push_back({.id = *live, .isLive = true});
     }
-    const auto& stages = model_->processing.value();
     for (const Note* note : model_->visibleNotes()) {
-        const auto found = stages.find(note->id);
-        rows.push_back(NoteSummaries::of(*note, found == stages.end() ? std::nullopt : std::optional(found->second)));
-        rows.back().date = dateText(*note, moment);
+        rows.push_back(summary(*note, moment));
     }
     return rows;
 }

@@ -88,7 +88,10 @@ private:
         QString text;
     };
 
+    void take(const ChangedNotes& changed);
+    [[nodiscard]] bool changeInPlace(const Uuid& id);
     [[nodiscard]] std::vector<NoteSummary> summaries();
+    [[nodiscard]] NoteSummary summary(const Note& note, Date moment);
     [[nodiscard]] QString dateText(const Note& note, Date moment);
     void refreshCurrentRow();
 

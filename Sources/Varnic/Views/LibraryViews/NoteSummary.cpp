@@ -93,6 +93,7 @@ QString NoteSummaries::counted(std::size_t count, const char* noun) {
 NoteSummary NoteSummaries::of(const Note& note, std::optional<ProcessingStage> stage) {
     NoteSummary summary;
     summary.id = note.id;
+    summary.created = note.created;
     summary.title = QString::fromStdString(note.displayTitle()).simplified();
     summary.cards = countedOrNone(std::ranges::count_if(note.blocks, isCard), "card");
     summary.isPinned = note.pinned;

@@ -20,6 +20,8 @@ struct NoteSummary {
     QString title;
     /// When it was edited, see `relative`.
     QString date;
+    /// By which the list is ordered.
+    Date created;
     /// What a plain note says; empty for a call.
     QString preview;
     /// "2 cards"; empty without cards.

@@ -8,6 +8,7 @@
 #include <iterator>
 #include <ranges>
 #include <set>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -30,10 +31,20 @@ public:
 protected:
     /// Takes the place of all rows; ids must be different.
     void setRows(std::vector<Row> fresh) {
-        removeMissing(fresh);
-        moveKept(fresh);
-        insertFresh(fresh);
+        const Ends same = sameEnds(fresh);
+        removeMissing(fresh, same);
+        moveKept(fresh, same);
+        insertFresh(fresh, same);
         tellChanges(std::move(fresh));
+    }
+
+    /// The row keeps its place and its id.
+    void changeRow(std::size_t at, Row fresh) {
+        if (!(rows_[at] == fresh)) {
+            rows_[at] = std::move(fresh);
+            const QModelIndex changed = index(static_cast<int>(at));
+            Q_EMIT dataChanged(changed, changed);
+        }
     }
 
     /// For rows that have nothing to do with those before.
@@ -46,7 +57,31 @@ protected:
 private:
     using Id = decltype(Row::id);
 
-    static std::set<Id> idsOf(const std::vector<Row>& rows) {
+    /// How many rows at both ends stand where they stood, so that only those between need be looked at.
+    struct Ends {
+        std::size_t front = 0;
+        std::size_t back = 0;
+
+        /// The rows between.
+        [[nodiscard]] std::span<const Row> middle(const std::vector<Row>& rows) const {
+            return std::span(rows).subspan(front, rows.size() - front - back);
+        }
+    };
+
+    [[nodiscard]] Ends sameEnds(const std::vector<Row>& fresh) const {
+        const std::size_t most = std::min(rows_.size(), fresh.size());
+        Ends same;
+        while (same.front < most && rows_[same.front].id == fresh[same.front].id) {
+            ++same.front;
+        }
+        while (same.back < most - same.front &&
+               rows_[rows_.size() - same.back - 1].id == fresh[fresh.size() - same.back - 1].id) {
+            ++same.back;
+        }
+        return same;
+    }
+
+    static std::set<Id> idsOf(std::span<const Row> rows) {
         std::set<Id> ids;
         for (const Row& row : rows) {
             ids.insert(row.id);
@@ -56,11 +91,11 @@ private:
 
     auto at(std::size_t index) { return std::next(rows_.begin(), static_cast<std::ptrdiff_t>(index)); }
 
-    void removeMissing(const std::vector<Row>& fresh) {
-        const std::set<Id> kept = idsOf(fresh);
-        for (std::size_t end = rows_.size(); end > 0;) {
+    void removeMissing(const std::vector<Row>& fresh, Ends same) {
+        const std::set<Id> kept = idsOf(same.middle(fresh));
+        for (std::size_t end = rows_.size() - same.back; end > same.front;) {
             std::size_t begin = end;
-            while (begin > 0 && !kept.contains(rows_[begin - 1].id)) {
+            while (begin > same.front && !kept.contains(rows_[begin - 1].id)) {
                 --begin;
             }
             if (begin < end) {
@@ -68,24 +103,25 @@ private:
                 rows_.erase(at(begin), at(end));
                 endRemoveRows();
             }
-            end = begin == 0 ? 0 : begin - 1;
+            end = begin == same.front ? begin : begin - 1;
         }
     }
 
     /// A row that alone changed its place, as one that is edited or pinned does, makes one move.
-    void moveKept(const std::vector<Row>& fresh) {
-        const std::set<Id> known = idsOf(rows_);
+    void moveKept(const std::vector<Row>& fresh, Ends same) {
+        const std::set<Id> known = idsOf(same.middle(rows_));
         std::vector<Id> wanted;
-        std::ranges::copy_if(fresh | std::views::transform(&Row::id), std::back_inserter(wanted),
+        std::ranges::copy_if(same.middle(fresh) | std::views::transform(&Row::id), std::back_inserter(wanted),
                              [&](const Id& id) { return known.contains(id); });
         for (std::size_t i = 0; i < wanted.size(); ++i) {
-            if (rows_[i].id == wanted[i]) {
+            const std::size_t row = same.front + i;
+            if (rows_[row].id == wanted[i]) {
                 continue;
             }
-            if (rows_[i + 1].id == wanted[i]) {
-                move(i, placeOf(rows_[i].id, wanted, std::identity()));
+            if (rows_[row + 1].id == wanted[i]) {
+                move(row, same.front + placeOf(rows_[row].id, wanted, std::identity()));
             } else {
-                move(placeOf(wanted[i], rows_, &Row::id), i);
+                move(placeOf(wanted[i], rows_, &Row::id), row);
             }
         }
     }
@@ -107,11 +143,12 @@ private:
         endMoveRows();
     }
 
-    void insertFresh(const std::vector<Row>& fresh) {
-        const std::set<Id> known = idsOf(rows_);
-        for (std::size_t begin = 0; begin < fresh.size();) {
+    void insertFresh(const std::vector<Row>& fresh, Ends same) {
+        const std::set<Id> known = idsOf(same.middle(rows_));
+        const std::size_t last = fresh.size() - same.back;
+        for (std::size_t begin = same.front; begin < last;) {
             std::size_t end = begin;
-            while (end < fresh.size() && !known.contains(fresh[end].id)) {
+            while (end < last && !known.contains(fresh[end].id)) {
                 ++end;
             }
             if (begin < end) {
@@ -126,11 +163,7 @@ private:
 
     void tellChanges(std::vector<Row> fresh) {
         for (std::size_t i = 0; i < fresh.size(); ++i) {
-            if (!(rows_[i] == fresh[i])) {
-                rows_[i] = std::move(fresh[i]);
-                const QModelIndex changed = index(static_cast<int>(i));
-                Q_EMIT dataChanged(changed, changed);
-            }
+            changeRow(i, std::move(fresh[i]));
         }
     }
 

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QtQmlIntegration>
 
+#include <optional>
 #include <vector>
 
 namespace varnic {
@@ -23,6 +24,9 @@ struct TodoRow {
     bool isYours = false;
     /// The due date in words; may be empty.
     QString due;
+    /// By which the list is ordered: of a to-do, and of its note.
+    std::optional<Date> dueDate;
+    Date created;
 
     bool operator==(const TodoRow&) const = default;
 };
@@ -56,6 +60,8 @@ Q_SIGNALS:
 
 private:
     void refresh();
+    void take(const ChangedNotes& changed);
+    [[nodiscard]] bool changeInPlace(const Uuid& id);
 
     AppModel* model_ = nullptr;
 };

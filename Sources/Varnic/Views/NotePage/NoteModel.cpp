@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <memory>
+#include <utility>
 
 namespace varnic {
 
@@ -23,6 +25,12 @@ QString text(const std::string& utf8) {
     return QString::fromStdString(utf8);
 }
 
+/// Whether the same recordings belong to both.
+bool hasSameTracks(const Note& a, const Note& b) {
+    return a.isCall() == b.isCall() &&
+           (!a.call || (a.call->tracks == b.call->tracks && a.call->audioFolder == b.call->audioFolder));
+}
+
 bool hasSameLines(const Note& a, const Note& b) {
     return a.isCall() == b.isCall() &&
            (!a.call || (a.call->themName == b.call->themName && a.call->duration == b.call->duration &&
@@ -31,23 +39,28 @@ bool hasSameLines(const Note& a, const Note& b) {
 
 } // namespace
 
-NoteModel::NoteModel(QObject* parent) : QObject(parent), blank_(Date()), note_(blank_) {
+NoteModel::NoteModel(QObject* parent) : QObject(parent), blank_(std::make_shared<const Note>(Date())), note_(blank_) {
     clock_.setInterval(1min);
     connect(&clock_, &QTimer::timeout, this, &NoteModel::changed);
 }
 
 void NoteModel::componentComplete() {
     app_ = &appModel(*qmlEngine(this));
-    connect(app_, &AppModel::notesChanged, this, &NoteModel::refresh);
+    connect(app_, &AppModel::notesChanged, this, [this](const ChangedNotes& changed) {
+        if (concerns(changed, id_)) {
+            refresh();
+        }
+    });
     connect(&app_->recorder(), &RecordingController::stateChanged, this, &NoteModel::changed);
     watchers_.push_back(app_->settings.yourName.addNotifier([this] {
         Q_EMIT changed();
         Q_EMIT transcriptChanged();
     }));
     watchers_.push_back(app_->showTranscript.addNotifier([this] { Q_EMIT transcriptShownChanged(); }));
-    watchers_.push_back(app_->processing.addNotifier([this] { Q_EMIT changed(); }));
+    watchers_.push_back(app_->processing.addNotifier([this] { followProcessing(); }));
     watchers_.push_back(app_->seek.addNotifier([this] { takeSeek(); }));
     clock_.start();
+    isProcessed_ = app_->processing.value().contains(id_);
     refresh();
     Q_EMIT changed();
     // When the whole page stands, its player included.
@@ -55,23 +68,34 @@ void NoteModel::componentComplete() {
 }
 
 void NoteModel::refresh() {
-    const Note* stored = app_->note(id_);
-    const Note& next = stored != nullptr ? *stored : blank_;
-    CallTracks tracks = next.isCall() ? app_->existingTracks(next) : CallTracks();
-    if (next == note_ && tracks == tracks_) {
+    const SharedNote stored = app_->notes().find(id_);
+    const SharedNote before = std::exchange(note_, stored ? stored : blank_);
+    if (note_ == before) {
         return;
     }
-    const bool wasCall = note_.isCall();
-    const bool sameLines = hasSameLines(note_, next);
-    note_ = next;
-    tracks_ = std::move(tracks);
+    if (!hasSameTracks(*before, *note_)) {
+        readTracks();
+    }
     Q_EMIT changed();
-    if (!sameLines) {
+    if (!hasSameLines(*before, *note_)) {
         Q_EMIT transcriptChanged();
     }
-    if (wasCall != isCall()) {
+    if (before->isCall() != isCall()) {
         Q_EMIT transcriptShownChanged();
     }
+}
+
+void NoteModel::readTracks() {
+    tracks_ = isCall() ? app_->existingTracks(*note_) : CallTracks();
+}
+
+/// What is written down may have brought its sound with it, or be rid of it afterwards.
+void NoteModel::followProcessing() {
+    const bool isProcessed = app_->processing.value().contains(id_);
+    if (std::exchange(isProcessed_, isProcessed) != isProcessed) {
+        readTracks();
+    }
+    Q_EMIT changed();
 }
 
 void NoteModel::takeSeek() {
@@ -95,17 +119,17 @@ void NoteModel::setNoteId(const QString& id) {
 }
 
 void NoteModel::edit(const std::function<void(Note&)>& change) {
-    app_->update(id_, false, [&change](Note& note) {
-        const Note before = note;
+    const SharedNote before = app_->notes().find(id_);
+    app_->update(id_, false, [&](Note& note) {
         change(note);
-        if (note != before) {
+        if (note != *before) {
             note.modified = currentDate();
         }
     });
 }
 
 QString NoteModel::title() const {
-    return text(note_.title);
+    return text(note_->title);
 }
 
 void NoteModel::setTitle(const QString& title) {
@@ -125,24 +149,24 @@ QStringList NoteModel::footer() const {
         return {};
     }
     QStringList items;
-    if (const std::size_t words = NoteEditor::wordCount(note_); words > 0) {
+    if (const std::size_t words = NoteEditor::wordCount(*note_); words > 0) {
         items << text(fmt::format("{} word{}", words, words == 1 ? "" : "s"))
-              << text(fmt::format("{} min read", NoteEditor::readingMinutes(note_)));
+              << text(fmt::format("{} min read", NoteEditor::readingMinutes(*note_)));
     }
-    return items << text("Edited " + relativeDate(note_.modified, currentDate(), app_->region));
+    return items << text("Edited " + relativeDate(note_->modified, currentDate(), app_->region));
 }
 
 QString NoteModel::eyebrow() const {
-    if (!note_.call) {
+    if (!note_->call) {
         return {};
     }
-    return text(app_->region.format(note_.call->startedAt, "EEE d MMM, HH:mm") + " · " +
-                Clock::length(note_.call->duration));
+    return text(app_->region.format(note_->call->startedAt, "EEE d MMM, HH:mm") + " · " +
+                Clock::length(note_->call->duration));
 }
 
 std::string NoteModel::name(Speaker speaker) const {
     const std::string yours = app_->exportOptions().yourName;
-    return note_.call ? note_.call->name(speaker, yours) : CallRecord().name(speaker, yours);
+    return note_->call ? note_->call->name(speaker, yours) : CallRecord().name(speaker, yours);
 }
 
 QString NoteModel::yourName() const {
@@ -150,7 +174,7 @@ QString NoteModel::yourName() const {
 }
 
 QString NoteModel::themName() const {
-    return note_.call ? text(note_.call->themName) : QString();
+    return note_->call ? text(note_->call->themName) : QString();
 }
 
 void NoteModel::setThemName(const QString& name) {
@@ -162,16 +186,16 @@ double NoteModel::nameFieldWidth() const {
     constexpr double margin = 10;
     constexpr double least = 86;
     constexpr double most = 160;
-    const std::size_t characters = note_.call ? Unicode::characterCount(note_.call->themName) : 0;
+    const std::size_t characters = note_->call ? Unicode::characterCount(note_->call->themName) : 0;
     return std::clamp(static_cast<double>(characters) * characterWidth + margin, least, most);
 }
 
 bool NoteModel::hasShare() const {
-    return note_.call && note_.call->yourShare();
+    return note_->call && note_->call->yourShare();
 }
 
 double NoteModel::share() const {
-    return note_.call ? note_.call->yourShare().value_or(0) : 0;
+    return note_->call ? note_->call->yourShare().value_or(0) : 0;
 }
 
 int NoteModel::sharePercent() const {
@@ -193,7 +217,7 @@ bool NoteModel::canUseTracks() const {
 }
 
 const EmailDraft* NoteModel::email() const {
-    return note_.call && note_.call->digest ? &note_.call->digest->email : nullptr;
+    return note_->call && note_->call->digest ? &note_->call->digest->email : nullptr;
 }
 
 void NoteModel::editEmail(const std::function<void(EmailDraft&)>& change) {

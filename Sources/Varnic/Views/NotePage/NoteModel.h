@@ -66,7 +66,7 @@ public:
 
     void componentComplete() override;
 
-    [[nodiscard]] const Note& note() const { return note_; }
+    [[nodiscard]] const Note& note() const { return *note_; }
 
     [[nodiscard]] const Uuid& id() const { return id_; }
 
@@ -82,9 +82,9 @@ public:
     void setTitle(const QString& title);
     [[nodiscard]] QString titlePlaceholder() const;
 
-    [[nodiscard]] bool isCall() const { return note_.isCall(); }
+    [[nodiscard]] bool isCall() const { return note_->isCall(); }
 
-    [[nodiscard]] bool pinned() const { return note_.pinned; }
+    [[nodiscard]] bool pinned() const { return note_->pinned; }
 
     [[nodiscard]] bool canDelete() const;
     [[nodiscard]] QStringList footer() const;
@@ -97,7 +97,7 @@ public:
     [[nodiscard]] double share() const;
     [[nodiscard]] int sharePercent() const;
 
-    [[nodiscard]] CallInk ink() const { return note_.call ? CallInk(*note_.call) : CallInk(); }
+    [[nodiscard]] CallInk ink() const { return note_->call ? CallInk(*note_->call) : CallInk(); }
 
     [[nodiscard]] QList<QUrl> tracks() const;
     [[nodiscard]] bool canUseTracks() const;
@@ -134,6 +134,8 @@ Q_SIGNALS:
 
 private:
     void refresh();
+    void readTracks();
+    void followProcessing();
     void takeSeek();
     [[nodiscard]] const EmailDraft* email() const;
     void edit(const std::function<void(Note&)>& change);
@@ -142,9 +144,11 @@ private:
     Uuid id_;
     AppModel* app_ = nullptr;
     /// Stands for a note that is not there.
-    const Note blank_;
-    Note note_;
+    const SharedNote blank_;
+    SharedNote note_;
     CallTracks tracks_;
+    /// The call is being written down.
+    bool isProcessed_ = false;
     std::vector<QPropertyNotifier> watchers_;
     /// "Edited 5 minutes ago" grows older by itself.
     QTimer clock_;

@@ -79,6 +79,64 @@ TEST_F(ListModels, typing_changes_the_row_of_its_note_only) {
     EXPECT_THAT(column(list, NoteListModel::preview), ElementsAre("Hello", "Empty note"));
 }
 
+/// Each list has the title of the note in one row, which is all that changes and stays where it is.
+TEST_F(ListModels, typing_in_a_title_changes_one_row_of_each_list) {
+    for (int i = 0; i < 3; ++i) {
+        add("Plan " + std::to_string(i), i, {todo("Write"), todo("Send"), Block::flashcard("Q", "A")});
+    }
+    NoteListModel notes;
+    TodoListModel todos;
+    DeckListModel decks;
+    const auto check = [this](auto& list, int titleRole) {
+        list.setModel(*model);
+        const QSignalSpy changed(&list, &QAbstractItemModel::dataChanged);
+        const QSignalSpy moved(&list, &QAbstractItemModel::rowsMoved);
+        const QSignalSpy removed(&list, &QAbstractItemModel::rowsRemoved);
+        const QSignalSpy reset(&list, &QAbstractItemModel::modelReset);
+        model->update(model->notes().front().id, false, [](Note& note) { note.title += "x"; });
+        EXPECT_EQ(changed.count(), 1);
+        EXPECT_EQ(moved.count() + removed.count() + reset.count(), 0);
+        EXPECT_THAT(column(list, titleRole), testing::Contains(model->notes().front().title));
+    };
+    check(notes, NoteListModel::title);
+    check(todos, TodoListModel::text);
+    check(decks, DeckListModel::title);
+}
+
+/// What moves a note's rows in one list or takes them out of it.
+TEST_F(ListModels, lists_follow_what_moves_their_rows) {
+    const Uuid old = add("Old", 10, {todo("Write"), Block::flashcard("Q", "A")});
+    add("New", 0, {todo("Send"), Block::flashcard("Q", "A")});
+    NoteListModel notes;
+    TodoListModel todos;
+    DeckListModel decks;
+    notes.setModel(*model);
+    todos.setModel(*model);
+    decks.setModel(*model);
+    model->update(old, false, [](Note& note) { note.created += std::chrono::hours(1); });
+    EXPECT_THAT(column(notes, NoteListModel::title), ElementsAre("Old", "New"));
+    EXPECT_THAT(column(todos, TodoListModel::text), ElementsAre("Old", "Write", "New", "Send"));
+    model->update(old, false, [](Note& note) {
+        note.created -= std::chrono::hours(1);
+        note.blocks.front().due = "tomorrow";
+    });
+    EXPECT_THAT(column(notes, NoteListModel::title), ElementsAre("New", "Old"));
+    EXPECT_THAT(column(todos, TodoListModel::text), ElementsAre("Old", "Write", "New", "Send"));
+    EXPECT_THAT(column(decks, DeckListModel::title), ElementsAre("New", "Old"));
+    model->update(old, false, [](Note& note) { note.title = "Better"; });
+    EXPECT_THAT(column(decks, DeckListModel::title), ElementsAre("Better", "New"));
+    model->section = LibrarySection::notes;
+    makeCall(old, {});
+    EXPECT_THAT(column(notes, NoteListModel::title), ElementsAre("New"));
+    model->update(old, false, [](Note& note) { note.blocks = {Block{}}; });
+    EXPECT_THAT(column(todos, TodoListModel::text), ElementsAre("New", "Send"));
+    EXPECT_THAT(column(decks, DeckListModel::title), ElementsAre("New"));
+    model->remove(model->notes().front().id);
+    EXPECT_THAT(column(notes, NoteListModel::title), testing::IsEmpty());
+    EXPECT_THAT(column(todos, TodoListModel::text), testing::IsEmpty());
+    EXPECT_THAT(column(decks, DeckListModel::title), testing::IsEmpty());
+}
+
 TEST_F(ListModels, sections_show_their_notes) {
     add("Plan", 10);
     makeCall(add("Call", 0), {});
