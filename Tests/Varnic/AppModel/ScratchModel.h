@@ -5,6 +5,8 @@
 #include "VarnicCore/Files/Folders.h"
 #include "VarnicCore/TemporaryFolder.h"
 
+#include <QCoreApplication>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,6 +22,15 @@ public:
     explicit ScratchModel(const std::filesystem::path& library) {
         std::filesystem::copy(library, folder() / "Library", std::filesystem::copy_options::recursive);
         restart();
+    }
+
+    ScratchModel(const ScratchModel&) = delete;
+    ScratchModel& operator=(const ScratchModel&) = delete;
+
+    ~ScratchModel() {
+        model_.reset();
+        // Flows that wait for work which is done by now end.
+        QCoreApplication::processEvents();
     }
 
     AppModel& operator*() { return *model_; }
