@@ -357,6 +357,8 @@ std::vector<NoteChange> SharedLibrary::changes(const std::optional<std::set<std:
             changes.push_back(std::move(*change));
         }
     }
+    // A folder that goes away while it is looked through takes no notes with it.
+    Folders::expectAccess(store_.notesDir());
     return changes;
 }
 
