@@ -153,8 +153,8 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
         store_.removeAudio(id);
         co_return;
     }
-    if (note(id) == nullptr && stop.stop_requested()) {
-        co_return; // deleted, and there are no words that it would come back with
+    if (note(id) == nullptr && (stop.stop_requested() || written.note.call->segments.empty())) {
+        co_return; // deleted, its recording too, and there are no words that it would come back with
     }
     if (note(id) == nullptr) {
         co_await bringBack(id);

@@ -113,6 +113,17 @@ protected:
         return stopping;
     }
 
+    /// The same, up to where both tracks are being transcribed: deleting the call takes their files away.
+    QCoro::Task<std::optional<Uuid>> recordUntilHeard() {
+        delay = 1;
+        auto stopping = record();
+        EXPECT_TRUE(waitUntil([&] {
+            const auto stages = model->processing.value();
+            return stages.empty() || stages.begin()->second.fraction >= 0.5;
+        }));
+        return stopping;
+    }
+
     [[nodiscard]] std::string toastText() { return model->toast.value() ? model->toast.value()->text : ""; }
 
     [[nodiscard]] std::vector<fs::path> audioFolders() {
@@ -188,8 +199,7 @@ TEST_F(CallFlowsTests, stop_typingMeanwhile_isKeptBehindTheDigest) {
 }
 
 TEST_F(CallFlowsTests, stop_noteDeletedMeanwhile_comesBack) {
-    delay = 0.4;
-    auto stopping = record();
+    auto stopping = recordUntilHeard();
     model->remove(*model->selection.value());
     EXPECT_THAT(model->notes(), IsEmpty());
     const auto id = QCoro::waitFor(stopping);
@@ -200,9 +210,8 @@ TEST_F(CallFlowsTests, stop_noteDeletedMeanwhile_comesBack) {
 }
 
 TEST_F(CallFlowsTests, stop_noteDeletedMeanwhile_comesBackWithWhatTheUserPutThere) {
-    delay = 0.4;
     for (const bool isCancelled : {false, true}) {
-        auto stopping = record();
+        auto stopping = recordUntilHeard();
         const Uuid id = *model->selection.value();
         model->update(id, false, [](Note& note) {
             note.title = "Mine";
