@@ -34,6 +34,9 @@ void LibrarySearch::followQuery() {
 }
 
 void LibrarySearch::followNotes() {
+    if (model_.query.value().empty()) {
+        return; // which finds nothing in any notes
+    }
     if (isRunning_) {
         isStale_ = true;
     } else if (!refreshTimer_.isActive()) {

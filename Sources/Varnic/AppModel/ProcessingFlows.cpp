@@ -114,7 +114,7 @@ void AppModel::showPlaceholder(Uuid id, std::string title, CallRecord call) {
     notes_.insert(notes_.begin(),
                   Note(id, std::move(title), startedAt,
                        {Block{.kind = BlockKind::heading, .text = placeholderHeading}, Block{}}, std::move(call)));
-    Q_EMIT notesChanged();
+    Q_EMIT notesChanged({{id}});
     selection = id;
 }
 
@@ -149,7 +149,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
     setStage(id, std::nullopt);
     if (stop.stop_requested() && mark) {
         forget(id);
-        Q_EMIT notesChanged();
+        Q_EMIT notesChanged({{id}});
         store_.removeAudio(id);
         co_return;
     }
@@ -208,7 +208,7 @@ QCoro::Task<> AppModel::bringBack(Uuid id) {
     std::optional<Note> stored = co_await store_.restore(id, currentDate());
     if (self && stored && note(id) == nullptr) {
         notes_.insert(notes_.begin(), std::move(*stored));
-        Q_EMIT notesChanged();
+        Q_EMIT notesChanged({{id}});
     }
 }
 
@@ -221,7 +221,7 @@ void AppModel::file(Note finished, const std::optional<Note>& before, std::share
     } else {
         notes_.insert(notes_.begin(), std::move(finished));
     }
-    Q_EMIT notesChanged();
+    Q_EMIT notesChanged({{id}});
     SerialQueue::Work whenSaved;
     if (mark) {
         whenSaved = [mark = std::move(mark)] { mark->remove(); };

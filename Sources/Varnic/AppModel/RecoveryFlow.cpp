@@ -51,7 +51,7 @@ QCoro::Task<AppModel::Recovered> AppModel::recoverRecordings() {
         call.problem = quitProblem;
         notes_.insert(notes_.begin(), NoteEditor::callNote(recording.noteID, std::move(call), std::nullopt, region,
                                                            recording.startedAt));
-        Q_EMIT notesChanged();
+        Q_EMIT notesChanged({{recording.noteID}});
         // Until the note is on disk, the recording counts as one to be recovered.
         saveNow(recording.noteID, [dead] { dead->mark.remove(); });
         flash({.text = fmt::format("Recovered a recording of {}", Clock::length(recording.duration)),
