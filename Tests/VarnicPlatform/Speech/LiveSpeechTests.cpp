@@ -79,6 +79,16 @@ protected:
         return waitFor([this, seconds] { return !committed.empty() && committed.back().end > seconds; });
     }
 
+    /// Ends the sound and waits for all that is said of it, so that no more of it comes; whether its end was reached.
+    [[nodiscard]] bool finish(double seconds) {
+        recogniser->endAudio();
+        const bool isThere = waitForLineBehind(seconds);
+        while (isThere && !recogniser->isDone()) { // which it is once its thread comes back from the last line
+            std::this_thread::yield();
+        }
+        return isThere;
+    }
+
     std::mutex mutex;
     std::condition_variable changed;
     std::vector<Segment> committed;
@@ -90,24 +100,18 @@ protected:
 TEST_F(LiveSpeechTest, append_readSpeechFasterThanRealTime_commitsAllOfIt) {
     start();
     feed(samplesOf(recordings + "/two_cities.wav"), 0);
-    EXPECT_FALSE(recogniser->isDone());
-    recogniser->endAudio();
     EXPECT_FALSE(recogniser->isDone()) << "44 seconds are not heard in no time";
-    ASSERT_TRUE(waitForLineBehind(41));
+    ASSERT_TRUE(finish(41));
     EXPECT_LT(wordErrors(twoCities, textOf(committed)), 0.1) << textOf(committed);
     EXPECT_TRUE(std::ranges::is_sorted(committed, {}, &Segment::start));
     EXPECT_LT(committed.back().end, 44.4);
-    while (!recogniser->isDone()) { // which it is once its thread comes back from the last line
-        std::this_thread::yield();
-    }
 }
 
 TEST_F(LiveSpeechTest, append_speechAcrossARotation_losesHardlyAWord) {
     start();
     const double end = feed(samplesOf(recordings + "/two_cities.wav"), 30);
     feed(samplesOf(recordings + "/beckett.wav"), end);
-    recogniser->endAudio();
-    ASSERT_TRUE(waitForLineBehind(end + 8));
+    ASSERT_TRUE(finish(end + 8));
     const std::string beckett = " Ever tried. Ever failed. No matter. Try again. Fail again. Fail better.";
     EXPECT_LT(wordErrors(twoCities + beckett, textOf(committed)), 0.08) << textOf(committed);
     EXPECT_TRUE(std::ranges::is_sorted(committed, {}, &Segment::start)) << "old requests commit before new ones";
@@ -156,8 +160,7 @@ TEST_F(LiveSpeechTest, append_withoutDetector_findsSpeechByItsLevel) {
     fs::create_directory_symlink(data / "varnic/models", files.path("data/varnic/models"));
     start({files.path("data")});
     feed(samplesOf(recordings + "/beckett.wav"), 0);
-    recogniser->endAudio();
-    ASSERT_TRUE(waitForLineBehind(8));
+    ASSERT_TRUE(finish(8));
     EXPECT_NE(textOf(committed).find("better"), std::string::npos) << textOf(committed);
 }
 
@@ -168,8 +171,7 @@ TEST_F(LiveSpeechTest, append_speechOfAllLevels_isHeard) {
         std::ranges::for_each(samples, [gain](float& sample) { sample *= gain; });
         start();
         feed(samples, 0);
-        recogniser->endAudio();
-        ASSERT_TRUE(waitForLineBehind(8)) << gain;
+        ASSERT_TRUE(finish(8)) << gain;
         const std::string said = "Ever tried. Ever failed. No matter. Try again. Fail again. Fail better.";
         EXPECT_LT(wordErrors(said, textOf(committed)), 0.3) << gain << ": " << textOf(committed);
     }
