@@ -1,6 +1,6 @@
 #include "Varnic/Views/LibraryViews/MainMenu.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 
 #include <QKeySequence>
 
@@ -9,7 +9,7 @@
 namespace varnic {
 
 MainMenu* MainMenu::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
-    return new MainMenu(appModel(*engine));
+    return new MainMenu(ViewContext::of(*engine).model);
 }
 
 MainMenu::MainMenu(AppModel& model, QObject* parent) : QAbstractListModel(parent) {

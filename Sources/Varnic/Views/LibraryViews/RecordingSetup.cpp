@@ -1,7 +1,7 @@
 #include "Varnic/Views/LibraryViews/RecordingSetup.h"
 
 #include "Varnic/Background.h"
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Wording.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 
@@ -41,7 +41,7 @@ RecordingSetup::RecordingSetup(QObject* parent) : RowModel<SetupRow>(parent) {
 }
 
 void RecordingSetup::componentComplete() {
-    model_ = &appModel(*qmlEngine(this));
+    model_ = &ViewContext::of(this).model;
     tick_.start(lookInterval);
     look();
 }

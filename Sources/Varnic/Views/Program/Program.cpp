@@ -18,7 +18,9 @@
 namespace varnic {
 
 Program::Program(AppPlaces places)
-    : model_(std::move(places)), delegate_(model_), window_(model_, [this] { delegate_.terminate(); }),
+    : model_(std::move(places)), delegate_(model_),
+      window_(ViewContext{.model = model_, .recorder = model_.recorder(), .shell = &delegate_},
+              [this] { delegate_.terminate(); }),
       signals_([this] { delegate_.terminate(AppDelegate::Occasion::system); }) {
     fillInDesktop();
     delegate_.hooks.ask = [this](QuitQuestion question) {

@@ -24,7 +24,7 @@ namespace {
 class MainWindowTest : public testing::Test {
 protected:
     void open() {
-        mainWindow.emplace(*model, [this] { ++quits; });
+        mainWindow.emplace(ViewContext{.model = *model, .recorder = model->recorder()}, [this] { ++quits; });
         model.load();
         mainWindow->activate();
         // Lists and page follow the first picture.
