@@ -38,8 +38,8 @@ QString ConsentReminder::promise() {
         "the background on its own.");
 }
 
-QStringList ConsentReminder::tones() {
-    QStringList titles;
+QList<QString> ConsentReminder::tones() {
+    QList<QString> titles;
     for (const Consent::Tone tone : Consent::allTones) {
         titles << shown(Consent::title(tone));
     }
