@@ -1,7 +1,6 @@
 #include "Varnic/Views/Program/MainWindow.h"
 
 #include "Varnic/AppModel/AppModel.h"
-#include "Varnic/Views/LibraryViews/MainMenu.h"
 
 #include <QTimer>
 
@@ -11,7 +10,7 @@
 
 namespace varnic {
 
-MainWindow::MainWindow(const ViewContext& context, std::function<void()> quit) {
+MainWindow::MainWindow(const ViewContext& context) {
     engine_.addImportPath("qrc:/qt/qml");
     context.giveTo(engine_);
     engine_.load(QUrl("qrc:/qt/qml/Varnic/LibraryViews/Main.qml"));
@@ -19,8 +18,6 @@ MainWindow::MainWindow(const ViewContext& context, std::function<void()> quit) {
     if (window_ == nullptr) {
         throw std::runtime_error("The main window couldn’t be made.");
     }
-    auto* menu = engine_.singletonInstance<MainMenu*>(qmlTypeId("Varnic.LibraryViews", 1, 0, "MainMenu"));
-    QObject::connect(menu, &MainMenu::quitRequested, menu, std::move(quit), Qt::QueuedConnection);
     place_ = std::make_unique<WindowPlace>(*window_, context.model.settings.store());
 }
 

@@ -15,7 +15,7 @@ namespace varnic {
 class MainWindow {
 public:
     /// Makes the window without showing it. Throws std::runtime_error when its QML cannot be loaded.
-    MainWindow(const ViewContext& context, std::function<void()> quit);
+    explicit MainWindow(const ViewContext& context);
 
     /// Shows the window, or brings it to the front.
     void activate();
