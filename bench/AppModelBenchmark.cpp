@@ -3,7 +3,7 @@
 
 #include "Tests/VarnicCore/TemporaryFolder.h"
 #include "Varnic/AppModel/AppModel.h"
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/LibraryViews/Columns.h"
 #include "Varnic/Views/LibraryViews/DeckListModel.h"
 #include "Varnic/Views/LibraryViews/NoteListModel.h"
@@ -143,7 +143,7 @@ void titleKeys(LoadedModel& loaded, const char* name) {
     constexpr int strokes = 100;
     AppModel& model = *loaded.model;
     QQmlEngine engine;
-    setAppModel(engine, model);
+    ViewContext{.model = model, .recorder = model.recorder()}.giveTo(engine);
     Columns columns(model);
     SectionModel sections;
     sections.setModel(model);

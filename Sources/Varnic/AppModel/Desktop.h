@@ -19,6 +19,8 @@ struct Desktop {
 
     /// Brings the program's window to the front.
     std::function<void()> activate = [] {};
+    /// Closes the program's window, which may leave the program in the tray.
+    std::function<void()> closeWindow = [] {};
     /// Plays a short sound by its name: "Tink" or "Pop".
     std::function<void(const std::string& name)> playSound = [](const std::string&) {};
     /// Puts a text on the clipboard in place of what is there.

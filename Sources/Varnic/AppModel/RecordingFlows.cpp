@@ -69,11 +69,7 @@ QCoro::Task<> AppModel::startRecording(bool allowWithoutThem) {
         co_return;
     }
     // Whoever gets here has said yes to recording. Asking the sound server may take a moment.
-    const auto survey = [locale = settings.localeID.value()] {
-        return Permissions::States{
-            Permissions::microphone(true), Permissions::screen(true),
-            Permissions::speech(true, locale, SpeechModels::installed(SpeechModels::dataDirectories()))};
-    };
+    const auto survey = [locale = settings.localeID.value()] { return Permissions::survey(true, locale); };
     const QPointer self(this);
     const Permissions::States may = co_await inBackground(survey);
     if (!self || isBusy(recorder_->state())) {

@@ -26,8 +26,8 @@ std::optional<std::string> environmentVariable(const char* name) {
 } // namespace
 
 AppDelegate::AppDelegate(AppModel& model, QObject* parent)
-    : QObject(parent), model_(model), pill_(model), notifications_(model),
-      eventsNotifier_(events_.descriptor(), QSocketNotifier::Read) {
+    : QObject(parent), model_(model), menus_(varnic::menus(model, [this] { terminateSoon(); })), pill_(model),
+      notifications_(model), eventsNotifier_(events_.descriptor(), QSocketNotifier::Read) {
     hooks.environment = environmentVariable;
     // Not quit(), which a window that is merely hidden when it is closed could refuse.
     hooks.quit = [] { QCoreApplication::exit(); };
@@ -164,6 +164,11 @@ void AppDelegate::terminate(Occasion occasion) {
     if (applicationShouldTerminate(occasion) == TerminateReply::now) {
         hooks.quit();
     }
+}
+
+/// Once the menu that asked for it is closed.
+void AppDelegate::terminateSoon() {
+    QMetaObject::invokeMethod(this, [this] { terminate(); }, Qt::QueuedConnection);
 }
 
 void AppDelegate::finishBeforeLogout() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Varnic/AppModel/AppModel.h"
+#include "Varnic/Shell/Menus.h"
 #include "Varnic/Shell/Notifications.h"
 #include "Varnic/Shell/PillController.h"
 #include "Varnic/Shell/QuitQuestion.h"
@@ -92,11 +93,15 @@ public:
     /// How the global hotkey fares, for the settings; empty while it is off.
     QProperty<std::string> hotkeyNote;
 
+    /// They don’t change; what they say does.
+    [[nodiscard]] const Menus& menus() const { return menus_; }
+
     [[nodiscard]] PillController& pill() { return pill_; }
 
     [[nodiscard]] Notifications& notifications() { return notifications_; }
 
 private:
+    void terminateSoon();
     void applyHotkey();
     void takeHotkeyStatus(const Hotkey::Status& status);
     void observeSleep();
@@ -106,6 +111,7 @@ private:
     void goOnToSleep();
 
     AppModel& model_;
+    Menus menus_;
     PillController pill_;
     Notifications notifications_;
     DesktopEvents events_;

@@ -12,30 +12,46 @@ std::function<std::string()> always(std::string text) {
     return [text = std::move(text)] { return text; };
 }
 
-Menu fileMenu(AppModel& model, const MenuActions& actions) {
+// What stands in more than one menu.
+
+MenuEntry newNote(AppModel& model) {
+    return {.text = always("New Note"), .shortcut = "Ctrl+N", .perform = [&model] {
+                model.newNote();
+                model.desktop.activate();
+            }};
+}
+
+MenuEntry recordCall(AppModel& model) {
     return {
-        "File",
-        {
-            {.text = always("New Note"), .shortcut = "Ctrl+N", .perform = [&model] { model.newNote(); }},
-            {.text = always("Import Recording…"),
-             .shortcut = "Ctrl+Shift+I",
-             .perform = [&model] { model.chooseImport(); }},
-            {.text = always("Close Window"), .shortcut = "Ctrl+W", .perform = actions.closeWindow, .beginsGroup = true},
-            {.text = always("Quit"), .shortcut = "Ctrl+Q", .perform = actions.quit},
-        }};
+        .text = [&model] { return isBusy(model.recorder().state()) ? "Stop Recording" : "Record Call"; },
+        .shortcut = "Ctrl+Shift+R",
+        .perform = [&model] { model.toggleRecording(); },
+        .isEnabled =
+            [&model] { return SessionLogic::toggle(model.recorder().state(), true) != SessionLogic::Action::none; }};
+}
+
+MenuEntry quitEntry(const std::function<void()>& quit) {
+    return {.text = always("Quit"), .shortcut = "Ctrl+Q", .perform = quit};
+}
+
+Menu fileMenu(AppModel& model, const std::function<void()>& quit) {
+    return {"File",
+            {newNote(model),
+             {.text = always("Import Recording…"),
+              .shortcut = "Ctrl+Shift+I",
+              .perform = [&model] { model.chooseImport(); }},
+             {.text = always("Close Window"),
+              .shortcut = "Ctrl+W",
+              .perform = [&model] { model.desktop.closeWindow(); },
+              .beginsGroup = true},
+             quitEntry(quit)}};
 }
 
 Menu callMenu(AppModel& model) {
     return {
         "Call",
         {
-            {.text = [&model] { return isBusy(model.recorder().state()) ? "Stop Recording" : "Record Call"; },
-             .shortcut = "Ctrl+Shift+R",
-             .perform = [&model] { model.toggleRecording(); },
-             .isEnabled =
-                 [&model] {
-                     return SessionLogic::toggle(model.recorder().state(), true) != SessionLogic::Action::none;
-                 }},
+            recordCall(model),
             {.text = always("Copy Heads-up Message"), .shortcut = "", .perform = [&model] { model.copyHeadsUp(); }},
             {.text = always("Show Transcript"),
              .shortcut = "",
@@ -55,10 +71,20 @@ Menu goMenu(AppModel& model) {
     return menu;
 }
 
+std::vector<MenuEntry> trayMenu(AppModel& model, const std::function<void()>& quit) {
+    return {recordCall(model),
+            newNote(model),
+            {.text = always("Open Varnic"),
+             .shortcut = "",
+             .perform = [&model] { model.desktop.activate(); },
+             .beginsGroup = true},
+            quitEntry(quit)};
+}
+
 } // namespace
 
-std::vector<Menu> menus(AppModel& model, const MenuActions& actions) {
-    return {fileMenu(model, actions), callMenu(model), goMenu(model)};
+Menus menus(AppModel& model, const std::function<void()>& quit) {
+    return {.window = {fileMenu(model, quit), callMenu(model), goMenu(model)}, .tray = trayMenu(model, quit)};
 }
 
 std::string_view title(LibrarySection section) {

@@ -27,16 +27,17 @@ struct Menu {
     std::vector<MenuEntry> entries;
 };
 
-/// What the menus ask of the program beside its model.
-struct MenuActions {
-    std::function<void()> closeWindow;
-    /// The shut-down in its order, see AppDelegate::terminate.
-    std::function<void()> quit;
+/// All menus of the program. Texts and what is enabled change with `RecordingController::stateChanged`, marks with
+/// `AppModel::showTranscript`.
+struct Menus {
+    /// Those of the main window, in their order.
+    std::vector<Menu> window;
+    /// That of the tray icon, which shows neither marks nor shortcuts.
+    std::vector<MenuEntry> tray;
 };
 
-/// The menus in their order. Texts change with `RecordingController::stateChanged`, marks with
-/// `AppModel::showTranscript`. The model must outlive them.
-std::vector<Menu> menus(AppModel& model, const MenuActions& actions);
+/// `quit` is the shut-down in its order, see AppDelegate::terminate. The model must outlive the menus.
+Menus menus(AppModel& model, const std::function<void()>& quit);
 
 /// The name of a list of the sidebar.
 std::string_view title(LibrarySection section);

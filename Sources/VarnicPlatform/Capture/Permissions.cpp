@@ -3,6 +3,7 @@
 #include "VarnicCore/Audio/CaptureError.h"
 #include "VarnicPlatform/Capture/SoundSurvey.h"
 
+#include <fmt/format.h>
 #include <glib.h>
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
@@ -14,14 +15,11 @@ namespace varnic::Permissions {
 
 namespace {
 
-PermissionState state(bool saidYes, const std::function<bool()>& works) {
-    if (!saidYes) {
-        return PermissionState::notAsked;
-    }
-    return works() ? PermissionState::granted : PermissionState::denied;
+PermissionState grantedIf(bool works) {
+    return works ? PermissionState::granted : PermissionState::denied;
 }
 
-SoundSurvey survey() {
+SoundSurvey soundSurvey() {
     try {
         return SoundSurvey::take();
     } catch (const CaptureError&) {
@@ -48,30 +46,39 @@ icu::Locale localeOf(std::string tag) {
 
 } // namespace
 
-PermissionState microphone(bool saidYes) {
-    return override ? override->mic : state(saidYes, [] { return survey().microphone.has_value(); });
+States survey(bool saidYes, std::string_view locale, const std::vector<SpeechModel>& models) {
+    if (override) {
+        return *override;
+    }
+    if (!saidYes) {
+        return {};
+    }
+    const SoundSurvey sound = soundSurvey();
+    return {.mic = grantedIf(sound.microphone.has_value()),
+            .screen = grantedIf(sound.hasSound),
+            .speech = grantedIf(SpeechModels::choose(models, locale).has_value())};
 }
 
-PermissionState screen(bool saidYes) {
-    return override ? override->screen : state(saidYes, [] { return survey().hasSound; });
-}
-
-PermissionState speech(bool saidYes, std::string_view locale, const std::vector<SpeechModel>& models) {
-    return override ? override->speech
-                    : state(saidYes, [&] { return SpeechModels::choose(models, locale).has_value(); });
-}
-
-void requestMicrophone(const std::function<void(bool)>& done) {
-    done(microphone(true) == PermissionState::granted);
-}
-
-void requestSpeech(std::string_view locale, const std::vector<SpeechModel>& models,
-                   const std::function<void(bool)>& done) {
-    done(speech(true, locale, models) == PermissionState::granted);
-}
-
-bool requestScreen() {
-    return screen(true) == PermissionState::granted;
+std::array<Permission, 3> described(const States& states, std::string_view locale) {
+    return {Permission{.state = states.mic,
+                       .title = "Microphone",
+                       .purpose = "Your side.",
+                       .remedy = "No microphone was found. Plug one in, or choose one in the sound settings.",
+                       .pane = "Privacy_Microphone"},
+            Permission{.state = states.screen,
+                       .title = "System Audio",
+                       .purpose = "Their side.",
+                       .remedy = "PipeWire runs no sound here, so the other side can’t be heard. Install pipewire and "
+                                 "wireplumber, and pipewire-pulse in place of PulseAudio.",
+                       .pane = "Privacy_ScreenCapture"},
+            Permission{.state = states.speech,
+                       .title = "Speech Recognition",
+                       .purpose = "The transcript, on this computer.",
+                       .remedy = fmt::format("No speech model is installed for {}. Put one into "
+                                             "~/.local/share/varnic/models; calls are recorded without one, and can be "
+                                             "transcribed later.",
+                                             locale),
+                       .pane = "Privacy_SpeechRecognition"}};
 }
 
 bool openSettings(std::string_view pane) {

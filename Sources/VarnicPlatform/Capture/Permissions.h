@@ -2,7 +2,7 @@
 
 #include "VarnicPlatform/Speech/SpeechModel.h"
 
-#include <functional>
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,32 +12,44 @@ namespace varnic {
 
 enum class PermissionState { granted, notAsked, denied };
 
+/// One thing that recording takes, as the user reads of it.
+struct Permission {
+    PermissionState state = PermissionState::notAsked;
+    std::string title;
+    /// What it is for.
+    std::string purpose;
+    /// What to do where it is denied.
+    std::string remedy;
+    /// Its settings, see Permissions::openSettings.
+    std::string pane;
+};
+
 /// Whether Varnic may and can record and write down. The desktop asks nobody, so Varnic does: `saidYes` is whether the
 /// user has agreed once inside Varnic, and until then nothing is granted. After that a state tells whether it works.
 /// Any thread, but for `override`.
 namespace Permissions {
 
 struct States {
-    PermissionState mic;
-    PermissionState screen;
-    PermissionState speech;
+    /// Whether there is a microphone that can be opened.
+    PermissionState mic = PermissionState::notAsked;
+    /// Whether the computer's sound can be reached.
+    PermissionState screen = PermissionState::notAsked;
+    /// Whether a speech model for the locale is installed.
+    PermissionState speech = PermissionState::notAsked;
+
+    bool operator==(const States&) const = default;
 };
 
-/// What every reading gives when set, with nothing asked of the system. Set before other threads read.
+/// What `survey` gives when set, with nothing asked of the system. Set before other threads ask.
 inline std::optional<States> override;
 
-/// Whether there is a microphone that can be opened. Asks PipeWire, see SoundSurvey::take.
-PermissionState microphone(bool saidYes);
-/// Whether the computer's sound can be reached. Asks PipeWire.
-PermissionState screen(bool saidYes);
-/// Whether a speech model for the locale is installed.
-PermissionState speech(bool saidYes, std::string_view locale, const std::vector<SpeechModel>& models);
+/// Asks PipeWire once where the user has said yes, which takes some milliseconds, at most a few seconds (see
+/// SoundSurvey::take). `models` are those that there are to write the locale down with.
+States survey(bool saidYes, std::string_view locale,
+              const std::vector<SpeechModel>& models = SpeechModels::installed(SpeechModels::dataDirectories()));
 
-/// Called when the user has just said yes: `done` is told whether that grants it, on this thread.
-void requestMicrophone(const std::function<void(bool)>& done);
-void requestSpeech(std::string_view locale, const std::vector<SpeechModel>& models,
-                   const std::function<void(bool)>& done);
-bool requestScreen();
+/// Microphone, system audio and speech recognition, in this order; `locale` is the language to write down.
+std::array<Permission, 3> described(const States& states, std::string_view locale);
 
 /// Opens the desktop's settings for "Privacy_Microphone", "Privacy_ScreenCapture" or "Privacy_SpeechRecognition"; false
 /// where no program for that is found.

@@ -1,6 +1,6 @@
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/HandCapture.h"
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/Ink/LiveCall.h"
 
 #include <QQuickItem>
@@ -17,7 +17,7 @@ class LiveRecordingViewTests : public testing::Test {
 protected:
     LiveRecordingViewTests() {
         view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
-        setAppModel(*view.engine(), *model);
+        ViewContext{.model = *model, .recorder = model->recorder()}.giveTo(*view.engine());
         view.setResizeMode(QQuickView::SizeRootObjectToView);
         view.resize(800, 600);
         view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Varnic/LiveView/LiveRecordingView.qml")));

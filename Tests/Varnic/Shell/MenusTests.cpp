@@ -16,7 +16,7 @@ using testing::ElementsAre;
 class MenusTest : public ShellTest {
 protected:
     MenuEntry& entry(const std::string& text) {
-        for (Menu& menu : menus) {
+        for (Menu& menu : menus.window) {
             for (MenuEntry& candidate : menu.entries) {
                 if (candidate.text() == text) {
                     return candidate;
@@ -27,14 +27,13 @@ protected:
     }
 
     std::vector<std::string> asked;
-    std::vector<Menu> menus = varnic::menus(*model, {.closeWindow = [this] { asked.emplace_back("close"); },
-                                                     .quit = [this] { asked.emplace_back("quit"); }});
+    Menus menus = varnic::menus(*model, [this] { asked.emplace_back("quit"); });
 };
 
 TEST_F(MenusTest, menus_haveTheirEntriesAndShortcuts) {
     std::vector<std::string> lines;
     std::map<std::string, int> shortcuts;
-    for (const Menu& menu : menus) {
+    for (const Menu& menu : menus.window) {
         for (const MenuEntry& one : menu.entries) {
             lines.push_back(menu.title + "/" + one.text() + "/" + one.shortcut);
             EXPECT_TRUE(one.perform) << one.text();
@@ -55,6 +54,7 @@ TEST_F(MenusTest, menus_haveTheirEntriesAndShortcuts) {
 
 TEST_F(MenusTest, entries_doWhatTheySay) {
     std::string copied;
+    model->desktop.closeWindow = [this] { asked.emplace_back("close"); };
     model->desktop.copyText = [&copied](const std::string& text) { copied = text; };
     entry("New Note").perform();
     ASSERT_EQ(model->notes().size(), 1U);
@@ -87,6 +87,21 @@ TEST_F(MenusTest, going_clearsTheSearchAndSelectsTheFirstNoteOfTheList) {
         EXPECT_EQ(model->selection.value(), selection) << text;
         EXPECT_EQ(model->query.value(), "");
     }
+}
+
+TEST_F(MenusTest, tray_recordsWritesOpensAndQuits) {
+    model->desktop.activate = [this] { asked.emplace_back("activate"); };
+    std::vector<std::string> texts;
+    for (const MenuEntry& one : menus.tray) {
+        texts.push_back(one.text());
+        one.perform();
+    }
+    EXPECT_THAT(texts, ElementsAre("Record Call", "New Note", "Open Varnic", "Quit"));
+    EXPECT_THAT(asked, ElementsAre("activate", "activate", "quit")) << "a new note and the window show";
+    EXPECT_EQ(model->notes().size(), 1U);
+    ASSERT_TRUE(waitUntil([this] { return isRecording(model->recorder().state()); }));
+    EXPECT_EQ(menus.tray.front().text(), "Stop Recording");
+    menus.tray.front().perform();
 }
 
 TEST_F(MenusTest, recordEntry_followsTheRecording) {

@@ -25,45 +25,34 @@ public:
 const std::vector<SpeechModel> models{{.id = "a", .name = "A", .locales = {"en"}, .files = {}},
                                       {.id = "b", .name = "B", .locales = {"pt-BR", "de", "en"}, .files = {}}};
 
-TEST_F(PermissionsTest, readings_soundSystemThere_grantedOnceSaidYes) {
+TEST_F(PermissionsTest, survey_soundSystemThere_grantedOnceSaidYes) {
     startSystem();
-    EXPECT_EQ(Permissions::microphone(false), notAsked);
-    EXPECT_EQ(Permissions::screen(false), notAsked);
-    EXPECT_EQ(Permissions::microphone(true), granted);
-    EXPECT_EQ(Permissions::screen(true), granted);
+    EXPECT_EQ(Permissions::survey(false, "en", models), Permissions::States());
+    EXPECT_EQ(Permissions::survey(true, "en", models), (Permissions::States{granted, granted, granted}));
 }
 
-TEST_F(PermissionsTest, readings_noSource_microphoneDeniedOnly) {
+TEST_F(PermissionsTest, survey_noSource_microphoneDeniedOnly) {
     startSystem({"--no-source"});
-    EXPECT_EQ(Permissions::microphone(true), denied);
-    EXPECT_EQ(Permissions::screen(true), granted);
+    EXPECT_EQ(Permissions::survey(true, "en", models), (Permissions::States{denied, granted, granted}));
 }
 
-TEST_F(PermissionsTest, readings_onlyAMonitor_isNoMicrophone) {
+TEST_F(PermissionsTest, survey_onlyAMonitor_isNoMicrophone) {
     startSystem({"--no-source"});
     run("add-monitor loop");
-    EXPECT_EQ(Permissions::microphone(true), denied);
+    EXPECT_EQ(Permissions::survey(true, "en", models).mic, denied);
     run("add-source real");
     EXPECT_EQ(SoundSurvey::take().microphone, "Virtual real");
 }
 
-TEST_F(PermissionsTest, readings_noServer_denied) {
+TEST_F(PermissionsTest, survey_noServer_speechGrantedWhereAModelFits) {
     setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
-    EXPECT_EQ(Permissions::microphone(true), denied);
-    EXPECT_EQ(Permissions::screen(true), denied);
+    EXPECT_EQ(Permissions::survey(true, "en-US", models), (Permissions::States{denied, denied, granted}));
+    EXPECT_EQ(Permissions::survey(true, "fr", models), (Permissions::States{denied, denied, denied}));
 }
 
-TEST_F(PermissionsTest, readings_overridden_giveThatUnasked) {
+TEST_F(PermissionsTest, survey_overridden_givesThatUnasked) {
     Permissions::override = {.mic = granted, .screen = denied, .speech = notAsked};
-    EXPECT_EQ(Permissions::microphone(false), granted);
-    EXPECT_EQ(Permissions::screen(true), denied);
-    EXPECT_EQ(Permissions::speech(true, "en", models), notAsked);
-}
-
-TEST_F(PermissionsTest, speech_languages_needAModel) {
-    EXPECT_EQ(Permissions::speech(true, "en-US", models), granted);
-    EXPECT_EQ(Permissions::speech(true, "fr", models), denied);
-    EXPECT_EQ(Permissions::speech(false, "en", models), notAsked);
+    EXPECT_EQ(Permissions::survey(false, "en", models), *Permissions::override);
 }
 
 TEST_F(PermissionsTest, onDeviceLanguages_models_eachOnceSortedByName) {

@@ -1,7 +1,7 @@
 #include "Varnic/Views/Ink/LiveCall.h"
 
 #include "Varnic/Recording/RecordingHealth.h"
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Models/Wording.h"
 
@@ -32,7 +32,7 @@ LiveCall::LiveCall(AppModel& model, QObject* parent) : QObject(parent), model_(m
 }
 
 LiveCall* LiveCall::create(QQmlEngine* engine, QJSEngine* /*scripts*/) {
-    return new LiveCall(appModel(*engine));
+    return new LiveCall(ViewContext::of(*engine).model);
 }
 
 bool LiveCall::isBusy() const {

@@ -1,6 +1,6 @@
 #include "Varnic/Views/LibraryViews/Columns.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 
 #include <algorithm>
 #include <utility>
@@ -29,7 +29,7 @@ constexpr Width list{"window/listWidth", 250, 290, 380};
 } // namespace
 
 Columns* Columns::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
-    return new Columns(appModel(*engine));
+    return new Columns(ViewContext::of(*engine).model);
 }
 
 Columns::Columns(AppModel& model, QObject* parent)

@@ -1,6 +1,6 @@
 #include "Varnic/Views/LibraryViews/ConsentReminder.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Wording.h"
 #include "VarnicCore/Pipeline/Consent.h"
 
@@ -15,7 +15,7 @@ QString shown(std::string_view text) {
 } // namespace
 
 ConsentReminder* ConsentReminder::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
-    return new ConsentReminder(appModel(*engine));
+    return new ConsentReminder(ViewContext::of(*engine).model);
 }
 
 ConsentReminder::ConsentReminder(AppModel& model, QObject* parent) : QObject(parent), model_(model) {
@@ -38,8 +38,8 @@ QString ConsentReminder::promise() {
         "the background on its own.");
 }
 
-QStringList ConsentReminder::tones() {
-    QStringList titles;
+QList<QString> ConsentReminder::tones() {
+    QList<QString> titles;
     for (const Consent::Tone tone : Consent::allTones) {
         titles << shown(Consent::title(tone));
     }

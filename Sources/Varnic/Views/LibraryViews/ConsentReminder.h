@@ -2,9 +2,10 @@
 
 #include "Varnic/AppModel/AppModel.h"
 
+#include <QList>
 #include <QObject>
 #include <QQmlEngine>
-#include <QStringList>
+#include <QString>
 #include <QtQmlIntegration>
 
 #include <vector>
@@ -20,7 +21,7 @@ class ConsentReminder : public QObject {
     Q_PROPERTY(QString body READ body CONSTANT)
     /// How a recording shows.
     Q_PROPERTY(QString promise READ promise CONSTANT)
-    Q_PROPERTY(QStringList tones READ tones CONSTANT)
+    Q_PROPERTY(QList<QString> tones READ tones CONSTANT)
     Q_PROPERTY(int tone READ tone WRITE setTone NOTIFY messageChanged)
     /// To be pasted into the call's chat.
     Q_PROPERTY(QString message READ message NOTIFY messageChanged)
@@ -34,7 +35,7 @@ public:
     [[nodiscard]] static QString title();
     [[nodiscard]] static QString body();
     [[nodiscard]] static QString promise();
-    [[nodiscard]] static QStringList tones();
+    [[nodiscard]] static QList<QString> tones();
 
     [[nodiscard]] int tone() const { return static_cast<int>(model_.settings.headsUpTone.value()); }
 

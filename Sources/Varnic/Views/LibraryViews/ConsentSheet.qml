@@ -4,7 +4,7 @@ import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// Reminds the user to tell the others, before a recording.
-Sheet {
+Theme.Sheet {
     id: sheet
 
     name: ConsentReminder.title
@@ -67,7 +67,7 @@ Sheet {
             }
         }
 
-        PaperCheckBox {
+        Theme.PaperCheckBox {
             checked: ConsentReminder.remindsEveryTime
             text: "Remind me before every recording"
 

@@ -1,6 +1,6 @@
 #include "Varnic/Views/LibraryViews/DeckListModel.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/LibraryViews/NoteSummary.h"
 
 #include <algorithm>
@@ -23,7 +23,7 @@ DeckRow rowOf(const Flashcards::Deck& deck) {
 } // namespace
 
 void DeckListModel::componentComplete() {
-    setModel(appModel(*qmlEngine(this)));
+    setModel(ViewContext::of(this).model);
 }
 
 void DeckListModel::setModel(AppModel& model) {

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
@@ -14,47 +13,12 @@ ColumnLayout {
             text: "Paste into the chat"
         }
 
-        Row {
-            Accessible.name: "Heads-up message"
-            Accessible.role: Accessible.Grouping
-            spacing: 2
+        Theme.SegmentedControl {
+            choices: ConsentReminder.tones
+            currentIndex: ConsentReminder.tone
+            name: "Heads-up message"
 
-            Repeater {
-                model: ConsentReminder.tones
-
-                T.RadioButton {
-                    id: tone
-
-                    required property int index
-                    required property string modelData
-
-                    Accessible.name: text
-                    checked: ConsentReminder.tone === index
-                    implicitHeight: 24
-                    implicitWidth: 70
-                    text: modelData
-
-                    background: Rectangle {
-                        border.color: Theme.Palette.you
-                        border.width: tone.visualFocus ? 2 : 0
-                        color: tone.checked ? Theme.Palette.washHover : tone.hovered ? Theme.Palette.wash : "transparent"
-                        radius: 6
-                    }
-                    contentItem: Text {
-                        color: tone.checked ? Theme.Palette.ink : Theme.Palette.inkSoft
-                        font: Theme.Typo.captionStrong
-                        horizontalAlignment: Text.AlignHCenter
-                        text: tone.text
-                        verticalAlignment: Text.AlignVCenter
-                    }
-
-                    onCheckedChanged: {
-                        if (checked) {
-                            ConsentReminder.tone = index;
-                        }
-                    }
-                }
-            }
+            onChosen: index => ConsentReminder.tone = index
         }
     }
 

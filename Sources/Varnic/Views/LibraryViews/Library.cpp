@@ -1,7 +1,7 @@
 #include "Varnic/Views/LibraryViews/Library.h"
 
 #include "Varnic/Shell/Menus.h"
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Wording.h"
 #include "VarnicPlatform/Capture/Permissions.h"
 
@@ -19,7 +19,7 @@ std::optional<Uuid> idOf(const QString& text) {
 } // namespace
 
 Library* Library::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
-    return new Library(appModel(*engine));
+    return new Library(ViewContext::of(*engine).model);
 }
 
 Library::Library(AppModel& model, QObject* parent) : QObject(parent), model_(model), isLoaded_(!model.notes().empty()) {

@@ -46,7 +46,7 @@ Item {
         onClicked: Library.newNote()
     }
 
-    SearchField {
+    Theme.SearchField {
         id: field
 
         anchors.bottom: parent.bottom
@@ -55,6 +55,10 @@ Item {
         anchors.leftMargin: Theme.Space.m
         anchors.right: parent.right
         anchors.rightMargin: Theme.Space.m
+        placeholderText: "Search notes and calls"
+        text: Library.query
+
+        onTextChanged: Library.query = text
     }
 
     Rectangle {

@@ -4,8 +4,6 @@ import Varnic.Theme as Theme
 
 /// The main window. Whoever makes it shows it, in the place where it was.
 Window {
-    id: window
-
     color: Theme.Palette.paper
     height: 800
     minimumHeight: 640
@@ -16,13 +14,5 @@ Window {
     ContentView {
         anchors.fill: parent
         focus: true
-    }
-
-    Connections {
-        function onCloseRequested() {
-            window.close();
-        }
-
-        target: MainMenu
     }
 }

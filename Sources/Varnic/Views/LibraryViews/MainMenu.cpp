@@ -1,6 +1,7 @@
 #include "Varnic/Views/LibraryViews/MainMenu.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Shell/AppDelegate.h"
+#include "Varnic/Views/Context/ViewContext.h"
 
 #include <QKeySequence>
 
@@ -9,16 +10,15 @@
 namespace varnic {
 
 MainMenu* MainMenu::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
-    return new MainMenu(appModel(*engine));
+    const ViewContext& context = ViewContext::of(*engine);
+    return new MainMenu(context.model, context.shell != nullptr ? context.shell->menus().window : std::vector<Menu>());
 }
 
-MainMenu::MainMenu(AppModel& model, QObject* parent) : QAbstractListModel(parent) {
-    const MenuActions actions{.closeWindow = [this] { Q_EMIT closeRequested(); },
-                              .quit = [this] { Q_EMIT quitRequested(); }};
-    for (Menu& menu : menus(model, actions)) {
+MainMenu::MainMenu(AppModel& model, const std::vector<Menu>& menus, QObject* parent) : QAbstractListModel(parent) {
+    for (const Menu& menu : menus) {
         QString title = QString::fromStdString(menu.title);
-        for (MenuEntry& entry : menu.entries) {
-            rows_.push_back({std::move(entry), std::exchange(title, {})});
+        for (const MenuEntry& entry : menu.entries) {
+            rows_.push_back({entry, std::exchange(title, {})});
         }
     }
     connect(&model.recorder(), &RecordingController::stateChanged, this, &MainMenu::refresh);

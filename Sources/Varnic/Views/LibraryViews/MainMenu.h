@@ -11,8 +11,8 @@
 
 namespace varnic {
 
-/// The entries of all menus, one below the other, for the main window to draw and to listen to their shortcuts. Main
-/// thread.
+/// The entries of all menus of the window, one below the other, for the main window to draw and to listen to their
+/// shortcuts. Main thread.
 class MainMenu : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -36,17 +36,13 @@ public:
 
     static MainMenu* create(const QQmlEngine* engine, const QJSEngine* scripts);
 
-    explicit MainMenu(AppModel& model, QObject* parent = nullptr);
+    MainMenu(AppModel& model, const std::vector<Menu>& menus, QObject* parent = nullptr);
 
     Q_INVOKABLE void perform(int row) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-
-Q_SIGNALS:
-    void closeRequested() const;
-    void quitRequested() const;
 
 private:
     struct Row {

@@ -1,12 +1,12 @@
 #include "Varnic/Views/LibraryViews/NoteActions.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Export/ExportFormat.h"
 
 namespace varnic {
 
 NoteActions* NoteActions::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
-    return new NoteActions(appModel(*engine));
+    return new NoteActions(ViewContext::of(*engine).model);
 }
 
 void NoteActions::setNoteId(const QString& id) {

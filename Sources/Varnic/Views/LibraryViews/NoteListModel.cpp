@@ -1,6 +1,6 @@
 #include "Varnic/Views/LibraryViews/NoteListModel.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/Ink/CallInk.h"
 #include "Varnic/Views/LibraryViews/ListKeys.h"
 
@@ -30,7 +30,7 @@ NoteListModel::NoteListModel(QObject* parent) : RowModel<NoteSummary>(parent) {
 }
 
 void NoteListModel::componentComplete() {
-    setModel(appModel(*qmlEngine(this)));
+    setModel(ViewContext::of(this).model);
 }
 
 void NoteListModel::setModel(AppModel& model) {

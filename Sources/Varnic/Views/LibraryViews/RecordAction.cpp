@@ -1,6 +1,6 @@
 #include "Varnic/Views/LibraryViews/RecordAction.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Models/Wording.h"
 #include "VarnicCore/Pipeline/SessionState.h"
@@ -10,7 +10,7 @@
 namespace varnic {
 
 RecordAction* RecordAction::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
-    return new RecordAction(appModel(*engine));
+    return new RecordAction(ViewContext::of(*engine).model);
 }
 
 RecordAction::RecordAction(AppModel& model, QObject* parent) : QObject(parent), model_(model) {

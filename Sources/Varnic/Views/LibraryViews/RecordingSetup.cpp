@@ -1,14 +1,14 @@
 #include "Varnic/Views/LibraryViews/RecordingSetup.h"
 
 #include "Varnic/Background.h"
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Wording.h"
-#include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <QPointer>
-#include <QStringList>
 
 #include <chrono>
+#include <utility>
+#include <vector>
 
 namespace varnic {
 
@@ -18,20 +18,13 @@ using namespace std::chrono_literals;
 
 constexpr auto lookInterval = 1s;
 
-SetupRow row(int id, const char* title, PermissionState state, const char* purpose, QString remedy, const char* pane) {
-    const bool isReady = state == PermissionState::granted;
+SetupRow row(int id, const Permission& permission) {
+    const bool isReady = permission.state == PermissionState::granted;
     return {.id = id,
-            .title = title,
-            .detail = isReady ? QString(purpose) : std::move(remedy),
+            .title = QString::fromStdString(permission.title),
+            .detail = QString::fromStdString(isReady ? permission.purpose : permission.remedy),
             .isReady = isReady,
-            .pane = pane};
-}
-
-QString speechRemedy(const std::string& locale) {
-    QString folder("~/.local/share/varnic/models");
-    return QStringLiteral("No speech model is installed for %1. Put one into %2; calls are recorded without one, and "
-                          "can be transcribed later.")
-        .arg(QString::fromStdString(locale), folder);
+            .pane = QString::fromStdString(permission.pane)};
 }
 
 } // namespace
@@ -41,7 +34,7 @@ RecordingSetup::RecordingSetup(QObject* parent) : RowModel<SetupRow>(parent) {
 }
 
 void RecordingSetup::componentComplete() {
-    model_ = &appModel(*qmlEngine(this));
+    model_ = &ViewContext::of(this).model;
     tick_.start(lookInterval);
     look();
 }
@@ -58,11 +51,7 @@ QCoro::Task<> RecordingSetup::look() {
         co_return;
     }
     const QPointer self(this);
-    const auto survey = [locale = model_->settings.localeID.value()] {
-        return Permissions::States{
-            Permissions::microphone(true), Permissions::screen(true),
-            Permissions::speech(true, locale, SpeechModels::installed(SpeechModels::dataDirectories()))};
-    };
+    const auto survey = [locale = model_->settings.localeID.value()] { return Permissions::survey(true, locale); };
     const Permissions::States states = co_await inBackground(survey);
     if (self) {
         isLooking_ = false;
@@ -71,15 +60,21 @@ QCoro::Task<> RecordingSetup::look() {
 }
 
 void RecordingSetup::show(const Permissions::States& states) {
-    setRows({row(0, "Microphone", states.mic, "Your side.",
-                 "No microphone was found. Plug one in, or choose one in the sound settings.", "Privacy_Microphone"),
-             row(1, "System Audio", states.screen, "Their side.",
-                 "PipeWire runs no sound here, so the other side can’t be heard. Install pipewire and wireplumber, and "
-                 "pipewire-pulse in place of PulseAudio.",
-                 "Privacy_ScreenCapture"),
-             row(2, "Speech Recognition", states.speech, "The transcript, on this computer.",
-                 speechRemedy(model_->settings.localeID.value()), "Privacy_SpeechRecognition")});
+    std::vector<SetupRow> rows;
+    for (const Permission& permission : Permissions::described(states, model_->settings.localeID.value())) {
+        rows.push_back(row(static_cast<int>(rows.size()), permission));
+    }
+    setRows(std::move(rows));
+    states_ = states;
     Q_EMIT stateChanged();
+}
+
+bool RecordingSetup::canRecord() const {
+    return states_.mic == PermissionState::granted && states_.screen == PermissionState::granted;
+}
+
+bool RecordingSetup::canRecordMySideOnly() const {
+    return states_.mic == PermissionState::granted && states_.screen != PermissionState::granted;
 }
 
 void RecordingSetup::record() {

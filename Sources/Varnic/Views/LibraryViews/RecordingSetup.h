@@ -41,9 +41,8 @@ public:
 
     [[nodiscard]] static QString explanation();
 
-    [[nodiscard]] bool canRecord() const { return isReadyAt(0) && isReadyAt(1); }
-
-    [[nodiscard]] bool canRecordMySideOnly() const { return isReadyAt(0) && !isReadyAt(1); }
+    [[nodiscard]] bool canRecord() const;
+    [[nodiscard]] bool canRecordMySideOnly() const;
 
     Q_INVOKABLE void record();
     Q_INVOKABLE void recordMySideOnly();
@@ -59,13 +58,12 @@ Q_SIGNALS:
     void stateChanged();
 
 private:
-    [[nodiscard]] bool isReadyAt(std::size_t row) const { return row < rows().size() && rows()[row].isReady; }
-
     QCoro::Task<> look();
     void show(const Permissions::States& states);
 
     AppModel* model_ = nullptr;
     QTimer tick_;
+    Permissions::States states_;
     bool isLooking_ = false;
 };
 

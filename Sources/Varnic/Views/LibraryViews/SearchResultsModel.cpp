@@ -1,6 +1,6 @@
 #include "Varnic/Views/LibraryViews/SearchResultsModel.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/Theme/Native/Highlighted.h"
 #include "VarnicCore/Models/Clock.h"
 
@@ -18,7 +18,7 @@ QString titleOf(const Note& note) {
 } // namespace
 
 void SearchResultsModel::componentComplete() {
-    setModel(appModel(*qmlEngine(this)));
+    setModel(ViewContext::of(this).model);
 }
 
 void SearchResultsModel::setModel(AppModel& model) {

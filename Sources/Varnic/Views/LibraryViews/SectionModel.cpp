@@ -1,7 +1,7 @@
 #include "Varnic/Views/LibraryViews/SectionModel.h"
 
 #include "Varnic/Shell/Menus.h"
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/LibraryViews/ListKeys.h"
 
 #include <algorithm>
@@ -29,7 +29,7 @@ SectionRow row(LibrarySection section, const char* symbol, int number = 0) {
 } // namespace
 
 void SectionModel::componentComplete() {
-    setModel(appModel(*qmlEngine(this)));
+    setModel(ViewContext::of(this).model);
 }
 
 void SectionModel::setModel(AppModel& model) {

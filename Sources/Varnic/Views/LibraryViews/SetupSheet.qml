@@ -4,7 +4,7 @@ import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// What recording takes, and what of it is missing.
-Sheet {
+Theme.Sheet {
     id: sheet
 
     name: "Before your first call"

@@ -1,12 +1,12 @@
 #include "Varnic/Views/LibraryViews/Toast.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Wording.h"
 
 namespace varnic {
 
 Toast* Toast::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
-    return new Toast(appModel(*engine));
+    return new Toast(ViewContext::of(*engine).model);
 }
 
 Toast::Toast(AppModel& model, QObject* parent) : QObject(parent), model_(model) {

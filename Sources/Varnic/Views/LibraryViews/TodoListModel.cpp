@@ -1,6 +1,6 @@
 #include "Varnic/Views/LibraryViews/TodoListModel.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 
 #include <algorithm>
 #include <iterator>
@@ -61,7 +61,7 @@ bool staysAt(const TodoRow& before, const TodoRow& fresh) {
 } // namespace
 
 void TodoListModel::componentComplete() {
-    setModel(appModel(*qmlEngine(this)));
+    setModel(ViewContext::of(this).model);
 }
 
 void TodoListModel::setModel(AppModel& model) {

@@ -1,10 +1,12 @@
 #include "Varnic/Views/NotePage/CallPlayer.h"
 
+#include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Inbox.h"
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Clock.h"
 
 #include <QPointer>
+#include <QQmlEngine>
 
 #include <chrono>
 
@@ -74,7 +76,7 @@ void CallPlayer::take(TrackPlayer::Event event) {
 
 void CallPlayer::tellProblem(const std::string& sentence) {
     if (const QQmlEngine* engine = qmlEngine(this)) {
-        appModel(*engine).flash({.text = sentence, .symbol = "exclamationmark.triangle"});
+        ViewContext::of(*engine).model.flash({.text = sentence, .symbol = "exclamationmark.triangle"});
     }
 }
 

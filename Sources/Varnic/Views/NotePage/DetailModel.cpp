@@ -1,11 +1,11 @@
 #include "Varnic/Views/NotePage/DetailModel.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 
 namespace varnic {
 
 void DetailModel::componentComplete() {
-    app_ = &appModel(*qmlEngine(this));
+    app_ = &ViewContext::of(this).model;
     watchers_.push_back(app_->selection.addNotifier([this] { refresh(); }));
     connect(&app_->recorder(), &RecordingController::stateChanged, this, &DetailModel::refresh);
     refresh();

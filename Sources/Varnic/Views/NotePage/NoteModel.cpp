@@ -1,6 +1,6 @@
 #include "Varnic/Views/NotePage/NoteModel.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Export/ExportFormat.h"
 #include "VarnicCore/Models/Clock.h"
@@ -45,7 +45,7 @@ NoteModel::NoteModel(QObject* parent) : QObject(parent), blank_(std::make_shared
 }
 
 void NoteModel::componentComplete() {
-    app_ = &appModel(*qmlEngine(this));
+    app_ = &ViewContext::of(this).model;
     connect(app_, &AppModel::notesChanged, this, [this](const ChangedNotes& changed) {
         if (concerns(changed, id_)) {
             refresh();

@@ -1,6 +1,7 @@
 #include "Varnic/Views/NotePage/SummaryModel.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/AppModel/AppModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Wording.h"
 
 #include <fmt/format.h>
@@ -16,7 +17,7 @@ QString shown(const std::string& text) {
 } // namespace
 
 void SummaryModel::componentComplete() {
-    app_ = &appModel(*qmlEngine(this));
+    app_ = &ViewContext::of(this).model;
     connect(note_, &NoteModel::changed, this, &SummaryModel::changed);
     const auto tell = [this] { Q_EMIT changed(); };
     watchers_.push_back(app_->processing.addNotifier(tell));

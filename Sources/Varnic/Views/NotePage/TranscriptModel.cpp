@@ -1,6 +1,7 @@
 #include "Varnic/Views/NotePage/TranscriptModel.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/AppModel/AppModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Text/TextKit.h"
 #include "VarnicCore/Transcript/Diarisation.h"
@@ -24,7 +25,7 @@ constexpr double tolerance = 0.01;
 
 void TranscriptModel::componentComplete() {
     connect(note_, &NoteModel::transcriptChanged, this, &TranscriptModel::readTurns);
-    watchers_.push_back(appModel(*qmlEngine(this)).processing.addNotifier([this] { Q_EMIT changed(); }));
+    watchers_.push_back(ViewContext::of(this).model.processing.addNotifier([this] { Q_EMIT changed(); }));
     readTurns();
 }
 

@@ -81,7 +81,7 @@ Rectangle {
         }
     }
 
-    SearchField {
+    Theme.SearchField {
         id: search
 
         anchors.left: parent.left
@@ -90,9 +90,10 @@ Rectangle {
         anchors.rightMargin: Theme.Space.l
         anchors.top: head.bottom
         enabled: panel.note.transcriptShown
-        placeholder: "Find in transcript"
+        objectName: "filter"
+        placeholderText: "Find in transcript"
 
-        onLeaving: list.forceActiveFocus(Qt.TabFocusReason)
+        Keys.onDownPressed: list.forceActiveFocus(Qt.TabFocusReason)
     }
 
     Rectangle {

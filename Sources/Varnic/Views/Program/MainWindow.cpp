@@ -1,7 +1,6 @@
 #include "Varnic/Views/Program/MainWindow.h"
 
-#include "Varnic/Views/Context/ViewModel.h"
-#include "Varnic/Views/LibraryViews/MainMenu.h"
+#include "Varnic/AppModel/AppModel.h"
 
 #include <QTimer>
 
@@ -11,17 +10,15 @@
 
 namespace varnic {
 
-MainWindow::MainWindow(AppModel& model, std::function<void()> quit) {
+MainWindow::MainWindow(const ViewContext& context) {
     engine_.addImportPath("qrc:/qt/qml");
-    setAppModel(engine_, model);
+    context.giveTo(engine_);
     engine_.load(QUrl("qrc:/qt/qml/Varnic/LibraryViews/Main.qml"));
     window_ = engine_.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine_.rootObjects().front());
     if (window_ == nullptr) {
         throw std::runtime_error("The main window couldn’t be made.");
     }
-    auto* menu = engine_.singletonInstance<MainMenu*>(qmlTypeId("Varnic.LibraryViews", 1, 0, "MainMenu"));
-    QObject::connect(menu, &MainMenu::quitRequested, menu, std::move(quit), Qt::QueuedConnection);
-    place_ = std::make_unique<WindowPlace>(*window_, model.settings.store());
+    place_ = std::make_unique<WindowPlace>(*window_, context.model.settings.store());
 }
 
 void MainWindow::activate() {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Varnic/AppModel/AppModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/Program/WindowPlace.h"
 
 #include <QQmlApplicationEngine>
@@ -11,11 +11,11 @@
 
 namespace varnic {
 
-/// The program's window and the QML engine behind all its windows. Main thread; must not outlive the model.
+/// The program's window and the QML engine behind all its windows. Main thread; must not outlive what its views show.
 class MainWindow {
 public:
     /// Makes the window without showing it. Throws std::runtime_error when its QML cannot be loaded.
-    MainWindow(AppModel& model, std::function<void()> quit);
+    explicit MainWindow(const ViewContext& context);
 
     /// Shows the window, or brings it to the front.
     void activate();

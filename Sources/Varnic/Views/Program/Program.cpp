@@ -18,7 +18,8 @@
 namespace varnic {
 
 Program::Program(AppPlaces places)
-    : model_(std::move(places)), delegate_(model_), window_(model_, [this] { delegate_.terminate(); }),
+    : model_(std::move(places)), delegate_(model_),
+      window_(ViewContext{.model = model_, .recorder = model_.recorder(), .shell = &delegate_}),
       signals_([this] { delegate_.terminate(AppDelegate::Occasion::system); }) {
     fillInDesktop();
     delegate_.hooks.ask = [this](QuitQuestion question) {
@@ -44,6 +45,7 @@ Program::Program(AppPlaces places)
 
 void Program::fillInDesktop() {
     model_.desktop.activate = [this] { window_.activate(); };
+    model_.desktop.closeWindow = [this] { window_.window().close(); };
     model_.desktop.playSound = [](const std::string& name) { Sounds::play(name); };
     model_.desktop.copyText = [](const std::string& text) {
         QGuiApplication::clipboard()->setText(QString::fromStdString(text));
@@ -78,7 +80,7 @@ void Program::start(const Request& request) {
 
 void Program::launch() {
     QGuiApplication::setWindowIcon(QIcon::fromTheme("app.brevin.Varnic"));
-    tray_.emplace(model_, [this] { delegate_.terminate(); });
+    tray_.emplace(model_, delegate_.menus().tray);
     delegate_.applicationDidFinishLaunching();
     quitIfForsaken();
     Background::start(loadDelayedLibraries);

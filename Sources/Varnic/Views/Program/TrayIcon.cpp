@@ -53,17 +53,16 @@ QIcon idleIcon() {
 
 } // namespace
 
-TrayIcon::TrayIcon(AppModel& model, std::function<void()> quit, QObject* parent) : QObject(parent), model_(model) {
+TrayIcon::TrayIcon(AppModel& model, const std::vector<MenuEntry>& entries, QObject* parent)
+    : QObject(parent), model_(model) {
     time_ = menu_.addAction(QString());
     time_->setEnabled(false);
-    record_ = menu_.addAction(QString(), this, [&model] { model.toggleRecording(); });
-    menu_.addAction("New Note", this, [&model] {
-        model.newNote();
-        model.desktop.activate();
-    });
-    menu_.addSeparator();
-    menu_.addAction("Open Varnic", this, [&model] { model.desktop.activate(); });
-    menu_.addAction("Quit", this, std::move(quit));
+    for (const MenuEntry& entry : entries) {
+        if (entry.beginsGroup) {
+            menu_.addSeparator();
+        }
+        entries_.emplace_back(entry, menu_.addAction(QString(), this, entry.perform));
+    }
     icon_.setContextMenu(&menu_);
     connect(&icon_, &QSystemTrayIcon::activated, this, [&model](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick) {
@@ -83,8 +82,10 @@ bool TrayIcon::isReachable() const {
 /// The recorder moves 20 times a second, what shows of it once.
 void TrayIcon::refresh() {
     const SessionState& state = model_.recorder().state();
-    record_->setText(isBusy(state) ? "Stop Recording" : "Record Call");
-    record_->setEnabled(SessionLogic::toggle(state, true) != SessionLogic::Action::none);
+    for (const auto& [entry, action] : entries_) {
+        action->setText(QString::fromStdString(entry.text()));
+        action->setEnabled(entry.isEnabled());
+    }
     const MenuBarLabel label = MenuBarLabel::of(state, model_.recorder().elapsed());
     if (label == label_) {
         return;

@@ -2,12 +2,14 @@
 
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Shell/MenuBarLabel.h"
+#include "Varnic/Shell/Menus.h"
 
 #include <QMenu>
 #include <QObject>
 #include <QSystemTrayIcon>
 
-#include <functional>
+#include <utility>
+#include <vector>
 
 namespace varnic {
 
@@ -17,7 +19,7 @@ class TrayIcon : public QObject {
     Q_OBJECT
 
 public:
-    TrayIcon(AppModel& model, std::function<void()> quit, QObject* parent = nullptr);
+    TrayIcon(AppModel& model, const std::vector<MenuEntry>& entries, QObject* parent = nullptr);
 
     /// Whether the user can reach the program by it now.
     [[nodiscard]] bool isReachable() const;
@@ -29,7 +31,7 @@ private:
     MenuBarLabel label_;
     QMenu menu_;
     QAction* time_;
-    QAction* record_;
+    std::vector<std::pair<MenuEntry, QAction*>> entries_;
     QSystemTrayIcon icon_;
 };
 

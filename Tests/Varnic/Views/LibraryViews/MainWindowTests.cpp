@@ -1,4 +1,5 @@
 #include "Varnic/AppModel/ScratchModel.h"
+#include "Varnic/Shell/AppDelegate.h"
 #include "Varnic/Views/LibraryViews/Library.h"
 #include "Varnic/Views/Program/MainWindow.h"
 #include "Varnic/Views/Program/QuitDialog.h"
@@ -24,7 +25,11 @@ namespace {
 class MainWindowTest : public testing::Test {
 protected:
     void open() {
-        mainWindow.emplace(*model, [this] { ++quits; });
+        shell.emplace(*model);
+        shell->hooks.quit = [this] { ++quits; };
+        shell->notifications().isWindowInFront = [] { return true; };
+        mainWindow.emplace(ViewContext{.model = *model, .recorder = model->recorder(), .shell = &*shell});
+        model->desktop.closeWindow = [this] { mainWindow->window().close(); };
         model.load();
         mainWindow->activate();
         // Lists and page follow the first picture.
@@ -68,6 +73,7 @@ protected:
     }
 
     ScratchModel model;
+    std::optional<AppDelegate> shell;
     std::optional<MainWindow> mainWindow;
     int quits = 0;
 };

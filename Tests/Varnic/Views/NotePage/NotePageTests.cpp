@@ -1,5 +1,5 @@
 #include "Varnic/AppModel/ScratchModel.h"
-#include "Varnic/Views/Context/ViewModel.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/NotePage/CallPlayer.h"
 #include "Varnic/Views/NotePage/NoteModel.h"
 #include "Varnic/Views/NotePage/SummaryModel.h"
@@ -51,7 +51,7 @@ protected:
         model->selection = id;
         if (view.source().isEmpty()) {
             view.engine()->addImportPath("qrc:/qt/qml");
-            setAppModel(*view.engine(), *model);
+            ViewContext{.model = *model, .recorder = model->recorder()}.giveTo(*view.engine());
             view.setResizeMode(QQuickView::SizeRootObjectToView);
             view.resize(1000, 800);
             view.setSource(QUrl("qrc:/qt/qml/Varnic/NotePage/Detail.qml"));
