@@ -108,6 +108,8 @@ TEST_F(LiveTranscriptTests, show_aTurnOfTheOtherSideIsARowOfItsOwn) {
     // One that comes late, between others.
     transcript.show({them(0, "Good morning."), them(0.5, "Sam."), you(2, "Hello."), you(30, "Yes."), them(65, "So.")},
                     {});
+    ASSERT_EQ(changes.size(), 1) << "of the turn that goes on alone";
+    EXPECT_EQ(changes.front()[1].toModelIndex().row(), 0);
     EXPECT_EQ(transcript.count(), 4);
     EXPECT_EQ(at(0, LiveTranscript::SpokenRole), "Good morning. Sam.");
     EXPECT_EQ(at(2, LiveTranscript::SpokenRole), "Yes.");

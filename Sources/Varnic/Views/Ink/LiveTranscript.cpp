@@ -9,6 +9,7 @@
 #include <iterator>
 #include <ranges>
 #include <set>
+#include <utility>
 
 namespace varnic {
 
@@ -42,26 +43,8 @@ void appendWords(std::size_t row, const QString& text, std::vector<SpokenWord>& 
     }
 }
 
-} // namespace
-
-LiveTranscript::LiveTranscript(QObject* parent) : QAbstractListModel(parent) {
-    drying_.setSingleShot(true);
-    drying_.setInterval(dryingTime);
-    connect(&drying_, &QTimer::timeout, this, &LiveTranscript::dry);
-}
-
-void LiveTranscript::show(const std::vector<Segment>& committed,
-                          const std::map<Speaker, std::vector<Segment>>& unfinished) {
-    const int before = count();
-    replace(turns(committed, unfinished));
-    findFreshWords();
-    if (count() != before) {
-        Q_EMIT countChanged();
-    }
-}
-
-std::vector<LiveTranscript::Row> LiveTranscript::turns(const std::vector<Segment>& committed,
-                                                       const std::map<Speaker, std::vector<Segment>>& unfinished) {
+std::vector<LiveTurnRow> turns(const std::vector<Segment>& committed,
+                               const std::map<Speaker, std::vector<Segment>>& unfinished) {
     std::vector<Segment> lines = committed;
     std::set<Uuid> open;
     for (const Segment& line : unfinished | std::views::values | std::views::join) {
@@ -70,7 +53,8 @@ std::vector<LiveTranscript::Row> LiveTranscript::turns(const std::vector<Segment
     }
     std::erase_if(lines, [](const Segment& line) { return line.text.empty(); });
     std::ranges::stable_sort(lines, {}, &Segment::start);
-    std::vector<Row> rows;
+    std::vector<LiveTurnRow> rows;
+    std::map<Speaker, int> counted;
     auto line = lines.begin();
     for (const Segment& turn : Diarisation::turns(lines, turnGap)) {
         // A turn is its lines with a blank between them.
@@ -82,7 +66,7 @@ std::vector<LiveTranscript::Row> LiveTranscript::turns(const std::vector<Segment
             firm = isFirm ? length : firm;
         }
         const auto firmText = QString::fromUtf8(turn.text.data(), static_cast<qsizetype>(firm));
-        rows.push_back({.speaker = turn.speaker,
+        rows.push_back({.id = {.speaker = turn.speaker, .number = counted[turn.speaker]++},
                         .start = turn.start,
                         .text = QString::fromStdString(turn.text),
                         .firm = static_cast<int>(firmText.size())});
@@ -90,61 +74,45 @@ std::vector<LiveTranscript::Row> LiveTranscript::turns(const std::vector<Segment
     return rows;
 }
 
-/// Changes as little as it can: rows at both ends that stay the same are left alone, and those between are changed in
-/// place as far as there are as many.
-void LiveTranscript::replace(std::vector<Row> rows) {
-    const auto shown = rows_ | std::views::transform(&ShownRow::row);
-    const auto head = std::ranges::mismatch(shown, rows).in2 - rows.begin();
-    const auto room = std::min(rows_.size(), rows.size()) - static_cast<std::size_t>(head);
-    std::size_t tail = 0;
-    while (tail < room && rows_[rows_.size() - 1 - tail].row == rows[rows.size() - 1 - tail]) {
-        ++tail;
-    }
-    const auto first = static_cast<std::size_t>(head);
-    const std::size_t changed = room - tail;
-    for (std::size_t i = first; i < first + changed; ++i) {
-        rows_[i].row = rows[i];
-        rows_[i].fresh->setWords({});
-    }
-    if (changed > 0) {
-        Q_EMIT dataChanged(index(static_cast<int>(first)), index(static_cast<int>(first + changed - 1)));
-    }
-    const std::size_t next = first + changed;
-    if (rows_.size() > rows.size()) {
-        remove(static_cast<int>(next), static_cast<int>(rows_.size() - rows.size()));
-    } else if (rows.size() > rows_.size()) {
-        const auto from = rows.begin() + static_cast<std::ptrdiff_t>(next);
-        insert(static_cast<int>(next), {from, from + static_cast<std::ptrdiff_t>(rows.size() - rows_.size())});
+} // namespace
+
+LiveTranscript::LiveTranscript(QObject* parent) : RowModel<LiveTurnRow>(parent) {
+    connect(this, &QAbstractItemModel::dataChanged, this,
+            [this](const QModelIndex& first, const QModelIndex& last) { wipe(first.row(), last.row()); });
+    connect(this, &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex& /*parent*/, int first, int last) { wipe(first, last); });
+    drying_.setSingleShot(true);
+    drying_.setInterval(dryingTime);
+    connect(&drying_, &QTimer::timeout, this, &LiveTranscript::dry);
+}
+
+void LiveTranscript::show(const std::vector<Segment>& committed,
+                          const std::map<Speaker, std::vector<Segment>>& unfinished) {
+    const int before = count();
+    setRows(turns(committed, unfinished));
+    findFreshWords();
+    if (count() != before) {
+        Q_EMIT countChanged();
     }
 }
 
-void LiveTranscript::insert(int at, std::vector<Row> rows) {
-    beginInsertRows({}, at, at + static_cast<int>(rows.size()) - 1);
-    std::vector<ShownRow> added;
-    for (Row& row : rows) {
-        added.push_back({.row = std::move(row), .fresh = std::make_unique<FreshInk>()});
+void LiveTranscript::wipe(int firstRow, int lastRow) {
+    for (int row = firstRow; row <= lastRow; ++row) {
+        FreshInk*& ink = inks_[rows()[static_cast<std::size_t>(row)].id];
+        if (ink == nullptr) {
+            ink = new FreshInk(this);
+        }
+        ink->setWords({});
     }
-    rows_.insert(rows_.begin() + at, std::move_iterator(added.begin()), std::move_iterator(added.end()));
-    endInsertRows();
-}
-
-void LiveTranscript::remove(int from, int count) {
-    beginRemoveRows({}, from, from + count - 1);
-    for (int i = from; i < from + count; ++i) {
-        // A view may still be drawing with it.
-        rows_[static_cast<std::size_t>(i)].fresh.release()->deleteLater();
-    }
-    rows_.erase(rows_.begin() + from, rows_.begin() + from + count);
-    endRemoveRows();
 }
 
 void LiveTranscript::findFreshWords() {
     std::map<std::size_t, std::vector<FreshInk::Word>> wet;
     for (const Speaker speaker : allSpeakers) {
         std::vector<SpokenWord> words;
-        for (std::size_t row = 0; row < rows_.size(); ++row) {
-            if (rows_[row].row.speaker == speaker) {
-                appendWords(row, rows_[row].row.text, words);
+        for (std::size_t row = 0; row < rows().size(); ++row) {
+            if (rows()[row].id.speaker == speaker) {
+                appendWords(row, rows()[row].text, words);
             }
         }
         QStringList keys;
@@ -158,7 +126,7 @@ void LiveTranscript::findFreshWords() {
         read_[speaker] = keys;
     }
     for (auto& [row, words] : wet) {
-        rows_[row].fresh->setWords(std::move(words));
+        inks_.at(rows()[row].id)->setWords(std::move(words));
     }
     if (!wet.empty()) {
         drying_.start();
@@ -166,25 +134,21 @@ void LiveTranscript::findFreshWords() {
 }
 
 void LiveTranscript::dry() {
-    for (const ShownRow& row : rows_) {
-        row.fresh->setWords({});
+    for (FreshInk* ink : inks_ | std::views::values) {
+        ink->setWords({});
     }
-}
-
-int LiveTranscript::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : count();
 }
 
 QVariant LiveTranscript::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
     }
-    const auto& [row, fresh] = rows_[static_cast<std::size_t>(index.row())];
+    const LiveTurnRow& row = rows()[static_cast<std::size_t>(index.row())];
     switch (role) {
     case NameRole:
-        return QString::fromStdString(std::string(varnic::label(row.speaker)));
+        return QString::fromStdString(std::string(varnic::label(row.id.speaker)));
     case IsYouRole:
-        return row.speaker == Speaker::you;
+        return row.id.speaker == Speaker::you;
     case StampRole:
         return QString::fromStdString(Clock::stamp(row.start));
     case SpokenRole:
@@ -192,9 +156,9 @@ QVariant LiveTranscript::data(const QModelIndex& index, int role) const {
     case FirmRole:
         return row.firm;
     case FreshRole:
-        return QVariant::fromValue(fresh.get());
+        return QVariant::fromValue(inks_.at(row.id));
     case LabelRole:
-        return label(row.speaker, row.start, row.text);
+        return label(row.id.speaker, row.start, row.text);
     default:
         return {};
     }

@@ -12,14 +12,12 @@ Column {
 
     spacing: 4
 
-    BlocksModel {
-        id: blocks
-
-        note: list.note
-    }
-
     Repeater {
-        model: blocks
+        model: BlocksModel {
+            id: blocks
+
+            note: list.note
+        }
 
         BlockRow {
             width: list.width

@@ -49,11 +49,11 @@ void BlocksModel::readBlocks() {
     for (const Block& block : note_->note().blocks) {
         blocks.push_back({block, block.owner ? note_->name(*block.owner) : std::string()});
     }
-    rows_.take(std::move(blocks));
+    setRows(std::move(blocks));
 }
 
 void BlocksModel::toggle(int row) {
-    note_->app()->toggleTodo(note_->id(), rows_.all().at(static_cast<std::size_t>(row)).id);
+    note_->app()->toggleTodo(note_->id(), rows().at(static_cast<std::size_t>(row)).id);
 }
 
 QString BlocksModel::cardText(const Block& block) const {
@@ -68,33 +68,33 @@ QString BlocksModel::cardText(const Block& block) const {
 }
 
 QVariant BlocksModel::data(const QModelIndex& index, int role) const {
-    const BlockRow* block = rows_.at(index);
-    if (block == nullptr) {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
     }
+    const BlockRow& block = rows()[static_cast<std::size_t>(index.row())];
     switch (role) {
     case Kind:
-        return text(rawValue(block->kind));
+        return text(rawValue(block.kind));
     case KindTitle:
-        return text(title(block->kind));
+        return text(title(block.kind));
     case Text:
-        return text(block->text);
+        return text(block.text);
     case Done:
-        return block->done;
+        return block.done;
     case OwnerIsYou:
-        return block->owner == Speaker::you;
+        return block.owner == Speaker::you;
     case OwnerName:
-        return text(block->ownerName);
+        return text(block.ownerName);
     case Due:
-        return text(block->due.value_or(""));
+        return text(block.due.value_or(""));
     case Back:
-        return text(block->back);
+        return text(block.back);
     case CardText:
-        return cardText(*block);
+        return cardText(block);
     case Cells:
-        return cellsOf(*block);
+        return cellsOf(block);
     case Columns:
-        return columnsOf(*block);
+        return columnsOf(block);
     default:
         return {};
     }

@@ -58,7 +58,7 @@ void TranscriptModel::show() {
             shown.back().isCurrent = isCurrent(turn.row);
         }
     }
-    rows_.take(std::move(shown));
+    setRows(std::move(shown));
     Q_EMIT changed();
     markPosition();
 }
@@ -68,15 +68,17 @@ bool TranscriptModel::isCurrent(const TurnRow& row) const {
 }
 
 int TranscriptModel::rowAt(double time) const {
-    const auto last = std::find_if(rows_.all().rbegin(), rows_.all().rend(),
+    const auto last = std::find_if(rows().rbegin(), rows().rend(),
                                    [time](const TurnRow& row) { return row.start <= time + tolerance; });
-    return static_cast<int>(rows_.all().rend() - last) - 1;
+    return static_cast<int>(rows().rend() - last) - 1;
 }
 
 void TranscriptModel::markPosition() {
-    for (std::size_t i = 0; i < rows_.all().size(); ++i) {
-        if (const bool is = isCurrent(rows_.all()[i]); is != rows_.all()[i].isCurrent) {
-            rows_.change(i, [is](TurnRow& row) { row.isCurrent = is; });
+    for (std::size_t i = 0; i < rows().size(); ++i) {
+        if (const bool is = isCurrent(rows()[i]); is != rows()[i].isCurrent) {
+            TurnRow row = rows()[i];
+            row.isCurrent = is;
+            changeRow(i, std::move(row));
         }
     }
     if (const int row = playing_ ? rowAt(time_) : -1; row != followedRow_) {
@@ -109,7 +111,7 @@ void TranscriptModel::setPlaying(bool playing) {
 }
 
 QString TranscriptModel::countText() const {
-    return QString::fromStdString(fmt::format("{} turns", rows_.all().size()));
+    return QString::fromStdString(fmt::format("{} turns", rows().size()));
 }
 
 QString TranscriptModel::placeholder() const {
@@ -120,23 +122,23 @@ QString TranscriptModel::placeholder() const {
 }
 
 QVariant TranscriptModel::data(const QModelIndex& index, int role) const {
-    const TurnRow* turn = rows_.at(index);
-    if (turn == nullptr) {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
     }
+    const TurnRow& turn = rows()[static_cast<std::size_t>(index.row())];
     switch (role) {
     case IsYou:
-        return turn->speaker == Speaker::you;
+        return turn.speaker == Speaker::you;
     case Name:
-        return QString::fromStdString(turn->name);
+        return QString::fromStdString(turn.name);
     case Start:
-        return turn->start;
+        return turn.start;
     case Stamp:
-        return QString::fromStdString(Clock::stamp(turn->start));
+        return QString::fromStdString(Clock::stamp(turn.start));
     case Text:
-        return QString::fromStdString(turn->text);
+        return QString::fromStdString(turn.text);
     case IsCurrent:
-        return turn->isCurrent;
+        return turn.isCurrent;
     default:
         return {};
     }

@@ -35,19 +35,6 @@ Rectangle {
         running: true
     }
 
-    TranscriptModel {
-        id: transcript
-
-        filter: search.text
-        note: panel.note
-        playing: panel.player.playing
-        time: panel.player.time
-
-        onFollowedRowChanged: if (followedRow >= 0) {
-            panel.show(followedRow);
-        }
-    }
-
     Rectangle {
         color: Theme.Palette.rule
         height: parent.height
@@ -133,7 +120,6 @@ Rectangle {
         clip: true
         highlightMoveDuration: Theme.Motion.snappy
         keyNavigationEnabled: true
-        model: transcript
         objectName: "turns"
         spacing: Theme.Space.s
         topMargin: Theme.Space.m
@@ -148,6 +134,18 @@ Rectangle {
             onChosen: {
                 list.currentIndex = index;
                 panel.player.seek(start, true);
+            }
+        }
+        model: TranscriptModel {
+            id: transcript
+
+            filter: search.text
+            note: panel.note
+            playing: panel.player.playing
+            time: panel.player.time
+
+            onFollowedRowChanged: if (followedRow >= 0) {
+                panel.show(followedRow);
             }
         }
 
