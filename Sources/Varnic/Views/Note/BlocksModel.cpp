@@ -1,4 +1,4 @@
-#include "Varnic/Views/NotePage/BlocksModel.h"
+#include "Varnic/Views/Note/BlocksModel.h"
 
 #include "VarnicCore/Models/RelativeDate.h"
 

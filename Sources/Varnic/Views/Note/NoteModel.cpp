@@ -1,4 +1,4 @@
-#include "Varnic/Views/NotePage/NoteModel.h"
+#include "Varnic/Views/Note/NoteModel.h"
 
 #include "Varnic/Views/Context/ViewModel.h"
 #include "VarnicCore/Editor/NoteEditor.h"
