@@ -1,7 +1,7 @@
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/Views/Context/ViewModel.h"
-#include "Varnic/Views/NotePage/CallPlayer.h"
 #include "Varnic/Views/Note/NoteModel.h"
+#include "Varnic/Views/NotePage/CallPlayer.h"
 #include "Varnic/Views/NotePage/SummaryModel.h"
 #include "Varnic/Views/NotePage/TranscriptModel.h"
 

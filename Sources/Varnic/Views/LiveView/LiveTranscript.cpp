@@ -1,6 +1,6 @@
-#include "Varnic/Views/Ink/LiveTranscript.h"
+#include "Varnic/Views/LiveView/LiveTranscript.h"
 
-#include "Varnic/Views/Ink/FreshWords.h"
+#include "Varnic/Views/LiveView/FreshWords.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Transcript/Diarisation.h"
 

@@ -1,7 +1,7 @@
-#include "Varnic/Views/Ink/LiveTranscript.h"
+#include "Varnic/Views/LiveView/LiveTranscript.h"
 
 #include "Varnic/EventLoop.h"
-#include "Varnic/Views/Ink/FreshWords.h"
+#include "Varnic/Views/LiveView/FreshWords.h"
 
 #include <QSignalSpy>
 #include <gmock/gmock.h>
