@@ -22,7 +22,7 @@ constexpr double turnGap = 2.5;
 /// Longer than any word takes to be written.
 constexpr auto dryingTime = 700ms;
 
-QString label(Speaker speaker, double start, const QString& text) {
+QString spokenTurn(Speaker speaker, double start, const QString& text) {
     const std::string_view name = varnic::label(speaker);
     return QStringLiteral("%1, %2: %3")
         .arg(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())),
@@ -109,24 +109,24 @@ void LiveTranscript::wipe(int firstRow, int lastRow) {
 void LiveTranscript::findFreshWords() {
     std::map<std::size_t, std::vector<FreshInk::Word>> wet;
     for (const Speaker speaker : allSpeakers) {
-        std::vector<SpokenWord> words;
+        std::vector<SpokenWord> said;
         for (std::size_t row = 0; row < rows().size(); ++row) {
             if (rows()[row].id.speaker == speaker) {
-                appendWords(row, rows()[row].text, words);
+                appendWords(row, rows()[row].text, said);
             }
         }
         QStringList keys;
-        std::ranges::transform(words, std::back_inserter(keys), &SpokenWord::key);
-        const std::vector<bool> fresh = freshWords(read_[speaker], keys);
-        for (std::size_t i = 0; i < words.size(); ++i) {
-            if (fresh[i]) {
-                wet[words[i].row].push_back(words[i].place);
+        std::ranges::transform(said, std::back_inserter(keys), &SpokenWord::key);
+        const std::vector<bool> isFresh = freshWords(read_[speaker], keys);
+        for (std::size_t i = 0; i < said.size(); ++i) {
+            if (isFresh[i]) {
+                wet[said[i].row].push_back(said[i].place);
             }
         }
         read_[speaker] = keys;
     }
-    for (auto& [row, words] : wet) {
-        inks_.at(rows()[row].id)->setWords(std::move(words));
+    for (auto& [row, places] : wet) {
+        inks_.at(rows()[row].id)->setWords(std::move(places));
     }
     if (!wet.empty()) {
         drying_.start();
@@ -145,28 +145,28 @@ QVariant LiveTranscript::data(const QModelIndex& index, int role) const {
     }
     const LiveTurnRow& row = rows()[static_cast<std::size_t>(index.row())];
     switch (role) {
-    case NameRole:
+    case name:
         return QString::fromStdString(std::string(varnic::label(row.id.speaker)));
-    case IsYouRole:
+    case isYou:
         return row.id.speaker == Speaker::you;
-    case StampRole:
+    case stamp:
         return QString::fromStdString(Clock::stamp(row.start));
-    case SpokenRole:
+    case words:
         return row.text;
-    case FirmRole:
+    case firm:
         return row.firm;
-    case FreshRole:
+    case fresh:
         return QVariant::fromValue(inks_.at(row.id));
-    case LabelRole:
-        return label(row.id.speaker, row.start, row.text);
+    case spoken:
+        return spokenTurn(row.id.speaker, row.start, row.text);
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> LiveTranscript::roleNames() const {
-    return {{NameRole, "name"}, {IsYouRole, "isYou"}, {StampRole, "stamp"}, {SpokenRole, "spoken"},
-            {FirmRole, "firm"}, {FreshRole, "fresh"}, {LabelRole, "label"}};
+    return {{name, "name"}, {isYou, "isYou"}, {stamp, "stamp"},  {words, "words"},
+            {firm, "firm"}, {fresh, "fresh"}, {spoken, "spoken"}};
 }
 
 } // namespace varnic

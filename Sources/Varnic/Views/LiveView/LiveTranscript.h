@@ -44,17 +44,17 @@ class LiveTranscript : public RowModel<LiveTurnRow> {
 public:
     enum Role {
         /// "You" or "Them".
-        NameRole = Qt::UserRole,
-        IsYouRole,
+        name = Qt::UserRole,
+        isYou,
         /// When the turn began, as text.
-        StampRole,
-        SpokenRole,
-        /// How much of `spoken` is final, in characters.
-        FirmRole,
+        stamp,
+        words,
+        /// How much of `words` is final, in characters.
+        firm,
         /// The FreshInk of the row.
-        FreshRole,
+        fresh,
         /// Who, when and what, for those who listen.
-        LabelRole
+        spoken
     };
 
     explicit LiveTranscript(QObject* parent = nullptr);

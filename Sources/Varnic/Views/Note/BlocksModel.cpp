@@ -56,7 +56,7 @@ void BlocksModel::toggle(int row) {
     note_->app()->toggleTodo(note_->id(), rows().at(static_cast<std::size_t>(row)).id);
 }
 
-QString BlocksModel::cardText(const Block& block) const {
+QString BlocksModel::lineOfCard(const Block& block) const {
     if (!block.card) {
         return {};
     }
@@ -73,27 +73,27 @@ QVariant BlocksModel::data(const QModelIndex& index, int role) const {
     }
     const BlockRow& block = rows()[static_cast<std::size_t>(index.row())];
     switch (role) {
-    case Kind:
+    case kind:
         return text(rawValue(block.kind));
-    case KindTitle:
+    case kindTitle:
         return text(title(block.kind));
-    case Text:
+    case words:
         return text(block.text);
-    case Done:
+    case isDone:
         return block.done;
-    case OwnerIsYou:
+    case isYours:
         return block.owner == Speaker::you;
-    case OwnerName:
+    case ownerName:
         return text(block.ownerName);
-    case Due:
+    case due:
         return text(block.due.value_or(""));
-    case Back:
+    case back:
         return text(block.back);
-    case CardText:
-        return cardText(block);
-    case Cells:
+    case cardText:
+        return lineOfCard(block);
+    case cells:
         return cellsOf(block);
-    case Columns:
+    case columns:
         return columnsOf(block);
     default:
         return {};
@@ -101,17 +101,9 @@ QVariant BlocksModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> BlocksModel::roleNames() const {
-    return {{Kind, "kind"},
-            {KindTitle, "kindTitle"},
-            {Text, "words"},
-            {Done, "done"},
-            {OwnerIsYou, "ownerIsYou"},
-            {OwnerName, "ownerName"},
-            {Due, "due"},
-            {Back, "back"},
-            {CardText, "cardText"},
-            {Cells, "cells"},
-            {Columns, "columns"}};
+    return {{kind, "kind"},         {kindTitle, "kindTitle"}, {words, "words"},    {isDone, "isDone"},
+            {isYours, "isYours"},   {ownerName, "ownerName"}, {due, "due"},        {back, "back"},
+            {cardText, "cardText"}, {cells, "cells"},         {columns, "columns"}};
 }
 
 } // namespace varnic

@@ -24,17 +24,20 @@ class BlocksModel : public RowModel<BlockRow>, public QQmlParserStatus {
 
 public:
     enum Role {
-        Kind = Qt::UserRole,
-        KindTitle,
-        Text,
-        Done,
-        OwnerIsYou,
-        OwnerName,
-        Due,
-        Back,
-        CardText,
-        Cells,
-        Columns
+        kind = Qt::UserRole,
+        kindTitle,
+        words,
+        isDone,
+        isYours,
+        /// Whose it is; empty where nobody's.
+        ownerName,
+        due,
+        back,
+        /// Of a card, its box and when it is due.
+        cardText,
+        /// Of a table, row by row; all rows are as long as the longest.
+        cells,
+        columns
     };
 
     using RowModel<BlockRow>::RowModel;
@@ -51,7 +54,7 @@ public:
 
 private:
     void readBlocks();
-    [[nodiscard]] QString cardText(const Block& block) const;
+    [[nodiscard]] QString lineOfCard(const Block& block) const;
 
     QPointer<NoteModel> note_;
 };

@@ -55,7 +55,7 @@ void TranscriptModel::show() {
         }
         if (turn.folded.find(needle) != std::string::npos) {
             shown.push_back(turn.row);
-            shown.back().isCurrent = isCurrent(turn.row);
+            shown.back().isCurrent = playerIsIn(turn.row);
         }
     }
     setRows(std::move(shown));
@@ -63,7 +63,7 @@ void TranscriptModel::show() {
     markPosition();
 }
 
-bool TranscriptModel::isCurrent(const TurnRow& row) const {
+bool TranscriptModel::playerIsIn(const TurnRow& row) const {
     return row.start <= time_ && time_ < row.end + afterglow;
 }
 
@@ -75,7 +75,7 @@ int TranscriptModel::rowAt(double time) const {
 
 void TranscriptModel::markPosition() {
     for (std::size_t i = 0; i < rows().size(); ++i) {
-        if (const bool is = isCurrent(rows()[i]); is != rows()[i].isCurrent) {
+        if (const bool is = playerIsIn(rows()[i]); is != rows()[i].isCurrent) {
             TurnRow row = rows()[i];
             row.isCurrent = is;
             changeRow(i, std::move(row));
@@ -127,17 +127,17 @@ QVariant TranscriptModel::data(const QModelIndex& index, int role) const {
     }
     const TurnRow& turn = rows()[static_cast<std::size_t>(index.row())];
     switch (role) {
-    case IsYou:
+    case isYou:
         return turn.speaker == Speaker::you;
-    case Name:
+    case name:
         return QString::fromStdString(turn.name);
-    case Start:
+    case start:
         return turn.start;
-    case Stamp:
+    case stamp:
         return QString::fromStdString(Clock::stamp(turn.start));
-    case Text:
+    case words:
         return QString::fromStdString(turn.text);
-    case IsCurrent:
+    case isCurrent:
         return turn.isCurrent;
     default:
         return {};
@@ -145,8 +145,8 @@ QVariant TranscriptModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> TranscriptModel::roleNames() const {
-    return {{IsYou, "isYou"}, {Name, "name"},  {Start, "start"},
-            {Stamp, "stamp"}, {Text, "words"}, {IsCurrent, "isCurrent"}};
+    return {{isYou, "isYou"}, {name, "name"},   {start, "start"},
+            {stamp, "stamp"}, {words, "words"}, {isCurrent, "isCurrent"}};
 }
 
 } // namespace varnic

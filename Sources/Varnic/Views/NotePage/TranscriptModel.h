@@ -40,7 +40,7 @@ class TranscriptModel : public RowModel<TurnRow>, public QQmlParserStatus {
     Q_PROPERTY(int followedRow READ followedRow NOTIFY followedRowChanged)
 
 public:
-    enum Role { IsYou = Qt::UserRole, Name, Start, Stamp, Text, IsCurrent };
+    enum Role { isYou = Qt::UserRole, name, start, stamp, words, isCurrent };
 
     using RowModel<TurnRow>::RowModel;
 
@@ -81,7 +81,7 @@ private:
     void readTurns();
     void show();
     void markPosition();
-    [[nodiscard]] bool isCurrent(const TurnRow& row) const;
+    [[nodiscard]] bool playerIsIn(const TurnRow& row) const;
     [[nodiscard]] int rowAt(double time) const;
 
     QPointer<NoteModel> note_;
