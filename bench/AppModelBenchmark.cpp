@@ -10,7 +10,7 @@
 #include "Varnic/Views/LibraryViews/SearchResultsModel.h"
 #include "Varnic/Views/LibraryViews/SectionModel.h"
 #include "Varnic/Views/LibraryViews/TodoListModel.h"
-#include "Varnic/Views/NotePage/NoteModel.h"
+#include "Varnic/Views/Note/NoteModel.h"
 #include "bench/GeneratedLibrary.h"
 #include "bench/Measure.h"
 

@@ -31,11 +31,11 @@ QVariant FreshInk::data(const QModelIndex& index, int role) const {
     }
     const Word& word = words_[static_cast<std::size_t>(index.row())];
     switch (role) {
-    case FromRole:
+    case from:
         return word.from;
-    case ToRole:
+    case to:
         return word.to;
-    case DurationRole:
+    case duration:
         return word.duration();
     default:
         return {};
@@ -43,7 +43,7 @@ QVariant FreshInk::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> FreshInk::roleNames() const {
-    return {{FromRole, "from"}, {ToRole, "to"}, {DurationRole, "duration"}};
+    return {{from, "from"}, {to, "to"}, {duration, "duration"}};
 }
 
 } // namespace varnic

@@ -25,7 +25,7 @@ public:
         bool operator==(const Word&) const = default;
     };
 
-    enum Role { FromRole = Qt::UserRole, ToRole, DurationRole };
+    enum Role { from = Qt::UserRole, to, duration };
 
     using QAbstractListModel::QAbstractListModel;
 

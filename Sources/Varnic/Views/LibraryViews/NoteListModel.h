@@ -2,7 +2,7 @@
 
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Views/LibraryViews/NoteSummary.h"
-#include "Varnic/Views/LibraryViews/RowModel.h"
+#include "Varnic/Views/Rows/RowModel.h"
 
 #include <QProperty>
 #include <QQmlParserStatus>

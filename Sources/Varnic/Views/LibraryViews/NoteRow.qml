@@ -1,6 +1,7 @@
 import QtQuick
 import Varnic.Ink
 import Varnic.LibraryViews
+import Varnic.LiveView
 import Varnic.Theme as Theme
 
 /// A note in the list, or the recording that runs.

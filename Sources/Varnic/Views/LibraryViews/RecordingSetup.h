@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Varnic/AppModel/AppModel.h"
-#include "Varnic/Views/LibraryViews/RowModel.h"
+#include "Varnic/Views/Rows/RowModel.h"
 #include "VarnicPlatform/Capture/Permissions.h"
 
 #include <QQmlParserStatus>

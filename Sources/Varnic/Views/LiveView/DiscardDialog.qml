@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
-import Varnic.Ink
+import Varnic.LiveView
 import Varnic.Theme as Theme
 
 /// Asks before a recording is thrown away. It goes away by itself when the recording ends otherwise.

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Varnic.Ink
+import Varnic.LiveView
 import Varnic.Theme as Theme
 
 /// What is being recorded, for how long, and what can be done about it.

@@ -1,5 +1,5 @@
 import QtQuick
-import Varnic.Ink
+import Varnic.LiveView
 import Varnic.Theme as Theme
 
 /// Which ink is whose, how loud each side is, and what is wrong.

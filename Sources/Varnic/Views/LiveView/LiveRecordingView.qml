@@ -1,5 +1,6 @@
 import QtQuick
 import Varnic.Ink
+import Varnic.LiveView
 import Varnic.Theme as Theme
 
 /// The page shown while a call is recorded.

@@ -1,5 +1,5 @@
 import QtQuick
-import Varnic.Ink
+import Varnic.LiveView
 import Varnic.Theme as Theme
 
 /// One side of the call in the legend: its ink, its name, what is recorded of it and how loud it is.

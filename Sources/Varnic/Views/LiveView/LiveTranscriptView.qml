@@ -1,5 +1,5 @@
 import QtQuick
-import Varnic.Ink
+import Varnic.LiveView
 import Varnic.Theme as Theme
 
 /// What is said, as it is said. It follows the call until the user scrolls back, and again from the end on.

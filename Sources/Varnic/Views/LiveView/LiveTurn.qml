@@ -9,13 +9,13 @@ Item {
     required property int firm
     required property FreshInk fresh
     required property bool isYou
-    required property string label
     required property string name
     required property string spoken
     required property string stamp
     readonly property color tint: isYou ? Theme.Palette.you : Theme.Palette.them
+    required property string words
 
-    Accessible.name: label
+    Accessible.name: spoken
     Accessible.role: Accessible.ListItem
     height: Math.max(line.implicitHeight, stampText.y + stampText.height)
     width: ListView.view ? ListView.view.width : 0
@@ -61,7 +61,7 @@ Item {
             firm: turn.firm
             font: Theme.Typo.liveSpoken
             fresh: turn.fresh
-            text: turn.spoken
+            text: turn.words
         }
     }
 }

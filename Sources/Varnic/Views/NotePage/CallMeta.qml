@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Varnic.Ink
+import Varnic.Note
 import Varnic.NotePage
 import Varnic.Theme as Theme
 

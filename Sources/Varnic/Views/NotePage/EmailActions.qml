@@ -1,5 +1,5 @@
 import QtQuick
-import Varnic.NotePage
+import Varnic.Note
 import Varnic.Theme as Theme
 
 /// What can be done with the follow-up email; with symbols alone where there is little room.

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Varnic.NotePage
+import Varnic.Note
 import Varnic.Theme as Theme
 
 /// The follow-up email that the call's digest drafted, to be changed and taken elsewhere.

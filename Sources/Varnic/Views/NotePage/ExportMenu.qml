@@ -1,5 +1,5 @@
 import QtQuick
-import Varnic.NotePage
+import Varnic.Note
 import Varnic.Theme as Theme
 
 // What a delegate reads of the file around it: the pragma for that is not whole in Qt 6.4.

@@ -1,5 +1,5 @@
 import QtQuick
-import Varnic.NotePage
+import Varnic.Note
 import Varnic.Theme as Theme
 
 /// What else can be done with the note.

@@ -1,5 +1,5 @@
 import QtQuick
-import Varnic.NotePage
+import Varnic.Note
 import Varnic.Theme as Theme
 
 /// The other party's name, to be filled in.

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Varnic.Note
 import Varnic.NotePage
 import Varnic.Theme as Theme
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Varnic/Views/NotePage/NoteModel.h"
+#include "Varnic/Views/Note/NoteModel.h"
 
 #include <QPointer>
 

@@ -1,4 +1,5 @@
 import QtQuick
+import Varnic.Note
 import Varnic.NotePage
 import Varnic.Theme as Theme
 

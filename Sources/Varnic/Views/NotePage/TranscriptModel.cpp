@@ -56,28 +56,30 @@ void TranscriptModel::show() {
         }
         if (turn.folded.find(needle) != std::string::npos) {
             shown.push_back(turn.row);
-            shown.back().isCurrent = isCurrent(turn.row);
+            shown.back().isCurrent = playerIsIn(turn.row);
         }
     }
-    rows_.take(std::move(shown));
+    setRows(std::move(shown));
     Q_EMIT changed();
     markPosition();
 }
 
-bool TranscriptModel::isCurrent(const TurnRow& row) const {
+bool TranscriptModel::playerIsIn(const TurnRow& row) const {
     return row.start <= time_ && time_ < row.end + afterglow;
 }
 
 int TranscriptModel::rowAt(double time) const {
-    const auto last = std::find_if(rows_.all().rbegin(), rows_.all().rend(),
+    const auto last = std::find_if(rows().rbegin(), rows().rend(),
                                    [time](const TurnRow& row) { return row.start <= time + tolerance; });
-    return static_cast<int>(rows_.all().rend() - last) - 1;
+    return static_cast<int>(rows().rend() - last) - 1;
 }
 
 void TranscriptModel::markPosition() {
-    for (std::size_t i = 0; i < rows_.all().size(); ++i) {
-        if (const bool is = isCurrent(rows_.all()[i]); is != rows_.all()[i].isCurrent) {
-            rows_.change(i, [is](TurnRow& row) { row.isCurrent = is; });
+    for (std::size_t i = 0; i < rows().size(); ++i) {
+        if (const bool is = playerIsIn(rows()[i]); is != rows()[i].isCurrent) {
+            TurnRow row = rows()[i];
+            row.isCurrent = is;
+            changeRow(i, std::move(row));
         }
     }
     if (const int row = playing_ ? rowAt(time_) : -1; row != followedRow_) {
@@ -110,7 +112,7 @@ void TranscriptModel::setPlaying(bool playing) {
 }
 
 QString TranscriptModel::countText() const {
-    return QString::fromStdString(fmt::format("{} turns", rows_.all().size()));
+    return QString::fromStdString(fmt::format("{} turns", rows().size()));
 }
 
 QString TranscriptModel::placeholder() const {
@@ -121,31 +123,31 @@ QString TranscriptModel::placeholder() const {
 }
 
 QVariant TranscriptModel::data(const QModelIndex& index, int role) const {
-    const TurnRow* turn = rows_.at(index);
-    if (turn == nullptr) {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
     }
+    const TurnRow& turn = rows()[static_cast<std::size_t>(index.row())];
     switch (role) {
-    case IsYou:
-        return turn->speaker == Speaker::you;
-    case Name:
-        return QString::fromStdString(turn->name);
-    case Start:
-        return turn->start;
-    case Stamp:
-        return QString::fromStdString(Clock::stamp(turn->start));
-    case Text:
-        return QString::fromStdString(turn->text);
-    case IsCurrent:
-        return turn->isCurrent;
+    case isYou:
+        return turn.speaker == Speaker::you;
+    case name:
+        return QString::fromStdString(turn.name);
+    case start:
+        return turn.start;
+    case stamp:
+        return QString::fromStdString(Clock::stamp(turn.start));
+    case words:
+        return QString::fromStdString(turn.text);
+    case isCurrent:
+        return turn.isCurrent;
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> TranscriptModel::roleNames() const {
-    return {{IsYou, "isYou"}, {Name, "name"},  {Start, "start"},
-            {Stamp, "stamp"}, {Text, "words"}, {IsCurrent, "isCurrent"}};
+    return {{isYou, "isYou"}, {name, "name"},   {start, "start"},
+            {stamp, "stamp"}, {words, "words"}, {isCurrent, "isCurrent"}};
 }
 
 } // namespace varnic

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Varnic/Views/NotePage/NoteModel.h"
-#include "Varnic/Views/NotePage/Rows.h"
+#include "Varnic/Views/Note/NoteModel.h"
+#include "Varnic/Views/Rows/RowModel.h"
 
 #include <QPointer>
 
@@ -23,7 +23,7 @@ struct TurnRow {
 };
 
 /// The turns of a call that hold what is filtered for, and where the player is in them. Main thread.
-class TranscriptModel : public QAbstractListModel, public QQmlParserStatus {
+class TranscriptModel : public RowModel<TurnRow>, public QQmlParserStatus {
     Q_OBJECT
     QML_ELEMENT
     Q_INTERFACES(QQmlParserStatus)
@@ -40,15 +40,13 @@ class TranscriptModel : public QAbstractListModel, public QQmlParserStatus {
     Q_PROPERTY(int followedRow READ followedRow NOTIFY followedRowChanged)
 
 public:
-    enum Role { IsYou = Qt::UserRole, Name, Start, Stamp, Text, IsCurrent };
+    enum Role { isYou = Qt::UserRole, name, start, stamp, words, isCurrent };
 
-    explicit TranscriptModel(QObject* parent = nullptr) : QAbstractListModel(parent) {}
+    using RowModel<TurnRow>::RowModel;
 
     void classBegin() override {}
 
     void componentComplete() override;
-
-    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override { return rows_.count(parent); }
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
@@ -75,8 +73,6 @@ Q_SIGNALS:
     void followedRowChanged();
 
 private:
-    friend class Rows<TranscriptModel, TurnRow>;
-
     struct Turn {
         TurnRow row;
         std::string folded;
@@ -85,10 +81,9 @@ private:
     void readTurns();
     void show();
     void markPosition();
-    [[nodiscard]] bool isCurrent(const TurnRow& row) const;
+    [[nodiscard]] bool playerIsIn(const TurnRow& row) const;
     [[nodiscard]] int rowAt(double time) const;
 
-    Rows<TranscriptModel, TurnRow> rows_{*this};
     QPointer<NoteModel> note_;
     QString filter_;
     double time_ = 0;

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Varnic.Note
 import Varnic.NotePage
 import Varnic.Theme as Theme
 
@@ -33,19 +34,6 @@ Rectangle {
 
         interval: 0
         running: true
-    }
-
-    TranscriptModel {
-        id: transcript
-
-        filter: search.text
-        note: panel.note
-        playing: panel.player.playing
-        time: panel.player.time
-
-        onFollowedRowChanged: if (followedRow >= 0) {
-            panel.show(followedRow);
-        }
     }
 
     Rectangle {
@@ -134,7 +122,6 @@ Rectangle {
         clip: true
         highlightMoveDuration: Theme.Motion.snappy
         keyNavigationEnabled: true
-        model: transcript
         objectName: "turns"
         spacing: Theme.Space.s
         topMargin: Theme.Space.m
@@ -149,6 +136,18 @@ Rectangle {
             onChosen: {
                 list.currentIndex = index;
                 panel.player.seek(start, true);
+            }
+        }
+        model: TranscriptModel {
+            id: transcript
+
+            filter: search.text
+            note: panel.note
+            playing: panel.player.playing
+            time: panel.player.time
+
+            onFollowedRowChanged: if (followedRow >= 0) {
+                panel.show(followedRow);
             }
         }
 

@@ -111,7 +111,7 @@ void Program::quitIfForsaken() {
 
 void Program::presentPill() {
     if (!pill_) {
-        QQmlComponent component(&window_.engine(), QUrl("qrc:/qt/qml/Varnic/Ink/Pill.qml"));
+        QQmlComponent component(&window_.engine(), QUrl("qrc:/qt/qml/Varnic/LiveView/Pill.qml"));
         pill_.reset(qobject_cast<QQuickWindow*>(component.create()));
     }
     if (pill_) {

@@ -1,7 +1,7 @@
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/Views/Context/ViewContext.h"
+#include "Varnic/Views/Note/NoteModel.h"
 #include "Varnic/Views/NotePage/CallPlayer.h"
-#include "Varnic/Views/NotePage/NoteModel.h"
 #include "Varnic/Views/NotePage/SummaryModel.h"
 #include "Varnic/Views/NotePage/TranscriptModel.h"
 
@@ -212,7 +212,7 @@ TEST_F(NotePageTest, a_typed_name_stands_in_the_transcript) {
     find<QQuickItem>("themName")->forceActiveFocus();
     type("Priya");
     EXPECT_EQ(model->note(id)->call->themName, "Priya");
-    EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::Name), QStringList({"Priya"}));
+    EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::name), QStringList({"Priya"}));
 }
 
 TEST_F(NotePageTest, filter_finds_words_whatever_their_accents_and_marks_them) {
@@ -255,7 +255,7 @@ TEST_F(NotePageTest, the_current_turn_lasts_a_little_longer_than_it_is_spoken) {
          {std::pair(0.0, QStringList({"true", "false"})), std::pair(1.49, QStringList({"true", "false"})),
           std::pair(1.5, QStringList({"false", "false"})), std::pair(4.0, QStringList({"false", "true"}))}) {
         transcript->setTime(time);
-        EXPECT_EQ(column(*transcript, TranscriptModel::IsCurrent), current) << time;
+        EXPECT_EQ(column(*transcript, TranscriptModel::isCurrent), current) << time;
     }
 }
 
@@ -280,7 +280,7 @@ TEST_F(NotePageTest, return_on_a_turn_goes_to_it) {
     QTest::keyClick(&view, Qt::Key_Down);
     QTest::keyClick(&view, Qt::Key_Return);
     EXPECT_EQ(only<CallPlayer>()->time(), 4);
-    EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::IsCurrent), QStringList({"false", "true"}));
+    EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::isCurrent), QStringList({"false", "true"}));
 }
 
 TEST_F(NotePageTest, a_click_on_the_words_of_a_turn_goes_to_it) {

@@ -7,6 +7,7 @@ Q_IMPORT_QML_PLUGIN(Varnic_ThemePlugin)
 Q_IMPORT_QML_PLUGIN(Varnic_Theme_NativePlugin)
 Q_IMPORT_QML_PLUGIN(Varnic_InkPlugin)
 Q_IMPORT_QML_PLUGIN(Varnic_LiveViewPlugin)
+Q_IMPORT_QML_PLUGIN(Varnic_NotePlugin)
 Q_IMPORT_QML_PLUGIN(Varnic_NotePagePlugin)
 
 int main(int argc, char** argv) {

@@ -1,5 +1,6 @@
 import QtQuick
 import Varnic.Ink
+import Varnic.LiveView
 import Varnic.Theme as Theme
 
 /// A running recording in small: its ink, its length, and the way to stop it.

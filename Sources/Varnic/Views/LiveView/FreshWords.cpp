@@ -1,4 +1,4 @@
-#include "Varnic/Views/Ink/FreshWords.h"
+#include "Varnic/Views/LiveView/FreshWords.h"
 
 #include <algorithm>
 

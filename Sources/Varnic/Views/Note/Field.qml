@@ -1,5 +1,5 @@
 import QtQuick
-import Varnic.NotePage
+import Varnic.Note
 import Varnic.Theme as Theme
 
 /// A plain text field of several lines for one stored text. Return goes on to the next control unless line breaks are

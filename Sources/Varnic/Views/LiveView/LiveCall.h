@@ -2,7 +2,7 @@
 
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Views/Ink/InkHistory.h"
-#include "Varnic/Views/Ink/LiveTranscript.h"
+#include "Varnic/Views/LiveView/LiveTranscript.h"
 
 #include <QJSEngine>
 #include <QObject>

@@ -12,12 +12,12 @@ Loader {
     required property string cardText
     required property list<string> cells
     required property int columns
-    required property bool done
     required property string due
     required property int index
+    required property bool isDone
+    required property bool isYours
     required property string kind
     required property string kindTitle
-    required property bool ownerIsYou
     required property string ownerName
     required property string words
 
@@ -52,9 +52,9 @@ Loader {
         id: todo
 
         TodoBlock {
-            done: row.done
             due: row.due
-            ownerIsYou: row.ownerIsYou
+            isDone: row.isDone
+            isYours: row.isYours
             ownerName: row.ownerName
             words: row.words
 

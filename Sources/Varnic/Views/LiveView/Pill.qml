@@ -1,5 +1,5 @@
 import QtQuick
-import Varnic.Ink
+import Varnic.LiveView
 
 /// The floating window that shows a running recording over all other windows.
 PillWindow {

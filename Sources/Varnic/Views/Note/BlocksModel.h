@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Varnic/Views/NotePage/NoteModel.h"
-#include "Varnic/Views/NotePage/Rows.h"
+#include "Varnic/Views/Note/NoteModel.h"
+#include "Varnic/Views/Rows/RowModel.h"
 
 #include <QPointer>
 
@@ -16,7 +16,7 @@ struct BlockRow : Block {
 };
 
 /// The blocks of a note, in order, to be read. Main thread.
-class BlocksModel : public QAbstractListModel, public QQmlParserStatus {
+class BlocksModel : public RowModel<BlockRow>, public QQmlParserStatus {
     Q_OBJECT
     QML_ELEMENT
     Q_INTERFACES(QQmlParserStatus)
@@ -24,26 +24,27 @@ class BlocksModel : public QAbstractListModel, public QQmlParserStatus {
 
 public:
     enum Role {
-        Kind = Qt::UserRole,
-        KindTitle,
-        Text,
-        Done,
-        OwnerIsYou,
-        OwnerName,
-        Due,
-        Back,
-        CardText,
-        Cells,
-        Columns
+        kind = Qt::UserRole,
+        kindTitle,
+        words,
+        isDone,
+        isYours,
+        /// Whose it is; empty where nobody's.
+        ownerName,
+        due,
+        back,
+        /// Of a card, its box and when it is due.
+        cardText,
+        /// Of a table, row by row; all rows are as long as the longest.
+        cells,
+        columns
     };
 
-    explicit BlocksModel(QObject* parent = nullptr) : QAbstractListModel(parent) {}
+    using RowModel<BlockRow>::RowModel;
 
     void classBegin() override {}
 
     void componentComplete() override;
-
-    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override { return rows_.count(parent); }
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
@@ -52,12 +53,9 @@ public:
     Q_INVOKABLE void toggle(int row);
 
 private:
-    friend class Rows<BlocksModel, BlockRow>;
-
     void readBlocks();
-    [[nodiscard]] QString cardText(const Block& block) const;
+    [[nodiscard]] QString lineOfCard(const Block& block) const;
 
-    Rows<BlocksModel, BlockRow> rows_{*this};
     QPointer<NoteModel> note_;
 };
 

@@ -7,7 +7,6 @@
 #include <functional>
 #include <iterator>
 #include <ranges>
-#include <set>
 #include <span>
 #include <utility>
 #include <vector>
@@ -16,7 +15,11 @@ namespace varnic {
 
 /// A list of rows that are told apart by their `id` and compared by `==`. New rows are taken over by as few removals,
 /// insertions and changes as it takes, and by few moves, so that a view keeps its place and moves nothing that stays.
-/// Main thread.
+/// Where two rows have the same id, as in a file that was edited by hand, what changes between the ends is replaced as
+/// a whole. Main thread.
+///
+/// What registers types for QML does not see through the template, so qmllint takes such an element as the `model` of a
+/// view, not as a child.
 template <typename Row>
 class RowModel : public QAbstractListModel {
 public:
@@ -29,7 +32,7 @@ public:
     [[nodiscard]] const std::vector<Row>& rows() const { return rows_; }
 
 protected:
-    /// Takes the place of all rows; ids must be different.
+    /// Takes the place of all rows.
     void setRows(std::vector<Row> fresh) {
         const Ends same = sameEnds(fresh);
         removeMissing(fresh, same);
@@ -81,21 +84,27 @@ private:
         return same;
     }
 
-    static std::set<Id> idsOf(std::span<const Row> rows) {
-        std::set<Id> ids;
-        for (const Row& row : rows) {
-            ids.insert(row.id);
-        }
+    /// Sorted.
+    static std::vector<Id> idsOf(std::span<const Row> rows) {
+        std::vector<Id> ids;
+        ids.reserve(rows.size());
+        std::ranges::transform(rows, std::back_inserter(ids), &Row::id);
+        std::ranges::sort(ids);
         return ids;
     }
+
+    static bool hasTwins(const std::vector<Id>& sorted) { return std::ranges::adjacent_find(sorted) != sorted.end(); }
 
     auto at(std::size_t index) { return std::next(rows_.begin(), static_cast<std::ptrdiff_t>(index)); }
 
     void removeMissing(const std::vector<Row>& fresh, Ends same) {
-        const std::set<Id> kept = idsOf(same.middle(fresh));
+        std::vector<Id> kept = idsOf(same.middle(fresh));
+        if (hasTwins(kept) || hasTwins(idsOf(same.middle(rows_)))) {
+            kept.clear(); // nothing tells which of them is which
+        }
         for (std::size_t end = rows_.size() - same.back; end > same.front;) {
             std::size_t begin = end;
-            while (begin > same.front && !kept.contains(rows_[begin - 1].id)) {
+            while (begin > same.front && !std::ranges::binary_search(kept, rows_[begin - 1].id)) {
                 --begin;
             }
             if (begin < end) {
@@ -109,10 +118,10 @@ private:
 
     /// A row that alone changed its place, as one that is edited or pinned does, makes one move.
     void moveKept(const std::vector<Row>& fresh, Ends same) {
-        const std::set<Id> known = idsOf(same.middle(rows_));
+        const std::vector<Id> known = idsOf(same.middle(rows_));
         std::vector<Id> wanted;
         std::ranges::copy_if(same.middle(fresh) | std::views::transform(&Row::id), std::back_inserter(wanted),
-                             [&](const Id& id) { return known.contains(id); });
+                             [&](const Id& id) { return std::ranges::binary_search(known, id); });
         for (std::size_t i = 0; i < wanted.size(); ++i) {
             const std::size_t row = same.front + i;
             if (rows_[row].id == wanted[i]) {
@@ -121,7 +130,7 @@ private:
             if (rows_[row + 1].id == wanted[i]) {
                 move(row, same.front + placeOf(rows_[row].id, wanted, std::identity()));
             } else {
-                move(placeOf(wanted[i], rows_, &Row::id), row);
+                move(same.front + placeOf(wanted[i], same.middle(rows_), &Row::id), row);
             }
         }
     }
@@ -144,11 +153,11 @@ private:
     }
 
     void insertFresh(const std::vector<Row>& fresh, Ends same) {
-        const std::set<Id> known = idsOf(same.middle(rows_));
+        const std::vector<Id> known = idsOf(same.middle(rows_));
         const std::size_t last = fresh.size() - same.back;
         for (std::size_t begin = same.front; begin < last;) {
             std::size_t end = begin;
-            while (end < last && !known.contains(fresh[end].id)) {
+            while (end < last && !std::ranges::binary_search(known, fresh[end].id)) {
                 ++end;
             }
             if (begin < end) {

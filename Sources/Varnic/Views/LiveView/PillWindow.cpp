@@ -1,4 +1,4 @@
-#include "Varnic/Views/Ink/PillWindow.h"
+#include "Varnic/Views/LiveView/PillWindow.h"
 
 #include <QGuiApplication>
 #include <QScreen>

@@ -6,9 +6,9 @@ import Varnic.Theme as Theme
 RowLayout {
     id: block
 
-    required property bool done
     required property string due
-    required property bool ownerIsYou
+    required property bool isDone
+    required property bool isYours
     required property string ownerName
     required property string words
 
@@ -18,9 +18,9 @@ RowLayout {
 
     Theme.PlainButton {
         Accessible.checkable: true
-        Accessible.checked: block.done
+        Accessible.checked: block.isDone
         Accessible.description: block.words
-        Accessible.name: block.done ? "Done" : "Not done"
+        Accessible.name: block.isDone ? "Done" : "Not done"
         Accessible.role: Accessible.CheckBox
         Layout.alignment: Qt.AlignTop
         corner: 4
@@ -34,7 +34,7 @@ RowLayout {
             Theme.Symbol {
                 anchors.centerIn: parent
                 color: Theme.Palette.inkSoft
-                name: block.done ? "checkmark.square.fill" : "square"
+                name: block.isDone ? "checkmark.square.fill" : "square"
                 size: 16
             }
         }
@@ -44,10 +44,10 @@ RowLayout {
 
     ReadText {
         Layout.fillWidth: true
-        color: block.done ? Theme.Palette.inkFaint : Theme.Palette.ink
+        color: block.isDone ? Theme.Palette.inkFaint : Theme.Palette.ink
         font.family: Theme.Typo.body.family
         font.pointSize: Theme.Typo.body.pointSize
-        font.strikeout: block.done
+        font.strikeout: block.isDone
         text: block.words
     }
 
@@ -56,7 +56,7 @@ RowLayout {
         Layout.topMargin: 4
         name: block.ownerName
         visible: block.ownerName !== ""
-        you: block.ownerIsYou
+        you: block.isYours
     }
 
     Theme.Chip {

@@ -1,4 +1,4 @@
-#include "Varnic/Views/Ink/LiveCall.h"
+#include "Varnic/Views/LiveView/LiveCall.h"
 
 #include "Varnic/Recording/RecordingHealth.h"
 #include "Varnic/Views/Context/ViewContext.h"

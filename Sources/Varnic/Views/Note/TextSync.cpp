@@ -1,4 +1,4 @@
-#include "Varnic/Views/NotePage/TextSync.h"
+#include "Varnic/Views/Note/TextSync.h"
 
 #include <QQuickTextDocument>
 #include <QScopedValueRollback>

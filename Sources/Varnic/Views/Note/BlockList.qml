@@ -1,5 +1,5 @@
 import QtQuick
-import Varnic.NotePage
+import Varnic.Note
 
 // What a delegate reads of the file around it: the pragma for that is not whole in Qt 6.4.
 // qmllint disable unqualified
@@ -12,14 +12,12 @@ Column {
 
     spacing: 4
 
-    BlocksModel {
-        id: blocks
-
-        note: list.note
-    }
-
     Repeater {
-        model: blocks
+        model: BlocksModel {
+            id: blocks
+
+            note: list.note
+        }
 
         BlockRow {
             width: list.width

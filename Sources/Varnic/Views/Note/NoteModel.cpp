@@ -1,4 +1,4 @@
-#include "Varnic/Views/NotePage/NoteModel.h"
+#include "Varnic/Views/Note/NoteModel.h"
 
 #include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Editor/NoteEditor.h"

@@ -1,7 +1,7 @@
-#include "Varnic/Views/Ink/LiveTranscript.h"
+#include "Varnic/Views/LiveView/LiveTranscript.h"
 
 #include "Varnic/EventLoop.h"
-#include "Varnic/Views/Ink/FreshWords.h"
+#include "Varnic/Views/LiveView/FreshWords.h"
 
 #include <QSignalSpy>
 #include <gmock/gmock.h>
@@ -30,8 +30,8 @@ protected:
 
     [[nodiscard]] QStringList fresh(int row) const {
         QStringList words;
-        for (const auto& [from, to] : at(row, LiveTranscript::FreshRole).value<FreshInk*>()->words()) {
-            words += at(row, LiveTranscript::SpokenRole).toString().mid(from, to - from);
+        for (const auto& [from, to] : at(row, LiveTranscript::fresh).value<FreshInk*>()->words()) {
+            words += at(row, LiveTranscript::words).toString().mid(from, to - from);
         }
         return words;
     }
@@ -73,8 +73,8 @@ TEST(FreshWords, onlyWordsThatTheReaderHasNotSeen) {
 TEST_F(LiveTranscriptTests, show_aRowThatGrowsIsChangedInPlaceAndOnlyItsNewWordsAreFresh) {
     transcript.show({}, Unfinished{{Speaker::you, {you(1, "of course")}}});
     EXPECT_THAT(fresh(0), ElementsAre("of", "course"));
-    EXPECT_EQ(at(0, LiveTranscript::FirmRole), 0);
-    const QVariant ink = at(0, LiveTranscript::FreshRole);
+    EXPECT_EQ(at(0, LiveTranscript::firm), 0);
+    const QVariant ink = at(0, LiveTranscript::fresh);
     QSignalSpy changes(&transcript, &QAbstractItemModel::dataChanged);
     QSignalSpy rows(&transcript, &QAbstractItemModel::rowsInserted);
 
@@ -83,13 +83,13 @@ TEST_F(LiveTranscriptTests, show_aRowThatGrowsIsChangedInPlaceAndOnlyItsNewWords
     // Final now, with nothing new in it.
     transcript.show({you(1, "Of course. First.")}, Unfinished{{Speaker::you, {}}});
     EXPECT_THAT(fresh(0), IsEmpty());
-    EXPECT_EQ(at(0, LiveTranscript::FirmRole), 17);
+    EXPECT_EQ(at(0, LiveTranscript::firm), 17);
     // The turn goes on with an unfinished line.
     transcript.show({you(1, "Of course. First.")}, Unfinished{{Speaker::you, {you(3, "the onboarding")}}});
-    EXPECT_EQ(at(0, LiveTranscript::SpokenRole), "Of course. First. the onboarding");
+    EXPECT_EQ(at(0, LiveTranscript::words), "Of course. First. the onboarding");
     EXPECT_THAT(fresh(0), ElementsAre("the", "onboarding"));
-    EXPECT_EQ(at(0, LiveTranscript::FirmRole), 17);
-    EXPECT_EQ(at(0, LiveTranscript::FreshRole), ink);
+    EXPECT_EQ(at(0, LiveTranscript::firm), 17);
+    EXPECT_EQ(at(0, LiveTranscript::fresh), ink);
     EXPECT_EQ(changes.size(), 3);
     EXPECT_TRUE(rows.isEmpty());
 }
@@ -100,24 +100,26 @@ TEST_F(LiveTranscriptTests, show_aTurnOfTheOtherSideIsARowOfItsOwn) {
     QSignalSpy counts(&transcript, &LiveTranscript::countChanged);
     transcript.show({them(0, "Good morning."), you(2, "Hello."), them(65, "So.")}, {});
     EXPECT_EQ(transcript.count(), 3);
-    EXPECT_EQ(at(2, LiveTranscript::NameRole), "Them");
-    EXPECT_EQ(at(2, LiveTranscript::StampRole), "1:05");
-    EXPECT_EQ(at(2, LiveTranscript::LabelRole), "Them, 1:05: So.");
+    EXPECT_EQ(at(2, LiveTranscript::name), "Them");
+    EXPECT_EQ(at(2, LiveTranscript::stamp), "1:05");
+    EXPECT_EQ(at(2, LiveTranscript::spoken), "Them, 1:05: So.");
     EXPECT_TRUE(changes.isEmpty());
     EXPECT_EQ(counts.size(), 1);
     // One that comes late, between others.
     transcript.show({them(0, "Good morning."), them(0.5, "Sam."), you(2, "Hello."), you(30, "Yes."), them(65, "So.")},
                     {});
+    ASSERT_EQ(changes.size(), 1) << "of the turn that goes on alone";
+    EXPECT_EQ(changes.front()[1].toModelIndex().row(), 0);
     EXPECT_EQ(transcript.count(), 4);
-    EXPECT_EQ(at(0, LiveTranscript::SpokenRole), "Good morning. Sam.");
-    EXPECT_EQ(at(2, LiveTranscript::SpokenRole), "Yes.");
+    EXPECT_EQ(at(0, LiveTranscript::words), "Good morning. Sam.");
+    EXPECT_EQ(at(2, LiveTranscript::words), "Yes.");
     transcript.show({}, {});
     EXPECT_EQ(transcript.count(), 0);
 }
 
 TEST_F(LiveTranscriptTests, freshWordsDry) {
     transcript.show({them(0, "Good morning.")}, {});
-    auto* ink = at(0, LiveTranscript::FreshRole).value<FreshInk*>();
+    auto* ink = at(0, LiveTranscript::fresh).value<FreshInk*>();
     EXPECT_EQ(ink->words().front().duration(), 300);
     EXPECT_TRUE(waitUntil([&] { return ink->words().empty(); }));
 }

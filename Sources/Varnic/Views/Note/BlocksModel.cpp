@@ -1,4 +1,4 @@
-#include "Varnic/Views/NotePage/BlocksModel.h"
+#include "Varnic/Views/Note/BlocksModel.h"
 
 #include "VarnicCore/Models/RelativeDate.h"
 
@@ -49,14 +49,14 @@ void BlocksModel::readBlocks() {
     for (const Block& block : note_->note().blocks) {
         blocks.push_back({block, block.owner ? note_->name(*block.owner) : std::string()});
     }
-    rows_.take(std::move(blocks));
+    setRows(std::move(blocks));
 }
 
 void BlocksModel::toggle(int row) {
-    note_->app()->toggleTodo(note_->id(), rows_.all().at(static_cast<std::size_t>(row)).id);
+    note_->app()->toggleTodo(note_->id(), rows().at(static_cast<std::size_t>(row)).id);
 }
 
-QString BlocksModel::cardText(const Block& block) const {
+QString BlocksModel::lineOfCard(const Block& block) const {
     if (!block.card) {
         return {};
     }
@@ -68,50 +68,42 @@ QString BlocksModel::cardText(const Block& block) const {
 }
 
 QVariant BlocksModel::data(const QModelIndex& index, int role) const {
-    const BlockRow* block = rows_.at(index);
-    if (block == nullptr) {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
     }
+    const BlockRow& block = rows()[static_cast<std::size_t>(index.row())];
     switch (role) {
-    case Kind:
-        return text(rawValue(block->kind));
-    case KindTitle:
-        return text(title(block->kind));
-    case Text:
-        return text(block->text);
-    case Done:
-        return block->done;
-    case OwnerIsYou:
-        return block->owner == Speaker::you;
-    case OwnerName:
-        return text(block->ownerName);
-    case Due:
-        return text(block->due.value_or(""));
-    case Back:
-        return text(block->back);
-    case CardText:
-        return cardText(*block);
-    case Cells:
-        return cellsOf(*block);
-    case Columns:
-        return columnsOf(*block);
+    case kind:
+        return text(rawValue(block.kind));
+    case kindTitle:
+        return text(title(block.kind));
+    case words:
+        return text(block.text);
+    case isDone:
+        return block.done;
+    case isYours:
+        return block.owner == Speaker::you;
+    case ownerName:
+        return text(block.ownerName);
+    case due:
+        return text(block.due.value_or(""));
+    case back:
+        return text(block.back);
+    case cardText:
+        return lineOfCard(block);
+    case cells:
+        return cellsOf(block);
+    case columns:
+        return columnsOf(block);
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> BlocksModel::roleNames() const {
-    return {{Kind, "kind"},
-            {KindTitle, "kindTitle"},
-            {Text, "words"},
-            {Done, "done"},
-            {OwnerIsYou, "ownerIsYou"},
-            {OwnerName, "ownerName"},
-            {Due, "due"},
-            {Back, "back"},
-            {CardText, "cardText"},
-            {Cells, "cells"},
-            {Columns, "columns"}};
+    return {{kind, "kind"},         {kindTitle, "kindTitle"}, {words, "words"},    {isDone, "isDone"},
+            {isYours, "isYours"},   {ownerName, "ownerName"}, {due, "due"},        {back, "back"},
+            {cardText, "cardText"}, {cells, "cells"},         {columns, "columns"}};
 }
 
 } // namespace varnic

@@ -1,7 +1,7 @@
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/HandCapture.h"
 #include "Varnic/Views/Context/ViewContext.h"
-#include "Varnic/Views/Ink/LiveCall.h"
+#include "Varnic/Views/LiveView/LiveCall.h"
 
 #include <QQuickItem>
 #include <QQuickView>
@@ -30,7 +30,9 @@ protected:
         QCoro::waitFor(model->recorder().start(Uuid::random(), model.folder() / "call", capture, std::nullopt, "Zoom"));
     }
 
-    LiveCall& call() { return *view.engine()->singletonInstance<LiveCall*>(qmlTypeId("Varnic.Ink", 1, 0, "LiveCall")); }
+    LiveCall& call() {
+        return *view.engine()->singletonInstance<LiveCall*>(qmlTypeId("Varnic.LiveView", 1, 0, "LiveCall"));
+    }
 
     [[nodiscard]] QQuickItem* item(const char* name) const {
         return view.contentItem()->findChild<QQuickItem*>(QString::fromLatin1(name));
@@ -133,7 +135,7 @@ TEST_F(LiveRecordingViewTests, aSideThatIsMissingIsNamedInThisPlatformsWords) {
 
 TEST_F(LiveRecordingViewTests, whatIsWrongStandsInTheWindowAndInThePill) {
     QQuickView pill(view.engine(), nullptr);
-    pill.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Varnic/Ink/RecordingPill.qml")));
+    pill.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Varnic/LiveView/RecordingPill.qml")));
     const QQuickItem* inPill = find(pill.contentItem(), QStringLiteral("warning"));
     ASSERT_NE(inPill, nullptr);
     record({Speaker::you});

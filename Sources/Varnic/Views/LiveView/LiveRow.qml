@@ -1,5 +1,5 @@
 import QtQuick
-import Varnic.Ink
+import Varnic.LiveView
 import Varnic.Theme as Theme
 
 /// The row of a list that stands for the running recording.

@@ -1,5 +1,5 @@
 import QtQuick
-import Varnic.Ink
+import Varnic.LiveView
 import Varnic.Theme as Theme
 
 /// The red dot of a running recording, with a ring that spreads and vanishes in the steps of the ink: an animation of
