@@ -104,7 +104,7 @@ ExitCode summarise(const Arguments& arguments) {
     model.anthropicURL = arguments.valueOr("server", model.anthropicURL);
     readLibrary(model);
     const Note before = findNote(model.notes(), word);
-    if (!before.call || before.call->segments.empty()) {
+    if (!model.callActions(before, {}).summarise) {
         throw std::runtime_error("This note has no transcript.");
     }
     checkRequest(model, *before.call);

@@ -53,7 +53,7 @@ Uuid transcribeAgain(Application& application, const std::string& idStart, const
     if (!before.call) {
         throw std::runtime_error("This note is no call.");
     }
-    if (model.existingTracks(before).speakers().empty()) {
+    if (!model.callActions(before, model.callFiles(before)).transcribe) {
         throw std::runtime_error(TranscriberError::missingFile().what());
     }
     if (!LibraryLock::forCall(model.audioFolder(before.id))) {

@@ -13,8 +13,9 @@ ExitCode undo(const Arguments& arguments) {
     Application application;
     AppModel& model = application.model;
     readLibrary(model);
-    const Uuid id = findNote(model.notes(), word).id;
-    if (!model.hasEarlier(id)) {
+    const Note before = findNote(model.notes(), word);
+    const Uuid id = before.id;
+    if (!model.callActions(before, model.callFiles(before)).bringBackEarlier) {
         throw std::runtime_error("No earlier version of this note is kept.");
     }
     QCoro::waitFor(model.bringBackEarlier(id));

@@ -15,6 +15,7 @@ forbid() {
 }
 
 qt='Q[A-Z][A-Za-z]*[>"]|Qt[A-Z]|q[a-z]+\.h|QCoro'
+forbid HTTP "$qt|VarnicCore/|VarnicPlatform/|BrevinKit/|Varnic/|VarnicCLI/"
 forbid VarnicCore "$qt|VarnicPlatform/|BrevinKit/|Varnic/|VarnicCLI/|sherpa-onnx/|pipewire/|spa/|libsecret/|xcb/|systemd/"
 forbid VarnicPlatform "$qt|BrevinKit/|Varnic/|VarnicCLI/"
 forbid BrevinKit "VarnicCore/|VarnicPlatform/|Varnic/|VarnicCLI/"

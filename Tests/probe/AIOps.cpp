@@ -44,7 +44,7 @@ Json mapStatus(const Arguments& args) {
 }
 
 Json request(const Arguments& args) {
-    const HTTPRequest made = summariser(args)->request(args.segments(), args.context(), args.region());
+    const http::Request made = summariser(args)->request(args.segments(), args.context(), args.region());
     Json headers = Json::object();
     for (const auto& [name, value] : made.headers) {
         headers[name] = value;

@@ -20,6 +20,7 @@
 #include "VarnicCore/Library/Todos.h"
 #include "VarnicCore/Models/Note.h"
 #include "VarnicCore/Models/Region.h"
+#include "VarnicCore/Pipeline/CallActions.h"
 #include "VarnicCore/Pipeline/CallProcessor.h"
 #include "VarnicCore/Pipeline/ProcessingStage.h"
 
@@ -258,6 +259,10 @@ public:
     void removeAudio(Uuid id);
     /// The recordings of a call that are on disk. The note must be a call.
     [[nodiscard]] CallTracks existingTracks(const Note& note) const;
+    /// What is on disk of a call; nothing for another note. Looks there, so not to be asked with every key.
+    [[nodiscard]] CallFiles callFiles(const Note& note) const;
+    /// What may be done with the call of a note now that has these files.
+    [[nodiscard]] CallActions callActions(const Note& note, const CallFiles& files) const;
 
     /// Ends what is being transcribed or summarised as soon as it can. A call without a transcript says so; what is
     /// started later runs.
@@ -307,6 +312,7 @@ private:
     void file(Note finished, const std::optional<Note>& before, std::shared_ptr<RecordingMarkFile> mark);
     void removeAudioIfNotKept(Uuid id);
     bool keepEarlier(Uuid id);
+    static ToastMessage callIsBusy();
     [[nodiscard]] ToastMessage undoable(Uuid id, std::string text, std::string symbol);
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
 

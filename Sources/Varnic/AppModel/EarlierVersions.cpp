@@ -30,7 +30,11 @@ bool AppModel::hasEarlier(Uuid id) const {
 QCoro::Task<> AppModel::bringBackEarlier(Uuid id) {
     const QPointer self(this);
     const std::optional<Note> earlier = co_await store_.earlier(id, currentDate());
-    if (!self || !earlier || note(id) == nullptr || processing.value().contains(id) || aiRunning.value().contains(id)) {
+    if (!self) {
+        co_return;
+    }
+    const Note* stored = note(id);
+    if (stored == nullptr || !callActions(*stored, {.hasEarlier = earlier.has_value()}).bringBackEarlier) {
         co_return;
     }
     keepEarlier(id);

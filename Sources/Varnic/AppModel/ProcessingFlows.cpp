@@ -19,10 +19,6 @@ namespace fs = std::filesystem;
 
 constexpr const char* placeholderHeading = "Notes";
 
-ToastMessage callIsBusy() {
-    return {.text = "Another program is transcribing this call", .symbol = warningSymbol};
-}
-
 /// A heading that stands in a call's note until its own words are there.
 bool isPlaceholder(const Block& block) {
     return block.kind == BlockKind::heading && block.text == placeholderHeading;
@@ -63,9 +59,8 @@ void tell(const std::string& problem, CallRecord& call) {
 /// Whether a side that the transcript has lines of has no recording that they could be heard in again.
 bool lacksTrack(const CallRecord& call, const CallTracks& tracks) {
     const std::vector<Speaker> there = tracks.speakers();
-    return there.empty() || std::ranges::any_of(call.segments, [&there](const Segment& line) {
-               return std::ranges::find(there, line.speaker) == there.end();
-           });
+    return std::ranges::any_of(
+        call.segments, [&there](const Segment& line) { return std::ranges::find(there, line.speaker) == there.end(); });
 }
 
 /// A note that was edited while its call was transcribed anew: the edits stay, and the rest is as if they had been
@@ -83,6 +78,11 @@ Note withTranscript(Note edited, const Note& result, const Note& before) {
 }
 
 } // namespace
+
+/// The notice of a call that another program writes down.
+ToastMessage AppModel::callIsBusy() {
+    return {.text = "Another program is transcribing this call", .symbol = warningSymbol};
+}
 
 void AppModel::setStage(Uuid id, std::optional<ProcessingStage> stage) {
     auto stages = processing.value();
@@ -266,13 +266,23 @@ CallTracks AppModel::existingTracks(const Note& note) const {
     return {.you = existing(Speaker::you), .them = existing(Speaker::them)};
 }
 
+CallFiles AppModel::callFiles(const Note& note) const {
+    return note.call ? CallFiles{.tracks = existingTracks(note), .hasEarlier = hasEarlier(note.id)} : CallFiles();
+}
+
+CallActions AppModel::callActions(const Note& note, const CallFiles& files) const {
+    return CallActions::of(
+        note, files,
+        {.isWrittenDown = processing.value().contains(note.id), .isSummarised = aiRunning.value().contains(note.id)});
+}
+
 QCoro::Task<> AppModel::retranscribe(Uuid id) {
     const Note* stored = note(id);
     if (stored == nullptr || !stored->call || processing.value().contains(id)) {
         co_return;
     }
-    const CallTracks tracks = existingTracks(*stored);
-    if (lacksTrack(*stored->call, tracks)) {
+    const CallFiles files = callFiles(*stored);
+    if (!callActions(*stored, files).transcribe || lacksTrack(*stored->call, files.tracks)) {
         const std::string missing = TranscriberError::missingFile().what();
         flash({.text = missing, .symbol = warningSymbol});
         if (stored->call->segments.empty()) {
@@ -291,7 +301,7 @@ QCoro::Task<> AppModel::retranscribe(Uuid id) {
     const std::stop_token stop = stopProcessing_.get_token();
     std::optional<Note> result;
     std::string problem;
-    const auto work = [processor = processor(), before, tracks, told = context(*before.call), stop] {
+    const auto work = [processor = processor(), before, tracks = files.tracks, told = context(*before.call), stop] {
         return processor.retranscribe(before, tracks, told, stop);
     };
     try {

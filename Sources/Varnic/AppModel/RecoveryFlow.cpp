@@ -68,7 +68,7 @@ QCoro::Task<AppModel::Recovered> AppModel::recoverRecordings() {
 std::vector<Uuid> AppModel::takeUnwritten() {
     std::vector<Uuid> waiting;
     for (const Note& note : notes_) {
-        if (lacksWords(note) && !processing.value().contains(note.id) && !existingTracks(note).speakers().empty() &&
+        if (lacksWords(note) && callActions(note, callFiles(note)).transcribe &&
             LibraryLock::forCall(store_.audioFolder(note.id))) {
             waiting.push_back(note.id);
         }

@@ -5,6 +5,7 @@
 #include "VarnicCore/Export/Exporter.h"
 #include "VarnicCore/Files/AtomicWrite.h"
 #include "VarnicCore/Files/Folders.h"
+#include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Models/Wording.h"
 
 #include <QPointer>
@@ -34,7 +35,12 @@ const EmailDraft* emailOf(const Note* note) {
 } // namespace
 
 void AppModel::removeAudio(Uuid id) {
-    if (processing.value().contains(id)) {
+    const Note* stored = note(id);
+    if (stored == nullptr || !callActions(*stored, callFiles(*stored)).removeAudio) {
+        return;
+    }
+    if (!LibraryLock::forCall(store_.audioFolder(id))) {
+        flash(callIsBusy());
         return;
     }
     store_.removeAudio(id);
@@ -47,11 +53,11 @@ void AppModel::removeAudio(Uuid id) {
 
 QCoro::Task<> AppModel::exportAudio(Uuid id) {
     const Note* stored = note(id);
-    if (stored == nullptr || !stored->call) {
+    if (stored == nullptr) {
         co_return;
     }
-    const CallTracks tracks = existingTracks(*stored);
-    if (tracks.speakers().empty()) {
+    const CallFiles files = callFiles(*stored);
+    if (!callActions(*stored, files).exportAudio) {
         co_return;
     }
     std::filesystem::path name = Exporter::fittingFileName(*stored, ExportFormat::markdown);
@@ -61,7 +67,7 @@ QCoro::Task<> AppModel::exportAudio(Uuid id) {
     if (!self || !file) {
         co_return;
     }
-    const auto mix = [tracks, file = *file] { AudioMix::stereo(tracks.you, tracks.them, file); };
+    const auto mix = [tracks = files.tracks, file = *file] { AudioMix::stereo(tracks.you, tracks.them, file); };
     bool isSaved = true;
     try {
         co_await inBackground(mix);

@@ -17,10 +17,6 @@ bool hasDigestsTitle(const Note& note) {
     return note.call && note.call->digest && note.title == note.call->digest->title;
 }
 
-bool canBeSummarised(const Note* note) {
-    return note != nullptr && note->call && !note->call->segments.empty();
-}
-
 template <typename Container, typename Change>
 void change(QProperty<Container>& property, Change apply) {
     Container values = property.value();
@@ -32,7 +28,7 @@ void change(QProperty<Container>& property, Change apply) {
 
 QCoro::Task<> AppModel::runAI(Uuid id) {
     const Note* stored = note(id);
-    if (!canBeSummarised(stored) || aiRunning.value().contains(id)) {
+    if (stored == nullptr || !callActions(*stored, {}).summarise) {
         co_return;
     }
     const std::shared_ptr<Summariser> summariser = aiSummariser();
@@ -73,7 +69,7 @@ QCoro::Task<> AppModel::runAI(Uuid id) {
 
 void AppModel::useLocalSummary(Uuid id) {
     const Note* stored = note(id);
-    if (!canBeSummarised(stored)) {
+    if (stored == nullptr || !callActions(*stored, {}).summarise) {
         return;
     }
     const CallDigest digest =

@@ -126,14 +126,14 @@ std::optional<std::string> messageIn(std::string_view body) {
     return std::nullopt;
 }
 
-bool meansOffline(TransportError::Kind kind) {
+bool meansOffline(http::Error::Kind kind) {
     switch (kind) {
-    case TransportError::Kind::notConnectedToInternet:
-    case TransportError::Kind::networkConnectionLost:
-    case TransportError::Kind::cannotFindHost:
-    case TransportError::Kind::cannotConnectToHost:
-    case TransportError::Kind::timedOut:
-    case TransportError::Kind::dnsLookupFailed:
+    case http::Error::Kind::notConnectedToInternet:
+    case http::Error::Kind::networkConnectionLost:
+    case http::Error::Kind::cannotFindHost:
+    case http::Error::Kind::cannotConnectToHost:
+    case http::Error::Kind::timedOut:
+    case http::Error::Kind::dnsLookupFailed:
         return true;
     default:
         return false;
@@ -221,7 +221,7 @@ AIError mapStatus(int status, std::string_view body) {
 std::exception_ptr mapTransport(const std::exception_ptr& error) {
     try {
         std::rethrow_exception(error);
-    } catch (const TransportError& failure) {
+    } catch (const http::Error& failure) {
         return meansOffline(failure.kind()) ? std::make_exception_ptr(AIError::offline()) : error;
     } catch (...) {
         return error;

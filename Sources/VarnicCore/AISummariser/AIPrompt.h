@@ -35,7 +35,7 @@ CallDigest parse(std::string_view text, std::string_view provider, std::string_v
 /// What a status other than 200 means, with the message that the body holds or else the usual words for the status.
 AIError mapStatus(int status, std::string_view body);
 
-/// The error to throw for a failed send: AIError `offline` for a TransportError that says that the provider could not
+/// The error to throw for a failed send: AIError `offline` for an http::Error that says that the provider could not
 /// be reached, any other as it is.
 std::exception_ptr mapTransport(const std::exception_ptr& error);
 

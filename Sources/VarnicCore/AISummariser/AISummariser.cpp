@@ -14,7 +14,7 @@ namespace varnic {
 
 namespace {
 
-HTTPResponse sent(const HTTPTransport& transport, const HTTPRequest& request, std::stop_token stop) {
+HTTPResponse sent(const HTTPTransport& transport, const http::Request& request, std::stop_token stop) {
     try {
         return transport.send(request, std::move(stop));
     } catch (...) {
@@ -23,7 +23,7 @@ HTTPResponse sent(const HTTPTransport& transport, const HTTPRequest& request, st
 }
 
 /// The key in the request's headers; empty where there is none.
-std::string_view keyIn(const HTTPRequest& request) {
+std::string_view keyIn(const http::Request& request) {
     constexpr std::string_view scheme = "Bearer ";
     for (const auto& [name, value] : request.headers) {
         if (name == "x-api-key") {
@@ -88,7 +88,7 @@ CallDigest AISummariser::digest(const std::vector<Segment>& segments, const Dige
 
 CallDigest AISummariser::digest(const std::vector<Segment>& segments, const DigestContext& context,
                                 const Region& region, Date now, std::stop_token stop) const {
-    const HTTPRequest asked = request(segments, context, region);
+    const http::Request asked = request(segments, context, region);
     const HTTPResponse response = sent(*transport_, asked, std::move(stop));
     try {
         if (response.status != 200) {

@@ -24,10 +24,10 @@ public:
 
     /// The request for a call, with the day of the call in the region's zone. Throws AIError for a setting that cannot
     /// work.
-    [[nodiscard]] virtual HTTPRequest request(const std::vector<Segment>& segments, const DigestContext& context,
-                                              const Region& region) const = 0;
+    [[nodiscard]] virtual http::Request request(const std::vector<Segment>& segments, const DigestContext& context,
+                                                const Region& region) const = 0;
 
-    /// For this user, now. Throws AIError, TransportError and Cancellation.
+    /// For this user, now. Throws AIError, http::Error and http::Cancellation.
     [[nodiscard]] CallDigest digest(const std::vector<Segment>& segments, const DigestContext& context,
                                     std::stop_token stop) const final;
 

@@ -47,8 +47,8 @@ AnthropicSummariser::AnthropicSummariser(std::string model, std::string apiKey,
     : AISummariser(std::move(transport)), model_(std::move(model)), apiKey_(std::move(apiKey)),
       baseURL_(std::move(baseURL)) {}
 
-HTTPRequest AnthropicSummariser::request(const std::vector<Segment>& segments, const DigestContext& context,
-                                         const Region& region) const {
+http::Request AnthropicSummariser::request(const std::vector<Segment>& segments, const DigestContext& context,
+                                           const Region& region) const {
     if (Unicode::trimBlanks(apiKey_).empty()) {
         throw AIError::noKey();
     }
@@ -59,8 +59,9 @@ HTTPRequest AnthropicSummariser::request(const std::vector<Segment>& segments, c
     if (!address || !address->isHTTP()) {
         throw AIError::badURL();
     }
-    HTTPRequest request{
+    http::Request request{
         .url = address->appending("v1/messages"),
+        .method = "POST",
         .headers = {{"content-type", "application/json"}, {"x-api-key", apiKey_}, {"anthropic-version", "2026-10-21"}}};
     Json body{
         {"model", model_},

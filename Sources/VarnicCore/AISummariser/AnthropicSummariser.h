@@ -20,8 +20,8 @@ public:
     [[nodiscard]] std::string displayName() const override { return AISettings::nameOfAnthropicModel(model_); }
 
     /// Throws AIError `noKey`, then `noModel`, then `badURL`.
-    [[nodiscard]] HTTPRequest request(const std::vector<Segment>& segments, const DigestContext& context,
-                                      const Region& region) const override;
+    [[nodiscard]] http::Request request(const std::vector<Segment>& segments, const DigestContext& context,
+                                        const Region& region) const override;
 
 private:
     [[nodiscard]] std::string answer(std::string_view body) const override;

@@ -35,8 +35,8 @@ CompatibleSummariser::CompatibleSummariser(std::string baseURL, std::string mode
     : AISummariser(std::move(transport)), baseURL_(std::move(baseURL)), model_(std::move(model)),
       apiKey_(std::move(apiKey)) {}
 
-HTTPRequest CompatibleSummariser::request(const std::vector<Segment>& segments, const DigestContext& context,
-                                          const Region& region) const {
+http::Request CompatibleSummariser::request(const std::vector<Segment>& segments, const DigestContext& context,
+                                            const Region& region) const {
     const ServerAddress address = checkedAddress(baseURL_);
     if (isBlank(model_)) {
         throw AIError::noModel();
@@ -45,8 +45,9 @@ HTTPRequest CompatibleSummariser::request(const std::vector<Segment>& segments, 
     if (!address.isLocal() && isBlank(key)) {
         throw AIError::noKey();
     }
-    HTTPRequest request{.url = address.appending("chat/completions"),
-                        .headers = {{"Content-Type", "application/json"}}};
+    http::Request request{.url = address.appending("chat/completions"),
+                          .method = "POST",
+                          .headers = {{"Content-Type", "application/json"}}};
     if (!key.empty()) {
         request.headers.emplace_back("Authorization", "Bearer " + key);
     }

@@ -19,8 +19,8 @@ public:
     [[nodiscard]] std::string displayName() const override { return model_; }
 
     /// Throws AIError `badURL`, then `noModel`, then `noKey` for a server that is not on this computer.
-    [[nodiscard]] HTTPRequest request(const std::vector<Segment>& segments, const DigestContext& context,
-                                      const Region& region) const override;
+    [[nodiscard]] http::Request request(const std::vector<Segment>& segments, const DigestContext& context,
+                                        const Region& region) const override;
 
 private:
     [[nodiscard]] std::string answer(std::string_view body) const override;

@@ -3,251 +3,47 @@
 #include "VarnicCore/AISummariser/AIError.h"
 #include "VarnicCore/AISummariser/ServerAddress.h"
 
-#include <curl/curl.h>
-#include <fmt/format.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstdlib>
-#include <memory>
-#include <new>
 #include <string_view>
+#include <utility>
 
 namespace varnic {
 
 namespace {
 
-using Milliseconds = std::chrono::milliseconds;
-using SteadyClock = std::chrono::steady_clock;
-using Kind = TransportError::Kind;
-
-/// Ends one of libcurl's objects.
-template <auto Function>
-struct CleanUp {
-    template <typename Handle>
-    void operator()(Handle* handle) const {
-        Function(handle);
-    }
-};
-
-using Easy = std::unique_ptr<CURL, CleanUp<curl_easy_cleanup>>;
-using Multi = std::unique_ptr<CURLM, CleanUp<curl_multi_cleanup>>;
-using HeaderList = std::unique_ptr<curl_slist, CleanUp<curl_slist_free_all>>;
-
-template <typename Handle>
-Handle made(Handle handle) {
-    if (!handle) {
-        throw std::bad_alloc();
-    }
-    return handle;
-}
-
-void prepareLibrary() {
-    static const CURLcode prepared = curl_global_init(CURL_GLOBAL_DEFAULT);
-    if (prepared != CURLE_OK) {
-        throw TransportError(Kind::other, curl_easy_strerror(prepared));
-    }
-}
-
-HeaderList headerList(const HTTPRequest& request) {
-    HeaderList list;
-    const auto add = [&list](const std::string& line) {
-        if (line.find_first_of(std::string_view("\r\n\0", 3)) != std::string::npos) {
-            throw TransportError(Kind::other, "A header of the request holds a line break.");
-        }
-        curl_slist* longer = made(curl_slist_append(list.get(), line.c_str()));
-        static_cast<void>(list.release()); // Now the tail, or the whole, of `longer`.
-        list.reset(longer);
-    };
-    for (const auto& [name, value] : request.headers) {
-        add(fmt::format("{}: {}", name, value));
-    }
-    add("Expect:"); // No waiting for leave to send a long body.
-    return list;
-}
-
-TransportError errorFrom(CURLcode code, CURL* easy) {
-    switch (code) {
-    case CURLE_COULDNT_RESOLVE_HOST:
-        return {Kind::cannotFindHost, "A server with this name couldn’t be found."};
-    case CURLE_COULDNT_RESOLVE_PROXY:
-        return {Kind::dnsLookupFailed, "The proxy’s name couldn’t be found."};
-    case CURLE_COULDNT_CONNECT: {
-        long number = 0;
-        curl_easy_getinfo(easy, CURLINFO_OS_ERRNO, &number);
-        if (number == ENETUNREACH) {
-            return {Kind::notConnectedToInternet, "There is no connection to the internet."};
-        }
-        return {Kind::cannotConnectToHost, "The server couldn’t be reached."};
-    }
-    case CURLE_SEND_ERROR:
-    case CURLE_RECV_ERROR:
-    case CURLE_GOT_NOTHING:
-    case CURLE_PARTIAL_FILE:
-    case CURLE_HTTP2:
-    case CURLE_HTTP2_STREAM:
-        return {Kind::networkConnectionLost, "The connection to the server was lost."};
-    case CURLE_OPERATION_TIMEDOUT:
-        return {Kind::timedOut, "The server took too long to answer."};
-    case CURLE_PEER_FAILED_VERIFICATION:
-        return {Kind::serverCertificateUntrusted, "The server’s certificate isn’t trusted, so nothing was sent."};
-    case CURLE_SSL_CONNECT_ERROR:
-        return {Kind::secureConnectionFailed, "A secure connection to the server couldn’t be made."};
+/// Throws the AIError that the failure is, or else returns.
+void throwIfAnswersFault(http::Error::Kind kind) {
+    switch (kind) {
+    case http::Error::Kind::badURL:
+        throw AIError::badURL();
+    case http::Error::Kind::notHTTP:
+        throw AIError::badResponse("No HTTP response");
+    case http::Error::Kind::headTooLong:
+        throw AIError::badResponse("its headers are too long");
+    case http::Error::Kind::bodyTooLong:
+        throw AIError::badResponse("more than 16 MB");
     default:
-        return {Kind::other, curl_easy_strerror(code)};
+        break;
     }
 }
-
-/// One request under way.
-class Exchange {
-public:
-    Exchange(const HTTPRequest& request, Milliseconds overall)
-        : easy_(made(Easy(curl_easy_init()))), multi_(made(Multi(curl_multi_init()))), headers_(headerList(request)) {
-        set(CURLOPT_URL, request.url.c_str());
-        set(CURLOPT_PROTOCOLS_STR, "http,https");
-        set(CURLOPT_CUSTOMREQUEST, request.method.c_str());
-        set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
-        set(CURLOPT_POSTFIELDS, request.body.c_str());
-        set(CURLOPT_HTTPHEADER, headers_.get());
-        set(CURLOPT_HEADERFUNCTION, &Exchange::receive<&Exchange::addLine>);
-        set(CURLOPT_HEADERDATA, this);
-        set(CURLOPT_WRITEFUNCTION, &Exchange::receive<&Exchange::addBytes>);
-        set(CURLOPT_WRITEDATA, this);
-        set(CURLOPT_TIMEOUT_MS, static_cast<long>(overall.count()));
-        set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(overall.count()));
-        set(CURLOPT_NOSIGNAL, 1L);
-        set(CURLOPT_QUICK_EXIT, 1L); // A name that is still being looked up must not hold up the end.
-        if (const auto address = ServerAddress::parse(request.url); address && address->isLocal()) {
-            set(CURLOPT_PROXY, ""); // What stays on this computer goes through no proxy.
-        }
-        if (const char* authorities = std::getenv("SSL_CERT_FILE"); authorities != nullptr && *authorities != '\0') {
-            set(CURLOPT_CAINFO, authorities);
-        }
-        if (curl_multi_add_handle(multi_.get(), easy_.get()) != CURLM_OK) {
-            throw std::bad_alloc();
-        }
-    }
-
-    Exchange(const Exchange&) = delete;
-    Exchange& operator=(const Exchange&) = delete;
-
-    ~Exchange() { curl_multi_remove_handle(multi_.get(), easy_.get()); }
-
-    /// Waits for the response. Throws as HTTPTransport::send.
-    HTTPResponse finish(Milliseconds longestStill, const std::stop_token& stop) {
-        const std::stop_callback wake(stop, [this] { curl_multi_wakeup(multi_.get()); });
-        auto lastMove = SteadyClock::now();
-        curl_off_t moved = -1;
-        while (!stop.stop_requested()) {
-            int running = 0;
-            check(curl_multi_perform(multi_.get(), &running));
-            if (running == 0) {
-                return response();
-            }
-            if (const curl_off_t total = bytesMoved(); total != moved) {
-                moved = total;
-                lastMove = SteadyClock::now();
-            }
-            const auto left = std::chrono::ceil<Milliseconds>(lastMove + longestStill - SteadyClock::now());
-            if (left.count() <= 0) {
-                throw errorFrom(CURLE_OPERATION_TIMEDOUT, easy_.get());
-            }
-            // libcurl wakes up earlier where it has time-outs of its own.
-            check(curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(left.count()), nullptr));
-        }
-        throw Cancellation();
-    }
-
-private:
-    template <typename Value>
-    void set(CURLoption option, Value value) {
-        if (const CURLcode code = curl_easy_setopt(easy_.get(), option, value); code != CURLE_OK) {
-            throw TransportError(Kind::other, curl_easy_strerror(code));
-        }
-    }
-
-    static void check(CURLMcode code) {
-        if (code != CURLM_OK) {
-            throw TransportError(Kind::other, curl_multi_strerror(code));
-        }
-    }
-
-    HTTPResponse response() {
-        int left = 0;
-        const CURLMsg* message = curl_multi_info_read(multi_.get(), &left);
-        const CURLcode code = message == nullptr ? CURLE_FAILED_INIT : message->data.result;
-        if (excess_ != nullptr) {
-            throw AIError::badResponse(excess_);
-        }
-        if (code == CURLE_URL_MALFORMAT) {
-            throw AIError::badURL();
-        }
-        // HTTP/0.9, which is to say any bytes, or another protocol behind an upgrade.
-        if (code == CURLE_UNSUPPORTED_PROTOCOL || code == CURLE_WEIRD_SERVER_REPLY) {
-            throw AIError::badResponse("No HTTP response");
-        }
-        if (code != CURLE_OK) {
-            throw errorFrom(code, easy_.get());
-        }
-        if (!headEnded_) { // Which libcurl lets pass.
-            throw errorFrom(CURLE_PARTIAL_FILE, easy_.get());
-        }
-        long status = 0;
-        curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
-        return {.status = static_cast<int>(status), .body = std::move(body_)};
-    }
-
-    [[nodiscard]] curl_off_t bytesMoved() const {
-        curl_off_t sent = 0;
-        curl_easy_getinfo(easy_.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
-        return sent + static_cast<curl_off_t>(headSize_ + body_.size());
-    }
-
-    bool addLine(std::string_view line) {
-        headSize_ += line.size();
-        if (line.starts_with("HTTP/")) { // Again behind "100 Continue".
-            headEnded_ = false;
-        } else if (line == "\r\n" || line == "\n") {
-            headEnded_ = true;
-        }
-        if (headSize_ > longestHead) {
-            excess_ = "its headers are too long";
-        }
-        return excess_ == nullptr;
-    }
-
-    bool addBytes(std::string_view bytes) {
-        if (bytes.size() > URLSessionTransport::longestBody - body_.size()) {
-            excess_ = "more than 16 MB";
-            return false;
-        }
-        body_ += bytes;
-        return true;
-    }
-
-    template <bool (Exchange::*Add)(std::string_view)>
-    static std::size_t receive(const char* bytes, std::size_t /*one*/, std::size_t size, void* self) {
-        return (static_cast<Exchange*>(self)->*Add)({bytes, size}) ? size : 0;
-    }
-
-    /// Bytes. Below what libcurl would take for a broken connection.
-    static constexpr std::size_t longestHead = 256UL * 1024;
-
-    Easy easy_;
-    Multi multi_;
-    HeaderList headers_;
-    std::size_t headSize_ = 0;
-    bool headEnded_ = false;
-    std::string body_;
-    /// What there was too much of.
-    const char* excess_ = nullptr;
-};
 
 } // namespace
 
-HTTPResponse URLSessionTransport::send(const HTTPRequest& request, std::stop_token stop) const {
-    prepareLibrary();
-    return Exchange(request, 2 * timeout_).finish(std::min(request.timeout, timeout_), stop);
+HTTPResponse URLSessionTransport::send(const http::Request& request, std::stop_token stop) const {
+    http::Request bounded = request;
+    bounded.timeout = std::min(request.timeout, timeout_);
+    bounded.overallTimeout = 2 * timeout_;
+    const auto address = ServerAddress::parse(request.url);
+    bounded.usesProxy = !address || !address->isLocal();
+    std::string body;
+    const auto take = [&body](std::string_view bytes) { body += bytes; };
+    try {
+        const int status = http::send(bounded, {.longest = longestBody, .body = take}, std::move(stop));
+        return {.status = status, .body = std::move(body)};
+    } catch (const http::Error& error) {
+        throwIfAnswersFault(error.kind());
+        throw;
+    }
 }
 
 } // namespace varnic

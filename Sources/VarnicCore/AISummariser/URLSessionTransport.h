@@ -7,9 +7,7 @@
 
 namespace varnic {
 
-/// HTTP and HTTPS through libcurl. Nothing is kept between requests: no cookies, no cache, no connections. Certificates
-/// are verified against the system's authorities, or those in $SSL_CERT_FILE. Redirects are not followed: their status
-/// is the response's. The environment's proxy settings hold, except for a server on this computer.
+/// Sends by the client of the HTTP library. A server on this computer is asked without a proxy.
 class URLSessionTransport final : public HTTPTransport {
 public:
     /// A response with more bytes is refused with AIError `badResponse`.
@@ -19,7 +17,7 @@ public:
     /// exchange.
     explicit URLSessionTransport(std::chrono::milliseconds timeout = std::chrono::seconds(120)) : timeout_(timeout) {}
 
-    [[nodiscard]] HTTPResponse send(const HTTPRequest& request, std::stop_token stop) const override;
+    [[nodiscard]] HTTPResponse send(const http::Request& request, std::stop_token stop) const override;
 
 private:
     std::chrono::milliseconds timeout_;

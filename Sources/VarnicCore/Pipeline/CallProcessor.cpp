@@ -100,25 +100,6 @@ private:
 
 } // namespace
 
-std::vector<Speaker> CallTracks::speakers() const {
-    std::vector<Speaker> present;
-    if (you) {
-        present.push_back(Speaker::you);
-    }
-    if (them) {
-        present.push_back(Speaker::them);
-    }
-    return present;
-}
-
-CallRecord Recording::record() const {
-    return {.startedAt = startedAt,
-            .duration = duration,
-            .source = source,
-            .audioFolder = audioFolder,
-            .tracks = tracks.speakers()};
-}
-
 CallProcessor::CallProcessor(std::shared_ptr<const Transcriber> speechWriter,
                              std::shared_ptr<const Summariser> digestMaker, Region userRegion)
     : transcriber(std::move(speechWriter)), summariser(std::move(digestMaker)), region(std::move(userRegion)) {}

@@ -20,7 +20,7 @@ public:
     mutable std::atomic<int> requests = 0;
     std::atomic<bool> isSilent = false;
 
-    [[nodiscard]] HTTPResponse send(const HTTPRequest& /*request*/, std::stop_token /*stop*/) const override {
+    [[nodiscard]] HTTPResponse send(const http::Request& /*request*/, std::stop_token /*stop*/) const override {
         ++requests;
         isSilent.wait(true);
         return answer;

@@ -296,6 +296,7 @@ TEST_F(CallFlowsTests, process_anotherProgramWritesTheCallDown_leavesItToThat) {
     {
         const auto other = LibraryLock::forCall(model->audioFolder(call.id));
         QCoro::waitFor(model->process(recording));
+        model->removeAudio(call.id);
     }
     EXPECT_EQ(*model->note(call.id), call);
     EXPECT_EQ(toastText(), "Another program is transcribing this call");

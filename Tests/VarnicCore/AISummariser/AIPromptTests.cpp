@@ -86,14 +86,15 @@ TEST(AIPrompt, mapStatus_findsTheMessage) {
 }
 
 TEST(AIPrompt, mapTransport_changesOnlyWhatMeansOffline) {
-    using Kind = TransportError::Kind;
+    using Kind = http::Error::Kind;
     for (const Kind kind : {Kind::notConnectedToInternet, Kind::networkConnectionLost, Kind::cannotFindHost,
                             Kind::cannotConnectToHost, Kind::timedOut, Kind::dnsLookupFailed}) {
-        const auto mapped = AIPrompt::mapTransport(std::make_exception_ptr(TransportError(kind, "")));
+        const auto mapped = AIPrompt::mapTransport(std::make_exception_ptr(http::Error(kind, "")));
         EXPECT_THROW(std::rethrow_exception(mapped), AIError);
     }
-    for (const auto& error : {std::make_exception_ptr(TransportError(Kind::secureConnectionFailed, "")),
-                              std::make_exception_ptr(Cancellation()), std::make_exception_ptr(AIError::badURL())}) {
+    for (const auto& error :
+         {std::make_exception_ptr(http::Error(Kind::secureConnectionFailed, "")),
+          std::make_exception_ptr(http::Cancellation()), std::make_exception_ptr(AIError::badURL())}) {
         EXPECT_EQ(AIPrompt::mapTransport(error), error);
     }
 }

@@ -132,7 +132,7 @@ TEST(AnthropicSummariser, request_checksKeyThenModel) {
 
 TEST(AnthropicSummariser, request_ofALargerModel_allowsFallbacks) {
     for (const AIModelChoice& model : AISettings::anthropicModels) {
-        const HTTPRequest request = AnthropicSummariser(std::string(model.id), "k", nullptr).request({}, {}, {});
+        const http::Request request = AnthropicSummariser(std::string(model.id), "k", nullptr).request({}, {}, {});
         const bool expected = model.id != AISettings::defaultAnthropicModel;
         EXPECT_EQ(request.headers.back().first == "anthropic-beta", expected) << model.id;
         EXPECT_EQ(nlohmann::json::parse(request.body).contains("fallbacks"), expected) << model.id;

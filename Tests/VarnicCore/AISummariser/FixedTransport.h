@@ -12,7 +12,7 @@ class FixedTransport final : public HTTPTransport {
 public:
     explicit FixedTransport(HTTPResponse response) : response_(std::move(response)) {}
 
-    [[nodiscard]] HTTPResponse send(const HTTPRequest& /*request*/, std::stop_token /*stop*/) const override {
+    [[nodiscard]] HTTPResponse send(const http::Request& /*request*/, std::stop_token /*stop*/) const override {
         return response_;
     }
 

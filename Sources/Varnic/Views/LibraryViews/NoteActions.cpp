@@ -11,6 +11,7 @@ NoteActions* NoteActions::create(const QQmlEngine* engine, const QJSEngine* /*sc
 
 void NoteActions::setNoteId(const QString& id) {
     id_ = Uuid::parse(id.toStdString());
+    files_ = note() != nullptr ? model_.callFiles(*note()) : CallFiles();
     Q_EMIT noteIdChanged();
 }
 
@@ -22,10 +23,8 @@ QString NoteActions::pinText() const {
     return note() != nullptr && note()->pinned ? QStringLiteral("Unpin") : QStringLiteral("Pin to Top");
 }
 
-bool NoteActions::canTranscribe() const {
-    const Note* stored = note();
-    return stored != nullptr && stored->call && !model_.processing.value().contains(stored->id) &&
-           !model_.existingTracks(*stored).speakers().empty();
+CallActions NoteActions::actions() const {
+    return note() != nullptr ? model_.callActions(*note(), files_) : CallActions();
 }
 
 QStringList NoteActions::exportTitles() {

@@ -14,9 +14,11 @@ class NoteActions : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    /// The note; what can be done is looked up as it is set.
+    /// The note; what is on disk of it is looked up as it is set.
     Q_PROPERTY(QString noteId READ noteId WRITE setNoteId NOTIFY noteIdChanged)
     Q_PROPERTY(QString pinText READ pinText NOTIFY noteIdChanged)
+    /// A call whose recording is there.
+    Q_PROPERTY(bool hasAudio READ hasAudio NOTIFY noteIdChanged)
     Q_PROPERTY(bool canTranscribe READ canTranscribe NOTIFY noteIdChanged)
     /// The kinds of file that a note can be exported to.
     Q_PROPERTY(QStringList exportTitles READ exportTitles CONSTANT)
@@ -32,8 +34,9 @@ public:
 
     [[nodiscard]] QString pinText() const;
 
-    /// A call whose sound is there and that is not being written down.
-    [[nodiscard]] bool canTranscribe() const;
+    [[nodiscard]] bool hasAudio() const { return actions().play; }
+
+    [[nodiscard]] bool canTranscribe() const { return actions().transcribe; }
 
     [[nodiscard]] static QStringList exportTitles();
 
@@ -48,9 +51,11 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] const Note* note() const;
+    [[nodiscard]] CallActions actions() const;
 
     AppModel& model_;
     std::optional<Uuid> id_;
+    CallFiles files_;
 };
 
 } // namespace varnic

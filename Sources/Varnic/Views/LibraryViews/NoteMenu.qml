@@ -40,7 +40,7 @@ Theme.PaperMenu {
     Theme.PaperMenuItem {
         enabled: NoteActions.canTranscribe
         text: "Transcribe Again"
-        visible: NoteActions.canTranscribe
+        visible: NoteActions.hasAudio
 
         onTriggered: NoteActions.transcribeAgain()
     }

@@ -13,6 +13,7 @@
 #include <chrono>
 #include <cmath>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace varnic {
@@ -25,10 +26,14 @@ QString text(const std::string& utf8) {
     return QString::fromStdString(utf8);
 }
 
-/// Whether the same recordings belong to both.
-bool hasSameTracks(const Note& a, const Note& b) {
+/// Whether the same files belong to both: the recordings, and the earlier version, which comes with a new digest.
+bool hasSameFiles(const Note& a, const Note& b) {
+    const auto madeAt = [](const CallRecord& call) {
+        return call.digest ? std::optional(call.digest->createdAt) : std::nullopt;
+    };
     return a.isCall() == b.isCall() &&
-           (!a.call || (a.call->tracks == b.call->tracks && a.call->audioFolder == b.call->audioFolder));
+           (!a.call || (a.call->tracks == b.call->tracks && a.call->audioFolder == b.call->audioFolder &&
+                        madeAt(*a.call) == madeAt(*b.call)));
 }
 
 bool hasSameLines(const Note& a, const Note& b) {
@@ -58,6 +63,7 @@ void NoteModel::componentComplete() {
     }));
     watchers_.push_back(app_->showTranscript.addNotifier([this] { Q_EMIT transcriptShownChanged(); }));
     watchers_.push_back(app_->processing.addNotifier([this] { followProcessing(); }));
+    watchers_.push_back(app_->aiRunning.addNotifier([this] { Q_EMIT changed(); }));
     watchers_.push_back(app_->seek.addNotifier([this] { takeSeek(); }));
     clock_.start();
     isProcessed_ = app_->processing.value().contains(id_);
@@ -73,8 +79,8 @@ void NoteModel::refresh() {
     if (note_ == before) {
         return;
     }
-    if (!hasSameTracks(*before, *note_)) {
-        readTracks();
+    if (!hasSameFiles(*before, *note_)) {
+        lookForFiles();
     }
     Q_EMIT changed();
     if (!hasSameLines(*before, *note_)) {
@@ -85,15 +91,15 @@ void NoteModel::refresh() {
     }
 }
 
-void NoteModel::readTracks() {
-    tracks_ = isCall() ? app_->existingTracks(*note_) : CallTracks();
+void NoteModel::lookForFiles() {
+    files_ = app_->callFiles(*note_);
 }
 
 /// What is written down may have brought its sound with it, or be rid of it afterwards.
 void NoteModel::followProcessing() {
     const bool isProcessed = app_->processing.value().contains(id_);
     if (std::exchange(isProcessed_, isProcessed) != isProcessed) {
-        readTracks();
+        lookForFiles();
     }
     Q_EMIT changed();
 }
@@ -204,7 +210,7 @@ int NoteModel::sharePercent() const {
 
 QList<QUrl> NoteModel::tracks() const {
     QList<QUrl> files;
-    for (const auto& track : {tracks_.you, tracks_.them}) {
+    for (const auto& track : {files_.tracks.you, files_.tracks.them}) {
         if (track) {
             files << QUrl::fromLocalFile(text(track->string()));
         }
@@ -212,8 +218,8 @@ QList<QUrl> NoteModel::tracks() const {
     return files;
 }
 
-bool NoteModel::canUseTracks() const {
-    return !tracks_.speakers().empty() && !app_->processing.value().contains(id_);
+CallActions NoteModel::actions() const {
+    return app_ != nullptr ? app_->callActions(*note_, files_) : CallActions();
 }
 
 const EmailDraft* NoteModel::email() const {
@@ -270,10 +276,6 @@ void NoteModel::exportAudio() {
 
 void NoteModel::retranscribe() {
     app_->retranscribe(id_);
-}
-
-bool NoteModel::hasEarlier() const {
-    return app_ != nullptr && app_->hasEarlier(id_);
 }
 
 void NoteModel::bringBackEarlier() {

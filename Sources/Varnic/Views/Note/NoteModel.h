@@ -48,13 +48,15 @@ class NoteModel : public QObject, public QQmlParserStatus {
     Q_PROPERTY(varnic::CallInk ink READ ink NOTIFY transcriptChanged)
     /// The recordings that are on disk.
     Q_PROPERTY(QList<QUrl> tracks READ tracks NOTIFY changed)
-    /// There are some, and they are not being written down.
-    Q_PROPERTY(bool canUseTracks READ canUseTracks NOTIFY changed)
+    Q_PROPERTY(bool canExportAudio READ canExportAudio NOTIFY changed)
+    Q_PROPERTY(bool canTranscribe READ canTranscribe NOTIFY changed)
+    Q_PROPERTY(bool canRemoveAudio READ canRemoveAudio NOTIFY changed)
     Q_PROPERTY(bool hasEmail READ hasEmail NOTIFY changed)
     Q_PROPERTY(QString emailSubject READ emailSubject WRITE setEmailSubject NOTIFY changed)
     Q_PROPERTY(QString emailBody READ emailBody WRITE setEmailBody NOTIFY changed)
-    /// The transcript and summary that the last new ones replaced can come back.
+    /// The transcript and summary that the last new ones replaced are kept.
     Q_PROPERTY(bool hasEarlier READ hasEarlier NOTIFY changed)
+    Q_PROPERTY(bool canBringBackEarlier READ canBringBackEarlier NOTIFY changed)
     /// One title for each kind of file that `exportAs` writes.
     Q_PROPERTY(QStringList exportTitles READ exportTitles CONSTANT)
     Q_PROPERTY(bool transcriptShown READ transcriptShown WRITE setTranscriptShown NOTIFY transcriptShownChanged)
@@ -100,7 +102,15 @@ public:
     [[nodiscard]] CallInk ink() const { return note_->call ? CallInk(*note_->call) : CallInk(); }
 
     [[nodiscard]] QList<QUrl> tracks() const;
-    [[nodiscard]] bool canUseTracks() const;
+
+    /// What may be done with the call; nothing before the element is complete.
+    [[nodiscard]] CallActions actions() const;
+
+    [[nodiscard]] bool canExportAudio() const { return actions().exportAudio; }
+
+    [[nodiscard]] bool canTranscribe() const { return actions().transcribe; }
+
+    [[nodiscard]] bool canRemoveAudio() const { return actions().removeAudio; }
 
     [[nodiscard]] bool hasEmail() const { return email() != nullptr; }
 
@@ -108,7 +118,11 @@ public:
     void setEmailSubject(const QString& subject);
     [[nodiscard]] QString emailBody() const;
     void setEmailBody(const QString& body);
-    [[nodiscard]] bool hasEarlier() const;
+
+    [[nodiscard]] bool hasEarlier() const { return files_.hasEarlier; }
+
+    [[nodiscard]] bool canBringBackEarlier() const { return actions().bringBackEarlier; }
+
     [[nodiscard]] static QStringList exportTitles();
     [[nodiscard]] bool transcriptShown() const;
     void setTranscriptShown(bool shown);
@@ -134,7 +148,7 @@ Q_SIGNALS:
 
 private:
     void refresh();
-    void readTracks();
+    void lookForFiles();
     void followProcessing();
     void takeSeek();
     [[nodiscard]] const EmailDraft* email() const;
@@ -146,7 +160,7 @@ private:
     /// Stands for a note that is not there.
     const SharedNote blank_;
     SharedNote note_;
-    CallTracks tracks_;
+    CallFiles files_;
     /// The call is being written down.
     bool isProcessed_ = false;
     std::vector<QPropertyNotifier> watchers_;

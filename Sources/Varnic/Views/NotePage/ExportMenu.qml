@@ -32,7 +32,7 @@ Theme.PaperMenu {
     }
 
     Theme.PaperMenuItem {
-        enabled: exports.note.tracks.length > 0
+        enabled: exports.note.canExportAudio
         text: "Recording (.m4a)…"
         visible: exports.note.isCall
 

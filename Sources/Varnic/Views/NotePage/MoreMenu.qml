@@ -15,7 +15,7 @@ Theme.PaperMenu {
     }
 
     Theme.PaperMenuItem {
-        enabled: menu.note.canUseTracks
+        enabled: menu.note.canTranscribe
         text: "Transcribe Again"
         visible: menu.note.isCall
 
@@ -23,6 +23,7 @@ Theme.PaperMenu {
     }
 
     Theme.PaperMenuItem {
+        enabled: menu.note.canBringBackEarlier
         text: "Bring Back Earlier Version"
         visible: menu.note.isCall && menu.note.hasEarlier
 
@@ -30,7 +31,7 @@ Theme.PaperMenu {
     }
 
     Theme.PaperMenuItem {
-        enabled: menu.note.canUseTracks
+        enabled: menu.note.canRemoveAudio
         objectName: "removeAudio"
         text: "Remove Audio, Keep Transcript"
         visible: menu.note.isCall

@@ -20,8 +20,6 @@ void SummaryModel::componentComplete() {
     app_ = &ViewContext::of(this).model;
     connect(note_, &NoteModel::changed, this, &SummaryModel::changed);
     const auto tell = [this] { Q_EMIT changed(); };
-    watchers_.push_back(app_->processing.addNotifier(tell));
-    watchers_.push_back(app_->aiRunning.addNotifier(tell));
     watchers_.push_back(app_->aiError.addNotifier(tell));
     watchers_.push_back(app_->settings.ai.addNotifier(tell));
     Q_EMIT changed();
@@ -45,13 +43,12 @@ QString SummaryModel::problem() const {
     return call != nullptr && call->problem && stage().isEmpty() ? shown(*call->problem) : QString();
 }
 
-bool SummaryModel::canRetranscribe() const {
-    return call() != nullptr && !note_->tracks().isEmpty() && stage().isEmpty();
-}
-
 bool SummaryModel::showsAI() const {
     // Lost sound is no reason not to summarise the rest.
-    return call() != nullptr && settings().enabled && stage().isEmpty() && !CallProblem::withoutLoss(call()->problem);
+    if (call() == nullptr || !settings().enabled || !stage().isEmpty() || CallProblem::withoutLoss(call()->problem)) {
+        return false;
+    }
+    return note_->actions().summarise || !asking().isEmpty();
 }
 
 AISettings SummaryModel::settings() const {

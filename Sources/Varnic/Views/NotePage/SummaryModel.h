@@ -17,7 +17,6 @@ class SummaryModel : public QObject, public QQmlParserStatus {
     Q_PROPERTY(QString stage READ stage NOTIFY changed)
     /// Why there is no whole transcript or recording; empty while it is being written.
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
-    Q_PROPERTY(bool canRetranscribe READ canRetranscribe NOTIFY changed)
     /// The controls of AI summaries are shown.
     Q_PROPERTY(bool showsAI READ showsAI NOTIFY changed)
     /// Who made the AI digest that is shown; empty where none is.
@@ -41,7 +40,6 @@ public:
 
     [[nodiscard]] QString stage() const;
     [[nodiscard]] QString problem() const;
-    [[nodiscard]] bool canRetranscribe() const;
     [[nodiscard]] bool showsAI() const;
     [[nodiscard]] QString credit() const;
     [[nodiscard]] QString asking() const;

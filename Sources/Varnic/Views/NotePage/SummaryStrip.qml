@@ -70,7 +70,7 @@ Column {
 
     Theme.QuietButton {
         text: "Transcribe Again"
-        visible: model.problem !== "" && model.canRetranscribe
+        visible: model.problem !== "" && strip.note.canTranscribe
 
         onClicked: strip.note.retranscribe()
     }

@@ -19,6 +19,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <set>
 
 namespace varnic {
 namespace {
@@ -143,6 +144,8 @@ TEST_F(NotePageTest, lost_sound_hides_no_summary) {
         EXPECT_EQ(summary->problem().toStdString(), problem);
         EXPECT_EQ(summary->showsAI(), showsAI) << problem;
     }
+    open(addCall({}));
+    EXPECT_FALSE(only<SummaryModel>()->showsAI()) << "there are no words to summarise";
 }
 
 TEST_F(NotePageTest, return_in_the_title_goes_on_and_breaks_no_line) {
@@ -331,6 +334,10 @@ TEST_F(NotePageTest, a_summary_that_was_replaced_can_come_back) {
     EXPECT_FALSE(note->hasEarlier());
     model->useLocalSummary(id);
     EXPECT_TRUE(note->hasEarlier());
+    model->aiRunning = std::set{id};
+    EXPECT_FALSE(note->canBringBackEarlier());
+    model->aiRunning = std::set<Uuid>();
+    EXPECT_TRUE(note->canBringBackEarlier());
     note->bringBackEarlier();
     EXPECT_TRUE(waitUntil([&] { return !model->note(id)->call->digest; }));
 }
@@ -368,11 +375,12 @@ TEST_F(NotePageTest, sound_that_is_being_written_down_is_not_offered_for_removal
     auto* const page = only<NoteModel>();
     ASSERT_NE(page, nullptr);
     EXPECT_EQ(page->tracks().size(), 1);
-    EXPECT_TRUE(page->canUseTracks());
+    EXPECT_TRUE(page->canRemoveAudio());
     model->processing = std::map<Uuid, ProcessingStage>{{id, ProcessingStage::transcribing(0)}};
-    EXPECT_FALSE(page->canUseTracks());
+    EXPECT_FALSE(page->canRemoveAudio());
+    EXPECT_TRUE(page->canExportAudio());
     model->processing = std::map<Uuid, ProcessingStage>();
-    EXPECT_TRUE(page->canUseTracks());
+    EXPECT_TRUE(page->canRemoveAudio());
 }
 
 } // namespace

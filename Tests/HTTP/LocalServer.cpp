@@ -1,4 +1,4 @@
-#include "VarnicCore/AISummariser/LocalServer.h"
+#include "HTTP/LocalServer.h"
 
 #include <fmt/format.h>
 #include <glib.h>
