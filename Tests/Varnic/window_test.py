@@ -41,6 +41,7 @@ class WindowTest(unittest.TestCase):
         program = Program(self.desktop, PROGRAM, *arguments, VARNIC_DATA_DIR=str(self.library))
         self.addCleanup(program.close)
         program.expect("Record call")
+        wait_for(lambda: self.desktop.xdotool("getactivewindow"), "an active window")
         return program
 
     def say_both_sides(self):
