@@ -1,7 +1,5 @@
 #include "Varnic/Views/Program/Program.h"
 
-#include "Varnic/Background.h"
-#include "Varnic/Views/Program/DelayedLibraries.h"
 #include "Varnic/Views/Program/FileDialogs.h"
 #include "Varnic/Views/Program/QuitDialog.h"
 #include "Varnic/Views/Program/QuitRule.h"
@@ -81,7 +79,6 @@ void Program::launch() {
     tray_.emplace(model_, [this] { delegate_.terminate(); });
     delegate_.applicationDidFinishLaunching();
     quitIfForsaken();
-    Background::start(loadDelayedLibraries);
 }
 
 bool Program::isProcessing() const {
