@@ -1,7 +1,5 @@
 #include "Varnic/Views/Program/Program.h"
 
-#include "Varnic/Background.h"
-#include "Varnic/Views/Program/DelayedLibraries.h"
 #include "Varnic/Views/Program/FileDialogs.h"
 #include "Varnic/Views/Program/QuitDialog.h"
 #include "Varnic/Views/Program/QuitRule.h"
@@ -83,7 +81,6 @@ void Program::launch() {
     tray_.emplace(model_, delegate_.menus().tray);
     delegate_.applicationDidFinishLaunching();
     quitIfForsaken();
-    Background::start(loadDelayedLibraries);
 }
 
 bool Program::isProcessing() const {
