@@ -2,6 +2,8 @@
 
 #include "Varnic/Views/Context/ViewModel.h"
 
+#include <QSettings>
+
 #include <algorithm>
 #include <utility>
 

@@ -1,5 +1,6 @@
 #include "Varnic/Views/NotePage/NoteModel.h"
 
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/Context/ViewModel.h"
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Export/ExportFormat.h"

@@ -1,6 +1,7 @@
 #include "Varnic/Views/NotePage/SummaryModel.h"
 
 #include "Varnic/Views/Context/ViewModel.h"
+#include "VarnicCore/Models/CallProblem.h"
 #include "VarnicCore/Models/Wording.h"
 
 #include <fmt/format.h>

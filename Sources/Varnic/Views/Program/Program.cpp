@@ -1,6 +1,8 @@
 #include "Varnic/Views/Program/Program.h"
 
+#include "Varnic/AppModel/AppPlaces.h"
 #include "Varnic/Background.h"
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/Program/DelayedLibraries.h"
 #include "Varnic/Views/Program/FileDialogs.h"
 #include "Varnic/Views/Program/QuitDialog.h"
