@@ -3,6 +3,7 @@
 
 #include "Tests/VarnicCore/TemporaryFolder.h"
 #include "Varnic/AppModel/AppModel.h"
+#include "Varnic/AppModel/AppPlaces.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/LibraryViews/Columns.h"
 #include "Varnic/Views/LibraryViews/DeckListModel.h"
@@ -11,6 +12,7 @@
 #include "Varnic/Views/LibraryViews/SectionModel.h"
 #include "Varnic/Views/LibraryViews/TodoListModel.h"
 #include "Varnic/Views/Note/NoteModel.h"
+#include "VarnicCore/Editor/NoteEditor.h"
 #include "bench/GeneratedLibrary.h"
 #include "bench/Measure.h"
 

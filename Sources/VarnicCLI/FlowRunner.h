@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Varnic/AppModel/AppModel.h"
+#include "Varnic/AppModel/AppPlaces.h"
 #include "VarnicCLI/Interruption.h"
 
 #include <QCoreApplication>

@@ -3,6 +3,7 @@
 #include "Varnic/AppModel/AppModel.h"
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCLI/UserLibrary.h"
+#include "VarnicCore/Models/CallProblem.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Models/Wording.h"
 #include "VarnicCore/Text/Unicode.h"

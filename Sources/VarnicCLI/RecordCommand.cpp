@@ -1,3 +1,4 @@
+#include "Varnic/Recording/RecordingController.h"
 #include "VarnicCLI/CallFiling.h"
 #include "VarnicCLI/FlowRunner.h"
 #include "VarnicCLI/MissingDevices.h"

@@ -1,3 +1,4 @@
+#include "Varnic/AppModel/AppPlaces.h"
 #include "VarnicCLI/Command.h"
 #include "VarnicCLI/FlowRunner.h"
 #include "VarnicCLI/NotePrinter.h"
@@ -5,6 +6,8 @@
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCLI/UserLibrary.h"
 #include "VarnicCore/AISummariser/AIError.h"
+#include "VarnicCore/AISummariser/AISummariser.h"
+#include "VarnicCore/AISummariser/KeyStore.h"
 #include "VarnicCore/AISummariser/ServerAddress.h"
 #include "VarnicCore/Models/Wording.h"
 

@@ -1,6 +1,6 @@
 #include "VarnicCLI/UserLibrary.h"
 
-#include "Varnic/AppModel/AppModel.h"
+#include "Varnic/AppModel/AppPlaces.h"
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Text/Unicode.h"
 

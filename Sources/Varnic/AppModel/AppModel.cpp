@@ -1,34 +1,31 @@
 #include "Varnic/AppModel/AppModel.h"
 
+#include "Varnic/AppModel/AppPlaces.h"
+#include "Varnic/AppModel/LibraryWatch.h"
 #include "Varnic/Background.h"
+#include "Varnic/Recording/RecordingController.h"
+#include "VarnicCore/AISummariser/AISummariser.h"
+#include "VarnicCore/AISummariser/KeyStore.h"
 #include "VarnicCore/AISummariser/SummariserFactory.h"
 #include "VarnicCore/AISummariser/URLSessionTransport.h"
-#include "VarnicCore/Library/NoteFileReader.h"
 #include "VarnicPlatform/Capture/LiveCapture.h"
 #include "VarnicPlatform/KeyStore/KeychainStore.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 #include "VarnicPlatform/Speech/SpeechTranscriber.h"
 
-#include <fmt/format.h>
+#include <QTimer>
+
 #include <glib.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <string_view>
 
 namespace varnic {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 /// What one request to an AI may take.
 constexpr auto requestTimeout = std::chrono::seconds(120);
-
-std::string_view environment(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? std::string_view() : value;
-}
 
 /// The user's full name as the account has it; GLib says "Unknown" where there is none.
 std::string_view accountName() {
@@ -43,35 +40,7 @@ std::shared_ptr<KeyStore> keyStore(bool isScratch) {
     return std::make_shared<KeychainStore>("app.brevin.varnic.ai");
 }
 
-/// For each library a folder of its own, where the desktop keeps what programs have to remember.
-fs::path spareFolderFor(const fs::path& library) {
-    std::error_code ignored;
-    return fs::path(g_get_user_state_dir()) / "Varnic" / "Unsaved" /
-           fmt::format("{:016x}", fingerprintOf(fs::absolute(library, ignored).native()));
-}
-
 } // namespace
-
-std::pair<fs::path, bool> AppPlaces::dataDirectoryFromEnvironment() {
-    if (const std::string_view folder = environment("VARNIC_DATA_DIR"); !folder.empty()) {
-        return {folder, true};
-    }
-    return {fs::path(g_get_user_data_dir()) / "Varnic" / "Library", false};
-}
-
-AppPlaces AppPlaces::fromEnvironment() {
-    auto [folder, isScratch] = dataDirectoryFromEnvironment();
-    auto settings = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
-                                                isScratch ? "app.brevin.varnic.selftest" : "Varnic", "settings");
-    if (isScratch && environment("VARNIC_SELFTEST") != "persist") {
-        settings->clear();
-    }
-    fs::path spares = spareFolderFor(folder);
-    return {.dataDirectory = std::move(folder),
-            .spareFolder = std::move(spares),
-            .isScratch = isScratch,
-            .settings = std::move(settings)};
-}
 
 AppModel::AppModel(AppPlaces places, QObject* parent)
     : QObject(parent), settings(std::move(places.settings), accountName(), Region::user().locale),

@@ -1,35 +1,27 @@
 #pragma once
 
 #include "Varnic/AppModel/AppSettings.h"
-#include "Varnic/AppModel/CallImport.h"
 #include "Varnic/AppModel/ChangedNotes.h"
 #include "Varnic/AppModel/Desktop.h"
 #include "Varnic/AppModel/LibraryQueue.h"
 #include "Varnic/AppModel/LibrarySection.h"
-#include "Varnic/AppModel/LibraryWatch.h"
 #include "Varnic/AppModel/RollUps.h"
 #include "Varnic/AppModel/ToastMessage.h"
 #include "Varnic/Inbox.h"
-#include "Varnic/Recording/RecordingController.h"
-#include "VarnicCore/AISummariser/AISummariser.h"
-#include "VarnicCore/AISummariser/HTTPTransport.h"
-#include "VarnicCore/AISummariser/KeyStore.h"
-#include "VarnicCore/Editor/NoteEditor.h"
+#include "VarnicCore/Audio/CaptureSource.h"
 #include "VarnicCore/Library/Flashcards.h"
 #include "VarnicCore/Library/SharedNotes.h"
 #include "VarnicCore/Library/Todos.h"
 #include "VarnicCore/Models/Note.h"
 #include "VarnicCore/Models/Region.h"
 #include "VarnicCore/Pipeline/CallActions.h"
-#include "VarnicCore/Pipeline/CallProcessor.h"
 #include "VarnicCore/Pipeline/ProcessingStage.h"
+#include "VarnicCore/Pipeline/Recording.h"
 
 #include <QCoro/QCoroTask>
 #include <QObject>
 #include <QProperty>
-#include <QTimer>
 
-#include <array>
 #include <cstdint>
 #include <deque>
 #include <filesystem>
@@ -40,27 +32,23 @@
 #include <set>
 #include <stop_token>
 #include <string>
-#include <utility>
 #include <vector>
+
+class QTimer;
 
 namespace varnic {
 
-/// Where the application's data lies, from the environment.
-struct AppPlaces {
-    std::filesystem::path dataDirectory;
-    /// Where notes are kept that the library does not take.
-    std::filesystem::path spareFolder;
-    /// Data and settings are for trying out: no key ring is touched.
-    bool isScratch = false;
-    std::unique_ptr<QSettings> settings;
-
-    /// $VARNIC_DATA_DIR with settings of its own, which are wiped unless VARNIC_SELFTEST is "persist"; else the user's
-    /// library and settings.
-    static AppPlaces fromEnvironment();
-
-    /// The folder alone, and whether it is for trying out; touches no settings.
-    static std::pair<std::filesystem::path, bool> dataDirectoryFromEnvironment();
-};
+class AISummariser;
+class CallProcessor;
+class HTTPTransport;
+class KeyStore;
+class LibraryWatch;
+class RecordingController;
+class RecordingMarkFile;
+class Transcriber;
+struct AppPlaces;
+struct CallImport;
+struct DigestContext;
 
 /// The one object that windows, menus and commands talk to. It owns the notes in memory, the library on disk, the
 /// settings and the recorder; nothing else in this program writes a note, and what other programs write into the

@@ -2,7 +2,7 @@
 
 #include "VarnicCore/Library/RecordingMark.h"
 #include "VarnicCore/Models/Call.h"
-#include "VarnicCore/Pipeline/CallProcessor.h"
+#include "VarnicCore/Pipeline/Recording.h"
 
 #include <filesystem>
 #include <memory>

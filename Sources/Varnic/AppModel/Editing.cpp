@@ -1,6 +1,10 @@
 #include "Varnic/AppModel/AppModel.h"
 
+#include "Varnic/AppModel/LibraryWatch.h"
+#include "VarnicCore/Editor/NoteEditor.h"
+
 #include <QPointer>
+#include <QTimer>
 
 #include <fmt/format.h>
 

@@ -1,5 +1,7 @@
 #include "Varnic/AppModel/AppModel.h"
 
+#include "Varnic/AppModel/LibraryWatch.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>

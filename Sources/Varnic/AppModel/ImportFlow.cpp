@@ -1,5 +1,6 @@
 #include "Varnic/AppModel/AppModel.h"
 
+#include "Varnic/AppModel/CallImport.h"
 #include "Varnic/Background.h"
 
 #include <QPointer>

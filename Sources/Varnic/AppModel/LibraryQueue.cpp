@@ -1,6 +1,7 @@
 #include "Varnic/AppModel/LibraryQueue.h"
 
 #include "Varnic/Background.h"
+#include "VarnicCore/Pipeline/Recovery.h"
 
 #include <exception>
 

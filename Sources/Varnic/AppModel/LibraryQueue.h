@@ -4,7 +4,6 @@
 #include "VarnicCore/Library/SharedLibrary.h"
 #include "VarnicCore/Library/SharedNotes.h"
 #include "VarnicCore/Library/SpareNotes.h"
-#include "VarnicCore/Pipeline/Recovery.h"
 
 #include <QCoro/QCoroTask>
 
@@ -17,6 +16,8 @@
 #include <vector>
 
 namespace varnic {
+
+struct DeadRecording;
 
 /// The library on disk behind a queue of its own, so that the main thread never waits for a disk: what is asked for is
 /// done one after another, in order. The destructor does what is still waiting. Main thread.

@@ -1,5 +1,7 @@
 #include "Varnic/AppModel/AppModel.h"
 
+#include "Varnic/Recording/RecordingController.h"
+
 #include <algorithm>
 #include <numeric>
 

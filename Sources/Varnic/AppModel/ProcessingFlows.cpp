@@ -1,9 +1,15 @@
 #include "Varnic/AppModel/AppModel.h"
 
 #include "Varnic/Background.h"
+#include "VarnicCore/Audio/TranscriberError.h"
+#include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Files/Folders.h"
 #include "VarnicCore/Library/LibraryLock.h"
+#include "VarnicCore/Library/RecordingMark.h"
 #include "VarnicCore/Library/TrackFiles.h"
+#include "VarnicCore/Models/CallProblem.h"
+#include "VarnicCore/Models/PlaceholderBlocks.h"
+#include "VarnicCore/Pipeline/CallProcessor.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 
 #include <QPointer>
@@ -16,13 +22,6 @@ namespace varnic {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char* placeholderHeading = "Notes";
-
-/// A heading that stands in a call's note until its own words are there.
-bool isPlaceholder(const Block& block) {
-    return block.kind == BlockKind::heading && block.text == placeholderHeading;
-}
 
 /// Whether a block shows anything; a table does with empty cells too.
 bool holdsSomething(const Block& block) {
@@ -111,9 +110,7 @@ DigestContext AppModel::context(const CallRecord& call) const {
 
 void AppModel::showPlaceholder(Uuid id, std::string title, CallRecord call) {
     const Date startedAt = call.startedAt;
-    notes_.insert(notes_.begin(),
-                  Note(id, std::move(title), startedAt,
-                       {Block{.kind = BlockKind::heading, .text = placeholderHeading}, Block{}}, std::move(call)));
+    notes_.insert(notes_.begin(), Note(id, std::move(title), startedAt, placeholderBlocks(), std::move(call)));
     Q_EMIT notesChanged({{id}});
     selection = id;
 }

@@ -1,11 +1,15 @@
 #include "Varnic/AppModel/AppModel.h"
 
 #include "Varnic/Background.h"
+#include "Varnic/Recording/RecordingController.h"
+#include "VarnicCore/Editor/NoteEditor.h"
+#include "VarnicCore/Models/CallProblem.h"
 #include "VarnicCore/Pipeline/CallSource.h"
 #include "VarnicCore/Pipeline/SessionState.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 #include "VarnicCore/Transcript/Diarisation.h"
 #include "VarnicPlatform/Capture/Permissions.h"
+#include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <QPointer>
 

@@ -1,7 +1,10 @@
 #include "Varnic/AppModel/AppModel.h"
 
+#include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Library/LibraryLock.h"
+#include "VarnicCore/Models/CallProblem.h"
 #include "VarnicCore/Models/Clock.h"
+#include "VarnicCore/Pipeline/Recovery.h"
 
 #include <QPointer>
 

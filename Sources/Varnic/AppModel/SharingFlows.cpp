@@ -7,6 +7,7 @@
 #include "VarnicCore/Files/Folders.h"
 #include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Models/Wording.h"
+#include "VarnicCore/Pipeline/Consent.h"
 
 #include <QPointer>
 #include <QUrl>

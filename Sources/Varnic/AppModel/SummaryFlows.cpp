@@ -2,6 +2,9 @@
 
 #include "Varnic/Background.h"
 #include "VarnicCore/AISummariser/AIError.h"
+#include "VarnicCore/AISummariser/AISummariser.h"
+#include "VarnicCore/AISummariser/KeyStore.h"
+#include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 
 #include <QPointer>

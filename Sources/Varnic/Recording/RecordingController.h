@@ -5,7 +5,7 @@
 #include "VarnicCore/Library/RecordingMark.h"
 #include "VarnicCore/Models/Segment.h"
 #include "VarnicCore/Models/Uuid.h"
-#include "VarnicCore/Pipeline/CallProcessor.h"
+#include "VarnicCore/Pipeline/Recording.h"
 #include "VarnicCore/Pipeline/SessionState.h"
 
 #include <QCoro/QCoroTask>

@@ -45,9 +45,10 @@ std::optional<std::string> RecordingHealth::refusal(std::optional<std::uintmax_t
         return std::nullopt;
     }
     const std::uintmax_t minutes = (std::max(*diskSpace, fullDisk) - fullDisk) / (bytesPerSecond * 60);
-    const std::string several = minutes == 1 ? "only 1 minute" : fmt::format("only {} minutes", minutes);
-    return fmt::format("The disk is almost full — {} of recording fit. Make room for an hour first.",
-                       minutes == 0 ? "not even a minute" : several);
+    const std::string room = minutes == 0   ? "not even a minute of recording fits"
+                             : minutes == 1 ? "only 1 minute of recording fits"
+                                            : fmt::format("only {} minutes of recording fit", minutes);
+    return fmt::format("The disk is almost full — {}. Make room for an hour first.", room);
 }
 
 } // namespace varnic

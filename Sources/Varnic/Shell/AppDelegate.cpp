@@ -1,5 +1,6 @@
 #include "Varnic/Shell/AppDelegate.h"
 
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/Activation.h"
 #include "Varnic/Shell/HotkeyKeys.h"
 #include "VarnicCore/Pipeline/SessionState.h"

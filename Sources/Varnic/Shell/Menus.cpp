@@ -1,5 +1,6 @@
 #include "Varnic/Shell/Menus.h"
 
+#include "Varnic/Recording/RecordingController.h"
 #include "VarnicCore/Pipeline/SessionState.h"
 
 #include <fmt/format.h>

@@ -1,5 +1,6 @@
 #include "Varnic/Shell/Notifications.h"
 
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/Activation.h"
 #include "VarnicCore/Models/Wording.h"
 

@@ -1,5 +1,7 @@
 #include "Varnic/Shell/PillController.h"
 
+#include "Varnic/Recording/RecordingController.h"
+
 namespace varnic {
 
 void PillController::refresh() {

@@ -1,3 +1,4 @@
+#include "Varnic/AppModel/AppPlaces.h"
 #include "Varnic/Shell/CommandLine.h"
 #include "Varnic/Shell/SingleInstance.h"
 #include "Varnic/Views/Program/Program.h"

@@ -1,4 +1,5 @@
 #include "VarnicCore/Editor/NoteEditor.h"
+#include "VarnicCore/Models/PlaceholderBlocks.h"
 #include "VarnicCore/Summariser/TitleSuggester.h"
 #include "VarnicCore/Text/TextKit.h"
 
@@ -76,17 +77,12 @@ void insertSection(const std::string& title, Blocks blocks, std::string_view oth
     }
 }
 
-void addNotesSection(Note& note) {
-    note.blocks.push_back(makeBlock(BlockKind::heading, "Notes", false));
-    note.blocks.emplace_back();
-}
-
 } // namespace
 
 Note callNote(Uuid id, CallRecord call, const std::optional<CallDigest>& digest, const Region& region, Date now,
               const NounTagger& tagger) {
     const Date startedAt = call.startedAt;
-    Note note(id, {}, startedAt, {makeBlock(BlockKind::heading, "Notes", false), Block{}}, std::move(call));
+    Note note(id, {}, startedAt, placeholderBlocks(), std::move(call));
     if (digest) {
         apply(*digest, note, true, now);
     } else {
@@ -108,9 +104,9 @@ void apply(const CallDigest& digest, Note& note, bool replaceTitle, Date now) {
         summary.push_back(makeBlock(BlockKind::bullet, line, true));
     }
     insertSection("Summary", std::move(summary), "To-dos", note);
-    insertSection("To-dos", todoBlocks(std::move(kept), digest.actions), "Notes", note);
-    if (findHeading(note, "Notes") == note.blocks.end()) {
-        addNotesSection(note);
+    insertSection("To-dos", todoBlocks(std::move(kept), digest.actions), notesHeading, note);
+    if (findHeading(note, notesHeading) == note.blocks.end()) {
+        std::ranges::move(placeholderBlocks(), std::back_inserter(note.blocks));
     }
     note.modified = now;
 }

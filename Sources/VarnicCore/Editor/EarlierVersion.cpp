@@ -1,6 +1,7 @@
 #include "VarnicCore/Editor/EarlierVersion.h"
 
 #include "VarnicCore/Models/CallProblem.h"
+#include "VarnicCore/Models/PlaceholderBlocks.h"
 
 #include <algorithm>
 #include <array>
@@ -25,14 +26,10 @@ bool isHeading(const Block& block, std::string_view text) {
     return block.kind == BlockKind::heading && block.text == text;
 }
 
-bool isBlank(const Block& block) {
-    return block.kind == BlockKind::paragraph && block.text.empty();
-}
-
 /// What came with the digest that goes besides its own blocks: of each section that was not there the heading, and the
 /// blank under that of the notes. All other such blocks are the user's.
 std::vector<Uuid> framesOfDigest(const std::vector<Block>& present, const std::vector<Block>& earlier) {
-    constexpr auto sections = std::to_array<std::string_view>({"Summary", "To-dos", "Notes"});
+    constexpr auto sections = std::to_array<std::string_view>({"Summary", "To-dos", notesHeading});
     std::vector<Uuid> frames;
     for (const std::string_view section : sections) {
         const auto isNew = [&](const Block& block) {
@@ -50,7 +47,7 @@ std::vector<Uuid> framesOfDigest(const std::vector<Block>& present, const std::v
         }
         frames.push_back(heading->id);
         const auto next = std::next(heading);
-        if (section == "Notes" && next != present.end() && isBlank(*next) && find(earlier, next->id) == nullptr) {
+        if (section == notesHeading && next != present.end() && isBlank(*next) && find(earlier, next->id) == nullptr) {
             frames.push_back(next->id);
         }
     }

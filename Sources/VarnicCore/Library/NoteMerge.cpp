@@ -1,6 +1,7 @@
 #include "VarnicCore/Library/NoteMerge.h"
 
 #include "VarnicCore/Models/CallProblem.h"
+#include "VarnicCore/Models/PlaceholderBlocks.h"
 #include "VarnicCore/Text/Pattern.h"
 
 #include <algorithm>
@@ -73,12 +74,6 @@ bool awaits(const CallRecord& call, const CallRecord& written) {
 bool isPrograms(const std::string& title) {
     static const Pattern form(R"(\A(?:[^·]* · \d{1,2} \S+, \d\d:\d\d|Call on \S+ \d{1,2} \S+)\z)");
     return title.empty() || form.isIn(icu::UnicodeString::fromUTF8(title));
-}
-
-/// Whether the block stands in a call's note only until its words come.
-bool isPlaceholder(const Block& block) {
-    return (block.kind == BlockKind::heading && block.text == "Notes") ||
-           (block.kind == BlockKind::paragraph && block.text.empty());
 }
 
 using Blocks = std::vector<Block>;

@@ -2,7 +2,7 @@
 
 #include "VarnicCore/Library/LibraryStore.h"
 #include "VarnicCore/Library/RecordingMark.h"
-#include "VarnicCore/Pipeline/CallProcessor.h"
+#include "VarnicCore/Pipeline/Recording.h"
 
 #include <filesystem>
 #include <vector>

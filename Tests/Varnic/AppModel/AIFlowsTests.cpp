@@ -1,4 +1,6 @@
 #include "Varnic/AppModel/CallFlows.h"
+#include "VarnicCore/AISummariser/HTTPTransport.h"
+#include "VarnicCore/AISummariser/KeyStore.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>

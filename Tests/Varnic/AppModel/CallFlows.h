@@ -2,7 +2,9 @@
 
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/HandCapture.h"
+#include "Varnic/Recording/RecordingController.h"
 #include "VarnicCore/Fixtures/DemoCall.h"
+#include "VarnicCore/Pipeline/Transcriber.h"
 #include "VarnicPlatform/Capture/Permissions.h"
 
 #include <gtest/gtest.h>

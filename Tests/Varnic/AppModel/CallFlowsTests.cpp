@@ -1,5 +1,6 @@
 #include "Varnic/AppModel/CallFlows.h"
 #include "Varnic/AppModel/CallImport.h"
+#include "Varnic/Recording/RecordingController.h"
 #include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicCore/Audio/SoundFiles.h"
 #include "VarnicCore/Library/LibraryLock.h"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Varnic/AppModel/AppModel.h"
+#include "Varnic/AppModel/AppPlaces.h"
 #include "Varnic/EventLoop.h"
 #include "VarnicCore/Files/Folders.h"
 #include "VarnicCore/TemporaryFolder.h"

@@ -41,16 +41,18 @@ TEST(RecordingHealth, refusal_noRoomForAnHour_tellsTheMinutes) {
         std::optional<std::string> fits;
     };
 
-    const std::vector<Case> cases{{std::nullopt, std::nullopt},    {84'800'000, std::nullopt},
-                                  {84'799'999, "only 59 minutes"}, {22'160'000, "only 2 minutes"},
-                                  {21'080'000, "only 1 minute"},   {21'079'999, "not even a minute"},
-                                  {0, "not even a minute"}};
+    const std::vector<Case> cases{{std::nullopt, std::nullopt},
+                                  {84'800'000, std::nullopt},
+                                  {84'799'999, "only 59 minutes of recording fit"},
+                                  {22'160'000, "only 2 minutes of recording fit"},
+                                  {21'080'000, "only 1 minute of recording fits"},
+                                  {21'079'999, "not even a minute of recording fits"},
+                                  {0, "not even a minute of recording fits"}};
     for (const Case& one : cases) {
         const auto refusal = RecordingHealth::refusal(one.space);
         ASSERT_EQ(refusal.has_value(), one.fits.has_value());
         if (refusal) {
-            EXPECT_EQ(*refusal,
-                      "The disk is almost full — " + *one.fits + " of recording fit. Make room for an hour first.");
+            EXPECT_EQ(*refusal, "The disk is almost full — " + *one.fits + ". Make room for an hour first.");
         }
     }
 }

@@ -1,7 +1,9 @@
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/AppDelegate.h"
 
 #include "Varnic/Shell/ShellTest.h"
 #include "VarnicCore/Audio/SoundFiles.h"
+#include "VarnicCore/Models/CallProblem.h"
 #include "VarnicPlatform/Desktop/Logind.h"
 
 #include <QTimer>

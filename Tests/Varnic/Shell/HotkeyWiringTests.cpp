@@ -1,3 +1,4 @@
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/HotkeyKeys.h"
 #include "Varnic/Shell/ShellTest.h"
 #include "VarnicPlatform/Desktop/XServer.h"

@@ -1,3 +1,4 @@
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/Menus.h"
 
 #include "Varnic/Shell/MenuBarLabel.h"

@@ -1,7 +1,9 @@
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/Notifications.h"
 
 #include "Varnic/Recording/RecordingHealth.h"
 #include "Varnic/Shell/ShellTest.h"
+#include "VarnicCore/Audio/TranscriberError.h"
 #include "VarnicPlatform/Desktop/XServer.h"
 
 #include <gmock/gmock.h>

@@ -2,8 +2,10 @@
 
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/HandCapture.h"
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/AppDelegate.h"
 #include "VarnicCore/Fixtures/DemoCall.h"
+#include "VarnicCore/Pipeline/Transcriber.h"
 #include "VarnicPlatform/Capture/Permissions.h"
 
 #include <gtest/gtest.h>

@@ -2,6 +2,8 @@
 
 #include "Varnic/Views/Context/ViewContext.h"
 
+#include <QSettings>
+
 #include <algorithm>
 #include <utility>
 

@@ -1,5 +1,6 @@
 #include "Varnic/Views/LibraryViews/NoteListModel.h"
 
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/Ink/CallInk.h"
 #include "Varnic/Views/LibraryViews/ListKeys.h"

@@ -1,5 +1,6 @@
 #include "Varnic/Views/LibraryViews/RecordAction.h"
 
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Clock.h"
 #include "VarnicCore/Models/Wording.h"

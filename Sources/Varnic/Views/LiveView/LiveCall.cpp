@@ -1,5 +1,6 @@
 #include "Varnic/Views/LiveView/LiveCall.h"
 
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Recording/RecordingHealth.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Clock.h"

@@ -1,5 +1,6 @@
 #include "Varnic/Views/Note/NoteModel.h"
 
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Export/ExportFormat.h"

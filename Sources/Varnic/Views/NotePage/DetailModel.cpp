@@ -1,5 +1,6 @@
 #include "Varnic/Views/NotePage/DetailModel.h"
 
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/Context/ViewContext.h"
 
 namespace varnic {

@@ -2,6 +2,7 @@
 
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Views/Context/ViewContext.h"
+#include "VarnicCore/Models/CallProblem.h"
 #include "VarnicCore/Models/Wording.h"
 
 #include <fmt/format.h>

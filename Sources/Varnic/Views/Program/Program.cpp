@@ -1,5 +1,7 @@
 #include "Varnic/Views/Program/Program.h"
 
+#include "Varnic/AppModel/AppPlaces.h"
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/Program/FileDialogs.h"
 #include "Varnic/Views/Program/QuitDialog.h"
 #include "Varnic/Views/Program/QuitRule.h"

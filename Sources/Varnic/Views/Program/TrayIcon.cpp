@@ -1,5 +1,6 @@
 #include "Varnic/Views/Program/TrayIcon.h"
 
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/Theme/Native/NibMark.h"
 #include "VarnicCore/Pipeline/SessionState.h"
 

@@ -1,7 +1,9 @@
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/HandCapture.h"
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/LibraryViews/DeckListModel.h"
 #include "Varnic/Views/LibraryViews/Library.h"
+#include "Varnic/Views/LibraryViews/NoteActions.h"
 #include "Varnic/Views/LibraryViews/NoteListModel.h"
 #include "Varnic/Views/LibraryViews/RecordAction.h"
 #include "Varnic/Views/LibraryViews/SearchResultsModel.h"
@@ -13,6 +15,10 @@
 #include <QSignalSpy>
 
 #include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
 
 namespace varnic {
 namespace {
@@ -200,6 +206,22 @@ TEST_F(ListModels, running_recording_stands_first_and_has_no_menu) {
     model->recorder().discard();
     EXPECT_EQ(list.count(), 1);
     EXPECT_EQ(record.accessibleName(), "Record call");
+}
+
+TEST_F(ListModels, menu_offers_to_transcribe_what_has_sound_and_is_not_being_written_down) {
+    const Uuid id = add("Call", 0);
+    makeCall(id, {});
+    model->update(id, false, [](Note& note) { note.call->tracks = {Speaker::them}; });
+    NoteActions menu(*model);
+    menu.setNoteId(QString::fromStdString(id.text()));
+    EXPECT_FALSE(menu.hasAudio());
+    std::filesystem::create_directories(model->audioFolder(id));
+    std::ofstream(model->audioFolder(id) / "them.wav") << "sound";
+    menu.setNoteId(QString::fromStdString(id.text()));
+    EXPECT_TRUE(menu.canTranscribe());
+    model->processing = std::map<Uuid, ProcessingStage>{{id, ProcessingStage::transcribing(0)}};
+    EXPECT_TRUE(menu.hasAudio());
+    EXPECT_FALSE(menu.canTranscribe());
 }
 
 TEST_F(ListModels, record_does_nothing_while_stopping) {

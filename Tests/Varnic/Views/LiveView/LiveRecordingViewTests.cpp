@@ -1,5 +1,6 @@
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/HandCapture.h"
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/LiveView/LiveCall.h"
 

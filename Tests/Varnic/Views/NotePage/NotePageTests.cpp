@@ -4,6 +4,7 @@
 #include "Varnic/Views/NotePage/CallPlayer.h"
 #include "Varnic/Views/NotePage/SummaryModel.h"
 #include "Varnic/Views/NotePage/TranscriptModel.h"
+#include "VarnicCore/Models/CallProblem.h"
 
 #include <QQuickItem>
 #include <QQuickTextDocument>
