@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 struct SherpaOnnxVoiceActivityDetector;
@@ -18,6 +19,8 @@ class SpeechDetector {
 public:
     /// Samples a second that it takes.
     static constexpr int rate = 16'000;
+    /// What it has found is told so many seconds after it began, at the latest.
+    static constexpr double latest = 60;
 
     /// Throws TranscriberError `unavailable` for a file that the engine does not take. Only the plain Silero model may
     /// be given: the engine ends the process on some of its variants.
@@ -33,7 +36,10 @@ public:
     /// it ends.
     [[nodiscard]] bool speaks() const { return speaking_ > 0; }
 
-    /// Ends the stream and gives the speech in it, in seconds from its beginning.
+    /// The speech whose end was found since this was asked last, in seconds from the stream's beginning.
+    std::vector<VoiceActivity::Range> take() { return std::exchange(found_, {}); }
+
+    /// Ends the stream and gives the speech in it that was not taken.
     std::vector<VoiceActivity::Range> finish();
 
 private:

@@ -41,16 +41,18 @@ std::vector<Range> above(float threshold, std::span<const float> levels, double 
     return runs;
 }
 
-/// Appends a range in pieces that are short enough, cut in the later half of each where it is quietest.
-void appendCut(Range range, const TrackLevels& track, std::vector<Range>& pieces) {
+/// A range in pieces that are short enough, cut in the later half of each where it is quietest.
+std::vector<Range> cut(Range range, const TrackLevels& track) {
+    std::vector<Range> pieces;
     while (range.end - range.start > SpeechStretches::longestStretch) {
         const double latest = std::min(range.start + SpeechStretches::longestStretch, range.end - 1);
-        const double cut =
+        const double moment =
             SpeechStretches::quietest({range.start + SpeechStretches::longestStretch / 2, latest}, track);
-        pieces.push_back({range.start, cut});
-        range.start = cut;
+        pieces.push_back({range.start, moment});
+        range.start = moment;
     }
     pieces.push_back(range);
+    return pieces;
 }
 
 float percentile(std::span<const float> levels, double part) {
@@ -73,31 +75,6 @@ std::span<const float> TrackLevels::within(Range range) const {
     };
     const std::size_t first = index(range.start);
     return std::span(levels).subspan(first, std::max(index(range.end), first) - first);
-}
-
-std::vector<SpeechStretch> SpeechStretches::plan(const std::vector<Range>& speech, const TrackLevels& track) {
-    std::vector<Range> pieces;
-    for (const Range& range : speech) {
-        appendCut({range.start, std::min(range.end, track.seconds())}, track, pieces);
-    }
-    std::vector<SpeechStretch> stretches;
-    for (const Range& piece : pieces) {
-        const bool joins = !stretches.empty() && piece.start - stretches.back().speech.end <= longestPause &&
-                           piece.end - stretches.back().speech.start <= SpeechStretches::longestStretch;
-        if (joins) {
-            stretches.back().speech.end = std::max(stretches.back().speech.end, piece.end);
-        } else {
-            stretches.push_back({piece, piece});
-        }
-    }
-    for (std::size_t index = 0; index < stretches.size(); ++index) {
-        const auto& [start, end] = stretches[index].speech;
-        const double before = index == 0 ? start : (start - stretches[index - 1].speech.end) / 2;
-        const double after =
-            index + 1 < stretches.size() ? (stretches[index + 1].speech.start - end) / 2 : track.seconds() - end;
-        stretches[index].sound = {start - std::clamp(before, 0.0, context), end + std::clamp(after, 0.0, context)};
-    }
-    return stretches;
 }
 
 std::vector<Range> SpeechStretches::audible(const TrackLevels& track, float threshold) {
@@ -148,6 +125,36 @@ double SpeechStretches::quietest(Range between, const TrackLevels& track) {
         }
     }
     return found;
+}
+
+void StretchPlanner::add(Range speech) {
+    for (const Range& piece : cut({speech.start, std::min(speech.end, track_.seconds())}, track_)) {
+        const bool joins = !speech_.empty() && piece.start - speech_.back().end <= longestPause &&
+                           piece.end - speech_.back().start <= SpeechStretches::longestStretch;
+        if (joins) {
+            speech_.back().end = std::max(speech_.back().end, piece.end);
+        } else {
+            speech_.push_back(piece);
+        }
+    }
+}
+
+std::optional<SpeechStretch> StretchPlanner::next() {
+    if (speech_.size() < (isFinished_ ? 1U : 2U)) {
+        return std::nullopt;
+    }
+    const Range speech = speech_.front();
+    speech_.pop_front();
+    const double before = given_ ? (speech.start - *given_) / 2 : speech.start;
+    const double after = speech_.empty() ? track_.seconds() - speech.end : (speech_.front().start - speech.end) / 2;
+    given_ = speech.end;
+    return SpeechStretch{speech,
+                         {speech.start - std::clamp(before, 0.0, SpeechStretches::context),
+                          speech.end + std::clamp(after, 0.0, SpeechStretches::context)}};
+}
+
+std::optional<double> StretchPlanner::pending() const {
+    return speech_.empty() ? std::nullopt : std::optional(speech_.front().start);
 }
 
 } // namespace varnic

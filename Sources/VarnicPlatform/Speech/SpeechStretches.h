@@ -2,6 +2,8 @@
 
 #include "VarnicCore/Audio/VoiceActivity.h"
 
+#include <deque>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -40,10 +42,6 @@ inline constexpr double context = 0.3;
 /// The longest speech in seconds that is heard in one go.
 inline constexpr double longestStretch = 15;
 
-/// Speech becomes stretches of at most 15 s: over pauses of up to a second it is joined, and speech that goes on for
-/// longer is cut where it is quietest. No two stretches hear the same sound.
-std::vector<SpeechStretch> plan(const std::vector<VoiceActivity::Range>& speech, const TrackLevels& track);
-
 /// The parts of a track that are not plain silence: within half a second of a frame above `threshold` decibels.
 std::vector<VoiceActivity::Range> audible(const TrackLevels& track, float threshold);
 
@@ -58,4 +56,34 @@ std::vector<VoiceActivity::Range> voicedRuns(VoiceActivity::Range part, const Tr
 double quietest(VoiceActivity::Range between, const TrackLevels& track);
 
 } // namespace SpeechStretches
+
+/// Makes stretches of speech that becomes known bit by bit. Speech becomes stretches of at most 15 s: over pauses of up
+/// to a second it is joined, and speech that goes on for longer is cut where it is quietest. No two stretches hear the
+/// same sound.
+class StretchPlanner {
+public:
+    /// `track` must outlive it.
+    explicit StretchPlanner(const TrackLevels& track) : track_(track) {}
+
+    /// More speech, behind what is known already.
+    void add(VoiceActivity::Range speech);
+
+    /// No more speech will come.
+    void finish() { isFinished_ = true; }
+
+    /// The next stretch, once what comes behind it is known.
+    std::optional<SpeechStretch> next();
+
+    /// The speech that is in no stretch yet begins at this moment; nothing where all is.
+    [[nodiscard]] std::optional<double> pending() const;
+
+private:
+    const TrackLevels& track_;
+    /// The speech of the stretches to come; the last one may still grow.
+    std::deque<VoiceActivity::Range> speech_;
+    /// Where the speech of the last stretch ended.
+    std::optional<double> given_;
+    bool isFinished_ = false;
+};
+
 } // namespace varnic

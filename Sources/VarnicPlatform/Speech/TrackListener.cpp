@@ -4,13 +4,11 @@
 #include "VarnicCore/Audio/EchoFreeReader.h"
 #include "VarnicCore/Audio/LevelMeter.h"
 #include "VarnicPlatform/Speech/SpeechDetector.h"
-#include "VarnicPlatform/Speech/StretchHearing.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <utility>
 
 namespace varnic {
@@ -22,8 +20,10 @@ namespace {
 /// How speech is told by its level alone.
 constexpr double shortestSpeech = 0.25;
 constexpr double bridgedPause = 0.6;
+/// Progress is told with each stretch, and in so many seconds of the track without one.
+constexpr double tellEvery = 10;
 
-constexpr int rate = SpeechRecognizer::rate;
+constexpr int rate = SpeechDetector::rate;
 
 std::int64_t sampleAt(double seconds) {
     return std::llround(seconds * rate);
@@ -47,7 +47,7 @@ class Sound {
 public:
     Sound(Reading read, float gain) : read_(std::move(read)), gain_(gain) {}
 
-    /// The next samples; empty at the end.
+    /// The next samples, which are kept; empty at the end.
     std::span<const float> next() {
         if (!read_(block_)) {
             return {};
@@ -55,36 +55,33 @@ public:
         for (float& sample : block_.channels.front()) {
             sample *= gain_;
         }
+        kept_.insert(kept_.end(), block_.channels.front().begin(), block_.channels.front().end());
         return block_.channels.front();
     }
 
-    /// The samples of a part, as far as there are any. Parts have to be asked for in their order; `reading` is called
-    /// again and again meanwhile.
-    std::span<const float> part(Range range, const std::function<void()>& reading) {
-        const std::int64_t first = std::max(sampleAt(range.start), first_);
-        const std::int64_t last = sampleAt(range.end);
-        while (first_ + static_cast<std::int64_t>(kept_.size()) < last) {
-            drop(first);
-            reading();
-            const std::span<const float> samples = next();
-            if (samples.empty()) {
-                break;
-            }
-            kept_.insert(kept_.end(), samples.begin(), samples.end());
-        }
-        drop(first);
-        const auto count = std::clamp<std::int64_t>(last - first_, 0, static_cast<std::int64_t>(kept_.size()));
-        return std::span(kept_).first(static_cast<std::size_t>(count));
+    /// How many samples have been read.
+    [[nodiscard]] std::int64_t position() const { return first_ + std::ssize(kept_); }
+
+    /// The samples of a part, as far as they have been read and are kept.
+    [[nodiscard]] std::span<const float> part(Range range) const {
+        const std::int64_t first = std::clamp(sampleAt(range.start), first_, position());
+        const std::int64_t last = std::clamp(sampleAt(range.end), first, position());
+        return std::span(kept_).subspan(static_cast<std::size_t>(first - first_),
+                                        static_cast<std::size_t>(last - first));
     }
 
-private:
-    void drop(std::int64_t before) {
-        const std::int64_t count = std::min(before - first_, static_cast<std::int64_t>(kept_.size()));
-        if (count > 0) {
+    /// The samples before this moment need not be kept.
+    void forget(double before) {
+        const std::int64_t count = std::min(sampleAt(before), position()) - first_;
+        if (count > forgottenAtOnce) {
             kept_.erase(kept_.begin(), kept_.begin() + count);
             first_ += count;
         }
     }
+
+private:
+    /// Moving what is kept costs nothing when it is done once in so many samples.
+    static constexpr std::int64_t forgottenAtOnce = std::int64_t{10} * rate;
 
     Reading read_;
     float gain_;
@@ -94,11 +91,11 @@ private:
     std::int64_t first_ = 0;
 };
 
-/// Gives the detector a track of which only some parts are audible.
+/// Gives a detector a track of which only some parts are audible.
 class AudibleFeed {
 public:
-    AudibleFeed(SpeechDetector& detector, std::vector<Range> audible)
-        : detector_(detector), audible_(std::move(audible)) {}
+    AudibleFeed(SpeechDetector detector, std::vector<Range> audible)
+        : detector_(std::move(detector)), audible_(std::move(audible)) {}
 
     void add(std::span<const float> samples) {
         while (!samples.empty()) {
@@ -120,13 +117,91 @@ public:
         }
     }
 
-    [[nodiscard]] std::int64_t position() const { return position_; }
+    [[nodiscard]] SpeechDetector& detector() { return detector_; }
 
 private:
-    SpeechDetector& detector_;
+    SpeechDetector detector_;
     std::vector<Range> audible_;
     std::size_t part_ = 0;
     std::int64_t position_ = 0;
+};
+
+/// Gives the stretches of a track while its sound goes by.
+class Listening {
+public:
+    /// `feed` finds the speech; without one it has to be told by `know` beforehand.
+    Listening(Sound sound, std::optional<AudibleFeed> feed, const TrackLevels& track, const TrackListener::Give& give,
+              const ProgressCallback& progress)
+        : sound_(std::move(sound)), feed_(std::move(feed)), planner_(track), length_(track.seconds()), give_(give),
+          progress_(progress) {}
+
+    /// All of the track's speech.
+    void know(const std::vector<Range>& speech) {
+        add(speech);
+        planner_.finish();
+    }
+
+    /// Reads on; false at the end, when all stretches have been given.
+    bool advance() {
+        const std::span<const float> samples = sound_.next();
+        if (samples.empty()) {
+            if (feed_) {
+                know(feed_->detector().finish());
+            }
+            give(true);
+            return false;
+        }
+        if (feed_) {
+            feed_->add(samples);
+            add(feed_->detector().take());
+        }
+        give(false);
+        forget();
+        if (position() - told_ >= tellEvery) {
+            tell();
+        }
+        return true;
+    }
+
+private:
+    /// The seconds that have been read.
+    [[nodiscard]] double position() const { return static_cast<double>(sound_.position()) / rate; }
+
+    void tell() {
+        told_ = position();
+        progress_(std::min(told_ / length_, 1.0));
+    }
+
+    void add(const std::vector<Range>& speech) {
+        std::ranges::for_each(speech, [this](const Range& range) { planner_.add(range); });
+    }
+
+    void give(bool isEnd) {
+        while (next_ || (next_ = planner_.next())) {
+            if (!isEnd && sampleAt(next_->sound.end) > sound_.position()) {
+                return;
+            }
+            give_(sound_.part(next_->sound), *next_);
+            next_.reset();
+            tell();
+        }
+    }
+
+    void forget() {
+        double needed = feed_ ? position() - SpeechDetector::latest : position();
+        needed = std::min(needed, planner_.pending().value_or(needed));
+        sound_.forget(std::min(needed - SpeechStretches::context, next_ ? next_->sound.start : needed));
+    }
+
+    Sound sound_;
+    std::optional<AudibleFeed> feed_;
+    StretchPlanner planner_;
+    double length_;
+    double told_ = 0;
+    const TrackListener::Give& give_;
+    const ProgressCallback& progress_;
+    /// A stretch whose sound has not been read to its end.
+    std::optional<SpeechStretch> next_;
 };
 
 } // namespace
@@ -134,33 +209,27 @@ private:
 TrackListener::TrackListener(SpokenTrack track, std::optional<std::filesystem::path> detector, std::stop_token stop)
     : spoken_(std::move(track)), detector_(std::move(detector)), stop_(std::move(stop)) {}
 
-std::vector<SpeechStretch> TrackListener::find(const ProgressCallback& progress) {
+void TrackListener::listen(const Give& give, const ProgressCallback& progress) {
     learnEcho();
     measure();
     const std::vector<Range> loud = VoiceActivity::detect(track_.levels, track_.frame, shortestSpeech, bridgedPause);
     if (loud.empty()) {
-        return {};
+        return;
     }
-    gain_ = std::pow(10.0F, (SpeechStretches::speechLevel - SpeechStretches::meanLevel(loud, track_)) / 20);
-    return SpeechStretches::plan(detector_ ? detect(*detector_, progress) : loud, track_);
-}
-
-std::vector<TimedWord> TrackListener::hear(const std::vector<SpeechStretch>& stretches,
-                                           const SpeechRecognizer& recognizer, const ProgressCallback& progress) {
-    const double total = std::max(track_.seconds(), 1.0);
-    Sound sound(reading(spoken_, echo_), gain_);
-    std::vector<TimedWord> words;
-    const auto decode = [&](std::span<const float> samples) {
+    const float level = SpeechStretches::meanLevel(loud, track_);
+    std::optional<AudibleFeed> feed;
+    if (detector_) {
+        feed.emplace(SpeechDetector::create(*detector_),
+                     SpeechStretches::audible(track_, level - SpeechStretches::silenceBelowSpeech));
+    }
+    const float gain = std::pow(10.0F, (SpeechStretches::speechLevel - level) / 20);
+    Listening listening(Sound(reading(spoken_, echo_), gain), std::move(feed), track_, give, progress);
+    if (!detector_) {
+        listening.know(loud);
+    }
+    while (listening.advance()) {
         requireGoingOn();
-        return recognizer.decode(samples);
-    };
-    for (const SpeechStretch& stretch : stretches) {
-        const std::span<const float> samples = sound.part(stretch.sound, [this] { requireGoingOn(); });
-        const std::vector<TimedWord> heard = StretchHearing::hear(samples, stretch, track_, decode);
-        words.insert(words.end(), heard.begin(), heard.end());
-        progress(std::min(stretch.speech.end / total, 1.0));
     }
-    return words;
 }
 
 void TrackListener::learnEcho() {
@@ -177,24 +246,6 @@ void TrackListener::measure() {
         meter.add(block);
     }
     track_.levels = meter.finish();
-}
-
-std::vector<Range> TrackListener::detect(const std::filesystem::path& model, const ProgressCallback& progress) {
-    SpeechDetector detector = SpeechDetector::create(model);
-    const float level = SpeechStretches::speechLevel - 20 * std::log10(gain_);
-    AudibleFeed feed(detector, SpeechStretches::audible(track_, level - SpeechStretches::silenceBelowSpeech));
-    Sound sound(reading(spoken_, echo_), gain_);
-    const std::int64_t total = std::max(sampleAt(track_.seconds()), std::int64_t{rate});
-    std::int64_t told = 0;
-    for (std::span<const float> samples = sound.next(); !samples.empty(); samples = sound.next()) {
-        requireGoingOn();
-        feed.add(samples);
-        if (feed.position() - told > std::int64_t{10} * rate) {
-            told = feed.position();
-            progress(std::min(static_cast<double>(told) / static_cast<double>(total), 1.0));
-        }
-    }
-    return detector.finish();
 }
 
 void TrackListener::requireGoingOn() const {

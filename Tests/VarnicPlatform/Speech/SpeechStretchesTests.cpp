@@ -29,6 +29,23 @@ TrackLevels trackOf(double seconds, float level, const std::vector<Part>& parts)
     return track;
 }
 
+std::vector<SpeechStretch> planned(const std::vector<Range>& speech, const TrackLevels& track) {
+    StretchPlanner planner(track);
+    std::vector<SpeechStretch> stretches;
+    const auto take = [&] {
+        while (const auto stretch = planner.next()) {
+            stretches.push_back(*stretch);
+        }
+    };
+    for (const Range& range : speech) {
+        planner.add(range);
+        take();
+    }
+    planner.finish();
+    take();
+    return stretches;
+}
+
 std::vector<Range> speechOf(const std::vector<SpeechStretch>& stretches) {
     std::vector<Range> speech;
     for (const SpeechStretch& stretch : stretches) {
@@ -43,7 +60,7 @@ struct Plan {
     std::vector<Range> stretches;
 };
 
-TEST(SpeechStretches, plan_speech_isJoinedAndCut) {
+TEST(StretchPlanner, next_speech_isJoinedAndCut) {
     const TrackLevels track = trackOf(60, -20, {{{31, 31.2}, -60}, {{44, 44.2}, -50}});
     const std::vector<Plan> plans{
         {"nothing", {}, {}},
@@ -54,7 +71,7 @@ TEST(SpeechStretches, plan_speech_isJoinedAndCut) {
         {"speech past the end of the track", {{58, 61}}, {{58, 60}}},
     };
     for (const auto& [what, speech, expected] : plans) {
-        const std::vector<Range> stretches = speechOf(SpeechStretches::plan(speech, track));
+        const std::vector<Range> stretches = speechOf(planned(speech, track));
         ASSERT_EQ(stretches.size(), expected.size()) << what;
         for (std::size_t index = 0; index < expected.size(); ++index) {
             EXPECT_NEAR(stretches[index].start, expected[index].start, 0.06) << what;
@@ -63,9 +80,9 @@ TEST(SpeechStretches, plan_speech_isJoinedAndCut) {
     }
 }
 
-TEST(SpeechStretches, plan_context_isRealSoundThatNobodyElseHears) {
+TEST(StretchPlanner, next_context_isRealSoundThatNobodyElseHears) {
     const TrackLevels track = trackOf(30, -20, {});
-    const auto stretches = SpeechStretches::plan({{0.1, 10}, {10.2, 20}, {25, 29.9}}, track);
+    const auto stretches = planned({{0.1, 10}, {10.2, 20}, {25, 29.9}}, track);
     ASSERT_EQ(stretches.size(), 3U);
     EXPECT_NEAR(stretches[0].sound.start, 0, 1e-9);
     EXPECT_NEAR(stretches[0].sound.end, 10.1, 1e-9);
