@@ -18,7 +18,8 @@ namespace varnic {
 /// off. Any rate; a copy goes on from what was learnt. Not thread-safe, and copies share a thread.
 ///
 /// webrtc-audio-processing (0.3) takes out as much echo in as much time, but suppresses your voice along with it: of
-/// what is said over the other side a third of the words is lost, with this filter a twelfth, as without any echo.
+/// what is said over the other side a third of the words is lost, with this filter a twelfth, hardly more than without
+/// any echo.
 class EchoFilter {
 public:
     /// Samples that are looked at in one go.
