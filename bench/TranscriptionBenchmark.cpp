@@ -7,7 +7,7 @@
 #include "VarnicPlatform/Speech/SpeechModel.h"
 #include "VarnicPlatform/Speech/SpeechRecognizer.h"
 #include "VarnicPlatform/Speech/SpeechTranscriber.h"
-#include "VarnicPlatform/Speech/TrackListener.h"
+#include "VarnicPlatform/Speech/TrackSegmenter.h"
 #include "bench/Measure.h"
 
 #include <fmt/core.h>
@@ -63,10 +63,10 @@ void compare(const char* what, const SpokenTrack& track) {
             [&] { lines = SpeechTranscriber("en-US", data).transcribe(track, [](double) {}, {}).size(); }));
         if (turn == 0) {
             peak = peakMegabytes();
-            TrackListener(track, SpeechModels::detectorFile(data), {})
-                .listen([&sounds](std::span<const float> samples,
-                                  const SpeechStretch&) { sounds.emplace_back(samples.begin(), samples.end()); },
-                        [](double) {});
+            TrackSegmenter(track, SpeechModels::detectorFile(data), {})
+                .run([&sounds](std::span<const float> samples,
+                               const SpeechSegment&) { sounds.emplace_back(samples.begin(), samples.end()); },
+                     [](double) {});
         }
         bare.push_back(bench::costOf([&] {
             const SpeechRecognizer recognizer = SpeechRecognizer::create(model.value(), "en-US");
@@ -76,7 +76,8 @@ void compare(const char* what, const SpokenTrack& track) {
         }));
         ratios.push_back({all.back().elapsed / bare.back().elapsed, all.back().processor / bare.back().processor});
     }
-    fmt::print("{}: {:.0f} s of sound, {} stretches, {} lines, peak of the process so far {} MB\n", what, length, sounds.size(), lines, peak);
+    fmt::print("{}: {:.0f} s of sound, {} segments, {} lines, peak of the process so far {} MB\n", what, length,
+               sounds.size(), lines, peak);
     for (const auto& [name, costs] : {std::pair("ours", &all), {"engine", &bare}}) {
         fmt::print("{:6} {:.1f} s, {:.1f} s of CPU, real-time factor {:.4f}\n", name,
                    bench::median(*costs, &bench::Cost::elapsed), bench::median(*costs, &bench::Cost::processor),

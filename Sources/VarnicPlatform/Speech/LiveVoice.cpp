@@ -26,8 +26,8 @@ bool LiveVoice::add(std::span<const float> samples, float level) {
     if (!detector_) {
         return isLoud();
     }
-    const float speech = SpeechStretches::speechLevel - 20 * std::log10(gain_);
-    if (level > speech - SpeechStretches::silenceBelowSpeech) {
+    const float speech = SpeechSegments::speechLevel - 20 * std::log10(gain_);
+    if (level > speech - SpeechSegments::silenceBelowSpeech) {
         audible_ = audibleMargin;
     } else if (audible_ > 0 && --audible_ == 0) {
         // Lets the detector close what it has open.
@@ -57,8 +57,8 @@ void LiveVoice::measure(float level) {
     untilMeasured_ = measuredEvery - 1;
     const std::vector<VoiceActivity::Range> loud = VoiceActivity::detect(levels, recent_.frame, onset, bridgedPause);
     if (!loud.empty()) {
-        const float mean = SpeechStretches::meanLevel(loud, recent_);
-        gain_ = std::clamp(std::pow(10.0F, (SpeechStretches::speechLevel - mean) / 20), leastGain, mostGain);
+        const float mean = SpeechSegments::meanLevel(loud, recent_);
+        gain_ = std::clamp(std::pow(10.0F, (SpeechSegments::speechLevel - mean) / 20), leastGain, mostGain);
     }
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "VarnicPlatform/Speech/SpeechDetector.h"
-#include "VarnicPlatform/Speech/SpeechStretches.h"
+#include "VarnicPlatform/Speech/SpeechSegments.h"
 
 #include <cstddef>
 #include <optional>

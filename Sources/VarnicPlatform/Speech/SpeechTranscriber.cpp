@@ -3,10 +3,10 @@
 #include "VarnicCore/Audio/AudioError.h"
 #include "VarnicCore/Text/Unicode.h"
 #include "VarnicCore/Transcript/Utterances.h"
+#include "VarnicPlatform/Speech/GuardedDecoding.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 #include "VarnicPlatform/Speech/SpeechRecognizer.h"
-#include "VarnicPlatform/Speech/StretchHearing.h"
-#include "VarnicPlatform/Speech/TrackListener.h"
+#include "VarnicPlatform/Speech/TrackSegmenter.h"
 
 #include <unicode/locid.h>
 
@@ -58,7 +58,7 @@ std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, con
     }
     const SpeechModel model = modelFor(locale_, dataDirectories_, displayLocale_);
     try {
-        TrackListener listener(track, SpeechModels::detectorFile(dataDirectories_), stop);
+        TrackSegmenter segmenter(track, SpeechModels::detectorFile(dataDirectories_), stop);
         std::optional<SpeechRecognizer> recognizer; // a track without speech needs none
         const auto decode = [&](std::span<const float> samples) {
             if (stop.stop_requested()) {
@@ -70,11 +70,11 @@ std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, con
             return recognizer->decode(samples);
         };
         std::vector<TimedWord> words;
-        const auto hear = [&](std::span<const float> samples, const SpeechStretch& stretch) {
-            const std::vector<TimedWord> heard = StretchHearing::hear(samples, stretch, listener.levels(), decode);
-            words.insert(words.end(), heard.begin(), heard.end());
+        const auto transcribe = [&](std::span<const float> samples, const SpeechSegment& segment) {
+            const std::vector<TimedWord> said = GuardedDecoding::decode(samples, segment, segmenter.levels(), decode);
+            words.insert(words.end(), said.begin(), said.end());
         };
-        listener.listen(hear, [&progress](double done) { progress(std::min(done, mostProgress)); });
+        segmenter.run(transcribe, [&progress](double done) { progress(std::min(done, mostProgress)); });
         return Utterances::build(words, std::nullopt, track.speaker, 0, lineGap);
     } catch (const AudioError& unreadable) {
         throw TranscriberError::failed(unreadable.what());

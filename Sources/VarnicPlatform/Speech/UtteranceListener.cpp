@@ -20,11 +20,11 @@ constexpr std::int64_t samplesOf(double seconds) {
 
 /// A pause of so much ends an utterance.
 constexpr std::int64_t endingPause = samplesOf(0.6);
-constexpr std::int64_t context = samplesOf(SpeechStretches::context);
+constexpr std::int64_t context = samplesOf(SpeechSegments::context);
 constexpr std::int64_t hangover = samplesOf(LiveVoice::hangover);
 /// How far before its notice speech may have begun: the detector averages over some of its windows.
 constexpr std::int64_t onset = samplesOf(LiveVoice::onset + 0.1);
-constexpr std::int64_t longest = samplesOf(SpeechStretches::longestStretch);
+constexpr std::int64_t longest = samplesOf(SpeechSegments::longestSegment);
 /// Kept while nobody speaks.
 constexpr std::int64_t kept = onset + context;
 /// Silence that is really gone through at a gap: enough for everything open to end.
@@ -53,7 +53,7 @@ float levelOf(std::span<const float> samples) {
 
 } // namespace
 
-UtteranceListener::UtteranceListener(LiveVoice& voice, StretchHearing::Decode decode, SpeechRequest::OnResult report,
+UtteranceListener::UtteranceListener(LiveVoice& voice, GuardedDecoding::Decode decode, SpeechRequest::OnResult report,
                                      std::span<const float> before, Clock clock)
     : voice_(voice), decode_(std::move(decode)), report_(std::move(report)), clock_(std::move(clock)),
       first_(-std::ssize(before)), position_(first_) {
@@ -154,7 +154,7 @@ void UtteranceListener::follow(bool speaks) {
 /// Ends an utterance that has grown too long where it is quietest in its later half; the rest is the next one.
 void UtteranceListener::cut() {
     const VoiceActivity::Range between{fromFirst(speechStart_ + longest / 2), fromFirst(position_ - samplesOf(0.5))};
-    const std::int64_t moment = first_ + samplesOf(SpeechStretches::quietest(between, track_));
+    const std::int64_t moment = first_ + samplesOf(SpeechSegments::quietest(between, track_));
     const std::int64_t end = std::exchange(speechEnd_, moment);
     close(moment);
     if (end > moment) {
@@ -189,11 +189,11 @@ const std::vector<TimedWord>& UtteranceListener::hear(std::int64_t end) {
     const double began = clock_();
     std::vector<float> samples(sound_.begin() + (soundStart_ - first_), sound_.begin() + (end - first_));
     std::ranges::for_each(samples, [gain = voice_.gain()](float& sample) { sample *= gain; });
-    const SpeechStretch stretch{{fromFirst(speechStart_), fromFirst(std::min(speechEnd_, end))},
+    const SpeechSegment segment{{fromFirst(speechStart_), fromFirst(std::min(speechEnd_, end))},
                                 {fromFirst(soundStart_), fromFirst(end)}};
     Heard heard{.end = end, .words = {}};
     try {
-        heard.words = StretchHearing::hear(samples, stretch, track_, decode_);
+        heard.words = GuardedDecoding::decode(samples, segment, track_, decode_);
     } catch (const std::exception&) {
         // The transcript made from the whole track later on does not depend on this one.
         heard.words.clear();

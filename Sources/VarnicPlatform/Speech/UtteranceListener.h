@@ -1,9 +1,9 @@
 #pragma once
 
 #include "VarnicCore/Audio/CaptureSource.h"
+#include "VarnicPlatform/Speech/GuardedDecoding.h"
 #include "VarnicPlatform/Speech/LiveVoice.h"
 #include "VarnicPlatform/Speech/SpeechRequest.h"
-#include "VarnicPlatform/Speech/StretchHearing.h"
 
 #include <cstdint>
 #include <functional>
@@ -25,7 +25,7 @@ public:
     /// `voice` must outlive it. An error that `decode` throws costs the words of the utterance, no more. The slower
     /// decoding is by the clock, the fewer unfinished results there are. `before` is sound from before the request
     /// that is still to be heard. Throws TranscriberError where the speech detector fails.
-    UtteranceListener(LiveVoice& voice, StretchHearing::Decode decode, SpeechRequest::OnResult report,
+    UtteranceListener(LiveVoice& voice, GuardedDecoding::Decode decode, SpeechRequest::OnResult report,
                       std::span<const float> before = {}, Clock clock = HostClock::now);
 
     /// The next samples at `rate`. Reports the final result of each utterance whose end is in them. Throws
@@ -67,7 +67,7 @@ private:
     void report(const std::vector<TimedWord>& words, bool isFinal);
 
     LiveVoice& voice_;
-    StretchHearing::Decode decode_;
+    GuardedDecoding::Decode decode_;
     SpeechRequest::OnResult report_;
     Clock clock_;
     /// Positions are samples since the request began. The kept sound begins at `first_`, as do its levels; whole frames

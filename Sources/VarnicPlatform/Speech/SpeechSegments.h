@@ -9,17 +9,17 @@
 
 namespace varnic {
 
-/// A part of a track that the engine hears in one go. Seconds from the track's beginning.
-struct SpeechStretch {
+/// A part of a track that the engine transcribes in one go. Seconds from the track's beginning.
+struct SpeechSegment {
     /// Where somebody speaks, first to last.
     VoiceActivity::Range speech;
-    /// What the engine hears: the same with a little of the real sound around it.
-    VoiceActivity::Range sound;
+    /// What the engine is given: the same with a little of the real audio around it.
+    VoiceActivity::Range audio;
 
-    bool operator==(const SpeechStretch&) const = default;
+    bool operator==(const SpeechSegment&) const = default;
 };
 
-/// What is known of a track before it is heard: a level in decibels for each frame of so many seconds.
+/// What is known of a track before it is transcribed: a level in decibels for each frame of so many seconds.
 struct TrackLevels {
     std::vector<float> levels;
     double frame = VoiceActivity::frameSeconds;
@@ -30,17 +30,17 @@ struct TrackLevels {
     [[nodiscard]] std::span<const float> within(VoiceActivity::Range range) const;
 };
 
-/// Pure functions from levels and speech to what the engine is to hear.
-namespace SpeechStretches {
+/// Pure functions from levels and voice activity to what the engine is to transcribe.
+namespace SpeechSegments {
 
-/// The level of speech that the models hear best, in decibels of full scale.
+/// The level of speech that the models transcribe best, in decibels of full scale.
 inline constexpr float speechLevel = -23;
 /// So far below the speech nobody speaks: the detector need not look.
 inline constexpr float silenceBelowSpeech = 40;
-/// Seconds of real sound on either side of the speech: the engine drops words at hard edges.
+/// Seconds of real audio on either side of the speech: the engine drops words at hard edges.
 inline constexpr double context = 0.3;
-/// The longest speech in seconds that is heard in one go.
-inline constexpr double longestStretch = 15;
+/// The longest speech in seconds that is transcribed in one go.
+inline constexpr double longestSegment = 15;
 
 /// The parts of a track that are not plain silence: within half a second of a frame above `threshold` decibels.
 std::vector<VoiceActivity::Range> audible(const TrackLevels& track, float threshold);
@@ -55,15 +55,15 @@ std::vector<VoiceActivity::Range> voicedRuns(VoiceActivity::Range part, const Tr
 /// The middle of the quietest tenth of a second between two moments.
 double quietest(VoiceActivity::Range between, const TrackLevels& track);
 
-} // namespace SpeechStretches
+} // namespace SpeechSegments
 
-/// Makes stretches of speech that becomes known bit by bit. Speech becomes stretches of at most 15 s: over pauses of up
-/// to a second it is joined, and speech that goes on for longer is cut where it is quietest. No two stretches hear the
-/// same sound.
-class StretchPlanner {
+/// Makes segments of speech that becomes known bit by bit. Speech becomes segments of at most 15 s: over pauses of up
+/// to a second it is joined, and speech that goes on for longer is cut where it is quietest. No two segments share
+/// audio.
+class SegmentPlanner {
 public:
     /// `track` must outlive it.
-    explicit StretchPlanner(const TrackLevels& track) : track_(track) {}
+    explicit SegmentPlanner(const TrackLevels& track) : track_(track) {}
 
     /// More speech, behind what is known already.
     void add(VoiceActivity::Range speech);
@@ -71,17 +71,17 @@ public:
     /// No more speech will come.
     void finish() { isFinished_ = true; }
 
-    /// The next stretch, once what comes behind it is known.
-    std::optional<SpeechStretch> next();
+    /// The next segment, once what comes behind it is known.
+    std::optional<SpeechSegment> next();
 
-    /// The speech that is in no stretch yet begins at this moment; nothing where all is.
+    /// The speech that is in no segment yet begins at this moment; nothing where all is.
     [[nodiscard]] std::optional<double> pending() const;
 
 private:
     const TrackLevels& track_;
-    /// The speech of the stretches to come; the last one may still grow.
+    /// The speech of the segments to come; the last one may still grow.
     std::deque<VoiceActivity::Range> speech_;
-    /// Where the speech of the last stretch ended.
+    /// Where the speech of the last segment ended.
     std::optional<double> given_;
     bool isFinished_ = false;
 };

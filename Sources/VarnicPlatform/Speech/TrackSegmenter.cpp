@@ -1,4 +1,4 @@
-#include "VarnicPlatform/Speech/TrackListener.h"
+#include "VarnicPlatform/Speech/TrackSegmenter.h"
 
 #include "VarnicCore/Audio/AudioReader.h"
 #include "VarnicCore/Audio/EchoFreeReader.h"
@@ -20,7 +20,7 @@ namespace {
 /// How speech is told by its level alone.
 constexpr double shortestSpeech = 0.25;
 constexpr double bridgedPause = 0.6;
-/// Progress is told with each stretch, and in so many seconds of the track without one.
+/// Progress is told with each segment, and in so many seconds of the track without one.
 constexpr double tellEvery = 10;
 
 constexpr int rate = SpeechDetector::rate;
@@ -29,7 +29,7 @@ std::int64_t sampleAt(double seconds) {
     return std::llround(seconds * rate);
 }
 
-/// Replaces its argument by the next sound of a track, one channel at `rate`; false at the end.
+/// Replaces its argument by the next audio of a track, one channel at `rate`; false at the end.
 using Reading = std::move_only_function<bool(PcmBuffer&)>;
 
 Reading reading(const SpokenTrack& track, const std::optional<EchoRemoval>& echo) {
@@ -42,10 +42,10 @@ Reading reading(const SpokenTrack& track, const std::optional<EchoRemoval>& echo
     return [reader = AudioReader::openMono(track.file, rate)](PcmBuffer& block) mutable { return reader.read(block); };
 }
 
-/// The sound of a track as the engine takes it, from front to back.
-class Sound {
+/// The audio of a track as the engine takes it, from front to back.
+class TrackAudio {
 public:
-    Sound(Reading read, float gain) : read_(std::move(read)), gain_(gain) {}
+    TrackAudio(Reading read, float gain) : read_(std::move(read)), gain_(gain) {}
 
     /// The next samples, which are kept; empty at the end.
     std::span<const float> next() {
@@ -126,14 +126,14 @@ private:
     std::int64_t position_ = 0;
 };
 
-/// Gives the stretches of a track while its sound goes by.
-class Listening {
+/// Gives the segments of a track while its audio goes by.
+class Pass {
 public:
     /// `feed` finds the speech; without one it has to be told by `know` beforehand.
-    Listening(Sound sound, std::optional<AudibleFeed> feed, const TrackLevels& track, const TrackListener::Give& give,
-              const ProgressCallback& progress)
-        : sound_(std::move(sound)), feed_(std::move(feed)), planner_(track), length_(track.seconds()), give_(give),
-          progress_(progress) {}
+    Pass(TrackAudio audio, std::optional<AudibleFeed> feed, const TrackLevels& track,
+         const TrackSegmenter::OnSegment& onSegment, const ProgressCallback& progress)
+        : audio_(std::move(audio)), feed_(std::move(feed)), planner_(track), length_(track.seconds()),
+          onSegment_(onSegment), progress_(progress) {}
 
     /// All of the track's speech.
     void know(const std::vector<Range>& speech) {
@@ -141,9 +141,9 @@ public:
         planner_.finish();
     }
 
-    /// Reads on; false at the end, when all stretches have been given.
+    /// Reads on; false at the end, when all segments have been given.
     bool advance() {
-        const std::span<const float> samples = sound_.next();
+        const std::span<const float> samples = audio_.next();
         if (samples.empty()) {
             if (feed_) {
                 know(feed_->detector().finish());
@@ -165,7 +165,7 @@ public:
 
 private:
     /// The seconds that have been read.
-    [[nodiscard]] double position() const { return static_cast<double>(sound_.position()) / rate; }
+    [[nodiscard]] double position() const { return static_cast<double>(audio_.position()) / rate; }
 
     void tell() {
         told_ = position();
@@ -178,10 +178,10 @@ private:
 
     void give(bool isEnd) {
         while (next_ || (next_ = planner_.next())) {
-            if (!isEnd && sampleAt(next_->sound.end) > sound_.position()) {
+            if (!isEnd && sampleAt(next_->audio.end) > audio_.position()) {
                 return;
             }
-            give_(sound_.part(next_->sound), *next_);
+            onSegment_(audio_.part(next_->audio), *next_);
             next_.reset();
             tell();
         }
@@ -190,55 +190,55 @@ private:
     void forget() {
         double needed = feed_ ? position() - SpeechDetector::latest : position();
         needed = std::min(needed, planner_.pending().value_or(needed));
-        sound_.forget(std::min(needed - SpeechStretches::context, next_ ? next_->sound.start : needed));
+        audio_.forget(std::min(needed - SpeechSegments::context, next_ ? next_->audio.start : needed));
     }
 
-    Sound sound_;
+    TrackAudio audio_;
     std::optional<AudibleFeed> feed_;
-    StretchPlanner planner_;
+    SegmentPlanner planner_;
     double length_;
     double told_ = 0;
-    const TrackListener::Give& give_;
+    const TrackSegmenter::OnSegment& onSegment_;
     const ProgressCallback& progress_;
-    /// A stretch whose sound has not been read to its end.
-    std::optional<SpeechStretch> next_;
+    /// A segment whose audio has not been read to its end.
+    std::optional<SpeechSegment> next_;
 };
 
 } // namespace
 
-TrackListener::TrackListener(SpokenTrack track, std::optional<std::filesystem::path> detector, std::stop_token stop)
+TrackSegmenter::TrackSegmenter(SpokenTrack track, std::optional<std::filesystem::path> detector, std::stop_token stop)
     : spoken_(std::move(track)), detector_(std::move(detector)), stop_(std::move(stop)) {}
 
-void TrackListener::listen(const Give& give, const ProgressCallback& progress) {
+void TrackSegmenter::run(const OnSegment& onSegment, const ProgressCallback& progress) {
     learnEcho();
     measure();
     const std::vector<Range> loud = VoiceActivity::detect(track_.levels, track_.frame, shortestSpeech, bridgedPause);
     if (loud.empty()) {
         return;
     }
-    const float level = SpeechStretches::meanLevel(loud, track_);
+    const float level = SpeechSegments::meanLevel(loud, track_);
     std::optional<AudibleFeed> feed;
     if (detector_) {
         feed.emplace(SpeechDetector::create(*detector_),
-                     SpeechStretches::audible(track_, level - SpeechStretches::silenceBelowSpeech));
+                     SpeechSegments::audible(track_, level - SpeechSegments::silenceBelowSpeech));
     }
-    const float gain = std::pow(10.0F, (SpeechStretches::speechLevel - level) / 20);
-    Listening listening(Sound(reading(spoken_, echo_), gain), std::move(feed), track_, give, progress);
+    const float gain = std::pow(10.0F, (SpeechSegments::speechLevel - level) / 20);
+    Pass pass(TrackAudio(reading(spoken_, echo_), gain), std::move(feed), track_, onSegment, progress);
     if (!detector_) {
-        listening.know(loud);
+        pass.know(loud);
     }
-    while (listening.advance()) {
+    while (pass.advance()) {
         requireGoingOn();
     }
 }
 
-void TrackListener::learnEcho() {
+void TrackSegmenter::learnEcho() {
     if (spoken_.overheard) {
         echo_ = EchoFreeReader::learn(spoken_.file, *spoken_.overheard, [this] { requireGoingOn(); });
     }
 }
 
-void TrackListener::measure() {
+void TrackSegmenter::measure() {
     LevelMeter meter(rate, track_.frame);
     PcmBuffer block;
     for (Reading read = reading(spoken_, echo_); read(block);) {
@@ -248,7 +248,7 @@ void TrackListener::measure() {
     track_.levels = meter.finish();
 }
 
-void TrackListener::requireGoingOn() const {
+void TrackSegmenter::requireGoingOn() const {
     if (stop_.stop_requested()) {
         throw TranscriberError::failed("cancelled");
     }
