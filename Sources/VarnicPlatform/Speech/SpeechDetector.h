@@ -13,7 +13,7 @@ struct SherpaOnnxVoiceActivityDetector;
 
 namespace varnic {
 
-/// Finds speech in a stream of sound with the Silero model, which tells speech from noise and music. Movable, owned by
+/// Finds speech in a stream of audio with the Silero model, which tells speech from noise and music. Movable, owned by
 /// one thread at a time.
 class SpeechDetector {
 public:
@@ -29,7 +29,7 @@ public:
     /// The next samples, brought to about -23 dB of full scale.
     void add(std::span<const float> samples);
 
-    /// So many samples without any sound, which are not looked at.
+    /// So many samples without any audio, which are not looked at.
     void addSilence(std::int64_t samples);
 
     /// Whether somebody was speaking when the last samples came. It is seen 0.1 s after speech begins, and 0.3 s after
