@@ -9,7 +9,7 @@
 
 namespace varnic {
 
-/// Keeps a stream of sound in step with the clock that stamps it. A device's own clock runs a little fast or slow; over
+/// Keeps a stream of audio in step with the clock that stamps it. A device's own clock runs a little fast or slow; over
 /// an hour the count of its samples and the stamps drift apart. The follower resamples by tiny ratios, so that a sample
 /// count is a time again. Its output is at 48,000 Hz and has the input's channels. One thread at a time.
 class ClockFollower {

@@ -28,7 +28,7 @@ std::int64_t frameAt(double seconds) {
     return std::llround(seconds * EchoRemoval::rate);
 }
 
-/// The energy of a line's sound.
+/// The energy of a line's audio.
 template <typename Reader>
 double energy(Reader& reader, const Segment& line, const std::function<void()>& reading) {
     const std::int64_t first = frameAt(line.start);

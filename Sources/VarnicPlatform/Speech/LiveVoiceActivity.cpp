@@ -11,7 +11,7 @@ namespace {
 /// Frames by which the speech's level is judged, and after how many new ones it is judged again.
 constexpr std::size_t remembered = 1000;
 constexpr std::size_t measuredEvery = 5;
-/// Frames around audible audio that the detector gets too.
+/// Frames around what is audible that the detector gets too.
 constexpr std::size_t audibleMargin = 25;
 /// Pauses that count as speech when its level is measured, in seconds.
 constexpr double bridgedPause = 0.6;
