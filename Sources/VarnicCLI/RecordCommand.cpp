@@ -48,7 +48,7 @@ std::string meter(float level) {
     return std::string(bars[step]);
 }
 
-/// One recording, from its first sound to its note, on the terminal.
+/// One recording, from its first sample to its note, on the terminal.
 class RecordingSession {
 public:
     RecordingSession(AppModel& model, const LiveCapture& capture, const Interruption& interruption, double limit,
@@ -192,7 +192,7 @@ private:
     int stoppedBy_ = 0;
 };
 
-/// Sound that came but is in no track.
+/// Audio that came but is in no track.
 void tellLoss(const LiveCapture& capture) {
     if (const auto lost = capture.lostFrames(); lost > 0) {
         Terminal::print(stderr, "varnic-cli: {:.1f} seconds of sound were lost: the computer was too busy.\n",

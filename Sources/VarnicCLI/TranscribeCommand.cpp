@@ -22,7 +22,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The recording of a side, if one is given. Throws with a sentence that names it where it holds no sound.
+/// The recording of a side, if one is given. Throws with a sentence that names it where it holds no audio.
 std::optional<fs::path> recordingOf(Speaker side, const Arguments& arguments) {
     const auto file = arguments.value(std::string(rawValue(side)));
     std::error_code unknown;

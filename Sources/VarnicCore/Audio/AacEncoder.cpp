@@ -83,7 +83,7 @@ void AacEncoder::finish(std::vector<Mp4::Packet>& packets, Bytes& bytes) {
         send(frame_.get(), packets, bytes);
     }
     send(nullptr, packets, bytes);
-    // The last packet is cut to the length of the sound.
+    // The last packet is cut to the length of the audio.
     const std::int64_t surplus = framesOut_ - track_.delay - framesIn_;
     if (!packets.empty() && surplus > 0 && surplus < packets.back().frames) {
         packets.back().frames -= static_cast<std::uint32_t>(surplus);

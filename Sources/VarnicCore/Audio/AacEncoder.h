@@ -9,7 +9,7 @@
 
 namespace varnic {
 
-/// Turns sound into AAC packets. Not thread-safe.
+/// Turns audio into AAC packets. Not thread-safe.
 class AacEncoder {
 public:
     /// `bitRate` is bits a second of all channels. Throws std::runtime_error where FFmpeg has no AAC encoder.
@@ -18,10 +18,10 @@ public:
     /// What players must know of the packets.
     [[nodiscard]] const Mp4::Track& track() const { return track_; }
 
-    /// Appends to the lists what becomes ready; the last frames stay inside. The sound must be in the encoder's format.
+    /// Appends to the lists what becomes ready; the last frames stay inside. The audio must be in the encoder's format.
     void encode(const PcmBuffer& sound, std::vector<Mp4::Packet>& packets, Bytes& bytes);
 
-    /// Appends the rest, so that all packets last as long as delay and sound together. Nothing may follow.
+    /// Appends the rest, so that all packets last as long as delay and audio together. Nothing may follow.
     void finish(std::vector<Mp4::Packet>& packets, Bytes& bytes);
 
 private:

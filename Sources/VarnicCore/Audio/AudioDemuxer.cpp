@@ -12,7 +12,7 @@ namespace varnic {
 
 namespace {
 
-/// The kinds of file that people keep sound in. None of them can name another file to be read: playlists, scripts and
+/// The kinds of file that people keep audio in. None of them can name another file to be read: playlists, scripts and
 /// picture sequences are out, as are FFmpeg's many readers of old games' files.
 constexpr const char* formats = "mov,mp4,m4a,3gp,matroska,webm,ogg,wav,w64,aiff,caf,au,mp3,aac,flac,wv,ape,tta,amr,asf,"
                                 "avi,mpegts,mpeg,flv,ac3,eac3";

@@ -8,7 +8,7 @@
 
 namespace varnic {
 
-/// An open file, and the packets of the one sound stream in it that is read. Not thread-safe.
+/// An open file, and the packets of the one audio stream in it that is read. Not thread-safe.
 class AudioDemuxer {
 public:
     /// Throws AudioError. Opens regular files of the kinds of its own list alone, nothing they refer to and nothing on

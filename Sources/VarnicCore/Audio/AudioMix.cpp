@@ -29,7 +29,7 @@ public:
         }
     }
 
-    /// Fills the row with the next sound, silence behind its end; gives how much sound there was.
+    /// Fills the row with the next audio, silence behind its end; gives how much audio there was.
     std::size_t read(std::vector<float>& row) {
         PcmBuffer block;
         while (reader_ && ready_.size() < row.size() && reader_->read(block)) {

@@ -15,7 +15,7 @@ namespace varnic {
 
 namespace {
 
-/// Rates outside of this are damage, not sound.
+/// Rates outside of this are damage, not audio.
 constexpr int lowestRate = 1000;
 constexpr int highestRate = 768'000;
 /// A last time stamp after so long is no measure of a file's length.

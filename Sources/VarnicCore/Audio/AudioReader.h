@@ -8,9 +8,9 @@
 
 namespace varnic {
 
-/// Reads the sound of a file from beginning to end, block by block. Sample 0 is where the file's time begins: encoder
+/// Reads the audio of a file from beginning to end, block by block. Sample 0 is where the file's time begins: encoder
 /// delay and padding are left out, damaged places and holes between time stamps are silence of the same length, and a
-/// truncated file ends where its readable part ends. Of several sound streams FFmpeg's choice of the best is read.
+/// truncated file ends where its readable part ends. Of several audio streams FFmpeg's choice of the best is read.
 /// Movable, owned by one thread at a time.
 class AudioReader {
 public:

@@ -5,7 +5,7 @@
 
 namespace varnic {
 
-/// Where pieces of sound belong by their time stamps. It counts frames from the beginning of a file and says how much
+/// Where pieces of audio belong by their time stamps. It counts frames from the beginning of a file and says how much
 /// silence is missing before a piece and how much of the piece lies before the beginning.
 class AudioTimeline {
 public:

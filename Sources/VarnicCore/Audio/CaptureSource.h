@@ -11,7 +11,7 @@
 
 namespace varnic {
 
-/// The clock that stamps sound: seconds of CLOCK_MONOTONIC, which setting the time of day does not move.
+/// The clock that stamps audio: seconds of CLOCK_MONOTONIC, which setting the time of day does not move.
 namespace HostClock {
 
 inline double now() {
@@ -26,11 +26,11 @@ struct WantedSides {
     bool them = true;
 };
 
-/// What produces the sound of the two sides of a call. Made for one recording. `start` and `stop` belong to one thread
+/// What produces the audio of the two sides of a call. Made for one recording. `start` and `stop` belong to one thread
 /// at a time; the other operations may be called from any.
 class CaptureSource {
 public:
-    /// Takes a piece of one side's sound and the time of its first sample in seconds since time zero, never negative.
+    /// Takes a piece of one side's audio and the time of its first sample in seconds since time zero, never negative.
     /// Called from any thread, of two sides perhaps at once; it must not throw and may not take long.
     using Deliver = std::function<void(Speaker speaker, PcmBuffer buffer, double at)>;
 
@@ -51,13 +51,13 @@ public:
     /// that is plugged in late.
     [[nodiscard]] virtual std::vector<Speaker> awaited() const { return {}; }
 
-    /// What the user should know of where the sound comes from now, a sentence; nothing while all is as it was chosen.
+    /// What the user should know of where the audio comes from now, a sentence; nothing while all is as it was chosen.
     [[nodiscard]] virtual std::optional<std::string> notice() const { return std::nullopt; }
 
     /// What went wrong since the start, a sentence each.
     [[nodiscard]] virtual std::vector<std::string> problems() const { return {}; }
 
-    /// Whether sound of this side ought to be coming in now: always for an open microphone, for the computer's sound
+    /// Whether audio of this side ought to be coming in now: always for an open microphone, for the computer's sound
     /// only while a program plays. Where it is true and nothing comes, something is wrong.
     [[nodiscard]] virtual bool expects(Speaker /*speaker*/) const { return false; }
 };

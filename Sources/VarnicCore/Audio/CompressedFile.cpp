@@ -15,7 +15,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Each second's fragment of a recording goes to the disk at once. Sound that comes faster, and a disk that is slow,
+/// Each second's fragment of a recording goes to the disk at once. Audio that comes faster, and a disk that is slow,
 /// are not held up by that for more than a part of the time.
 constexpr std::chrono::milliseconds leastBetweenSyncs{500};
 constexpr int syncsShare = 4;
@@ -28,7 +28,7 @@ public:
     }
 
     /// A fragment that is due goes to the file before anything new is taken: so a full disk stops the intake, and the
-    /// sound that waits is at most that second and one piece.
+    /// audio that waits is at most that second and one piece.
     void write(const PcmBuffer& sound) override {
         if (framesOf(waiting_) >= encoder_.track().rate) {
             writeFragment();

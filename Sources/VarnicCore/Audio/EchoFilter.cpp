@@ -18,9 +18,9 @@ constexpr float change = 1 - steadiness * steadiness;
 constexpr float memory = 0.9F;
 /// The share of a window that a block is.
 constexpr float share = 0.5F;
-/// Below the power of any sound; keeps divisions finite.
+/// Below the power of any audio; keeps divisions finite.
 constexpr float leastPower = 1e-8F;
-/// Before anything is known, the other sound may be heard as loud as it is.
+/// Before anything is known, the echo may be as loud as the far end.
 constexpr float unknown = 1;
 
 // std::complex multiplies with care for infinities, at several times the cost.
@@ -39,23 +39,24 @@ double EchoFilter::energy(std::span<const float> samples) {
 }
 
 EchoFilter::EchoFilter()
-    : transform_(window), recent_(window), sound_(partitions, Spectrum(bins)), path_(partitions, Spectrum(bins)),
-      error_(partitions, Powers(bins, unknown)), other_(bins, leastPower) {}
+    : transform_(window), recent_(window), farEnd_(partitions, Spectrum(bins)), path_(partitions, Spectrum(bins)),
+      error_(partitions, Powers(bins, unknown)), nearEnd_(bins, leastPower) {}
 
-EchoFilter::Remainder EchoFilter::remainder(std::span<const float, block> sound, std::span<const float, block> heard) {
+EchoFilter::Remainder EchoFilter::remainder(std::span<const float, block> farEnd,
+                                            std::span<const float, block> microphone) {
     Remainder rest;
-    std::ranges::copy(heard, rest.samples.begin());
-    if (!std::isfinite(energy(sound)) || !std::isfinite(energy(heard))) {
-        return rest; // what is no number is no sound
+    std::ranges::copy(microphone, rest.samples.begin());
+    if (!std::isfinite(energy(farEnd)) || !std::isfinite(energy(microphone))) {
+        return rest; // what is no number counts as silence
     }
-    take(sound);
+    take(farEnd);
     if (silent_ > partitions) {
         return rest;
     }
     Spectrum echo(bins);
     Powers total(bins);
     for (std::size_t delay = 0; delay < partitions; ++delay) {
-        const Spectrum& spectrum = sound_[(newest_ + delay) % partitions];
+        const Spectrum& spectrum = farEnd_[(newest_ + delay) % partitions];
         for (std::size_t bin = 0; bin < bins; ++bin) {
             echo[bin] += product(path_[delay][bin], spectrum[bin]);
             total[bin] += error_[delay][bin] * std::norm(spectrum[bin]);
@@ -66,7 +67,7 @@ EchoFilter::Remainder EchoFilter::remainder(std::span<const float, block> sound,
     rest.doubt = static_cast<double>(share * doubt / window);
     std::vector<float> samples(window);
     transform_.backward(echo, samples);
-    std::ranges::transform(heard, std::span(samples).subspan(block), rest.samples.begin(), std::minus<>());
+    std::ranges::transform(microphone, std::span(samples).subspan(block), rest.samples.begin(), std::minus<>());
     std::fill_n(samples.begin(), block, 0.0F);
     std::ranges::copy(rest.samples, samples.begin() + block);
     Spectrum error(bins);
@@ -77,29 +78,29 @@ EchoFilter::Remainder EchoFilter::remainder(std::span<const float, block> sound,
 
 void EchoFilter::interrupt() {
     std::ranges::fill(recent_, 0.0F);
-    std::ranges::fill(sound_, Spectrum(bins));
+    std::ranges::fill(farEnd_, Spectrum(bins));
     silent_ = partitions + 1;
 }
 
-void EchoFilter::take(std::span<const float, block> sound) {
-    silent_ = energy(sound) > static_cast<double>(leastPower) ? 0 : silent_ + 1;
+void EchoFilter::take(std::span<const float, block> farEnd) {
+    silent_ = energy(farEnd) > static_cast<double>(leastPower) ? 0 : silent_ + 1;
     std::copy(recent_.begin() + block, recent_.end(), recent_.begin());
-    std::ranges::copy(sound, recent_.begin() + block);
+    std::ranges::copy(farEnd, recent_.begin() + block);
     newest_ = (newest_ + partitions - 1) % partitions;
-    transform_.forward(recent_, sound_[newest_]);
+    transform_.forward(recent_, farEnd_[newest_]);
 }
 
-/// Moves the path by what the error tells of it: the more, the less is known and the less else is to be heard.
+/// Moves the path by what the error tells of it: the more, the less is known and the quieter the near end is.
 void EchoFilter::learn(const Spectrum& error, const Powers& total) {
     Powers certainty(bins);
     for (std::size_t bin = 0; bin < bins; ++bin) {
-        other_[bin] = memory * other_[bin] + (1 - memory) * std::norm(error[bin]);
-        certainty[bin] = 1 / (total[bin] + other_[bin] / share + leastPower);
+        nearEnd_[bin] = memory * nearEnd_[bin] + (1 - memory) * std::norm(error[bin]);
+        certainty[bin] = 1 / (total[bin] + nearEnd_[bin] / share + leastPower);
     }
     Spectrum step(bins);
     std::vector<float> response(window);
     for (std::size_t delay = 0; delay < partitions; ++delay) {
-        const Spectrum& spectrum = sound_[(newest_ + delay) % partitions];
+        const Spectrum& spectrum = farEnd_[(newest_ + delay) % partitions];
         Powers& doubt = error_[delay];
         for (std::size_t bin = 0; bin < bins; ++bin) {
             const float gain = doubt[bin] * certainty[bin];

@@ -8,7 +8,7 @@ namespace varnic {
 
 namespace {
 
-/// Seconds of the other side's sound after which its echo is known, and of the call that are searched for them.
+/// Seconds of the far end after which its echo is known, and of the call that are searched for them.
 constexpr double enough = 10;
 constexpr std::int64_t searched = std::int64_t{300} * EchoRemoval::rate;
 /// Seconds before and after a moment that tell whether there is an echo then.

@@ -17,7 +17,7 @@ public:
     /// Throws AudioError.
     explicit TrackBlocks(const std::filesystem::path& file);
 
-    /// Fills the block; gives how much of it is sound, less than the whole only at the end.
+    /// Fills the block; gives how much of it is audio, less than the whole only at the end.
     std::size_t read(EchoFilter::Block& block);
 
     /// Makes `read` go on at this sample.
@@ -29,7 +29,7 @@ private:
     std::size_t next_ = 0;
 };
 
-/// Reads the microphone's track of a call without what it overhears of the other side. Memory does not grow with the
+/// Reads the microphone's track of a call without the far end's echo. Memory does not grow with the
 /// tracks. Owned by one thread at a time.
 class EchoFreeReader {
 public:
@@ -38,15 +38,15 @@ public:
     static EchoRemoval learn(const std::filesystem::path& you, const std::filesystem::path& them,
                              const std::function<void()>& reading);
 
-    /// Whether the microphone overhears the other side around this second of the call. `reading` as above. Throws
-    /// AudioError.
+    /// Whether the far end's echo is in the microphone's track around this second of the call. `reading` as above.
+    /// Throws AudioError.
     static bool hasEcho(const std::filesystem::path& you, const std::filesystem::path& them, double around,
                         const std::function<void()>& reading);
 
     /// Throws AudioError.
     EchoFreeReader(const std::filesystem::path& you, const std::filesystem::path& them, EchoRemoval removal);
 
-    /// Replaces the buffer by the next sound, one channel at EchoRemoval::rate; false at the end.
+    /// Replaces the buffer by the next audio, one channel at EchoRemoval::rate; false at the end.
     bool read(PcmBuffer& buffer);
 
     /// Makes `read` go on at this sample. The echo of what was played before it is not known for half a second.

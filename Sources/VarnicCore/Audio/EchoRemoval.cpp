@@ -9,11 +9,12 @@ namespace {
 
 /// A block of which less than this share is left, and no more than may be echo, is echo alone.
 constexpr double mostLeft = 0.25;
-/// Blocks for which the microphone's sound is kept after somebody has spoken into it: words end softly.
+/// Blocks for which the near end is kept after somebody has spoken: words end softly.
 constexpr std::size_t hold = 8;
-/// Seconds to learn from before anything is taken out: half an echo is misheard, and no longer told by its words.
+/// Seconds to learn from before anything is taken out: a residual echo is transcribed wrongly, and no longer told by
+/// its words.
 constexpr double enough = 4;
-/// The mean power of the quietest sound that there is something to learn from, -60 dB of full scale.
+/// The mean power of the quietest far end that there is something to learn from, -60 dB of full scale.
 constexpr double audible = 1e-6;
 /// How much of what a filter has left counts on after a block: about a second's.
 constexpr double memory = 0.97;
@@ -23,7 +24,7 @@ constexpr double muchLess = 0.5;
 /// second one has learnt of that path holds it up too.
 constexpr double lost = 1.1;
 constexpr double beforeLost = 2;
-/// Seconds of the other side's sound that the second filter learns from, before it may take over and in all.
+/// Seconds of the far end that the second filter learns from, before it may take over and in all.
 constexpr double beforeTakingOver = 1;
 constexpr double longestTrial = 8;
 /// Seconds of echo that tell that there is a path, and the mean power of the quietest one that counts, -70 dB of full

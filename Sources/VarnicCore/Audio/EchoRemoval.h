@@ -8,29 +8,29 @@
 
 namespace varnic {
 
-/// Takes out of the microphone's sound what it overhears of the other side from the loudspeakers. What is said over the
-/// other side stays: only where nothing but echo is to be heard there is silence afterwards. A second filter begins
-/// anew every few seconds and takes over where it leaves much less: the first one changes what it knows only slowly,
-/// and sound systems jump. A copy goes on from what was learnt. Not thread-safe, and copies share a thread.
+/// Takes the echo of the far end, which the microphone picks up from the loudspeakers, out of its signal. Double talk
+/// stays: only where there is nothing but residual echo there is silence afterwards. A second filter begins anew every
+/// few seconds and takes over where it leaves much less: the first one changes what it knows only slowly, and sound
+/// systems jump. A copy goes on from what was learnt. Not thread-safe, and copies share a thread.
 class EchoRemoval {
 public:
     /// Samples a second.
     static constexpr int rate = 16'000;
     static constexpr std::size_t block = EchoFilter::block;
-    /// The microphone's sound comes out so many blocks after it went in.
+    /// The microphone's signal comes out so many blocks after it went in.
     static constexpr std::size_t lag = 2;
 
     /// The next block of both sides; gives the microphone's block of `lag` calls before.
     EchoFilter::Block clean(std::span<const float, block> them, std::span<const float, block> you);
 
-    /// Goes to the beginning of another stretch of the call: what is still inside does not come out.
+    /// Goes to the beginning of another place of the call: what is still inside does not come out.
     void interrupt();
 
-    /// The seconds of sound from the other side that were there to learn from, since the path to the microphone was
+    /// The seconds of far-end speech that were there to learn from, since the path to the microphone was
     /// last found to have changed.
     [[nodiscard]] double learnt() const;
 
-    /// Whether there is a path: the microphone has heard the other side well enough for its echo to be taken out.
+    /// Whether there is a path: the far end's echo was strong enough in the microphone to be taken out.
     [[nodiscard]] bool hasEcho() const;
 
 private:
@@ -39,7 +39,7 @@ private:
         EchoFilter filter;
         /// Blocks that it has learnt from.
         std::size_t learnt = 0;
-        /// What it has left of the last second in which the other side was to be heard.
+        /// What it has left of the last second in which the far end was active.
         double left = 0;
     };
 
@@ -58,7 +58,7 @@ private:
     /// The last blocks, oldest first.
     std::array<Heard, lag + 1> heard_{};
     std::size_t sinceOwn_ = 0;
-    /// Blocks in which most of the microphone's sound was echo.
+    /// Blocks in which most of the microphone's signal was echo.
     std::size_t echoes_ = 0;
 };
 

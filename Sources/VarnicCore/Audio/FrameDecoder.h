@@ -9,15 +9,15 @@
 
 namespace varnic {
 
-/// The decoded frames of a file's sound, one after another. Not thread-safe.
+/// The decoded frames of a file's audio, one after another. Not thread-safe.
 class FrameDecoder {
 public:
-    /// Throws AudioError where the file cannot be opened. One whose sound nothing here decodes has no frames.
+    /// Throws AudioError where the file cannot be opened. One whose audio nothing here decodes has no frames.
     explicit FrameDecoder(const std::filesystem::path& file);
 
     [[nodiscard]] const AudioDemuxer& demuxer() const { return demuxer_; }
 
-    /// Whether nothing decodes the sound, or nothing that there is of it.
+    /// Whether nothing decodes the audio, or nothing that there is of it.
     [[nodiscard]] bool isUndecodable(bool hasFrames) const { return !codec_ || (!hasFrames && packets_ > 0); }
 
     [[nodiscard]] bool isEncrypted() const { return isEncrypted_; }

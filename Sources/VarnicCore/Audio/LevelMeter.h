@@ -7,7 +7,7 @@
 
 namespace varnic {
 
-/// Turns sound that comes in blocks into one level for each `hop` frames, over all channels: decibels of full scale,
+/// Turns audio that comes in blocks into one level for each `hop` frames, over all channels: decibels of full scale,
 /// not below -120.
 class LevelMeter {
 public:

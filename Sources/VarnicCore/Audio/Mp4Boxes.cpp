@@ -8,7 +8,7 @@ namespace varnic::Mp4 {
 
 namespace {
 
-/// The matrix of a picture that is not turned, which sound has too.
+/// The matrix of a picture that is not turned, which audio tracks have too.
 constexpr std::uint32_t unity = 0x00010000;
 constexpr std::uint32_t trackId = 1;
 

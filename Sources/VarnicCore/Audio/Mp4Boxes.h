@@ -8,7 +8,7 @@
 
 /// The bytes of an MP4 file (ISO/IEC 14496-12 and -14) with one AAC track, that is a whole file at every moment of its
 /// growth: a head, then fragments, each with its own small index. At the end an index of all packets is put behind
-/// them and `cover` laid over the beginning, which makes one block of sound of all before it: an ordinary file, without
+/// them and `cover` laid over the beginning, which makes one block of audio of all before it: an ordinary file, without
 /// moving a byte. FFmpeg's own muxer does one or the other, and does not survive a write that failed. Pure functions.
 namespace varnic::Mp4 {
 
@@ -49,7 +49,7 @@ Bytes fragment(std::uint32_t number, std::int64_t framesBefore, std::span<const 
 /// The index of all packets, to stand at the end of the file.
 Bytes index(const Track& track, std::span<const Packet> packets, std::span<const Chunk> chunks);
 
-/// What makes the file from `coverOffset` to `end` one block of sound.
+/// What makes the file from `coverOffset` to `end` one block of audio.
 Bytes cover(std::int64_t end);
 
 } // namespace varnic::Mp4

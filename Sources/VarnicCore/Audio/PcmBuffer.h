@@ -5,7 +5,7 @@
 
 namespace varnic {
 
-/// The form of sound in memory: 32-bit floats, a row a channel.
+/// The form of audio in memory: 32-bit floats, a row a channel.
 struct AudioFormat {
     /// Samples a second, of each channel.
     int rate = 0;
@@ -14,7 +14,7 @@ struct AudioFormat {
     bool operator==(const AudioFormat&) const = default;
 };
 
-/// A piece of sound; every row has the same length. Full scale is -1 to 1, and samples may exceed it.
+/// A piece of audio; every row has the same length. Full scale is -1 to 1, and samples may exceed it.
 struct PcmBuffer {
     int rate = 0;
     std::vector<std::vector<float>> channels;

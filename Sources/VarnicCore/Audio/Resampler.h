@@ -4,7 +4,7 @@
 
 namespace varnic {
 
-/// Converts whole pieces of sound, each by itself: nothing is kept between calls. Any thread.
+/// Converts whole pieces of audio, each by itself: nothing is kept between calls. Any thread.
 struct Resampler {
     AudioFormat target;
 

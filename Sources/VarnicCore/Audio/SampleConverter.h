@@ -16,7 +16,7 @@ struct SampleInput {
     [[nodiscard]] bool matches(const AVFrame& frame) const;
 };
 
-/// A stream of sound in any form on its way into another rate and number of channels. To one channel, the channels'
+/// A stream of audio in any form on its way into another rate and number of channels. To one channel, the channels'
 /// mean is taken. Not thread-safe.
 class SampleConverter {
 public:
@@ -25,7 +25,7 @@ public:
 
     [[nodiscard]] const SampleInput& input() const { return input_; }
 
-    /// Appends to `out` what the next `frames` give; `data` as in AVFrame::extended_data. Some sound stays inside until
+    /// Appends to `out` what the next `frames` give; `data` as in AVFrame::extended_data. Some audio stays inside until
     /// later calls.
     void convert(const std::uint8_t* const* data, int frames, PcmBuffer& out);
 

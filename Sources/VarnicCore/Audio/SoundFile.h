@@ -7,7 +7,7 @@
 
 namespace varnic {
 
-/// A sound file that is being written, playable at every moment, for its owner only. One thread at a time. All
+/// An audio file that is being written, playable at every moment, for its owner only. One thread at a time. All
 /// operations throw LibraryError where the file cannot be written; each may be tried again.
 class SoundFile {
 public:
@@ -23,7 +23,7 @@ public:
     SoundFile& operator=(const SoundFile&) = delete;
     virtual ~SoundFile() = default;
 
-    /// Adds sound in the file's format. When it throws it has taken nothing of the piece, and what it took before is
+    /// Adds audio in the file's format. When it throws it has taken nothing of the piece, and what it took before is
     /// kept and comes into the file when there is room again.
     virtual void write(const PcmBuffer& sound) = 0;
 

@@ -12,7 +12,7 @@
 
 namespace varnic {
 
-/// How loud a piece of sound is: 0 is -52 dB of full scale or less, 1 is -8 dB or more.
+/// How loud a piece of audio is: 0 is -52 dB of full scale or less, 1 is -8 dB or more.
 float soundLevel(const PcmBuffer& buffer);
 
 /// Turns one side's buffers, in whatever form they come, into a track: one channel at 48 kHz, each buffer where its
@@ -44,7 +44,7 @@ public:
     void pad(double target);
 
     /// Completes the file: an ordinary one, seekable, of the exact length. Nothing may be added behind it. May be
-    /// called again. Throws LibraryError when not all of the sound could be written.
+    /// called again. Throws LibraryError when not all of the audio could be written.
     void close();
 
     [[nodiscard]] double seconds() const { return static_cast<double>(framesWritten_) / TrackFormat::sampleRate; }

@@ -6,7 +6,7 @@
 /// Where somebody speaks in a track, by its level alone. Any thread.
 namespace varnic::VoiceActivity {
 
-/// A stretch of a file, in seconds from its beginning.
+/// A part of a file, in seconds from its beginning.
 struct Range {
     double start = 0;
     double end = 0;
@@ -17,7 +17,7 @@ struct Range {
 /// The length of the frames whose levels `detect` takes from a file, in seconds.
 inline constexpr double frameSeconds = 0.02;
 
-/// The voiced stretches of a file: those with pauses of at most `bridge` seconds between them are one, and of the
+/// The voiced parts of a file: those with pauses of at most `bridge` seconds between them are one, and of the
 /// results those shorter than `minSpeech` seconds are left out. Throws AudioError.
 std::vector<Range> detect(const std::filesystem::path& file, double minSpeech, double bridge);
 

@@ -26,7 +26,7 @@ public:
 
     void stop() override;
 
-    /// Whether all sound was handed out. Any thread.
+    /// Whether all audio was handed out. Any thread.
     [[nodiscard]] bool finished() const { return finished_; }
 
 private:

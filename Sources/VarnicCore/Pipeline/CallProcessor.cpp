@@ -33,7 +33,7 @@ void requireGoingOn(const std::stop_token& stop) {
     }
 }
 
-/// Both sides' lines as one transcript without those that the microphone only overheard.
+/// Both sides' lines as one transcript without those that are only echo.
 std::vector<Segment> transcript(const std::vector<Segment>& you, const std::vector<Segment>& them,
                                 const CallTracks& tracks, const std::stop_token& stop) {
     std::vector<Segment> segments = Diarisation::merge(you, them);
@@ -47,7 +47,8 @@ std::vector<Segment> transcript(const std::vector<Segment>& you, const std::vect
     }
 }
 
-/// Whether the microphone heard the other side while both spoke: what was said over an echo is garbled in live lines.
+/// Whether the far end's echo was in the microphone while both spoke: what was said over an echo is garbled in live
+/// lines.
 bool isSpoiledByEcho(const std::vector<Segment>& live, const CallTracks& tracks, const std::stop_token& stop) {
     std::vector<double> moments;
     for (const Segment& line : live) {

@@ -40,7 +40,7 @@ struct Recording {
     double duration = 0;
     std::string source;
     std::optional<std::string> audioFolder;
-    /// What of the sound could not be kept, in sentences for the note.
+    /// What of the audio could not be kept, in sentences for the note.
     std::optional<std::string> loss;
 
     /// The call as far as it is known before it is written down.

@@ -23,7 +23,7 @@ namespace {
 /// More than a track has before its first second is whole: a head, and at 8 KB a second what was being written.
 constexpr std::uintmax_t mostOfABeginning = 16'384;
 
-/// A side's file that holds sound.
+/// A side's file that holds audio.
 struct Track {
     fs::path file;
     /// Seconds.

@@ -23,7 +23,7 @@ struct DeadRecording {
 /// Recordings that a crash, a kill or a power cut left without a note.
 namespace Recovery {
 
-/// The dead recordings of the library, oldest first, also those without any sound in them. Recordings of living
+/// The dead recordings of the library, oldest first, also those without any audio in them. Recordings of living
 /// processes are left alone; marks of those whose note was saved, and folders left before there was a mark, are
 /// removed. A marked recording's side that has a file, but nothing in it yet, becomes silence. Where a mark is missing
 /// or damaged, the recording's start is told from its tracks' dates and lengths, and the source is "Call". Reads each

@@ -20,7 +20,7 @@ using ProgressCallback = std::function<void(double)>;
 struct SpokenTrack {
     std::filesystem::path file;
     Speaker speaker = Speaker::you;
-    /// The track of a side that the microphone of this one may overhear. What it overheard is not to be heard.
+    /// The track of a side that the microphone of this one may overhear. Its echo is not to be transcribed.
     std::optional<std::filesystem::path> overheard;
 };
 
@@ -37,7 +37,8 @@ public:
     [[nodiscard]] virtual std::vector<Segment> transcribe(const SpokenTrack& track, const ProgressCallback& progress,
                                                           std::stop_token stop) const = 0;
 
-    /// Whether it would hear a call with a better model than the one, by its id, that wrote the lines while it ran.
+    /// Whether it would transcribe a call with a better model than the one, by its id, that wrote the lines while it
+    /// ran.
     [[nodiscard]] virtual bool surpasses(const std::string& /*liveModel*/) const { return false; }
 };
 

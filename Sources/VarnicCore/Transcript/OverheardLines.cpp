@@ -1,6 +1,7 @@
 #include "VarnicCore/Transcript/OverheardLines.h"
 
 #include "VarnicCore/Audio/EchoFreeReader.h"
+#include "VarnicCore/Text/TextKit.h"
 #include "VarnicCore/Transcript/Diarisation.h"
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 #include <cstdint>
 #include <iterator>
 #include <span>
+#include <string>
 
 namespace varnic::OverheardLines {
 
@@ -16,6 +18,9 @@ namespace {
 /// A line of whose energy less than this share is left is echo. Removal leaves a hundredth of an echo, and of your own
 /// words over one nearly all.
 constexpr double mostLeft = 0.1;
+/// The same of a line in the very words that they say meanwhile. Where the room is noisy, or the way to the microphone
+/// has just changed, more of an echo is left, and bits of it are still transcribed.
+constexpr double mostLeftOfTheirWords = 0.5;
 /// What is read before a line, in seconds: longer than echoes are late.
 constexpr double lead = 1;
 
@@ -23,7 +28,7 @@ std::int64_t frameAt(double seconds) {
     return std::llround(seconds * EchoRemoval::rate);
 }
 
-/// The energy of a line's sound.
+/// The energy of a line's audio.
 template <typename Reader>
 double energy(Reader& reader, const Segment& line, const std::function<void()>& reading) {
     const std::int64_t first = frameAt(line.start);
@@ -41,10 +46,24 @@ double energy(Reader& reader, const Segment& line, const std::function<void()>& 
     return sum;
 }
 
-bool isSpokenOver(const Segment& line, const std::vector<Segment>& transcript) {
-    return line.speaker == Speaker::you && std::ranges::any_of(transcript, [&](const Segment& other) {
-               return other.speaker == Speaker::them && Diarisation::overlapsAsEcho(line, other);
-           });
+std::vector<Segment> spokenMeanwhile(const Segment& line, const std::vector<Segment>& transcript) {
+    std::vector<Segment> theirs;
+    std::ranges::copy_if(transcript, std::back_inserter(theirs), [&line](const Segment& other) {
+        return other.speaker == Speaker::them && Diarisation::overlapsAsEcho(line, other);
+    });
+    return theirs;
+}
+
+/// Whether all words of a line are among those of another, in the same order.
+bool isWithin(const Segment& line, const Segment& other) {
+    const std::vector<std::string> words = TextKit::words(line.text);
+    auto next = words.begin();
+    for (const std::string& word : TextKit::words(other.text)) {
+        if (next != words.end() && *next == word) {
+            ++next;
+        }
+    }
+    return next == words.end();
 }
 
 } // namespace
@@ -52,15 +71,19 @@ bool isSpokenOver(const Segment& line, const std::vector<Segment>& transcript) {
 std::vector<Segment> remove(std::vector<Segment> transcript, const std::filesystem::path& you,
                             const std::filesystem::path& them, const std::function<void()>& reading) {
     std::vector<Segment> doubtful;
-    std::ranges::copy_if(transcript, std::back_inserter(doubtful),
-                         [&](const Segment& line) { return isSpokenOver(line, transcript); });
+    std::ranges::copy_if(transcript, std::back_inserter(doubtful), [&](const Segment& line) {
+        return line.speaker == Speaker::you && !spokenMeanwhile(line, transcript).empty();
+    });
     if (doubtful.empty()) {
         return transcript;
     }
     AudioReader heard = AudioReader::openMono(you, EchoRemoval::rate);
     EchoFreeReader echoFree(you, them, EchoFreeReader::learn(you, them, reading));
     std::erase_if(doubtful, [&](const Segment& line) {
-        return energy(echoFree, line, reading) > mostLeft * energy(heard, line, reading);
+        const bool isTheirWords = std::ranges::any_of(spokenMeanwhile(line, transcript),
+                                                      [&line](const Segment& other) { return isWithin(line, other); });
+        return energy(echoFree, line, reading) >
+               (isTheirWords ? mostLeftOfTheirWords : mostLeft) * energy(heard, line, reading);
     });
     std::erase_if(transcript, [&](const Segment& line) { return std::ranges::find(doubtful, line) != doubtful.end(); });
     return transcript;

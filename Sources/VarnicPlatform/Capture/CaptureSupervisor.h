@@ -15,7 +15,7 @@
 namespace varnic {
 
 /// Opens the two sides on PipeWire and keeps them open: it goes after microphones as they come and go, the programs
-/// that play, a server that comes back and a session manager that does. Sound goes into the rings.
+/// that play, a server that comes back and a session manager that does. Audio goes into the rings.
 class CaptureSupervisor {
 public:
     CaptureSupervisor(FrameRing& microphoneRing, FrameRing& programsRing);
@@ -45,7 +45,7 @@ public:
     /// See MicrophoneSide::notice. Any thread.
     [[nodiscard]] std::optional<std::string> notice() const;
 
-    /// Whether sound of other programs ought to be coming in. Any thread.
+    /// Whether audio of other programs ought to be coming in. Any thread.
     [[nodiscard]] bool expectsPrograms() const { return expectsPrograms_; }
 
 private:

@@ -11,7 +11,7 @@
 
 namespace varnic {
 
-/// Blocks of sound on their way out of a real-time thread. One thread pushes and one pops; neither locks.
+/// Blocks of audio on their way out of a real-time thread. One thread pushes and one pops; neither locks.
 class FrameRing {
 public:
     /// Holds blocks of so many channels, about as many bytes as given: a power of two, at most 2^30.

@@ -1,7 +1,7 @@
 #include "VarnicPlatform/Capture/LiveCapture.h"
 
 #include "VarnicCore/Audio/CaptureError.h"
-#include "VarnicCore/Audio/ClockFollower.h"
+#include "VarnicCore/Audio/DriftCompensator.h"
 #include "VarnicPlatform/Capture/CaptureSupervisor.h"
 
 #include <fmt/ranges.h>
@@ -24,7 +24,7 @@ constexpr std::chrono::milliseconds drainInterval{20};
 struct Side {
     Speaker speaker;
     FrameRing ring;
-    ClockFollower follower{};
+    DriftCompensator compensator{};
 
     [[nodiscard]] bool hasCome() const { return ring.lastPush() > 0; }
 
@@ -35,7 +35,7 @@ struct Side {
         if (!ring.pop(stamp, block)) {
             return false;
         }
-        if (auto piece = follower.follow(stamp - hostStart, block)) {
+        if (auto piece = compensator.compensate(stamp - hostStart, block)) {
             deliver(speaker, std::move(piece->sound), piece->at);
         }
         return true;

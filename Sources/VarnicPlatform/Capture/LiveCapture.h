@@ -9,7 +9,7 @@
 
 namespace varnic {
 
-/// The real sound of a call, from PipeWire: the default microphone, in mono, and all that other programs play, in
+/// The real audio of a call, from PipeWire: the default microphone, in mono, and all that other programs play, in
 /// stereo; both at 48,000 Hz and in step with the HostClock however fast the devices' clocks run. It follows default
 /// devices and programs as they change, lets another microphone stand in for one that delivers nothing, and comes back
 /// by itself when a device or the server does; until then a side delivers nothing.

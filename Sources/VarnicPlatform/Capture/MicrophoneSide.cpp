@@ -9,7 +9,7 @@ namespace varnic {
 namespace {
 
 /// Seconds that another microphone may take to open before the user is told that it is not the one being recorded, and
-/// for which one counts as delivering after its last sound.
+/// for which one counts as delivering after its last audio.
 constexpr double openingTime = 2;
 
 constexpr const char* gone = "The microphone is gone.";

@@ -12,8 +12,8 @@
 
 namespace varnic {
 
-/// The sound of the chosen microphone on its way into the ring or, while that one delivers nothing or is gone, the
-/// sound of another one that does. A microphone that only delivers silence delivers: it may be muted for a reason.
+/// The audio of the chosen microphone on its way into the ring or, while that one delivers nothing or is gone, the
+/// audio of another one that does. A microphone that only delivers silence delivers: it may be muted for a reason.
 /// Called with the loop locked or in its thread.
 class MicrophoneSide {
 public:
@@ -28,7 +28,7 @@ public:
 
     void close();
 
-    /// Whether sound has come since the stream was opened.
+    /// Whether audio has come since the stream was opened.
     [[nodiscard]] bool delivers() const { return current_ && current_->lastHeard() > 0; }
 
     /// Says which microphone stands in for the chosen one, or that none is left; nothing while that one is recorded.

@@ -25,13 +25,13 @@ public:
 
     [[nodiscard]] const std::string& label() const { return label_; }
 
-    /// From here on the sound goes into the ring; before, it is dropped. No other stream may push into it any more.
+    /// From here on the audio goes into the ring; before, it is dropped. No other stream may push into it any more.
     void deliverTo(FrameRing& ring) { ring_ = &ring; }
 
-    /// The HostClock's time at which sound came last, 0 before the first.
+    /// The HostClock's time at which audio came last, 0 before the first.
     [[nodiscard]] double lastHeard() const { return lastHeard_; }
 
-    /// Lets sound through only while a microphone is linked: a session manager may put something else in its place.
+    /// Lets audio through only while a microphone is linked: a session manager may put something else in its place.
     void verify(const SoundGraph& graph);
 
     /// The microphone that it is linked to now; null where there is none.

@@ -40,7 +40,7 @@ SoundConnection::SoundConnection(std::function<void()> onChange) : onChange_(std
     });
     loop_.reset(pw_thread_loop_new("varnic-sound", nullptr));
     if (loop_) {
-        // With this configuration the sound's own thread has real-time priority, where the system grants it: without,
+        // With this configuration the audio's own thread has real-time priority, where the system grants it: without,
         // a busy computer may leave holes in what is recorded.
         context_.reset(pw_context_new(pw_thread_loop_get_loop(loop_.get()),
                                       pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", PW_KEY_APP_NAME,

@@ -23,7 +23,7 @@ struct SoundNode {
     std::string program;
     bool isJudged = false;
     bool isRunning = false;
-    /// The loopback or filter chain that it is part of, whose sound passes elsewhere again; or nothing.
+    /// The loopback or filter chain that it is part of, whose audio passes elsewhere again; or nothing.
     std::string group;
     bool isOwnPlayback = false;
     /// Whether what comes out of it, or goes into it, is what an output plays.

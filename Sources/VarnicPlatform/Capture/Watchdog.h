@@ -4,7 +4,7 @@
 
 namespace varnic {
 
-/// Notices when sound that ought to come has not come for a while, and waits longer after each attempt to mend it.
+/// Notices when audio that ought to come has not come for a while, and waits longer after each attempt to mend it.
 /// Times are the HostClock's.
 class Watchdog {
 public:

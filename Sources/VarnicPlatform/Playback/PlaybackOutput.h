@@ -16,7 +16,7 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// A stream from a queue to the default sound output, wherever that is at the time. Capture leaves it out. One thread
+/// A stream from a queue to the default audio output, wherever that is at the time. Capture leaves it out. One thread
 /// at a time.
 class PlaybackOutput {
 public:
@@ -28,7 +28,7 @@ public:
     ~PlaybackOutput();
 
     /// To be called some times a second. Throws PlaybackError when the output is lost: with the server at once, with
-    /// the last device or whatever led the sound there after some seconds, since devices come and go.
+    /// the last device or whatever led the audio there after some seconds, since devices come and go.
     void check();
 
 private:
@@ -42,7 +42,7 @@ private:
     SoundConnection connection_;
     pw_stream* stream_ = nullptr;
     spa_hook listener_{};
-    /// The HostClock's times at which the stream was last seen to lead to an output, and last asked for sound.
+    /// The HostClock's times at which the stream was last seen to lead to an output, and last asked for audio.
     double lastLinked_ = 0;
     std::atomic<double> lastAsked_ = 0;
 };

@@ -9,7 +9,7 @@
 
 namespace varnic {
 
-/// Sound on its way into a real-time thread, in stereo at 48,000 Hz, and the time at which it is heard. Frames are
+/// Audio on its way into a real-time thread, in stereo at 48,000 Hz, and the time at which it is heard. Frames are
 /// counted from the first ever pushed. One thread at a time pushes and discards, one pops; neither locks.
 class PlaybackQueue {
 public:

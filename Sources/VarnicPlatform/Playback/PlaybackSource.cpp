@@ -64,7 +64,7 @@ bool PlaybackSource::Track::fill() {
         try {
             hasEnded = !reader.read(block);
         } catch (const std::exception&) {
-            // Sound in a form that cannot be converted; the other files play on.
+            // Audio in a form that cannot be converted; the other files play on.
             block.channels.clear();
             hasEnded = true;
         }

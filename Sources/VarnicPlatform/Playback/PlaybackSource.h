@@ -11,7 +11,7 @@
 
 namespace varnic {
 
-/// The sound of some files together, from 0 each, as a PlaybackQueue takes it. Files of one channel are in the middle.
+/// The audio of some files together, from 0 each, as a PlaybackQueue takes it. Files of one channel are in the middle.
 /// Files are kept open and read as they are needed. One thread at a time.
 class PlaybackSource {
 public:

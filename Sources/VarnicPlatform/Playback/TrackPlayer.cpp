@@ -120,7 +120,7 @@ std::int64_t TrackPlayer::heard() const {
     return isPlaying_ ? place_ + queue_.heard(HostClock::now()) - placeInQueue_ : place_;
 }
 
-/// What is pushed next is the sound from this frame of the call on.
+/// What is pushed next is the audio from this frame of the call on.
 void TrackPlayer::moveTo(std::int64_t frame) {
     queue_.discard();
     placeInQueue_ = queue_.end();
@@ -172,7 +172,7 @@ void TrackPlayer::takeTracks(Lock& lock) {
     tell(Event::loaded, lock);
 }
 
-/// Does what is to be done for the next moments of sound, and waits until there is more.
+/// Does what is to be done for the next moments of audio, and waits until there is more.
 void TrackPlayer::playOn(Lock& lock, const std::stop_token& stop) {
     fill(lock);
     if (!isToPlay() || toLoad_ || hasToMove()) {
@@ -218,7 +218,7 @@ void TrackPlayer::fill(Lock& lock) {
     }
 }
 
-/// Of what was dropped the room comes free when the sound system asks for sound the next time.
+/// Of what was dropped the room comes free when the sound system asks for audio the next time.
 bool TrackPlayer::hasRoom() const {
     return queue_.room() > ahead;
 }

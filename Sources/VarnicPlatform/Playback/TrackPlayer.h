@@ -19,7 +19,7 @@ namespace varnic {
 
 class PlaybackOutput;
 
-/// Plays the tracks of a call through the default sound output, all at once from 0 and none of them mixed on disk.
+/// Plays the tracks of a call through the default audio output, all at once from 0 and none of them mixed on disk.
 /// Every operation returns at once; files, decoding and the sound system are a thread's of its own. All members may be
 /// called from any thread, also from within the observer.
 class TrackPlayer {
@@ -52,7 +52,7 @@ public:
     void pause();
 
     /// Goes to a place, exact to the sample, playing on or staying paused; past the ends it is the end. `time` is the
-    /// place at once, and no sound from before is heard later than a buffer from now.
+    /// place at once, and no audio from before is heard later than a buffer from now.
     void seek(double seconds);
 
     /// Pauses and lets go of the tracks: `available` is false, `time` and `duration` are 0.

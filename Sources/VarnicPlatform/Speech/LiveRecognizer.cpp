@@ -1,7 +1,7 @@
 #include "VarnicPlatform/Speech/LiveRecognizer.h"
 
 #include "VarnicCore/Transcript/Utterances.h"
-#include "VarnicPlatform/Speech/LiveListener.h"
+#include "VarnicPlatform/Speech/RecognitionThread.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <optional>
@@ -11,7 +11,7 @@ namespace varnic {
 
 namespace {
 
-/// A request gets no sound that begins later than this, in seconds after its own beginning.
+/// A request gets no audio that begins later than this, in seconds after its own beginning.
 constexpr double longestRequest = 50;
 /// A longer pause in seconds ends a line of the transcript.
 constexpr double lineGap = 1.2;
@@ -56,11 +56,9 @@ std::unique_ptr<LiveRecognizer> LiveRecognizer::create(Speaker speaker, const st
         return nullptr;
     }
     const std::string id = model->id;
-    const auto listener =
-        std::make_shared<LiveListener>(*std::move(model), locale, SpeechModels::detectorFile(dataDirectories));
-    const auto makeRequest = [listener](SpeechRequest::OnResult onResult) {
-        return listener->open(std::move(onResult));
-    };
+    const auto thread =
+        std::make_shared<RecognitionThread>(*std::move(model), locale, SpeechModels::detectorFile(dataDirectories));
+    const auto makeRequest = [thread](SpeechRequest::OnResult onResult) { return thread->open(std::move(onResult)); };
     auto recognizer = std::make_unique<LiveRecognizer>(speaker, makeRequest, std::move(onPartial), std::move(onCommit));
     recognizer->model_ = id;
     return recognizer;
@@ -118,7 +116,7 @@ void LiveRecognizer::cancel() {
     }
 }
 
-/// The old request goes on by itself until its last result, unless the new one takes over in the middle of its sound.
+/// The old request goes on by itself until its last result, unless the new one takes over in the middle of its audio.
 void LiveRecognizer::rotate(double at) {
     const std::unique_ptr<SpeechRequest> old = std::move(request_);
     const bool goesOn = at - fed_ <= tolerance;

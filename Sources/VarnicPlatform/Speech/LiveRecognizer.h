@@ -14,7 +14,7 @@
 
 namespace varnic {
 
-/// Turns the sound of one side into transcript lines while a call runs. It works through a chain of requests of a
+/// Turns the audio of one side into transcript lines while a call runs. It works through a chain of requests of a
 /// little over 50 seconds, each with its own time base. Any thread.
 class LiveRecognizer {
 public:
@@ -39,17 +39,17 @@ public:
     /// As `cancel`, and joins the engine's thread, which blocks for at most the decoding that runs.
     ~LiveRecognizer();
 
-    /// The next sound, in a format that SpeechRequest takes, and the call's time in seconds at which it begins. Where
-    /// that leaves a gap, there was silence. Only copies the sound; ignored after `endAudio` and `cancel`.
+    /// The next audio, in a format that SpeechRequest takes, and the call's time in seconds at which it begins. Where
+    /// that leaves a gap, there was silence. Only copies the audio; ignored after `endAudio` and `cancel`.
     void append(const PcmBuffer& buffer, double at);
 
-    /// No more sound will come. What is open arrives as a commit.
+    /// No more audio will come. What is open arrives as a commit.
     void endAudio();
 
-    /// Whether, after `endAudio`, everything that was heard has been committed.
+    /// Whether, after `endAudio`, everything that came has been committed.
     [[nodiscard]] bool isDone() const;
 
-    /// The id of the model that hears; empty where no model of this machine does.
+    /// The id of the model that transcribes; empty where no model of this machine does.
     [[nodiscard]] const std::string& model() const { return model_; }
 
     /// Ends at once: no callback runs any more when it returns, but for one that it is called from.
@@ -66,7 +66,7 @@ private:
     /// Guards what follows.
     mutable std::mutex lock_;
     std::unique_ptr<SpeechRequest> request_;
-    /// The call's time at which the request began, and up to which it was given sound, in seconds.
+    /// The call's time at which the request began, and up to which it was given audio, in seconds.
     double chunkStart_ = 0;
     double fed_ = 0;
     bool isOver_ = false;

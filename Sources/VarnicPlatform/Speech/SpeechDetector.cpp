@@ -15,7 +15,7 @@ namespace {
 /// The samples that Silero looks at in one go.
 constexpr std::size_t window = 512;
 /// The engine keeps all of an utterance in memory, and prints when it is longer than this.
-constexpr float bufferSeconds = 60;
+constexpr auto bufferSeconds = static_cast<float>(SpeechDetector::latest);
 constexpr std::int64_t longestUtterance = std::int64_t{30} * SpeechDetector::rate;
 
 } // namespace
@@ -65,7 +65,7 @@ void SpeechDetector::addSilence(std::int64_t samples) {
 
 std::vector<VoiceActivity::Range> SpeechDetector::finish() {
     close();
-    return std::exchange(found_, {});
+    return take();
 }
 
 void SpeechDetector::close() {

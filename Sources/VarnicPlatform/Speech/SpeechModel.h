@@ -56,7 +56,7 @@ std::vector<SpeechModel> installed(const std::vector<std::filesystem::path>& dat
 /// The model for a locale: one that names the very locale before one that names its language, else the first.
 std::optional<SpeechModel> choose(const std::vector<SpeechModel>& models, std::string_view locale);
 
-/// The speech detector's model file under the first directory that has it.
+/// The voice activity detector's model file under the first directory that has it.
 std::optional<std::filesystem::path> detectorFile(const std::vector<std::filesystem::path>& dataDirectories);
 
 } // namespace SpeechModels

@@ -132,11 +132,11 @@ Recognition SpeechRecognizer::decode(std::span<const float> samples) const {
     if (result == nullptr || result->text == nullptr) {
         throw TranscriberError::failed("the speech engine gave no answer");
     }
-    Recognition heard;
-    heard.text = Unicode::trim(result->text);
-    heard.tokens = static_cast<std::size_t>(std::max<int32_t>(result->count, 0));
-    heard.words = timedWords(heard.text, *result, static_cast<double>(samples.size()) / rate);
-    return heard;
+    Recognition recognition;
+    recognition.text = Unicode::trim(result->text);
+    recognition.tokens = static_cast<std::size_t>(std::max<int32_t>(result->count, 0));
+    recognition.words = timedWords(recognition.text, *result, static_cast<double>(samples.size()) / rate);
+    return recognition;
 }
 
 } // namespace varnic

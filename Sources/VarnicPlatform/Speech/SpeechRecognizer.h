@@ -14,7 +14,7 @@ struct SherpaOnnxOfflineRecognizer;
 
 namespace varnic {
 
-/// What the engine heard in a piece of sound.
+/// What the engine recognised in a piece of audio.
 struct Recognition {
     std::string text;
     /// The words of `text` in seconds from the piece's beginning; empty where the engine gives no times.
@@ -33,7 +33,7 @@ public:
     /// not take the model's files.
     static SpeechRecognizer create(const SpeechModel& model, std::string_view locale);
 
-    /// Hears samples of full scale 1, at most about half a minute of them: the time and the memory it takes grow with
+    /// Decodes samples of full scale 1, at most about half a minute of them: the time and the memory it takes grow with
     /// the square. It cannot be interrupted. Throws TranscriberError `failed`.
     [[nodiscard]] Recognition decode(std::span<const float> samples) const;
 

@@ -20,7 +20,7 @@ struct SpeechResult {
     bool isFinal = false;
 };
 
-/// An open request to recognise one side's sound as it comes. It gives results for one utterance after another, the
+/// An open request to recognise one side's audio as it comes. It gives results for one utterance after another, the
 /// final one of each at the pause behind it. One thread at a time.
 class SpeechRequest {
 public:
@@ -33,17 +33,17 @@ public:
     /// Results go on to come after `endAudio`; a request that was not ended is given up.
     virtual ~SpeechRequest() = default;
 
-    /// The next sound, in the processing format or as one channel at the engine's 16 kHz. Only copies it.
+    /// The next audio, in the processing format or as one channel at the engine's 16 kHz. Only copies it.
     virtual void append(const PcmBuffer& buffer) = 0;
 
-    /// So many seconds pass in which there is no sound.
+    /// So many seconds pass in which there is no audio.
     virtual void skip(double seconds) = 0;
 
-    /// No more sound will come: the open utterance gets its final result, here or, where another request was opened
+    /// No more audio will come: the open utterance gets its final result, here or, where another request was opened
     /// already, there, with times before the beginning of that one.
     virtual void endAudio() = 0;
 
-    /// Whether, after `endAudio`, all that came has been heard and its results been reported. Any thread.
+    /// Whether, after `endAudio`, all that came has been transcribed and its results been reported. Any thread.
     [[nodiscard]] virtual bool isDone() const { return true; }
 
     /// Gives up what is open; no result begins to be reported any more.

@@ -3,14 +3,16 @@
 #include "VarnicCore/Audio/AudioError.h"
 #include "VarnicCore/Text/Unicode.h"
 #include "VarnicCore/Transcript/Utterances.h"
+#include "VarnicPlatform/Speech/GuardedDecoding.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 #include "VarnicPlatform/Speech/SpeechRecognizer.h"
-#include "VarnicPlatform/Speech/TrackListener.h"
+#include "VarnicPlatform/Speech/TrackSegmenter.h"
 
 #include <unicode/locid.h>
 
 #include <algorithm>
 #include <optional>
+#include <span>
 #include <system_error>
 #include <utility>
 
@@ -20,8 +22,6 @@ namespace {
 
 /// A longer pause in seconds ends a line of the transcript.
 constexpr double lineGap = 1.2;
-/// The share of the work that finding the speech is.
-constexpr double findingShare = 0.15;
 constexpr double mostProgress = 0.99;
 
 std::string displayName(const std::string& locale, const std::string& displayLocale) {
@@ -57,17 +57,24 @@ std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, con
         throw TranscriberError::missingFile();
     }
     const SpeechModel model = modelFor(locale_, dataDirectories_, displayLocale_);
-    const auto report = [&progress](double done) { progress(std::min(done, mostProgress)); };
     try {
-        TrackListener listener(track, SpeechModels::detectorFile(dataDirectories_), std::move(stop));
-        const std::vector<SpeechStretch> stretches =
-            listener.find([&report](double part) { report(part * findingShare); });
-        if (stretches.empty()) {
-            return {};
-        }
-        const SpeechRecognizer recognizer = SpeechRecognizer::create(model, locale_);
-        const std::vector<TimedWord> words = listener.hear(
-            stretches, recognizer, [&report](double part) { report(findingShare + part * (1 - findingShare)); });
+        TrackSegmenter segmenter(track, SpeechModels::detectorFile(dataDirectories_), stop);
+        std::optional<SpeechRecognizer> recognizer; // a track without speech needs none
+        const auto decode = [&](std::span<const float> samples) {
+            if (stop.stop_requested()) {
+                throw TranscriberError::failed("cancelled");
+            }
+            if (!recognizer) {
+                recognizer = SpeechRecognizer::create(model, locale_);
+            }
+            return recognizer->decode(samples);
+        };
+        std::vector<TimedWord> words;
+        const auto transcribe = [&](std::span<const float> samples, const SpeechSegment& segment) {
+            const std::vector<TimedWord> said = GuardedDecoding::decode(samples, segment, segmenter.levels(), decode);
+            words.insert(words.end(), said.begin(), said.end());
+        };
+        segmenter.run(transcribe, [&progress](double done) { progress(std::min(done, mostProgress)); });
         return Utterances::build(words, std::nullopt, track.speaker, 0, lineGap);
     } catch (const AudioError& unreadable) {
         throw TranscriberError::failed(unreadable.what());

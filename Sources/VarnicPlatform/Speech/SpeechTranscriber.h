@@ -8,7 +8,7 @@
 
 namespace varnic {
 
-/// Transcribes on this machine with the speech model that is installed for a language; no sound leaves it. The models
+/// Transcribes on this machine with the speech model that is installed for a language; no audio leaves it. The models
 /// are looked up for each file, so that one installed meanwhile is found. Immutable; any number of files at a time,
 /// each with an engine of its own.
 class SpeechTranscriber final : public Transcriber {

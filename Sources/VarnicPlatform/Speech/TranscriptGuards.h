@@ -7,7 +7,7 @@
 /// What tells that a speech model has lost itself: such models now and then repeat a phrase without end. Pure.
 namespace varnic::TranscriptGuards {
 
-/// Whether a text of so many tokens for so many seconds of sound is to be mistrusted: too many tokens, a phrase that
+/// Whether a text of so many tokens for so many seconds of audio is to be mistrusted: too many tokens, a phrase that
 /// repeats, or too little in it for its length.
 bool isSuspicious(std::string_view text, std::size_t tokens, double seconds);
 

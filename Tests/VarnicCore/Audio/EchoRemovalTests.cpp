@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <random>
 #include <string>
 
 namespace varnic {
@@ -100,6 +101,28 @@ TEST_P(EchoPlaceTests, remove_linesOfARunningCall_takesThoseThatAreEcho) {
 
 INSTANTIATE_TEST_SUITE_P(Echoes, EchoPlaceTests,
                          testing::Values(Place{-6, 0.01}, Place{-12, 0.03}, Place{-12, 0.3}, Place{-20, 0.1}));
+
+TEST(OverheardLinesTests, remove_linesInANoisyRoom_takesThoseInTheirWords) {
+    Call call(-12, 0.03, trackRate);
+    // A fifth of the echo's energy, as far as the engine hears it, stays with the noise.
+    std::normal_distribution<float> noise(
+        0, std::pow(10.0F, static_cast<float>(decibels(call.microphone, 1, 7, trackRate)) / 20) * 0.87F);
+    std::mt19937 random(3);
+    std::ranges::for_each(call.microphone, [&](float& sample) { sample += noise(random); });
+    const TemporaryFolder folder;
+    AudioMix::write(call.microphone, folder.path() / "you.caf", false);
+    AudioMix::write(call.them, folder.path() / "them.caf", false);
+    std::vector<std::string> left;
+    for (const Segment& line : OverheardLines::remove({Segment(Speaker::them, 1, 16, "And thanks for making the time"),
+                                                       Segment(Speaker::you, 1.5, 4, "And the time"),
+                                                       Segment(Speaker::you, 4, 6, "And another time"),
+                                                       Segment(Speaker::you, 8.1, 11.9, "Thanks for the time")},
+                                                      folder.path() / "you.caf", folder.path() / "them.caf", [] {})) {
+        left.push_back(line.text);
+    }
+    EXPECT_THAT(left,
+                testing::ElementsAre("And thanks for making the time", "And another time", "Thanks for the time"));
+}
 
 /// What is left of a call's sound, all of which is there already.
 std::vector<float> cleaned(EchoRemoval& removal, const std::vector<float>& them, const std::vector<float>& you) {

@@ -143,20 +143,20 @@ TEST(SpeechTranscriber, transcribe_somethingIsMissing_saysWhatInOrder) {
     EXPECT_TRUE(transcribe(silence, {files.path("broken")}).empty()) << "silence needs no engine";
 }
 
-TEST(SpeechTranscriber, transcribe_stopRequested_endsAtTheNextStretch) {
+TEST(SpeechTranscriber, transcribe_stopRequested_endsAtTheNextSegment) {
     const SoundFiles files;
     const auto track = files.make("long.wav", "-stream_loop 4 -i '" + recordings + "/two_cities.wav'");
     const SpeechTranscriber transcriber("en-US", {data});
     std::stop_source source;
     std::vector<double> told;
-    const auto stopAtFirstStretch = [&](double done) {
+    const auto stopAtFirstSegment = [&](double done) {
         told.push_back(done);
         if (done > 0.16) {
             source.request_stop();
         }
     };
     EXPECT_THROW(
-        static_cast<void>(transcriber.transcribe({track, Speaker::you}, stopAtFirstStretch, source.get_token())),
+        static_cast<void>(transcriber.transcribe({track, Speaker::you}, stopAtFirstSegment, source.get_token())),
         TranscriberError);
     ASSERT_FALSE(told.empty());
     EXPECT_LT(told.back(), 0.4);

@@ -1,4 +1,4 @@
-#include "VarnicCore/Audio/ClockFollower.h"
+#include "VarnicCore/Audio/DriftCompensator.h"
 
 extern "C" {
 #include <libavutil/opt.h>
@@ -41,7 +41,7 @@ void appendSilence(PcmBuffer& buffer, std::size_t frames) {
 
 } // namespace
 
-std::optional<ClockFollower::Piece> ClockFollower::follow(double stamp, const PcmBuffer& block) {
+std::optional<DriftCompensator::Piece> DriftCompensator::compensate(double stamp, const PcmBuffer& block) {
     if (block.frames() == 0 || block.rate <= 0 || !std::isfinite(stamp)) {
         return std::nullopt;
     }
@@ -63,19 +63,19 @@ std::optional<ClockFollower::Piece> ClockFollower::follow(double stamp, const Pc
 }
 
 /// Where the output ends.
-double ClockFollower::end() const {
+double DriftCompensator::end() const {
     return start_ + static_cast<double>(produced_) / TrackFormat::sampleRate;
 }
 
 /// Where the next sample to come in will be heard in the output.
-double ClockFollower::landing() const {
+double DriftCompensator::landing() const {
     constexpr std::int64_t units = 1'000'000'000;
     return end() + static_cast<double>(swr_get_delay(resample_.get(), units)) / static_cast<double>(units);
 }
 
 /// Begins to count anew at the stamp, or where the output ends if that is later. Gives how many of the block's frames
 /// are too late for that.
-std::size_t ClockFollower::restart(double stamp, const PcmBuffer& block, PcmBuffer& out) {
+std::size_t DriftCompensator::restart(double stamp, const PcmBuffer& block, PcmBuffer& out) {
     const double before = end();
     const double late = std::max(before - stamp, 0.0) * block.rate;
     const auto skipped = static_cast<std::size_t>(std::min(std::round(late), static_cast<double>(block.frames())));
@@ -96,14 +96,14 @@ std::size_t ClockFollower::restart(double stamp, const PcmBuffer& block, PcmBuff
 }
 
 /// Sets the ratio for the coming block by how far its stamp is ahead of the output.
-void ClockFollower::steer(double error, double duration) {
+void DriftCompensator::steer(double error, double duration) {
     constexpr int distance = 480'000;
     error_ += (error - error_) * std::min(duration / smoothing, 1.0);
     const double ratio = std::clamp(error_ / correctionTime, -strongest, strongest);
     swr_set_compensation(resample_.get(), static_cast<int>(std::lround(ratio * distance)), distance);
 }
 
-void ClockFollower::resample(const PcmBuffer& block, std::size_t from, PcmBuffer& out) {
+void DriftCompensator::resample(const PcmBuffer& block, std::size_t from, PcmBuffer& out) {
     const auto frames = static_cast<int>(block.frames() - from);
     const int capacity = std::max(swr_get_out_samples(resample_.get(), frames), 0);
     const std::size_t before = out.frames();

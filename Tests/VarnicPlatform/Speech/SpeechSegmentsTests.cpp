@@ -1,4 +1,4 @@
-#include "VarnicPlatform/Speech/SpeechStretches.h"
+#include "VarnicPlatform/Speech/SpeechSegments.h"
 
 #include <gtest/gtest.h>
 
@@ -29,10 +29,27 @@ TrackLevels trackOf(double seconds, float level, const std::vector<Part>& parts)
     return track;
 }
 
-std::vector<Range> speechOf(const std::vector<SpeechStretch>& stretches) {
+std::vector<SpeechSegment> planned(const std::vector<Range>& speech, const TrackLevels& track) {
+    SegmentPlanner planner(track);
+    std::vector<SpeechSegment> segments;
+    const auto take = [&] {
+        while (const auto segment = planner.next()) {
+            segments.push_back(*segment);
+        }
+    };
+    for (const Range& range : speech) {
+        planner.add(range);
+        take();
+    }
+    planner.finish();
+    take();
+    return segments;
+}
+
+std::vector<Range> speechOf(const std::vector<SpeechSegment>& segments) {
     std::vector<Range> speech;
-    for (const SpeechStretch& stretch : stretches) {
-        speech.push_back(stretch.speech);
+    for (const SpeechSegment& segment : segments) {
+        speech.push_back(segment.speech);
     }
     return speech;
 }
@@ -40,10 +57,10 @@ std::vector<Range> speechOf(const std::vector<SpeechStretch>& stretches) {
 struct Plan {
     std::string what;
     std::vector<Range> speech;
-    std::vector<Range> stretches;
+    std::vector<Range> segments;
 };
 
-TEST(SpeechStretches, plan_speech_isJoinedAndCut) {
+TEST(SegmentPlanner, next_speech_isJoinedAndCut) {
     const TrackLevels track = trackOf(60, -20, {{{31, 31.2}, -60}, {{44, 44.2}, -50}});
     const std::vector<Plan> plans{
         {"nothing", {}, {}},
@@ -54,30 +71,30 @@ TEST(SpeechStretches, plan_speech_isJoinedAndCut) {
         {"speech past the end of the track", {{58, 61}}, {{58, 60}}},
     };
     for (const auto& [what, speech, expected] : plans) {
-        const std::vector<Range> stretches = speechOf(SpeechStretches::plan(speech, track));
-        ASSERT_EQ(stretches.size(), expected.size()) << what;
+        const std::vector<Range> segments = speechOf(planned(speech, track));
+        ASSERT_EQ(segments.size(), expected.size()) << what;
         for (std::size_t index = 0; index < expected.size(); ++index) {
-            EXPECT_NEAR(stretches[index].start, expected[index].start, 0.06) << what;
-            EXPECT_NEAR(stretches[index].end, expected[index].end, 0.06) << what;
+            EXPECT_NEAR(segments[index].start, expected[index].start, 0.06) << what;
+            EXPECT_NEAR(segments[index].end, expected[index].end, 0.06) << what;
         }
     }
 }
 
-TEST(SpeechStretches, plan_context_isRealSoundThatNobodyElseHears) {
+TEST(SegmentPlanner, next_context_isRealSoundThatNobodyElseHears) {
     const TrackLevels track = trackOf(30, -20, {});
-    const auto stretches = SpeechStretches::plan({{0.1, 10}, {10.2, 20}, {25, 29.9}}, track);
-    ASSERT_EQ(stretches.size(), 3U);
-    EXPECT_NEAR(stretches[0].sound.start, 0, 1e-9);
-    EXPECT_NEAR(stretches[0].sound.end, 10.1, 1e-9);
-    EXPECT_NEAR(stretches[1].sound.start, 10.1, 1e-9);
-    EXPECT_NEAR(stretches[1].sound.end, 20.3, 1e-9);
-    EXPECT_NEAR(stretches[2].sound.start, 24.7, 1e-9);
-    EXPECT_NEAR(stretches[2].sound.end, 30, 1e-9);
+    const auto segments = planned({{0.1, 10}, {10.2, 20}, {25, 29.9}}, track);
+    ASSERT_EQ(segments.size(), 3U);
+    EXPECT_NEAR(segments[0].audio.start, 0, 1e-9);
+    EXPECT_NEAR(segments[0].audio.end, 10.1, 1e-9);
+    EXPECT_NEAR(segments[1].audio.start, 10.1, 1e-9);
+    EXPECT_NEAR(segments[1].audio.end, 20.3, 1e-9);
+    EXPECT_NEAR(segments[2].audio.start, 24.7, 1e-9);
+    EXPECT_NEAR(segments[2].audio.end, 30, 1e-9);
 }
 
-TEST(SpeechStretches, audible_silence_isLeftOutWithAMargin) {
+TEST(SpeechSegments, audible_silence_isLeftOutWithAMargin) {
     const TrackLevels track = trackOf(20, -90, {{{0.2, 1}, -30}, {{2, 3}, -40}, {{10, 11}, -30}, {{15, 16}, -70}});
-    const std::vector<Range> parts = SpeechStretches::audible(track, -60);
+    const std::vector<Range> parts = SpeechSegments::audible(track, -60);
     ASSERT_EQ(parts.size(), 2U);
     EXPECT_NEAR(parts[0].start, 0, 1e-6);
     EXPECT_NEAR(parts[0].end, 3.5, 1e-6);
@@ -85,17 +102,17 @@ TEST(SpeechStretches, audible_silence_isLeftOutWithAMargin) {
     EXPECT_NEAR(parts[1].end, 11.5, 1e-6);
 }
 
-TEST(SpeechStretches, meanLevel_parts_isThatOfTheirPower) {
+TEST(SpeechSegments, meanLevel_parts_isThatOfTheirPower) {
     const TrackLevels track = trackOf(10, -120, {{{1, 2}, -20}, {{5, 6}, -40}});
-    EXPECT_NEAR(SpeechStretches::meanLevel({{1, 2}}, track), -20, 0.001);
-    EXPECT_NEAR(SpeechStretches::meanLevel({{1, 2}, {5, 6}}, track), -22.967, 0.001);
-    EXPECT_EQ(SpeechStretches::meanLevel({}, track), -120.0F);
+    EXPECT_NEAR(SpeechSegments::meanLevel({{1, 2}}, track), -20, 0.001);
+    EXPECT_NEAR(SpeechSegments::meanLevel({{1, 2}, {5, 6}}, track), -22.967, 0.001);
+    EXPECT_EQ(SpeechSegments::meanLevel({}, track), -120.0F);
 }
 
-TEST(SpeechStretches, voicedRuns_pauses_areSeenInQuietAndInNoise) {
+TEST(SpeechSegments, voicedRuns_pauses_areSeenInQuietAndInNoise) {
     for (const float noise : {-90.0F, -40.0F}) {
         const TrackLevels track = trackOf(10, noise, {{{1, 2}, -25}, {{2.1, 3}, -22}, {{3.5, 5}, -24}});
-        const std::vector<Range> runs = SpeechStretches::voicedRuns({1, 5.3}, track);
+        const std::vector<Range> runs = SpeechSegments::voicedRuns({1, 5.3}, track);
         ASSERT_EQ(runs.size(), 2U) << noise;
         EXPECT_NEAR(runs[0].end, 3, 0.021);
         EXPECT_NEAR(runs[1].start, 3.5, 0.021);

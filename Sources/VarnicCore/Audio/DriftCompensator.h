@@ -9,12 +9,12 @@
 
 namespace varnic {
 
-/// Keeps a stream of sound in step with the clock that stamps it. A device's own clock runs a little fast or slow; over
-/// an hour the count of its samples and the stamps drift apart. The follower resamples by tiny ratios, so that a sample
+/// Keeps a stream of audio in step with the clock that stamps it. A device's own clock runs a little fast or slow; over
+/// an hour the count of its samples and the stamps drift apart. It resamples by tiny ratios, so that a sample
 /// count is a time again. Its output is at 48,000 Hz and has the input's channels. One thread at a time.
-class ClockFollower {
+class DriftCompensator {
 public:
-    /// A stretch of output; `at` is the time of its first sample. Pieces never overlap, and leave no gap shorter than
+    /// A piece of output; `at` is the time of its first sample. Pieces never overlap, and leave no gap shorter than
     /// `tolerance`.
     struct Piece {
         double at = 0;
@@ -26,7 +26,7 @@ public:
 
     /// Takes a block whose first sample was heard at `stamp`, in seconds; what lies before time zero or before the end
     /// of earlier output is cut off. Some 16 samples stay inside until the next block. Nothing where nothing comes out.
-    [[nodiscard]] std::optional<Piece> follow(double stamp, const PcmBuffer& block);
+    [[nodiscard]] std::optional<Piece> compensate(double stamp, const PcmBuffer& block);
 
 private:
     [[nodiscard]] double end() const;

@@ -1,4 +1,4 @@
-#include "VarnicPlatform/Speech/LiveVoice.h"
+#include "VarnicPlatform/Speech/LiveVoiceActivity.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,7 +11,7 @@ namespace {
 /// Frames by which the speech's level is judged, and after how many new ones it is judged again.
 constexpr std::size_t remembered = 1000;
 constexpr std::size_t measuredEvery = 5;
-/// Frames around audible sound that the detector gets too.
+/// Frames around what is audible that the detector gets too.
 constexpr std::size_t audibleMargin = 25;
 /// Pauses that count as speech when its level is measured, in seconds.
 constexpr double bridgedPause = 0.6;
@@ -21,13 +21,13 @@ constexpr float mostGain = 100;
 
 } // namespace
 
-bool LiveVoice::add(std::span<const float> samples, float level) {
+bool LiveVoiceActivity::add(std::span<const float> samples, float level) {
     measure(level);
     if (!detector_) {
         return isLoud();
     }
-    const float speech = SpeechStretches::speechLevel - 20 * std::log10(gain_);
-    if (level > speech - SpeechStretches::silenceBelowSpeech) {
+    const float speech = SpeechSegments::speechLevel - 20 * std::log10(gain_);
+    if (level > speech - SpeechSegments::silenceBelowSpeech) {
         audible_ = audibleMargin;
     } else if (audible_ > 0 && --audible_ == 0) {
         // Lets the detector close what it has open.
@@ -36,15 +36,15 @@ bool LiveVoice::add(std::span<const float> samples, float level) {
     return detect(samples);
 }
 
-void LiveVoice::interrupt() {
+void LiveVoiceActivity::interrupt() {
     if (detector_) {
         static_cast<void>(detector_->finish());
     }
     audible_ = 0;
-    unheard_.clear();
+    withheld_.clear();
 }
 
-void LiveVoice::measure(float level) {
+void LiveVoiceActivity::measure(float level) {
     std::vector<float>& levels = recent_.levels;
     if (levels.size() == remembered) {
         levels.erase(levels.begin());
@@ -57,32 +57,32 @@ void LiveVoice::measure(float level) {
     untilMeasured_ = measuredEvery - 1;
     const std::vector<VoiceActivity::Range> loud = VoiceActivity::detect(levels, recent_.frame, onset, bridgedPause);
     if (!loud.empty()) {
-        const float mean = SpeechStretches::meanLevel(loud, recent_);
-        gain_ = std::clamp(std::pow(10.0F, (SpeechStretches::speechLevel - mean) / 20), leastGain, mostGain);
+        const float mean = SpeechSegments::meanLevel(loud, recent_);
+        gain_ = std::clamp(std::pow(10.0F, (SpeechSegments::speechLevel - mean) / 20), leastGain, mostGain);
     }
 }
 
-bool LiveVoice::detect(std::span<const float> samples) {
+bool LiveVoiceActivity::detect(std::span<const float> samples) {
     if (audible_ == 0) {
-        unheard_.insert(unheard_.end(), samples.begin(), samples.end());
-        if (unheard_.size() > audibleMargin * frame) {
-            unheard_.erase(unheard_.begin(), unheard_.begin() + std::ssize(samples));
+        withheld_.insert(withheld_.end(), samples.begin(), samples.end());
+        if (withheld_.size() > audibleMargin * frame) {
+            withheld_.erase(withheld_.begin(), withheld_.begin() + std::ssize(samples));
         }
         return false;
     }
-    feed(unheard_);
-    unheard_.clear();
+    feed(withheld_);
+    withheld_.clear();
     feed(samples);
     return detector_->speaks();
 }
 
-void LiveVoice::feed(std::span<const float> samples) {
+void LiveVoiceActivity::feed(std::span<const float> samples) {
     scaled_.clear();
     std::ranges::transform(samples, std::back_inserter(scaled_), [this](float sample) { return sample * gain_; });
     detector_->add(scaled_);
 }
 
-bool LiveVoice::isLoud() const {
+bool LiveVoiceActivity::isLoud() const {
     const std::vector<VoiceActivity::Range> loud =
         VoiceActivity::detect(recent_.levels, recent_.frame, onset, hangover);
     return !loud.empty() && loud.back().end >= recent_.seconds() - hangover;

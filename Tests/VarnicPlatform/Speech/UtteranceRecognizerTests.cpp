@@ -1,4 +1,4 @@
-#include "VarnicPlatform/Speech/UtteranceListener.h"
+#include "VarnicPlatform/Speech/UtteranceRecognizer.h"
 
 #include <gtest/gtest.h>
 
@@ -10,10 +10,10 @@
 namespace varnic {
 namespace {
 
-constexpr int rate = UtteranceListener::rate;
+constexpr int rate = UtteranceRecognizer::rate;
 
 /// A listener whose engine says one word for each piece it hears, the number of the piece.
-class UtteranceListenerTest : public testing::Test {
+class UtteranceRecognizerTest : public testing::Test {
 protected:
     /// A tone, which counts as speech where it is told by the level alone, or next to silence.
     void hear(double seconds, bool speech) {
@@ -51,15 +51,15 @@ protected:
     double cost = 0.01;
     std::vector<double> heard;
     std::vector<SpeechResult> results;
-    LiveVoice voice{std::nullopt};
-    UtteranceListener listener{voice,
-                               [this](std::span<const float> samples) { return decode(samples); },
-                               [this](const SpeechResult& result) { results.push_back(result); },
-                               {},
-                               [this] { return now; }};
+    LiveVoiceActivity voice{std::nullopt};
+    UtteranceRecognizer listener{voice,
+                                 [this](std::span<const float> samples) { return decode(samples); },
+                                 [this](const SpeechResult& result) { results.push_back(result); },
+                                 {},
+                                 [this] { return now; }};
 };
 
-TEST_F(UtteranceListenerTest, add_pausesOfDifferentLength_endUtterancesFromSixTenthsOn) {
+TEST_F(UtteranceRecognizerTest, add_pausesOfDifferentLength_endUtterancesFromSixTenthsOn) {
     hear(1, false);
     hear(1, true);
     hear(0.4, false);
@@ -79,7 +79,7 @@ TEST_F(UtteranceListenerTest, add_pausesOfDifferentLength_endUtterancesFromSixTe
     EXPECT_NEAR(results.at(1).words.at(0).start, 6.05, 0.1);
 }
 
-TEST_F(UtteranceListenerTest, offerPartial_whileSpeaking_hearsAgainOnlyWhatIsNew) {
+TEST_F(UtteranceRecognizerTest, offerPartial_whileSpeaking_hearsAgainOnlyWhatIsNew) {
     hear(1, false);
     listener.offerPartial(false);
     EXPECT_TRUE(results.empty());
@@ -98,7 +98,7 @@ TEST_F(UtteranceListenerTest, offerPartial_whileSpeaking_hearsAgainOnlyWhatIsNew
     EXPECT_NEAR(results.back().words.at(0).start, 1, 0.1);
 }
 
-TEST_F(UtteranceListenerTest, offerPartial_engineIsSlow_hearsLessOften) {
+TEST_F(UtteranceRecognizerTest, offerPartial_engineIsSlow_hearsLessOften) {
     cost = 0.9;
     hear(1, false);
     for (int piece = 0; piece < 140; ++piece) {
@@ -109,7 +109,7 @@ TEST_F(UtteranceListenerTest, offerPartial_engineIsSlow_hearsLessOften) {
     EXPECT_LE(results.size(), 3U);
 }
 
-TEST_F(UtteranceListenerTest, offerPartial_inThePause_isTheFinalResultWithoutHearingAgain) {
+TEST_F(UtteranceRecognizerTest, offerPartial_inThePause_isTheFinalResultWithoutHearingAgain) {
     hear(1, false);
     hear(1.5, true);
     hear(0.4, false);
@@ -123,7 +123,7 @@ TEST_F(UtteranceListenerTest, offerPartial_inThePause_isTheFinalResultWithoutHea
     EXPECT_EQ(texts(), (Texts{"…Nr. 1", "Nr. 1", "…Nr. 2", "Nr. 2"})) << "the same where no more sound comes";
 }
 
-TEST_F(UtteranceListenerTest, add_speechWithoutPause_isCutAndAllOfItIsHeardOnce) {
+TEST_F(UtteranceRecognizerTest, add_speechWithoutPause_isCutAndAllOfItIsHeardOnce) {
     hear(1, false);
     hear(12, true);
     hear(0.2, false);
@@ -143,7 +143,7 @@ TEST_F(UtteranceListenerTest, add_speechWithoutPause_isCutAndAllOfItIsHeardOnce)
     }
 }
 
-TEST_F(UtteranceListenerTest, skip_whileSpeaking_endsTheUtteranceAndKeepsTheTimes) {
+TEST_F(UtteranceRecognizerTest, skip_whileSpeaking_endsTheUtteranceAndKeepsTheTimes) {
     hear(1, false);
     hear(1, true);
     listener.skip(40LL * rate + 7);
@@ -158,12 +158,12 @@ TEST_F(UtteranceListenerTest, skip_whileSpeaking_endsTheUtteranceAndKeepsTheTime
     EXPECT_LT(heard.at(1), 2.6);
 }
 
-TEST_F(UtteranceListenerTest, takeSound_whileSpeaking_isHeardWithWhatFollowsBeforeTheBeginning) {
+TEST_F(UtteranceRecognizerTest, takeAudio_whileSpeaking_isHeardWithWhatFollowsBeforeTheBeginning) {
     hear(1, false);
     hear(2.001, true);
     listener.offerPartial(false);
-    UtteranceListener next{voice, [this](std::span<const float> samples) { return decode(samples); },
-                           [this](const SpeechResult& result) { results.push_back(result); }, listener.takeSound()};
+    UtteranceRecognizer next{voice, [this](std::span<const float> samples) { return decode(samples); },
+                             [this](const SpeechResult& result) { results.push_back(result); }, listener.takeAudio()};
     next.finish();
     EXPECT_EQ(texts(), (Texts{"…Nr. 1", "Nr. 2"}));
     EXPECT_NEAR(results.at(1).words.at(0).start, -2, 0.05);
@@ -171,7 +171,7 @@ TEST_F(UtteranceListenerTest, takeSound_whileSpeaking_isHeardWithWhatFollowsBefo
     EXPECT_NEAR(heard.at(1), 2.4, 0.15);
 }
 
-TEST_F(UtteranceListenerTest, add_engineFailsOrHearsNothing_onlyThatUtteranceIsLost) {
+TEST_F(UtteranceRecognizerTest, add_engineFailsOrHearsNothing_onlyThatUtteranceIsLost) {
     fails = true;
     hear(1, true);
     hear(1, false);
@@ -189,7 +189,7 @@ TEST_F(UtteranceListenerTest, add_engineFailsOrHearsNothing_onlyThatUtteranceIsL
     EXPECT_EQ(texts(), (Texts{"…Nr. 2", "", "Nr. 4"}));
 }
 
-TEST_F(UtteranceListenerTest, add_samplesThatAreNoNumbers_areNoSpeech) {
+TEST_F(UtteranceRecognizerTest, add_samplesThatAreNoNumbers_areNoSpeech) {
     hear(1, true);
     listener.add(std::vector<float>(3 * rate, std::nanf("")));
     EXPECT_EQ(texts(), Texts{"Nr. 1"});

@@ -1,4 +1,4 @@
-#include "VarnicPlatform/Speech/SpeechStretches.h"
+#include "VarnicPlatform/Speech/SpeechSegments.h"
 
 #include <algorithm>
 #include <cmath>
@@ -41,16 +41,18 @@ std::vector<Range> above(float threshold, std::span<const float> levels, double 
     return runs;
 }
 
-/// Appends a range in pieces that are short enough, cut in the later half of each where it is quietest.
-void appendCut(Range range, const TrackLevels& track, std::vector<Range>& pieces) {
-    while (range.end - range.start > SpeechStretches::longestStretch) {
-        const double latest = std::min(range.start + SpeechStretches::longestStretch, range.end - 1);
-        const double cut =
-            SpeechStretches::quietest({range.start + SpeechStretches::longestStretch / 2, latest}, track);
-        pieces.push_back({range.start, cut});
-        range.start = cut;
+/// A range in pieces that are short enough, cut in the later half of each where it is quietest.
+std::vector<Range> cut(Range range, const TrackLevels& track) {
+    std::vector<Range> pieces;
+    while (range.end - range.start > SpeechSegments::longestSegment) {
+        const double latest = std::min(range.start + SpeechSegments::longestSegment, range.end - 1);
+        const double moment =
+            SpeechSegments::quietest({range.start + SpeechSegments::longestSegment / 2, latest}, track);
+        pieces.push_back({range.start, moment});
+        range.start = moment;
     }
     pieces.push_back(range);
+    return pieces;
 }
 
 float percentile(std::span<const float> levels, double part) {
@@ -75,32 +77,7 @@ std::span<const float> TrackLevels::within(Range range) const {
     return std::span(levels).subspan(first, std::max(index(range.end), first) - first);
 }
 
-std::vector<SpeechStretch> SpeechStretches::plan(const std::vector<Range>& speech, const TrackLevels& track) {
-    std::vector<Range> pieces;
-    for (const Range& range : speech) {
-        appendCut({range.start, std::min(range.end, track.seconds())}, track, pieces);
-    }
-    std::vector<SpeechStretch> stretches;
-    for (const Range& piece : pieces) {
-        const bool joins = !stretches.empty() && piece.start - stretches.back().speech.end <= longestPause &&
-                           piece.end - stretches.back().speech.start <= SpeechStretches::longestStretch;
-        if (joins) {
-            stretches.back().speech.end = std::max(stretches.back().speech.end, piece.end);
-        } else {
-            stretches.push_back({piece, piece});
-        }
-    }
-    for (std::size_t index = 0; index < stretches.size(); ++index) {
-        const auto& [start, end] = stretches[index].speech;
-        const double before = index == 0 ? start : (start - stretches[index - 1].speech.end) / 2;
-        const double after =
-            index + 1 < stretches.size() ? (stretches[index + 1].speech.start - end) / 2 : track.seconds() - end;
-        stretches[index].sound = {start - std::clamp(before, 0.0, context), end + std::clamp(after, 0.0, context)};
-    }
-    return stretches;
-}
-
-std::vector<Range> SpeechStretches::audible(const TrackLevels& track, float threshold) {
+std::vector<Range> SpeechSegments::audible(const TrackLevels& track, float threshold) {
     std::vector<Range> parts = bridged(above(threshold, track.levels, 0, track.frame), 2 * audibleMargin);
     for (Range& part : parts) {
         part = {std::max(part.start - audibleMargin, 0.0), std::min(part.end + audibleMargin, track.seconds())};
@@ -108,7 +85,7 @@ std::vector<Range> SpeechStretches::audible(const TrackLevels& track, float thre
     return parts;
 }
 
-float SpeechStretches::meanLevel(const std::vector<Range>& parts, const TrackLevels& track) {
+float SpeechSegments::meanLevel(const std::vector<Range>& parts, const TrackLevels& track) {
     double sum = 0;
     std::size_t count = 0;
     for (const Range& part : parts) {
@@ -120,7 +97,7 @@ float SpeechStretches::meanLevel(const std::vector<Range>& parts, const TrackLev
     return count == 0 ? -120.0F : static_cast<float>(10 * std::log10(sum / static_cast<double>(count)));
 }
 
-std::vector<Range> SpeechStretches::voicedRuns(Range part, const TrackLevels& track) {
+std::vector<Range> SpeechSegments::voicedRuns(Range part, const TrackLevels& track) {
     const std::span<const float> levels = track.within(part);
     if (levels.empty()) {
         return {};
@@ -134,7 +111,7 @@ std::vector<Range> SpeechStretches::voicedRuns(Range part, const TrackLevels& tr
     return runs.empty() ? std::vector{part} : runs;
 }
 
-double SpeechStretches::quietest(Range between, const TrackLevels& track) {
+double SpeechSegments::quietest(Range between, const TrackLevels& track) {
     const std::span<const float> levels = track.within(between);
     const auto width = std::max<std::size_t>(static_cast<std::size_t>(std::lround(0.1 / track.frame)), 1);
     double least = std::numeric_limits<double>::infinity();
@@ -148,6 +125,36 @@ double SpeechStretches::quietest(Range between, const TrackLevels& track) {
         }
     }
     return found;
+}
+
+void SegmentPlanner::add(Range speech) {
+    for (const Range& piece : cut({speech.start, std::min(speech.end, track_.seconds())}, track_)) {
+        const bool joins = !speech_.empty() && piece.start - speech_.back().end <= longestPause &&
+                           piece.end - speech_.back().start <= SpeechSegments::longestSegment;
+        if (joins) {
+            speech_.back().end = std::max(speech_.back().end, piece.end);
+        } else {
+            speech_.push_back(piece);
+        }
+    }
+}
+
+std::optional<SpeechSegment> SegmentPlanner::next() {
+    if (speech_.size() < (isFinished_ ? 1U : 2U)) {
+        return std::nullopt;
+    }
+    const Range speech = speech_.front();
+    speech_.pop_front();
+    const double before = given_ ? (speech.start - *given_) / 2 : speech.start;
+    const double after = speech_.empty() ? track_.seconds() - speech.end : (speech_.front().start - speech.end) / 2;
+    given_ = speech.end;
+    return SpeechSegment{speech,
+                         {speech.start - std::clamp(before, 0.0, SpeechSegments::context),
+                          speech.end + std::clamp(after, 0.0, SpeechSegments::context)}};
+}
+
+std::optional<double> SegmentPlanner::pending() const {
+    return speech_.empty() ? std::nullopt : std::optional(speech_.front().start);
 }
 
 } // namespace varnic

@@ -1,4 +1,4 @@
-#include "VarnicCore/Audio/ClockFollower.h"
+#include "VarnicCore/Audio/DriftCompensator.h"
 
 #include <gmock/gmock.h>
 
@@ -34,7 +34,7 @@ struct Device {
 };
 
 /// How late the sine in a piece is against that of real time, in seconds; ambiguous by whole periods.
-double lag(const ClockFollower::Piece& piece, double frequency) {
+double lag(const DriftCompensator::Piece& piece, double frequency) {
     std::complex<double> heard;
     const std::vector<float>& samples = piece.sound.channels.front();
     for (std::size_t i = 0; i < samples.size(); ++i) {
@@ -50,19 +50,19 @@ struct Drift {
     int rate;
 };
 
-class ClockFollowerDrift : public testing::TestWithParam<Drift> {};
+class DriftCompensatorHour : public testing::TestWithParam<Drift> {};
 
-TEST_P(ClockFollowerDrift, follow_anHourOfADriftingDevice_staysWithinTenMilliseconds) {
+TEST_P(DriftCompensatorHour, compensate_anHourOfADriftingDevice_staysWithinTenMilliseconds) {
     const auto [speed, jitter, rate] = GetParam();
     Device device{.speed = speed, .rate = rate, .frequency = 0};
-    ClockFollower follower;
+    DriftCompensator compensator;
     std::mt19937 random(7);
     std::uniform_real_distribution<double> noise(-jitter, jitter);
     double end = 0;
     double worst = 0;
     while (device.time(device.count) < 3600) {
         const double stamp = device.time(device.count) + noise(random);
-        const auto piece = follower.follow(stamp, device.next());
+        const auto piece = compensator.compensate(stamp, device.next());
         ASSERT_TRUE(piece);
         ASSERT_NEAR(piece->at, end, 1e-6) << "a gap or an overlap";
         end = piece->at + static_cast<double>(piece->sound.frames()) / 48'000;
@@ -72,18 +72,18 @@ TEST_P(ClockFollowerDrift, follow_anHourOfADriftingDevice_staysWithinTenMillisec
     RecordProperty("worstMilliseconds", std::to_string(worst * 1000));
 }
 
-INSTANTIATE_TEST_SUITE_P(Devices, ClockFollowerDrift,
+INSTANTIATE_TEST_SUITE_P(Devices, DriftCompensatorHour,
                          testing::Values(Drift{1.0002, 0, 48'000}, Drift{0.9998, 0, 48'000},
                                          Drift{1.0002, 0.005, 48'000}, Drift{0.9998, 0.005, 44'100},
                                          Drift{1, 0, 16'000}));
 
-TEST(ClockFollower, follow_driftingSine_soundsWhereItWasHeard) {
+TEST(DriftCompensator, compensate_driftingSine_soundsWhereItWasHeard) {
     Device device{.speed = 1.0002, .frequency = 100};
-    ClockFollower follower;
+    DriftCompensator compensator;
     double worst = 0;
     while (device.time(device.count) < 300) {
         const double stamp = device.time(device.count);
-        const auto piece = follower.follow(stamp, device.next());
+        const auto piece = compensator.compensate(stamp, device.next());
         ASSERT_TRUE(piece);
         if (stamp > 1) {
             worst = std::max(worst, std::abs(lag(*piece, device.frequency)));
@@ -93,9 +93,9 @@ TEST(ClockFollower, follow_driftingSine_soundsWhereItWasHeard) {
     EXPECT_LT(worst, 0.0045);
 }
 
-TEST(ClockFollower, follow_driftingSine_staysPure) {
+TEST(DriftCompensator, compensate_driftingSine_staysPure) {
     Device device{.speed = 1.0002};
-    ClockFollower follower;
+    DriftCompensator compensator;
     // What x(n+1) - 2 cos(w) x(n) + x(n-1) leaves of a pure sine is nothing; a click or noise shows in full.
     const double twice = 2 * std::cos(2 * pi * device.frequency / 48'000);
     double before = 0;
@@ -103,7 +103,7 @@ TEST(ClockFollower, follow_driftingSine_staysPure) {
     double worst = 0;
     while (device.time(device.count) < 100) {
         const double stamp = device.time(device.count);
-        const auto piece = follower.follow(stamp, device.next());
+        const auto piece = compensator.compensate(stamp, device.next());
         ASSERT_TRUE(piece);
         for (const float sound : piece->sound.channels.front()) {
             const auto sample = static_cast<double>(sound);
@@ -116,13 +116,13 @@ TEST(ClockFollower, follow_driftingSine_staysPure) {
     EXPECT_LT(worst, 5e-5);
 }
 
-TEST(ClockFollower, follow_perfectStamps_leavesSamplesAsTheyAre) {
+TEST(DriftCompensator, compensate_perfectStamps_leavesSamplesAsTheyAre) {
     Device device;
-    ClockFollower follower;
+    DriftCompensator compensator;
     double worst = 0;
     for (int block = 0; block < 1000; ++block) {
         const double stamp = device.time(device.count);
-        const auto piece = follower.follow(stamp, device.next());
+        const auto piece = compensator.compensate(stamp, device.next());
         ASSERT_TRUE(piece);
         for (std::size_t i = 0; block > 0 && i < piece->sound.frames(); ++i) {
             const double time = piece->at + static_cast<double>(i) / 48'000;
@@ -137,53 +137,53 @@ PcmBuffer constant(float value, std::size_t frames, std::size_t channels = 1, in
     return {.rate = rate, .channels = std::vector(channels, std::vector<float>(frames, value))};
 }
 
-TEST(ClockFollower, follow_gap_beginsAnewAtTheStamp) {
-    ClockFollower follower;
-    EXPECT_EQ(follower.follow(0, constant(0.5F, 4800))->at, 0);
-    EXPECT_EQ(follower.follow(1.5, constant(0.5F, 4800))->at, 1.5);
+TEST(DriftCompensator, compensate_gap_beginsAnewAtTheStamp) {
+    DriftCompensator compensator;
+    EXPECT_EQ(compensator.compensate(0, constant(0.5F, 4800))->at, 0);
+    EXPECT_EQ(compensator.compensate(1.5, constant(0.5F, 4800))->at, 1.5);
 }
 
-TEST(ClockFollower, follow_jumpBack_cutsWhatOverlaps) {
-    ClockFollower follower;
-    const auto first = follower.follow(1, constant(0.5F, 48'000));
+TEST(DriftCompensator, compensate_jumpBack_cutsWhatOverlaps) {
+    DriftCompensator compensator;
+    const auto first = compensator.compensate(1, constant(0.5F, 48'000));
     const double end = 1 + static_cast<double>(first->sound.frames()) / 48'000;
-    EXPECT_FALSE(follower.follow(1.5, constant(0.5F, 4800))) << "wholly in the past";
-    const auto next = follower.follow(1.8, constant(0.5F, 24'000));
+    EXPECT_FALSE(compensator.compensate(1.5, constant(0.5F, 4800))) << "wholly in the past";
+    const auto next = compensator.compensate(1.8, constant(0.5F, 24'000));
     EXPECT_DOUBLE_EQ(next->at, end);
     EXPECT_NEAR(next->at + static_cast<double>(next->sound.frames()) / 48'000, 2.3, 0.001);
 }
 
-TEST(ClockFollower, follow_startsJustAfterZero_fillsTheLittleGap) {
-    ClockFollower follower;
-    const auto piece = follower.follow(0.03, constant(0.5F, 4800));
+TEST(DriftCompensator, compensate_startsJustAfterZero_fillsTheLittleGap) {
+    DriftCompensator compensator;
+    const auto piece = compensator.compensate(0.03, constant(0.5F, 4800));
     EXPECT_EQ(piece->at, 0);
     EXPECT_EQ(piece->sound.channels[0][1000], 0);
     EXPECT_NEAR(piece->sound.channels[0][1440 + 100], 0.5, 0.01);
 }
 
-TEST(ClockFollower, follow_stampBeforeZero_deliversFromZero) {
-    ClockFollower follower;
-    const auto piece = follower.follow(-0.02, constant(0.5F, 4800));
+TEST(DriftCompensator, compensate_stampBeforeZero_deliversFromZero) {
+    DriftCompensator compensator;
+    const auto piece = compensator.compensate(-0.02, constant(0.5F, 4800));
     EXPECT_EQ(piece->at, 0);
     EXPECT_NEAR(static_cast<double>(piece->sound.frames()), 4800 - 960, 32);
 }
 
-TEST(ClockFollower, follow_formatChanges_continuesWithoutOverlap) {
-    ClockFollower follower;
-    const auto first = follower.follow(0, constant(0.5F, 44'100, 2, 44'100));
-    const auto next = follower.follow(1, constant(0.5F, 16'000, 1, 16'000));
+TEST(DriftCompensator, compensate_formatChanges_continuesWithoutOverlap) {
+    DriftCompensator compensator;
+    const auto first = compensator.compensate(0, constant(0.5F, 44'100, 2, 44'100));
+    const auto next = compensator.compensate(1, constant(0.5F, 16'000, 1, 16'000));
     EXPECT_EQ(first->sound.channels.size(), 2U);
     EXPECT_EQ(next->sound.channels.size(), 1U);
     EXPECT_NEAR(next->at, static_cast<double>(first->sound.frames()) / 48'000, 1e-9);
     EXPECT_NEAR(next->at + static_cast<double>(next->sound.frames()) / 48'000, 2, 0.002);
 }
 
-TEST(ClockFollower, follow_nothingOrNonsense_givesNothing) {
-    ClockFollower follower;
-    EXPECT_FALSE(follower.follow(0, {}));
-    EXPECT_FALSE(follower.follow(0, constant(0, 0)));
-    EXPECT_FALSE(follower.follow(std::nan(""), constant(0, 100)));
-    EXPECT_FALSE(follower.follow(0, constant(0, 100, 1, 0)));
+TEST(DriftCompensator, compensate_nothingOrNonsense_givesNothing) {
+    DriftCompensator compensator;
+    EXPECT_FALSE(compensator.compensate(0, {}));
+    EXPECT_FALSE(compensator.compensate(0, constant(0, 0)));
+    EXPECT_FALSE(compensator.compensate(std::nan(""), constant(0, 100)));
+    EXPECT_FALSE(compensator.compensate(0, constant(0, 100, 1, 0)));
 }
 
 } // namespace

@@ -1,8 +1,8 @@
-#include "VarnicPlatform/Speech/LiveListener.h"
+#include "VarnicPlatform/Speech/RecognitionThread.h"
 
 #include "VarnicCore/Audio/SampleConverter.h"
 #include "VarnicCore/Pipeline/Transcriber.h"
-#include "VarnicPlatform/Speech/UtteranceListener.h"
+#include "VarnicPlatform/Speech/UtteranceRecognizer.h"
 
 #include <atomic>
 #include <chrono>
@@ -22,13 +22,13 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// The thread is not woken for less sound than this, in seconds.
-constexpr double leastSound = 0.05;
-/// When no sound has come for so long, the open utterance is heard as it stands; when for longer, it is over.
-constexpr std::chrono::milliseconds hearAfter{300};
+/// The thread is not woken for less audio than this, in seconds.
+constexpr double leastAudio = 0.05;
+/// When no audio has come for so long, the open utterance is decoded as it stands; when for longer, it is over.
+constexpr std::chrono::milliseconds partialAfter{300};
 constexpr std::chrono::milliseconds endAfter{800};
 
-constexpr AudioFormat engineFormat{UtteranceListener::rate, 1};
+constexpr AudioFormat engineFormat{UtteranceRecognizer::rate, 1};
 
 /// What the two ends of a request share.
 struct Ticket {
@@ -42,7 +42,7 @@ struct End {
     bool isHandedOver = false;
 };
 
-/// Something that happens to a request: sound, seconds without sound, or its end.
+/// Something that happens to a request: audio, seconds without audio, or its end.
 struct Event {
     std::shared_ptr<Ticket> ticket;
     std::variant<PcmBuffer, double, End> what;
@@ -51,7 +51,7 @@ struct Event {
 } // namespace
 
 /// What is on its way from the requests to the thread.
-class LiveListener::Queue {
+class RecognitionThread::Queue {
 public:
     void push(Event event) {
         bool wakes = true;
@@ -59,7 +59,7 @@ public:
             const std::scoped_lock lock(mutex_);
             if (const auto* sound = std::get_if<PcmBuffer>(&event.what)) {
                 waiting_ += static_cast<double>(sound->frames()) / sound->rate;
-                wakes = waiting_ >= leastSound;
+                wakes = waiting_ >= leastAudio;
             } else {
                 isUrgent_ = true;
             }
@@ -89,7 +89,7 @@ public:
     bool take(std::vector<Event>& events, std::optional<Clock::duration> patience) {
         events.clear();
         std::unique_lock lock(mutex_);
-        const auto isReady = [this] { return isClosed_ || isUrgent_ || waiting_ >= leastSound; };
+        const auto isReady = [this] { return isClosed_ || isUrgent_ || waiting_ >= leastAudio; };
         if (!patience) {
             changed_.wait(lock, isReady);
         }
@@ -112,14 +112,14 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<Event> events_;
-    /// Seconds of sound in `events_`, and whether there is anything else in it.
+    /// Seconds of audio in `events_`, and whether there is anything else in it.
     double waiting_ = 0;
     bool isUrgent_ = false;
     Clock::time_point lastPush_;
     std::atomic<bool> isClosed_ = false;
 };
 
-class LiveListener::Request final : public SpeechRequest {
+class RecognitionThread::Request final : public SpeechRequest {
 public:
     Request(std::shared_ptr<Queue> queue, OnResult onResult)
         : queue_(std::move(queue)), ticket_(std::make_shared<Ticket>()) {
@@ -167,7 +167,7 @@ private:
 };
 
 /// The thread's own part.
-class LiveListener::Worker {
+class RecognitionThread::Worker {
 public:
     Worker(std::shared_ptr<Queue> queue, SpeechModel model, std::string locale,
            std::optional<std::filesystem::path> detector)
@@ -189,10 +189,10 @@ public:
     }
 
 private:
-    /// What is being heard.
+    /// The request that is being transcribed.
     struct Session {
         std::shared_ptr<Ticket> ticket;
-        UtteranceListener listener;
+        UtteranceRecognizer recognizer;
         std::optional<SampleConverter> converter;
         PcmBuffer converted;
     };
@@ -226,12 +226,12 @@ private:
         }
     }
 
-    /// How long to wait for sound: while an utterance is open, until something has to be done about it.
+    /// How long to wait for audio: while an utterance is open, until something has to be done about it.
     [[nodiscard]] std::optional<Clock::duration> patience() const {
-        if (!session_ || !session_->listener.isOpen()) {
+        if (!session_ || !session_->recognizer.isOpen()) {
             return std::nullopt;
         }
-        return isHeard_ ? endAfter : hearAfter;
+        return isPartialGiven_ ? endAfter : partialAfter;
     }
 
     void handle(const Event& event) {
@@ -239,7 +239,7 @@ private:
             session_.reset();
             return;
         }
-        isHeard_ = false;
+        isPartialGiven_ = false;
         if (event.ticket != last_) {
             begin(event.ticket);
         }
@@ -247,16 +247,16 @@ private:
             return;
         }
         if (const auto* sound = std::get_if<PcmBuffer>(&event.what)) {
-            hear(*sound);
+            accept(*sound);
         } else if (const auto* seconds = std::get_if<double>(&event.what)) {
             flush();
-            session_->listener.skip(std::llround(*seconds * UtteranceListener::rate));
+            session_->recognizer.skip(std::llround(*seconds * UtteranceRecognizer::rate));
         } else {
             flush();
             if (std::get<End>(event.what).isHandedOver) {
-                unheard_ = session_->listener.takeSound();
+                carried_ = session_->recognizer.takeAudio();
             } else {
-                session_->listener.finish();
+                session_->recognizer.finish();
             }
             session_.reset();
         }
@@ -281,14 +281,14 @@ private:
             }
         };
         session_.emplace(
-            Session{ticket, UtteranceListener(*voice_, decode, report, std::exchange(unheard_, {})), {}, {}});
+            Session{ticket, UtteranceRecognizer(*voice_, decode, report, std::exchange(carried_, {})), {}, {}});
     }
 
-    void hear(const PcmBuffer& sound) {
+    void accept(const PcmBuffer& sound) {
         const std::vector<float>& samples = sound.channels.front();
         if (sound.format() == engineFormat) {
             flush();
-            session_->listener.add(samples);
+            session_->recognizer.add(samples);
             return;
         }
         std::optional<SampleConverter>& converter = session_->converter;
@@ -302,7 +302,7 @@ private:
         passOn();
     }
 
-    /// Gets the last samples out of the converter: the sound is interrupted.
+    /// Gets the last samples out of the converter: the audio is interrupted.
     void flush() {
         if (session_->converter) {
             session_->converter->finish(session_->converted);
@@ -313,12 +313,12 @@ private:
 
     void passOn() {
         if (session_->converted.frames() > 0) {
-            session_->listener.add(session_->converted.channels.front());
+            session_->recognizer.add(session_->converted.channels.front());
             session_->converted.channels.front().clear();
         }
     }
 
-    /// Nothing waits to be heard: hears what is open so far, or ends it when no sound has come for too long.
+    /// Nothing waits: decodes what is open so far, or ends it when no audio has come for too long.
     void useTheTime() {
         if (session_ && session_->ticket->isCancelled) {
             session_.reset();
@@ -328,10 +328,10 @@ private:
             return;
         }
         if (*idle >= endAfter) {
-            session_->listener.finish();
+            session_->recognizer.finish();
         } else {
-            isHeard_ = *idle >= hearAfter;
-            session_->listener.offerPartial(isHeard_);
+            isPartialGiven_ = *idle >= partialAfter;
+            session_->recognizer.offerPartial(isPartialGiven_);
         }
     }
 
@@ -339,28 +339,29 @@ private:
     SpeechModel model_;
     std::string locale_;
     std::optional<std::filesystem::path> detector_;
-    std::optional<LiveVoice> voice_;
+    std::optional<LiveVoiceActivity> voice_;
     std::optional<SpeechRecognizer> recognizer_;
     /// The request whose events come now; its session ends before it where an error does.
     std::shared_ptr<Ticket> last_;
     std::optional<Session> session_;
-    /// Sound of the request before it that is to be heard in the next session.
-    std::vector<float> unheard_;
-    /// Whether the open utterance was heard in the pause of delivery that lasts.
-    bool isHeard_ = false;
+    /// Audio of the request before it that is to be transcribed in the next session.
+    std::vector<float> carried_;
+    /// Whether the open utterance was decoded in the pause of delivery that lasts.
+    bool isPartialGiven_ = false;
 };
 
-LiveListener::LiveListener(SpeechModel model, std::string locale, std::optional<std::filesystem::path> detector)
+RecognitionThread::RecognitionThread(SpeechModel model, std::string locale,
+                                     std::optional<std::filesystem::path> detector)
     : queue_(std::make_shared<Queue>()),
       thread_([worker = std::make_shared<Worker>(queue_, std::move(model), std::move(locale), std::move(detector))] {
           worker->run();
       }) {}
 
-LiveListener::~LiveListener() {
+RecognitionThread::~RecognitionThread() {
     queue_->close();
 }
 
-std::unique_ptr<SpeechRequest> LiveListener::open(SpeechRequest::OnResult onResult) {
+std::unique_ptr<SpeechRequest> RecognitionThread::open(SpeechRequest::OnResult onResult) {
     return std::make_unique<Request>(queue_, std::move(onResult));
 }
 

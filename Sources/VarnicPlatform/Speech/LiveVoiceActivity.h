@@ -1,7 +1,7 @@
 #pragma once
 
 #include "VarnicPlatform/Speech/SpeechDetector.h"
-#include "VarnicPlatform/Speech/SpeechStretches.h"
+#include "VarnicPlatform/Speech/SpeechSegments.h"
 
 #include <cstddef>
 #include <optional>
@@ -10,8 +10,8 @@
 
 namespace varnic {
 
-/// Tells as sound comes in whether somebody speaks, and how loud speech is on this side of the call. One thread.
-class LiveVoice {
+/// Tells as audio comes in whether somebody speaks, and how loud speech is on this side of the call. One thread.
+class LiveVoiceActivity {
 public:
     /// Samples of a frame, at SpeechDetector::rate.
     static constexpr std::size_t frame = 320;
@@ -20,13 +20,13 @@ public:
     static constexpr double hangover = 0.3;
 
     /// Without a detector speech is told by its level.
-    explicit LiveVoice(std::optional<SpeechDetector> detector) : detector_(std::move(detector)) {}
+    explicit LiveVoiceActivity(std::optional<SpeechDetector> detector) : detector_(std::move(detector)) {}
 
     /// The next frame, as it was recorded, and its level in decibels. Whether somebody speaks; see `onset` and
     /// `hangover`. Throws TranscriberError.
     bool add(std::span<const float> samples, float level);
 
-    /// The sound is interrupted here; how loud people speak is remembered.
+    /// The audio is interrupted here; how loud people speak is remembered.
     void interrupt();
 
     /// The factor that brings the speech of the last seconds to the level that the models expect.
@@ -45,8 +45,8 @@ private:
     std::size_t untilMeasured_ = 0;
     /// Frames for which the detector will still look although nothing is to be heard.
     std::size_t audible_ = 0;
-    /// The last sound that the detector was not given.
-    std::vector<float> unheard_;
+    /// The last audio that the detector was not given.
+    std::vector<float> withheld_;
     std::vector<float> scaled_;
 };
 

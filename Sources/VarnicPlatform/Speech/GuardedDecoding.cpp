@@ -1,0 +1,91 @@
+#include "VarnicPlatform/Speech/GuardedDecoding.h"
+
+#include "VarnicPlatform/Speech/TranscriptGuards.h"
+#include "VarnicPlatform/Speech/WordTimes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+namespace varnic::GuardedDecoding {
+
+namespace {
+
+/// How often a segment on which the engine lost itself is cut and decoded again.
+constexpr int mostCuts = 2;
+/// Shorter pieces are not cut.
+constexpr double shortestPart = 2;
+
+constexpr int rate = SpeechRecognizer::rate;
+
+/// Cuts a segment in two at a moment.
+std::pair<SpeechSegment, SpeechSegment> cutAt(const SpeechSegment& segment, double moment) {
+    const auto& [speech, audio] = segment;
+    return {{{speech.start, std::clamp(moment, speech.start, speech.end)}, {audio.start, moment}},
+            {{std::clamp(moment, speech.start, speech.end), speech.end}, {moment, audio.end}}};
+}
+
+class Decoding {
+public:
+    Decoding(const TrackLevels& track, const Decode& engine) : track_(track), engine_(engine) {}
+
+    void decode(std::span<const float> samples, const SpeechSegment& part, int cuts) {
+        if (samples.empty()) {
+            return;
+        }
+        Recognition result = engine_(samples);
+        const double seconds = static_cast<double>(samples.size()) / rate;
+        if (TranscriptGuards::isSuspicious(result.text, result.tokens, seconds)) {
+            if (cuts < mostCuts && seconds >= shortestPart) {
+                decodeHalves(samples, part, cuts + 1);
+                return;
+            }
+            result.text = TranscriptGuards::withoutRepeats(result.text);
+            // The engine's times are those of the repeats too.
+            result.words.clear();
+        }
+        if (TranscriptGuards::hasLetter(result.text)) {
+            keep(std::move(result), part);
+        }
+    }
+
+    std::vector<TimedWord> take() { return std::move(words_); }
+
+private:
+    void decodeHalves(std::span<const float> samples, const SpeechSegment& part, int cuts) {
+        const double quarter = static_cast<double>(samples.size()) / rate / 4;
+        const double moment = SpeechSegments::quietest({part.audio.start + quarter, part.audio.end - quarter}, track_);
+        const auto [front, back] = cutAt(part, moment);
+        const auto count = static_cast<std::size_t>(
+            std::clamp<std::int64_t>(std::llround((moment - part.audio.start) * rate), 0, std::ssize(samples)));
+        decode(samples.first(count), front, cuts);
+        decode(samples.subspan(count), back, cuts);
+    }
+
+    void keep(Recognition result, const SpeechSegment& part) {
+        if (result.words.empty()) {
+            result.words = WordTimes::spread(result.text, SpeechSegments::voicedRuns(part.speech, track_));
+        } else {
+            for (TimedWord& word : result.words) {
+                word.start += part.audio.start;
+            }
+        }
+        words_.insert(words_.end(), result.words.begin(), result.words.end());
+    }
+
+    const TrackLevels& track_;
+    const Decode& engine_;
+    std::vector<TimedWord> words_;
+};
+
+} // namespace
+
+std::vector<TimedWord> decode(std::span<const float> samples, const SpeechSegment& segment, const TrackLevels& track,
+                              const Decode& engine) {
+    Decoding decoding(track, engine);
+    decoding.decode(samples, segment, 0);
+    return decoding.take();
+}
+
+} // namespace varnic::GuardedDecoding

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "VarnicCore/Audio/VoiceActivity.h"
+
+#include <deque>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace varnic {
+
+/// A part of a track that the engine transcribes in one go. Seconds from the track's beginning.
+struct SpeechSegment {
+    /// Where somebody speaks, first to last.
+    VoiceActivity::Range speech;
+    /// What the engine is given: the same with a little of the real audio around it.
+    VoiceActivity::Range audio;
+
+    bool operator==(const SpeechSegment&) const = default;
+};
+
+/// What is known of a track before it is transcribed: a level in decibels for each frame of so many seconds.
+struct TrackLevels {
+    std::vector<float> levels;
+    double frame = VoiceActivity::frameSeconds;
+
+    [[nodiscard]] double seconds() const { return static_cast<double>(levels.size()) * frame; }
+
+    /// The levels of a part, cut to what there is.
+    [[nodiscard]] std::span<const float> within(VoiceActivity::Range range) const;
+};
+
+/// Pure functions from levels and voice activity to what the engine is to transcribe.
+namespace SpeechSegments {
+
+/// The level of speech that the models transcribe best, in decibels of full scale.
+inline constexpr float speechLevel = -23;
+/// So far below the speech nobody speaks: the detector need not look.
+inline constexpr float silenceBelowSpeech = 40;
+/// Seconds of real audio on either side of the speech: the engine drops words at hard edges.
+inline constexpr double context = 0.3;
+/// The longest speech in seconds that is transcribed in one go.
+inline constexpr double longestSegment = 15;
+
+/// The parts of a track that are not plain silence: within half a second of a frame above `threshold` decibels.
+std::vector<VoiceActivity::Range> audible(const TrackLevels& track, float threshold);
+
+/// The mean level over parts of a track, in decibels: that of their mean power.
+float meanLevel(const std::vector<VoiceActivity::Range>& parts, const TrackLevels& track);
+
+/// The runs within a part in which there is a voice, judged by the part's own levels; pauses shorter than 0.15 s are
+/// not seen. Never empty for a part with a level.
+std::vector<VoiceActivity::Range> voicedRuns(VoiceActivity::Range part, const TrackLevels& track);
+
+/// The middle of the quietest tenth of a second between two moments.
+double quietest(VoiceActivity::Range between, const TrackLevels& track);
+
+} // namespace SpeechSegments
+
+/// Makes segments of speech that becomes known bit by bit. Speech becomes segments of at most 15 s: over pauses of up
+/// to a second it is joined, and speech that goes on for longer is cut where it is quietest. No two segments share
+/// audio.
+class SegmentPlanner {
+public:
+    /// `track` must outlive it.
+    explicit SegmentPlanner(const TrackLevels& track) : track_(track) {}
+
+    /// More speech, behind what is known already.
+    void add(VoiceActivity::Range speech);
+
+    /// No more speech will come.
+    void finish() { isFinished_ = true; }
+
+    /// The next segment, once what comes behind it is known.
+    std::optional<SpeechSegment> next();
+
+    /// The speech that is in no segment yet begins at this moment; nothing where all is.
+    [[nodiscard]] std::optional<double> pending() const;
+
+private:
+    const TrackLevels& track_;
+    /// The speech of the segments to come; the last one may still grow.
+    std::deque<VoiceActivity::Range> speech_;
+    /// Where the speech of the last segment ended.
+    std::optional<double> given_;
+    bool isFinished_ = false;
+};
+
+} // namespace varnic
