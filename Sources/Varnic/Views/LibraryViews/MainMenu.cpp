@@ -1,5 +1,6 @@
 #include "Varnic/Views/LibraryViews/MainMenu.h"
 
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/AppDelegate.h"
 #include "Varnic/Views/Context/ViewContext.h"
 
