@@ -55,7 +55,7 @@ HeaderList headerList(const Request& request) {
         list.reset(longer);
     };
     for (const auto& [name, value] : request.headers) {
-        add(name + ": " + value);
+        add(std::string(name).append(": ").append(value));
     }
     add("Expect:"); // No waiting for leave to send a long body.
     return list;
@@ -269,7 +269,7 @@ private:
 
 } // namespace
 
-int send(const Request& request, const Receiver& receiver, std::stop_token stop) {
+int send(const Request& request, const Receiver& receiver, const std::stop_token& stop) {
     prepareLibrary();
     return Exchange(request, receiver).finish(stop);
 }

@@ -51,6 +51,6 @@ struct Receiver {
 
 /// Sends a request and blocks until the whole response has been received; gives its status, which may be any. Throws
 /// Error, and Cancellation soon after a request through `stop`. Any thread; several may be under way at once.
-int send(const Request& request, const Receiver& receiver, std::stop_token stop = {});
+int send(const Request& request, const Receiver& receiver, const std::stop_token& stop = {});
 
 } // namespace http

@@ -121,7 +121,7 @@ TEST_F(Client, send_thatFails_tellsWhy) {
 
     const struct {
         Request request;
-        Kind kind;
+        Kind kind = Kind::other;
     } cases[] = {
         {{.url = refusing.url()}, Kind::cannotConnectToHost},
         {{.url = "http://nobody.invalid/"}, Kind::cannotFindHost},

@@ -38,7 +38,7 @@ HTTPResponse URLSessionTransport::send(const http::Request& request, std::stop_t
     std::string body;
     const auto take = [&body](std::string_view bytes) { body += bytes; };
     try {
-        const int status = http::send(bounded, {.longest = longestBody, .body = take}, std::move(stop));
+        const int status = http::send(bounded, {.longest = longestBody, .body = take}, stop);
         return {.status = status, .body = std::move(body)};
     } catch (const http::Error& error) {
         throwIfAnswersFault(error.kind());

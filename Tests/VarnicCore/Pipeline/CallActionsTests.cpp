@@ -25,7 +25,7 @@ TEST(CallActionsTests, of_followsFromTheNoteItsFilesAndTheWorkOnIt) {
     const CallActions nothing;
 
     const struct {
-        const char* what;
+        const char* what = "";
         const Note& note;
         const CallFiles& files;
         CallWork work;
