@@ -76,7 +76,7 @@ public:
     using difference_type = std::ptrdiff_t;
 
     SharedNotes() = default;
-    SharedNotes(std::vector<Note> notes); // NOLINT(google-explicit-constructor): the same notes, shared
+    SharedNotes(std::vector<Note> notes); // implicit: the same notes, shared
 
     [[nodiscard]] const std::vector<SharedNote>& all() const { return notes_; }
 
