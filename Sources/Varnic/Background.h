@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Varnic/Inbox.h"
+#include "Varnic/LoopExecutor.h"
 #include "Varnic/SerialQueue.h"
 
 #include <QCoro/QCoroTask>
@@ -42,9 +42,9 @@ public:
     [[nodiscard]] bool await_ready() const noexcept { return false; }
 
     void await_suspend(std::coroutine_handle<> flow) {
-        post_([this, flow, inbox = &Inbox::main()] {
+        post_([this, flow, loop = &LoopExecutor::main()] {
             run();
-            inbox->post([flow] { flow.resume(); });
+            loop->post([flow] { flow.resume(); });
         });
     }
 

@@ -27,7 +27,7 @@ struct Application {
 /// Reads the library; a line on standard error about files that cannot be read.
 void readLibrary(AppModel& model);
 
-/// Does one flow of the application to its end, with a bar for the call that is being written down; an interrupt ends
+/// Does one flow of the application to its end, with a bar for the call that is being transcribed; an interrupt ends
 /// that. The flow must not throw.
 void runFlow(Application& application, const std::function<QCoro::Task<>()>& flow);
 

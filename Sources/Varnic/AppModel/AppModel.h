@@ -7,7 +7,7 @@
 #include "Varnic/AppModel/LibrarySection.h"
 #include "Varnic/AppModel/RollUps.h"
 #include "Varnic/AppModel/ToastMessage.h"
-#include "Varnic/Inbox.h"
+#include "Varnic/LoopExecutor.h"
 #include "VarnicCore/Audio/CaptureSource.h"
 #include "VarnicCore/Library/Flashcards.h"
 #include "VarnicCore/Library/SharedNotes.h"
@@ -53,7 +53,7 @@ struct DigestContext;
 /// The one object that windows, menus and commands talk to. It owns the notes in memory, the library on disk, the
 /// settings and the recorder; nothing else in this program writes a note, and what other programs write into the
 /// library is noticed once it is loaded. Main thread; flows that take long suspend and let it go on. The destructor
-/// ends what is being written down, saves, and waits for that; a flow whose model is gone ends where it is.
+/// ends what is being transcribed, saves, and waits for that; a flow whose model is gone ends where it is.
 class AppModel : public QObject {
     Q_OBJECT
 
@@ -82,7 +82,7 @@ public:
     QProperty<bool> isUnreadable{false};
     /// Recordings are being brought in or wait for that; see `importFiles`.
     QProperty<bool> isImporting{false};
-    /// The notes that are being written down or summarised.
+    /// The notes that are being transcribed or summarised.
     QProperty<std::map<Uuid, ProcessingStage>> processing;
     /// The notes that an AI is summarising.
     QProperty<std::set<Uuid>> aiRunning;
@@ -158,7 +158,7 @@ public:
     struct Recovered {
         /// What has become a call that waits for its transcript.
         std::vector<Recording> calls;
-        /// Recordings without any sound, which are among the deleted notes now.
+        /// Recordings without any audio, which are among the deleted notes now.
         int soundless = 0;
         /// Calls that were filed ahead of their words by a program that ended before those came. They say so.
         std::vector<Uuid> unwritten;
@@ -222,9 +222,9 @@ public:
 
     // Calls.
 
-    /// Writes the recording down and files the call in the place of its note. With a mark it is not filed yet: the mark
+    /// Transcribes the recording and files the call in the place of its note. With a mark it is not filed yet: the mark
     /// goes once the call is on disk, and a call that is cancelled goes with its recording. A call that another program
-    /// is writing down is left to that, as a toast says.
+    /// is transcribing is left to that, as a toast says.
     QCoro::Task<> process(Recording recording, std::shared_ptr<RecordingMarkFile> mark = nullptr);
     /// The call, or nothing where a toast says why there is none or where it was cancelled.
     QCoro::Task<std::optional<Uuid>> importCall(CallImport call);
@@ -233,7 +233,7 @@ public:
     /// wait already.
     QCoro::Task<> importFiles(std::vector<std::filesystem::path> files);
     QCoro::Task<> chooseImport();
-    /// Writes the call down anew. Where the recording of a side that has lines is missing, they stay: a toast says so,
+    /// Transcribes the call anew. Where the recording of a side that has lines is missing, they stay: a toast says so,
     /// or the call's problem if it has none.
     QCoro::Task<> retranscribe(Uuid id);
     QCoro::Task<> runAI(Uuid id);
@@ -243,7 +243,7 @@ public:
     /// Brings the earlier transcript and summary back, with what the user has written since. What stands there now is
     /// the earlier version from then on. Nothing happens without one, or while the call is being worked on.
     QCoro::Task<> bringBackEarlier(Uuid id);
-    /// Not while the call is being written down.
+    /// Not while the call is being transcribed.
     void removeAudio(Uuid id);
     /// The recordings of a call that are on disk. The note must be a call.
     [[nodiscard]] CallTracks existingTracks(const Note& note) const;
@@ -307,7 +307,7 @@ private:
     SharedNotes notes_;
     mutable RollUps rollUps_{notes_, region};
     /// What other threads have to tell; outlives the queue of the library.
-    Inbox inbox_;
+    LoopExecutor loop_;
     LibraryQueue store_;
     std::unique_ptr<RecordingController> recorder_;
     /// Saves that wait for the user to pause.

@@ -18,7 +18,7 @@ struct CallImport {
     std::string themName = "Speaker";
     /// What is spoken, as the note tells it.
     std::string language = CallRecord().language;
-    /// The note is on disk while it is being written down, and stays when that is cancelled. Otherwise it is filed when
+    /// The note is on disk while it is being transcribed, and stays when that is cancelled. Otherwise it is filed when
     /// it is finished; a cancelled one leaves nothing, and one whose program died is a recording to be recovered.
     bool isFiledAtOnce = true;
 };

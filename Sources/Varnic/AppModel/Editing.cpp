@@ -133,7 +133,7 @@ void AppModel::saveNow(Uuid id, SerialQueue::Work whenSaved) {
         if (!saved.problem && *done) {
             (*done)();
         }
-        inbox_.post([this, id, edit, title, saved] { takeSaved(id, edit, title, saved); });
+        loop_.post([this, id, edit, title, saved] { takeSaved(id, edit, title, saved); });
     };
     store_.save(stored, unsaved.base, whenDone);
 }
@@ -164,7 +164,7 @@ void AppModel::flushSaves() {
     const auto settle = [this] {
         store_.flush();
         // How the saves went, which the queue has told by now.
-        inbox_.deliver();
+        loop_.runPending();
     };
     settle();
     saveUnsaved();

@@ -10,7 +10,7 @@ namespace varnic {
 
 LibraryQueue::WhenLooked AppModel::onMain() {
     return [this](LibraryQueue::Looked looked) {
-        inbox_.post([this, looked = std::move(looked)]() mutable { takeLook(std::move(looked)); });
+        loop_.post([this, looked = std::move(looked)]() mutable { takeLook(std::move(looked)); });
     };
 }
 

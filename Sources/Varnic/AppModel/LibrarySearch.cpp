@@ -53,7 +53,7 @@ void LibrarySearch::start(bool isNewQuery) {
         [this, query = model_.query.value(), notes = model_.notes().all(), stop = stop_.get_token(), isNewQuery] {
             // A search that has given way may have results on their way to the main thread.
             const auto tell = [this, stop](FoundNotes found, bool isWhole) {
-                inbox_.post([this, stop, isWhole, found = std::move(found)]() mutable {
+                loop_.post([this, stop, isWhole, found = std::move(found)]() mutable {
                     if (!stop.stop_requested()) {
                         take(std::move(found), isWhole);
                     }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Varnic/AppModel/AppModel.h"
-#include "Varnic/Inbox.h"
+#include "Varnic/LoopExecutor.h"
 #include "Varnic/SerialQueue.h"
 #include "VarnicCore/Library/RepeatedSearch.h"
 
@@ -55,7 +55,7 @@ private:
     std::stop_source stop_;
     /// Used on the queue.
     RepeatedSearch search_;
-    Inbox inbox_;
+    LoopExecutor loop_;
     /// Last, so that its work ends before what it uses does.
     SerialQueue queue_;
 };

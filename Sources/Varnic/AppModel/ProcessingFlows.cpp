@@ -38,7 +38,7 @@ std::vector<Block> userBlocks(const Note& note) {
 }
 
 /// Makes the finished note take over what the user did to its placeholder. `before` is that as it was when the call
-/// began to be written down: a title that stands unchanged was the program's.
+/// began to be transcribed: a title that stands unchanged was the program's.
 void takeOver(const Note& placeholder, const std::optional<Note>& before, Note& finished) {
     std::ranges::move(userBlocks(placeholder), std::back_inserter(finished.blocks));
     finished.pinned = placeholder.pinned;
@@ -55,7 +55,7 @@ void tell(const std::string& problem, CallRecord& call) {
     call.problem = CallProblem::joined(problem, CallProblem::lossIn(call.problem));
 }
 
-/// Whether a side that the transcript has lines of has no recording that they could be heard in again.
+/// Whether a side that the transcript has lines of has no recording to transcribe them from again.
 bool lacksTrack(const CallRecord& call, const CallTracks& tracks) {
     const std::vector<Speaker> there = tracks.speakers();
     return std::ranges::any_of(
@@ -78,7 +78,7 @@ Note withTranscript(Note edited, const Note& result, const Note& before) {
 
 } // namespace
 
-/// The notice of a call that another program writes down.
+/// The notice of a call that another program transcribes.
 ToastMessage AppModel::callIsBusy() {
     return {.text = "Another program is transcribing this call", .symbol = warningSymbol};
 }
@@ -128,7 +128,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
     const DigestContext told =
         context(recording.startedAt, before && before->call ? before->call->themName : "", recording.source);
     const auto report = [this, id](ProcessingStage stage) {
-        inbox_.post([this, id, stage] {
+        loop_.post([this, id, stage] {
             if (stage.kind != ProcessingStage::Kind::done && processing.value().contains(id)) {
                 setStage(id, stage);
             }
@@ -169,7 +169,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
     if (!isStopgap) {
         removeAudioIfNotKept(id);
     }
-    lock.reset(); // A summary takes its time and needs no sound.
+    lock.reset(); // A summary takes its time and needs no audio.
     const AISettings& ai = settings.ai.value();
     const bool asksAI = ai.enabled && !ai.askEachTime && !stop.stop_requested();
     if (const Note* filed = note(id); asksAI && filed->call && !filed->call->segments.empty()) {
@@ -177,7 +177,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
     }
 }
 
-/// A recording that gave no words leaves the call those that were written down as they were said; whether there are
+/// A recording that gave no words leaves the call those that were transcribed as they were said; whether there are
 /// any.
 bool AppModel::keepLiveLines(Note& finished, const std::optional<std::string>& loss) const {
     const Note* placeholder = note(finished.id);
@@ -196,7 +196,7 @@ bool AppModel::keepLiveLines(Note& finished, const std::optional<std::string>& l
     return true;
 }
 
-/// A call that was deleted while it was written down comes back with what the user had put there.
+/// A call that was deleted while it was transcribed comes back with what the user had put there.
 QCoro::Task<> AppModel::bringBack(Uuid id) {
     if (isDemo) {
         co_return;
@@ -228,7 +228,7 @@ void AppModel::file(Note finished, const std::optional<Note>& before, std::share
 
 void AppModel::removeAudioIfNotKept(Uuid id) {
     const Note* filed = note(id);
-    // Without a transcript the sound is all there is of the call.
+    // Without a transcript the audio is all there is of the call.
     if (settings.keepAudio.value() || filed == nullptr || !filed->call || filed->call->segments.empty()) {
         return;
     }
@@ -270,7 +270,7 @@ CallFiles AppModel::callFiles(const Note& note) const {
 CallActions AppModel::callActions(const Note& note, const CallFiles& files) const {
     return CallActions::of(
         note, files,
-        {.isWrittenDown = processing.value().contains(note.id), .isSummarised = aiRunning.value().contains(note.id)});
+        {.isTranscribing = processing.value().contains(note.id), .isSummarising = aiRunning.value().contains(note.id)});
 }
 
 QCoro::Task<> AppModel::retranscribe(Uuid id) {

@@ -6,7 +6,7 @@
 
 namespace varnic {
 
-/// Turns seconds since time zero into seconds of recorded sound, with the pauses taken out. Any thread.
+/// Turns seconds since time zero into seconds of recorded audio, with the pauses taken out. Any thread.
 class PauseClock {
 public:
     /// Begins a pause at `now`, seconds since time zero; nothing if one runs.
@@ -16,11 +16,11 @@ public:
 
     [[nodiscard]] bool isPaused() const;
 
-    /// Where a sound of this time belongs; nothing if it fell into a pause. Times need not come in order, since sound
+    /// Where audio of this time belongs; nothing if it fell into a pause. Times need not come in order, since sound
     /// arrives later than it was.
     [[nodiscard]] std::optional<double> place(double at) const;
 
-    /// Seconds of sound that lie before `now`; during a pause it stands still.
+    /// Seconds of audio that lie before `now`; during a pause it stands still.
     [[nodiscard]] double elapsed(double now) const;
 
 private:

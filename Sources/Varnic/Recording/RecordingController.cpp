@@ -1,7 +1,7 @@
 #include "Varnic/Recording/RecordingController.h"
 
 #include "Varnic/Background.h"
-#include "Varnic/Inbox.h"
+#include "Varnic/LoopExecutor.h"
 #include "Varnic/Recording/RecordingHealth.h"
 #include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
@@ -22,9 +22,9 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
 constexpr std::array bothSides{Speaker::you, Speaker::them};
-/// How long sound that was played before the stop may take to arrive.
+/// How long audio that was played before the stop may take to arrive.
 constexpr auto lateSound = 250ms;
-/// How long the recognisers get for their last words.
+/// How long the recognisers get for their final results.
 constexpr auto lastWords = 1200ms;
 
 std::optional<std::uintmax_t> freeBytes(const fs::path& folder) {
@@ -275,9 +275,9 @@ std::function<TrackRecorder::Recognizers()> RecordingController::recognizerMaker
 }
 
 LiveRecognizer::Lines RecordingController::onMain(void (RecordingController::*take)(Speaker, std::vector<Segment>)) {
-    return [self = QPointer(this), inbox = &Inbox::main(), take, session = session_](Speaker speaker,
-                                                                                     std::vector<Segment> lines) {
-        inbox->post([self, take, session, speaker, lines = std::move(lines)] {
+    return [self = QPointer(this), loop = &LoopExecutor::main(), take, session = session_](Speaker speaker,
+                                                                                           std::vector<Segment> lines) {
+        loop->post([self, take, session, speaker, lines = std::move(lines)] {
             if (self && self->session_ == session && isBusy(self->state_)) {
                 (self.data()->*take)(speaker, lines);
             }

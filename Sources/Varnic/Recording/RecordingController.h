@@ -31,19 +31,19 @@ struct RecordingResult {
     /// Seconds, the length of both tracks.
     double duration = 0;
     std::string source;
-    /// The live transcript, unfinished lines included.
+    /// The live transcript, partial results included.
     std::vector<Segment> live;
-    /// Whether `live` lacks words, since the recognisers had not heard all of the sound when they were to.
+    /// Whether `live` lacks words, since the recognisers had not transcribed all of the audio in time.
     bool isLiveBehind = false;
     /// The id of the speech model that wrote `live`, if it is one of this machine's.
     std::string liveModel;
-    /// What of the sound could not be kept, and why, in sentences; nothing where all is there.
+    /// What of the audio could not be kept, and why, in sentences; nothing where all is there.
     std::optional<std::string> loss;
     /// Tells the folder from one whose recording died. To be removed once the call is filed.
     std::shared_ptr<RecordingMarkFile> mark;
 };
 
-/// Runs one recording from the first sound to the closed files, and shows how it fares. It knows nothing of notes but
+/// Runs one recording from the first buffer to the closed files, and shows how it fares. It knows nothing of notes but
 /// an id. Main thread.
 class RecordingController : public QObject {
     Q_OBJECT
@@ -70,7 +70,7 @@ public:
 
     [[nodiscard]] const SessionState& state() const { return state_; }
 
-    /// Seconds of recorded sound.
+    /// Seconds of recorded audio.
     [[nodiscard]] double elapsed() const { return elapsed_; }
 
     /// How loud it was, 20 a second, oldest first.
@@ -79,10 +79,10 @@ public:
     /// Final lines of the live transcript.
     [[nodiscard]] const std::vector<Segment>& committed() const { return committed_; }
 
-    /// Unfinished lines of each side.
+    /// Partial results of each side.
     [[nodiscard]] const std::map<Speaker, std::vector<Segment>>& partial() const { return partial_; }
 
-    /// The sides that really record; one whose sound comes late joins them then.
+    /// The sides that really record; one whose audio comes late joins them then.
     [[nodiscard]] const std::vector<Speaker>& sides() const { return sides_; }
 
     [[nodiscard]] const std::string& source() const { return source_; }
@@ -96,13 +96,13 @@ public:
 
     [[nodiscard]] bool isPaused() const;
 
-    /// Whether what is said is being written down as it is said.
+    /// Whether what is said is being transcribed as it is said.
     [[nodiscard]] bool hasLiveTranscript() const;
 
     /// All lines, final or not, by their start.
     [[nodiscard]] std::vector<Segment> liveSegments() const;
 
-    /// Returns when sound comes in; at once while another recording runs. `liveLocale` asks for a live transcript.
+    /// Returns when audio comes in; at once while another recording runs. `liveLocale` asks for a live transcript.
     /// Throws CaptureError, LibraryError, and std::runtime_error where the disk has no room for an hour; `state` tells
     /// the failure too then.
     QCoro::Task<> start(Uuid noteID, std::filesystem::path folder, std::shared_ptr<CaptureSource> capture,

@@ -17,7 +17,7 @@ struct RecordingHealth {
     std::vector<Speaker> silent;
     /// Bytes left on the recording's disk, if known.
     std::optional<std::uintmax_t> diskSpace;
-    /// Why sound cannot be written now.
+    /// Why audio cannot be written now.
     std::optional<std::string> writeProblem;
     /// See CaptureSource::notice.
     std::optional<std::string> notice;
@@ -32,7 +32,7 @@ struct RecordingHealth {
     static constexpr std::uintmax_t leastDisk = fullDisk + bytesPerSecond * 3600;
 
     /// Seconds after which a side is silent: a microphone that gives nothing at all or digital silence, and a program
-    /// that plays and of which no sound comes.
+    /// that plays and of which no audio comes.
     static constexpr double silenceAllowed(Speaker side) { return side == Speaker::you ? 10 : 5; }
 
     [[nodiscard]] bool mustStop() const { return diskSpace && *diskSpace < fullDisk; }

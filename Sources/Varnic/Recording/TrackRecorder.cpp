@@ -14,12 +14,12 @@ namespace varnic {
 
 namespace {
 
-/// Seconds by which the sound of one side may come later than that of the other: twice what waits for its turn at most.
+/// Seconds by which the audio of one side may come later than that of the other: twice what waits for its turn at most.
 constexpr double mostLag = 10;
-/// Seconds for which sound has to be written again before a loss counts as over: a second of it waits in memory before
+/// Seconds for which audio has to be written again before a loss counts as over: a second of it waits in memory before
 /// anything goes to the disk.
 constexpr double recovery = 5;
-/// Half a step of 16-bit sound; less is digital silence.
+/// Half a step of 16-bit audio; less is digital silence.
 constexpr float leastSound = 1.0F / 65'536;
 
 bool isHeard(const PcmBuffer& buffer) {

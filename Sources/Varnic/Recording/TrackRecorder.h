@@ -19,7 +19,7 @@
 
 namespace varnic {
 
-/// The part of a recording that runs beside the main thread: each side's sound on its way into its track, into the
+/// The part of a recording that runs beside the main thread: each side's audio on its way into its track, into the
 /// eye's levels and into the live recogniser. All writing of both sides happens in order of delivery on one queue of
 /// its own; a side that delivers nothing follows the other with silence.
 class TrackRecorder {
@@ -31,26 +31,26 @@ public:
 
     static std::filesystem::path trackFile(const std::filesystem::path& folder, Speaker speaker);
 
-    /// Leaves out all other sides and removes their files: there is no sound of them to be had. Waits for the queue.
+    /// Leaves out all other sides and removes their files: there is no audio of them to be had. Waits for the queue.
     void keepOnly(const std::vector<Speaker>& sides);
 
-    /// Takes a piece of sound of `at` seconds since time zero. Any thread, at once.
+    /// Takes a buffer of audio of `at` seconds since time zero. Any thread, at once.
     void deliver(Speaker speaker, PcmBuffer buffer, double at);
 
     [[nodiscard]] LevelBox& levels() { return levels_; }
 
     [[nodiscard]] PauseClock& pauses() { return pauses_; }
 
-    /// When sound of this side last came in, on the HostClock; 0 before the first.
+    /// When audio of this side last came in, on the HostClock; 0 before the first.
     [[nodiscard]] double lastDelivery(Speaker speaker) const { return lastDelivery_[index(speaker)]; }
 
     /// When something was last heard on this side, on the HostClock: anything but digital silence. 0 before that.
     [[nodiscard]] double lastSound(Speaker speaker) const { return lastSound_[index(speaker)]; }
 
-    /// Why sound cannot be written; nothing while all is well. The same sentence for as long as that lasts. Any thread.
+    /// Why audio cannot be written; nothing while all is well. The same sentence for as long as that lasts. Any thread.
     [[nodiscard]] std::optional<std::string> writeProblem() const;
 
-    /// What the tracks lack of the sound that came, and why, a sentence for each side. Any thread.
+    /// What the tracks lack of the audio that came, and why, a sentence for each side. Any thread.
     [[nodiscard]] std::map<Speaker, std::string> losses() const;
 
     /// Seconds of the longer track, with all that has been delivered. Waits for the queue.
@@ -61,12 +61,12 @@ public:
 
     [[nodiscard]] bool hasRecognizers() const { return !recognizers_.empty(); }
 
-    /// Whether, after `endAudio`, the recognisers have told all they heard of these sides.
+    /// Whether, after `endAudio`, the recognisers have given their last results for these sides.
     [[nodiscard]] bool haveRecognizersHeardAll(const std::vector<Speaker>& sides) const;
-    /// The id of the model that hears; empty where no model of this machine does.
+    /// The id of the recognisers' model; empty where no model of this machine recognises.
     [[nodiscard]] std::string liveModel() const;
 
-    /// Lets the recognisers come to their last words.
+    /// Lets the recognisers come to their final results.
     void endAudio();
     /// Ends the recognisers; none of them calls back any more.
     void cancelRecognizers();
@@ -77,7 +77,7 @@ public:
 private:
     static std::size_t index(Speaker speaker) { return speaker == Speaker::you ? 0 : 1; }
 
-    /// Sound of one side that could not be written, in seconds of the call.
+    /// Audio of one side that could not be written, in seconds of the call.
     struct Loss {
         double from = 0;
         double last = 0;

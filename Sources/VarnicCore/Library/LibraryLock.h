@@ -29,7 +29,7 @@ public:
     /// object lives; nothing while another program has it. Throws LibraryError where the file cannot be made.
     static std::optional<LibraryLock> forApplication(const std::filesystem::path& root);
 
-    /// The right to write a call down, for as long as that takes; nothing while somebody else has it. By it a call
+    /// The right to transcribe a call, for as long as that takes; nothing while somebody else has it. By it a call
     /// whose words are still to come is told from one whose program died. The audio folder is the lock; without one
     /// everyone gets the right.
     static std::optional<LibraryLock> forCall(const std::filesystem::path& audioFolder);

@@ -50,7 +50,7 @@ bool takeCall(const std::optional<CallRecord>& base, std::optional<CallRecord>& 
         take(base->audioFolder, ours->audioFolder, theirs->audioFolder) &&
         take(base->tracks, ours->tracks, theirs->tracks) && take(base->themName, ours->themName, theirs->themName) &&
         take(base->language, ours->language, theirs->language);
-    // What one program has written down waits for its words no more, whatever another says.
+    // What one program has transcribed waits for its words no more, whatever another says.
     const auto problemOf = [isWritten = !ours->segments.empty()](const CallRecord& call) {
         return isWritten && CallProblem::isQuit(call.problem) ? CallProblem::lossIn(call.problem) : call.problem;
     };

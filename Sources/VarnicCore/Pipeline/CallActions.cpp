@@ -9,10 +9,10 @@ CallActions CallActions::of(const Note& note, const CallFiles& files, CallWork w
     const bool hasAudio = !files.tracks.speakers().empty();
     return {.play = hasAudio,
             .exportAudio = hasAudio,
-            .transcribe = hasAudio && !work.isWrittenDown,
-            .removeAudio = hasAudio && !work.isWrittenDown,
-            .summarise = !note.call->segments.empty() && !work.isSummarised,
-            .bringBackEarlier = files.hasEarlier && !work.isWrittenDown && !work.isSummarised};
+            .transcribe = hasAudio && !work.isTranscribing,
+            .removeAudio = hasAudio && !work.isTranscribing,
+            .summarise = !note.call->segments.empty() && !work.isSummarising,
+            .bringBackEarlier = files.hasEarlier && !work.isTranscribing && !work.isSummarising};
 }
 
 } // namespace varnic

@@ -16,9 +16,9 @@ struct CallFiles {
 
 /// What this program is doing with a call.
 struct CallWork {
-    bool isWrittenDown = false;
+    bool isTranscribing = false;
     /// An AI is asked for a summary.
-    bool isSummarised = false;
+    bool isSummarising = false;
 };
 
 /// What may be done with the call of a note, and nothing with a note that is none: the one rule for the menus, the page

@@ -16,7 +16,7 @@
 
 namespace varnic {
 
-/// A call that was written down.
+/// A call that was transcribed.
 struct WrittenCall {
     Note note;
     /// Whether its words are those of the moment only because the tracks, which ought to give better ones, gave none.

@@ -43,7 +43,7 @@ struct Recording {
     /// What of the audio could not be kept, in sentences for the note.
     std::optional<std::string> loss;
 
-    /// The call as far as it is known before it is written down.
+    /// The call as far as it is known before it is transcribed.
     [[nodiscard]] CallRecord record() const;
 };
 

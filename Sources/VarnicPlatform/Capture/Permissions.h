@@ -24,7 +24,7 @@ struct Permission {
     std::string pane;
 };
 
-/// Whether Varnic may and can record and write down. The desktop asks nobody, so Varnic does: `saidYes` is whether the
+/// Whether Varnic may and can record and transcribe. The desktop asks nobody, so Varnic does: `saidYes` is whether the
 /// user has agreed once inside Varnic, and until then nothing is granted. After that a state tells whether it works.
 /// Any thread, but for `override`.
 namespace Permissions {
@@ -44,11 +44,11 @@ struct States {
 inline std::optional<States> override;
 
 /// Asks PipeWire once where the user has said yes, which takes some milliseconds, at most a few seconds (see
-/// SoundSurvey::take). `models` are those that there are to write the locale down with.
+/// SoundSurvey::take). `models` are those that there are to transcribe the locale with.
 States survey(bool saidYes, std::string_view locale,
               const std::vector<SpeechModel>& models = SpeechModels::installed(SpeechModels::dataDirectories()));
 
-/// Microphone, system audio and speech recognition, in this order; `locale` is the language to write down.
+/// Microphone, system audio and speech recognition, in this order; `locale` is the language to transcribe.
 std::array<Permission, 3> described(const States& states, std::string_view locale);
 
 /// Opens the desktop's settings for "Privacy_Microphone", "Privacy_ScreenCapture" or "Privacy_SpeechRecognition"; false

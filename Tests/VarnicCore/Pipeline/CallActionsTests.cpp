@@ -20,8 +20,8 @@ TEST(CallActionsTests, of_followsFromTheNoteItsFilesAndTheWorkOnIt) {
     const CallFiles bothAndEarlier{.tracks = {.you = "you.m4a", .them = "them.m4a"}, .hasEarlier = true};
     const CallFiles earlier{.hasEarlier = true};
     const CallWork idle;
-    const CallWork writing{.isWrittenDown = true};
-    const CallWork asking{.isSummarised = true};
+    const CallWork writing{.isTranscribing = true};
+    const CallWork asking{.isSummarising = true};
     const CallActions nothing;
 
     const struct {

@@ -92,7 +92,7 @@ public:
     Q_INVOKABLE void markDone(const QString& note, const QString& block);
     /// Moves a note to the deleted ones; the toast brings it back.
     Q_INVOKABLE void remove(const QString& note);
-    /// Writes down recordings that were dropped on the window.
+    /// Transcribes recordings that were dropped on the window.
     Q_INVOKABLE void importFiles(const QList<QUrl>& files);
 
     /// Opens the desktop's settings, see Permissions::openSettings.

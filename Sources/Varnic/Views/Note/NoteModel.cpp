@@ -96,7 +96,7 @@ void NoteModel::lookForFiles() {
     files_ = app_->callFiles(*note_);
 }
 
-/// What is written down may have brought its sound with it, or be rid of it afterwards.
+/// What is transcribed may have brought its audio with it, or be rid of it afterwards.
 void NoteModel::followProcessing() {
     const bool isProcessed = app_->processing.value().contains(id_);
     if (std::exchange(isProcessed_, isProcessed) != isProcessed) {

@@ -161,7 +161,7 @@ private:
     const SharedNote blank_;
     SharedNote note_;
     CallFiles files_;
-    /// The call is being written down.
+    /// The call is being transcribed.
     bool isProcessed_ = false;
     std::vector<QPropertyNotifier> watchers_;
     /// "Edited 5 minutes ago" grows older by itself.

@@ -1,7 +1,7 @@
 #include "Varnic/Views/NotePage/CallPlayer.h"
 
 #include "Varnic/AppModel/AppModel.h"
-#include "Varnic/Inbox.h"
+#include "Varnic/LoopExecutor.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Clock.h"
 
@@ -15,8 +15,8 @@ namespace varnic {
 using namespace std::chrono_literals;
 
 CallPlayer::CallPlayer(QObject* parent)
-    : QObject(parent), player_([self = QPointer(this), inbox = &Inbox::main()](TrackPlayer::Event event) {
-          inbox->post([self, event] {
+    : QObject(parent), player_([self = QPointer(this), loop = &LoopExecutor::main()](TrackPlayer::Event event) {
+          loop->post([self, event] {
               if (self) {
                   self->take(event);
               }

@@ -16,7 +16,7 @@ class CallPlayer : public QObject {
     QML_ELEMENT
     /// What to play, all at once from 0; setting other ones starts over, stopped at 0.
     Q_PROPERTY(QList<QUrl> tracks READ tracks WRITE setTracks NOTIFY tracksChanged)
-    /// The place that is being heard, in seconds; the last one heard when it ends.
+    /// The position that is being played, in seconds; the last one played when it ends.
     Q_PROPERTY(double time READ time NOTIFY timeChanged)
     Q_PROPERTY(QString stamp READ stamp NOTIFY timeChanged)
     Q_PROPERTY(bool playing READ playing NOTIFY playingChanged)

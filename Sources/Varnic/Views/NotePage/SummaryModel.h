@@ -6,7 +6,7 @@
 
 namespace varnic {
 
-/// What stands between a call's timeline and its notes: how far it is written down, what went wrong, or who
+/// What stands between a call's timeline and its notes: how far it is transcribed, what went wrong, or who
 /// summarises it. All texts are in this platform's words. Main thread.
 class SummaryModel : public QObject, public QQmlParserStatus {
     Q_OBJECT

@@ -6,7 +6,7 @@ import Varnic.Theme as Theme
 // What a delegate reads of the file around it: the pragma for that is not whole in Qt 6.4.
 // qmllint disable unqualified
 
-/// How far the call is written down, what went wrong with it, or who summarises it.
+/// How far the call is transcribed, what went wrong with it, or who summarises it.
 Column {
     id: strip
 

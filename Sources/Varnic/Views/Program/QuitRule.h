@@ -10,7 +10,7 @@ struct Situation {
     bool hasTray = false;
     /// A recording runs, or is about to start or stop.
     bool isRecording = false;
-    /// A call is being written down, or a recording waits for that.
+    /// A call is being transcribed, or a recording waits for that.
     bool isProcessing = false;
 };
 

@@ -1,4 +1,4 @@
-#include "Varnic/Inbox.h"
+#include "Varnic/LoopExecutor.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -12,7 +12,7 @@
 namespace varnic {
 
 // One ring a piece of work: a loop that runs inside of one goes on with those behind it.
-Inbox::Inbox(QObject* parent)
+LoopExecutor::LoopExecutor(QObject* parent)
     : QObject(parent), bell_(::eventfd(0, EFD_SEMAPHORE | EFD_NONBLOCK | EFD_CLOEXEC)),
       notifier_(bell_.number(), QSocketNotifier::Read) {
     if (!bell_.isOpen()) {
@@ -21,27 +21,27 @@ Inbox::Inbox(QObject* parent)
     connect(&notifier_, &QSocketNotifier::activated, this, [this] { doNext(); });
 }
 
-Inbox& Inbox::main() {
-    static QPointer<Inbox> inbox;
-    if (!inbox) {
-        inbox = new Inbox(QCoreApplication::instance());
+LoopExecutor& LoopExecutor::main() {
+    static QPointer<LoopExecutor> loop;
+    if (!loop) {
+        loop = new LoopExecutor(QCoreApplication::instance());
     }
-    return *inbox;
+    return *loop;
 }
 
-void Inbox::post(Work work) {
+void LoopExecutor::post(Work work) {
     const std::lock_guard guard(lock_);
     waiting_.push_back(std::move(work));
     ::eventfd_write(bell_.number(), 1);
 }
 
-void Inbox::deliver() {
+void LoopExecutor::runPending() {
     const QPointer self(this);
     while (self && doNext()) {
     }
 }
 
-bool Inbox::doNext() {
+bool LoopExecutor::doNext() {
     Work work;
     {
         const std::lock_guard guard(lock_);
