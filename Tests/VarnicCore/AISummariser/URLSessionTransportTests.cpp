@@ -268,14 +268,5 @@ TEST(Transport, digest_thatIsStopped_isACancellationWhileTheServerIsSilent) {
     }
 }
 
-TEST(Transport, digest_thatIsStoppedBeforehand_sendsNothing) {
-    const BoundPort silent;
-    silent.listen();
-    std::stop_source stop;
-    stop.request_stop();
-    const CompatibleSummariser summariser(silent.url(), "m", key, transport(1h));
-    EXPECT_THROW(static_cast<void>(summariser.digest(segments, context, stop.get_token())), Cancellation);
-}
-
 } // namespace
 } // namespace varnic
