@@ -269,6 +269,16 @@ TEST_F(RecordingControllerTests, pause_soundInBetween_isNotRecorded) {
     EXPECT_GT(levels.at(60), -20);
 }
 
+TEST_F(RecordingControllerTests, pause_countsForNothing) {
+    start(both);
+    controller.pause();
+    const double paused = HostClock::now();
+    ASSERT_TRUE(waitUntil([&] { return HostClock::now() > paused + 2; }));
+    EXPECT_LT(controller.elapsed(), 2);
+    controller.resume();
+    EXPECT_LT(stop()->duration, 2);
+}
+
 TEST_F(RecordingControllerTests, health_diskFills_warnsAndAsksToBeStopped) {
     std::uintmax_t space = RecordingHealth::leastDisk - 1;
     controller.diskSpace = [&space](const fs::path&) { return space; };
