@@ -19,11 +19,6 @@ def decoded(file: Path, rate: int) -> array:
     return array("h", run.stdout)
 
 
-def playable(file: Path) -> float:
-    """Seconds of sound that a player gets out of a track, cut off or whole."""
-    return len(decoded(file, RATE)) / RATE
-
-
 def frames(file: Path) -> int:
     """The exact length of a whole track."""
     return int(subprocess.run(["ffprobe", "-v", "error", "-show_entries", "stream=duration_ts", "-of", "csv=p=0", file],

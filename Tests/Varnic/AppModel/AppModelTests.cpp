@@ -1,13 +1,11 @@
 #include "Varnic/AppModel/ScratchModel.h"
 #include "VarnicCore/Audio/AudioMix.h"
+#include "VarnicCore/FileSizeLimit.h"
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
-#include <sys/resource.h>
-
 #include <algorithm>
-#include <csignal>
 #include <fstream>
 #include <iterator>
 
@@ -29,39 +27,9 @@ std::vector<std::string> titles(const std::vector<const Note*>& notes) {
     return result;
 }
 
-/// While it lives, no file takes a byte.
-class FullDisk {
-public:
-    FullDisk() : before_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &usual_);
-        const rlimit nothing{0, usual_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &nothing);
-    }
-
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-    ~FullDisk() {
-        ::setrlimit(RLIMIT_FSIZE, &usual_);
-        std::signal(SIGXFSZ, before_);
-    }
-
-private:
-    rlimit usual_{};
-    void (*before_)(int);
-};
-
 class AppModelTests : public testing::Test {
 protected:
     [[nodiscard]] std::string toastText() { return model->toast.value() ? model->toast.value()->text : ""; }
-
-    [[nodiscard]] fs::path notes() const { return model.folder() / "Library" / "notes"; }
-
-    /// The folder of the notes, which was moved away and a link to itself put in its place.
-    void putBack() const {
-        fs::remove(notes());
-        fs::rename(model.folder() / "away", notes());
-    }
 
     ScratchModel model;
 };
@@ -72,7 +40,7 @@ TEST_F(AppModelTests, load_unreadableFiles_loadsTheOthersAndSaysSo) {
     for (const auto& [file, problem] : std::vector<std::pair<std::string, std::string>>{
              {"bad.json", "1 note file couldn’t be read and was left as is."},
              {"worse.json", "2 note files couldn’t be read and were left as is."}}) {
-        std::ofstream(model.folder() / "Library" / "notes" / file) << "{";
+        std::ofstream(model.notes() / file) << "{";
         model.restart();
         model.load();
         EXPECT_EQ(model->loadProblem.value(), problem);
@@ -126,15 +94,14 @@ TEST_F(AppModelTests, save_fails_saysSoAndKeepsTheEdit) {
 TEST_F(AppModelTests, flushSaves_writesWhatFailedBefore) {
     const Uuid id = model->newNote("A");
     model->flushSaves();
-    fs::rename(notes(), model.folder() / "away");
-    fs::create_symlink("notes", notes());
+    model.takeNotesAway();
     model->update(id, true, [](Note& note) { note.title = "B"; });
     ASSERT_TRUE(waitUntil([&] { return model->isUnreadable.value(); })) << "which the window shows";
     EXPECT_TRUE(model->saveProblem(id).has_value() && model->isSpared(id));
     EXPECT_THAT(model->unsavedNotes(), ElementsAre(id));
     model->flushSaves();
     EXPECT_THAT(model->unsavedNotes(), ElementsAre(id));
-    putBack();
+    model.putNotesBack();
     model->flushSaves();
     EXPECT_THAT(model->unsavedNotes(), IsEmpty());
     EXPECT_EQ(LibraryStore(model.folder() / "Library").load(id, currentDate())->title, "B");
@@ -144,12 +111,11 @@ TEST_F(AppModelTests, flushSaves_writesWhatFailedBefore) {
 TEST_F(AppModelTests, endWithoutALibrary_isMadeUpForAtTheNextStart) {
     const Uuid id = model->newNote("A");
     model->flushSaves();
-    fs::rename(notes(), model.folder() / "away");
-    fs::create_symlink("notes", notes());
+    model.takeNotesAway();
     model->update(id, false, [](Note& note) { note.title = "B"; });
     const Uuid fresh = model->newNote("Fresh");
     model.restart();
-    putBack();
+    model.putNotesBack();
     model.load();
     ASSERT_THAT(model->notes(), SizeIs(2));
     EXPECT_EQ(model->note(id)->title, "B");
@@ -160,13 +126,12 @@ TEST_F(AppModelTests, endWithoutALibrary_isMadeUpForAtTheNextStart) {
 TEST_F(AppModelTests, endWithoutALibrary_nextStartCannotWriteYet_keepsWhatIsEditedThenToo) {
     const Uuid id = model->newNote("A");
     model->flushSaves();
-    fs::rename(notes(), model.folder() / "away");
-    fs::create_symlink("notes", notes());
+    model.takeNotesAway();
     model->update(id, true, [](Note& note) { note.title = "B"; });
     model.restart();
-    putBack();
+    model.putNotesBack();
     {
-        const FullDisk full;
+        const FileSizeLimit full(0);
         model.load();
     }
     ASSERT_EQ(model->note(id)->title, "A");
@@ -182,8 +147,7 @@ TEST_F(AppModelTests, endWithoutALibrary_nextStartCannotWriteYet_keepsWhatIsEdit
 TEST_F(AppModelTests, load_libraryThatCannotBeLookedInto_saysSoUntilItCan) {
     const Uuid id = model->newNote("A");
     model.restart();
-    fs::rename(notes(), model.folder() / "away");
-    fs::create_symlink("notes", notes());
+    model.takeNotesAway();
     model.load();
     EXPECT_TRUE(model->isUnreadable.value());
     EXPECT_THAT(*model->loadProblem.value(), testing::HasSubstr("couldn’t be read"));
@@ -192,7 +156,7 @@ TEST_F(AppModelTests, load_libraryThatCannotBeLookedInto_saysSoUntilItCan) {
     EXPECT_THAT(model->unsavedNotes(), ElementsAre(fresh));
     model.load();
     EXPECT_TRUE(model->isUnreadable.value());
-    putBack();
+    model.putNotesBack();
     model.load();
     EXPECT_TRUE(waitUntil([&] { return !model->isUnreadable.value() && model->notes().size() == 2; }));
     EXPECT_FALSE(model->loadProblem.value());
@@ -205,12 +169,11 @@ TEST_F(AppModelTests, load_libraryThatCannotBeLookedIntoYet_recoversOnceItCan) {
         const Uuid id = Uuid::random();
         fs::create_directories(model->audioFolder(id));
         AudioMix::render({}, 2, model->audioFolder(id) / "them.m4a", true);
-        fs::rename(notes(), model.folder() / "away");
-        fs::create_symlink("notes", notes());
+        model.takeNotesAway();
         model.restart();
         model.load();
         ASSERT_TRUE(model->isUnreadable.value());
-        putBack();
+        model.putNotesBack();
         if (triesAgain) {
             model.load();
         }
@@ -250,21 +213,6 @@ TEST_F(AppModelTests, remove_thenUndo_bringsTheLastEditBack) {
     model->remove(first);
     model->remove(second);
     EXPECT_EQ(model->selection.value(), std::nullopt);
-}
-
-TEST_F(AppModelTests, settings_changed_reachTheDesktop) {
-    int registered = 0;
-    int refreshed = 0;
-    model->desktop.applyHotkey = [&] { ++registered; };
-    model->desktop.refreshPill = [&] { ++refreshed; };
-    model->settings.hotkeyEnabled = false;
-    model->settings.hotkey = HotkeyChoice::optShiftR;
-    model->settings.showPill = false;
-    EXPECT_EQ(registered, 2);
-    EXPECT_EQ(refreshed, 1);
-    model->isDemo = true;
-    model->settings.hotkeyEnabled = true;
-    EXPECT_EQ(registered, 2);
 }
 
 TEST_F(AppModelTests, demo_nothingIsWritten) {

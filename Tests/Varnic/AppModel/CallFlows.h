@@ -80,6 +80,16 @@ protected:
         return stopping;
     }
 
+    /// The recording of a call that is in the library.
+    Recording recordingOf(const Note& call) {
+        return {.noteID = call.id,
+                .tracks = model->existingTracks(call),
+                .startedAt = call.call->startedAt,
+                .duration = call.call->duration,
+                .source = call.call->source,
+                .audioFolder = call.id.text()};
+    }
+
     [[nodiscard]] std::string toastText() { return model->toast.value() ? model->toast.value()->text : ""; }
 
     [[nodiscard]] std::vector<std::filesystem::path> audioFolders() {

@@ -92,17 +92,6 @@ TEST_F(CallFlowsTests, stop_typingMeanwhile_isKeptBehindTheDigest) {
     EXPECT_THAT(model.stored(), ElementsAre(note));
 }
 
-TEST_F(CallFlowsTests, stop_noteDeletedMeanwhile_comesBack) {
-    auto stopping = recordUntilHeard();
-    model->remove(*model->selection.value());
-    EXPECT_THAT(model->notes(), IsEmpty());
-    const auto id = QCoro::waitFor(stopping);
-    ASSERT_THAT(model->notes(), SizeIs(1));
-    EXPECT_EQ(model->notes().front().id, id);
-    EXPECT_THAT(model.stored(), SizeIs(1));
-    EXPECT_THAT(audioFolders(), SizeIs(1)) << "with its recording";
-}
-
 TEST_F(CallFlowsTests, stop_noteDeletedMeanwhile_comesBackWithWhatTheUserPutThere) {
     for (const bool isCancelled : {false, true}) {
         auto stopping = recordUntilHeard();
@@ -124,6 +113,7 @@ TEST_F(CallFlowsTests, stop_noteDeletedMeanwhile_comesBackWithWhatTheUserPutTher
             EXPECT_THAT(note->call->segments, Not(IsEmpty()));
             EXPECT_THAT(model.stored(), ElementsAre(*note));
             EXPECT_NE(model->selection.value(), id);
+            EXPECT_THAT(audioFolders(), SizeIs(1)) << "with its recording";
         }
     }
     model->flushSaves();
@@ -260,15 +250,10 @@ TEST_F(CallFlowsTests, process_liveWordsLackSomeAndTheSoundGivesNone_keepsTheSou
     const Note call = *model->note(QCoro::waitFor(record()));
     model->settings.keepAudio = false;
     failure = TranscriberError::unavailable();
-    Recording recording{.noteID = call.id,
-                        .tracks = model->existingTracks(call),
-                        .live = std::vector{Segment(Speaker::them, 0.2, 0.5, "Friday would be early enough.")},
-                        .isLiveBehind = true,
-                        .startedAt = call.call->startedAt,
-                        .duration = call.call->duration,
-                        .source = call.call->source,
-                        .audioFolder = call.id.text(),
-                        .loss = "Their side lacks sound."};
+    Recording recording = recordingOf(call);
+    recording.live = std::vector{Segment(Speaker::them, 0.2, 0.5, "Friday would be early enough.")};
+    recording.isLiveBehind = true;
+    recording.loss = "Their side lacks sound.";
     for (const bool isStopping : {false, true}) {
         auto processing = model->process(recording);
         if (isStopping) {
@@ -288,21 +273,15 @@ TEST_F(CallFlowsTests, process_liveWordsLackSomeAndTheSoundGivesNone_keepsTheSou
 
 TEST_F(CallFlowsTests, process_anotherProgramWritesTheCallDown_leavesItToThat) {
     const Note call = *model->note(QCoro::waitFor(record()));
-    const Recording recording{.noteID = call.id,
-                              .tracks = model->existingTracks(call),
-                              .startedAt = call.call->startedAt,
-                              .duration = call.call->duration,
-                              .source = call.call->source,
-                              .audioFolder = call.id.text()};
     {
         const auto other = LibraryLock::forCall(model->audioFolder(call.id));
-        QCoro::waitFor(model->process(recording));
+        QCoro::waitFor(model->process(recordingOf(call)));
         model->removeAudio(call.id);
     }
     EXPECT_EQ(*model->note(call.id), call);
     EXPECT_EQ(toastText(), "Another program is transcribing this call");
     EXPECT_THAT(model->processing.value(), IsEmpty());
-    QCoro::waitFor(model->process(recording));
+    QCoro::waitFor(model->process(recordingOf(call)));
     EXPECT_NE(model->note(call.id)->call->segments, call.call->segments);
 }
 
@@ -312,13 +291,9 @@ TEST_F(CallFlowsTests, lossOfSound_isToldWhateverBecomesOfTheWords) {
     failure.reset();
     delay = 20;
     const std::string loss = CallProblem::loss(Speaker::them, 61, std::nullopt, "The disk is full.");
-    auto processing = model->process({.noteID = call.id,
-                                      .tracks = model->existingTracks(call),
-                                      .startedAt = call.call->startedAt,
-                                      .duration = call.call->duration,
-                                      .source = call.call->source,
-                                      .audioFolder = call.id.text(),
-                                      .loss = loss});
+    Recording recording = recordingOf(call);
+    recording.loss = loss;
+    auto processing = model->process(recording);
     model->cancelProcessing();
     QCoro::waitFor(processing);
     const auto problem = [&] { return model->note(call.id)->call->problem; };
@@ -493,28 +468,6 @@ TEST_F(CallFlowsTests, cancelProcessing_filesTheCallForAnotherTry) {
     QCoro::waitFor(model->retranscribe(*id));
     EXPECT_FALSE(model->note(id)->call->problem);
     EXPECT_THAT(model->note(id)->call->segments, Not(IsEmpty()));
-}
-
-TEST_F(CallFlowsTests, pause_leavesItsTimeOut) {
-    QCoro::waitFor(model->startRecording(false));
-    RecordingController& recorder = model->recorder();
-    capture->play(Speaker::you, 0, 1);
-    ASSERT_TRUE(waitUntil([&] { return recorder.elapsed() > 1; }));
-    recorder.pause();
-    int ticks = 0;
-    QObject::connect(&recorder, &RecordingController::ticked, [&ticks] { ++ticks; });
-    ASSERT_TRUE(waitUntil([&] { return ticks > 0; }));
-    const double paused = recorder.elapsed();
-    const auto began = HostClock::now();
-    ASSERT_TRUE(waitUntil([&] { return HostClock::now() > began + 1; }));
-    EXPECT_NEAR(recorder.elapsed(), paused, 1e-9);
-    recorder.resume();
-    const auto id = QCoro::waitFor(model->stopRecording());
-    const CallRecord& call = *model->note(id)->call;
-    EXPECT_LT(call.duration, HostClock::now() - began + paused - 0.9);
-    for (const char* side : {"you.m4a", "them.m4a"}) {
-        EXPECT_NEAR(AudioFiles::duration(model->audioFolder(*id) / side), call.duration, 0.05);
-    }
 }
 
 TEST_F(CallFlowsTests, retranscribe_typingMeanwhile_isKept) {

@@ -54,6 +54,19 @@ public:
 
     void load() { QCoro::waitFor(model_->load()); }
 
+    [[nodiscard]] std::filesystem::path notes() const { return folder() / "Library" / "notes"; }
+
+    /// The library's notes can't be looked into until they are put back: a link to itself is in their place.
+    void takeNotesAway() const {
+        std::filesystem::rename(notes(), folder() / "away");
+        std::filesystem::create_symlink("notes", notes());
+    }
+
+    void putNotesBack() const {
+        std::filesystem::remove(notes());
+        std::filesystem::rename(folder() / "away", notes());
+    }
+
     /// What is on disk.
     [[nodiscard]] std::vector<Note> stored() {
         model_->flushSaves();

@@ -1,15 +1,12 @@
-#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/AppDelegate.h"
 
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/ShellTest.h"
-#include "VarnicCore/Audio/SoundFiles.h"
-#include "VarnicCore/Models/CallProblem.h"
 #include "VarnicPlatform/Desktop/Logind.h"
 
 #include <QTimer>
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <fstream>
 #include <functional>
 #include <map>
@@ -36,6 +33,16 @@ protected:
     }
 
     void launch() { QCoro::waitFor(delegate.applicationDidFinishLaunching()); }
+
+    [[nodiscard]] bool isStored(const Uuid& id) const {
+        return LibraryStore(model.folder() / "Library").load(id, currentDate()).has_value();
+    }
+
+    void expectOnDiskAfterLogout(const Uuid& call) {
+        delegate.finishBeforeLogout();
+        EXPECT_FALSE(isBusy(model->recorder().state()));
+        EXPECT_TRUE(isStored(call));
+    }
 
     std::map<std::string, std::string> environment;
     std::vector<std::string> steps;
@@ -99,18 +106,6 @@ TEST_F(AppDelegateTest, requestsBeforeTheLibraryIsThere_wait) {
     qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
-TEST_F(AppDelegateTest, files_areImportedOneAfterAnother) {
-    launch();
-    const SoundFiles sounds;
-    const std::vector<std::filesystem::path> files{sounds.tone("a.wav", 1), sounds.path("missing.wav"),
-                                                   sounds.tone("b.wav", 1)};
-    delegate.perform({.kind = Request::Kind::importFiles, .files = files, .activationToken = {}});
-    EXPECT_EQ(steps.back(), "window");
-    ASSERT_TRUE(waitUntil([this] { return model->notes().size() == 3 && model->processing.value().empty(); }));
-    ASSERT_TRUE(model->toast.value());
-    EXPECT_EQ(model->toast.value()->text, "Couldn’t read that file");
-}
-
 TEST_F(AppDelegateTest, quitWhenIdle_savesAndEndsAtOnce) {
     launch();
     const Uuid note = model->notes().front().id;
@@ -129,8 +124,7 @@ protected:
         launch();
         steps.clear();
         note = model->notes().front().id;
-        std::filesystem::rename(notes, model.folder() / "away");
-        std::filesystem::create_symlink("notes", notes);
+        model.takeNotesAway();
         model->update(note, false, [](Note& edited) { edited.title = "Typed"; });
         delegate.hooks.ask = [this](QuitQuestion question) -> QCoro::Task<QuitQuestion::Answer> {
             steps.push_back(question.title);
@@ -139,12 +133,6 @@ protected:
         model->desktop.chooseFolder = [this](std::string) -> QCoro::Task<Desktop::File> { co_return chosen; };
     }
 
-    void putBack() const {
-        std::filesystem::remove(notes);
-        std::filesystem::rename(model.folder() / "away", notes);
-    }
-
-    std::filesystem::path notes = model.folder() / "Library" / "notes";
     Uuid note;
     /// The user's.
     std::function<QuitQuestion::Answer()> answer = [] { return QuitQuestion::Answer::stay; };
@@ -155,7 +143,7 @@ TEST_F(UnsavedQuitTest, stay_goesOnAndAsksAgainAtTheNextQuit) {
     delegate.terminate();
     delegate.terminate();
     EXPECT_THAT(steps, ElementsAre("Couldn’t save “Typed”", "Couldn’t save “Typed”"));
-    putBack();
+    model.putNotesBack();
     delegate.terminate();
     EXPECT_EQ(steps.back(), "quit");
     EXPECT_EQ(LibraryStore(model.folder() / "Library").load(note, currentDate())->title, "Typed");
@@ -165,7 +153,7 @@ TEST_F(UnsavedQuitTest, tryAgain_untilItIsSaved) {
     int questions = 0;
     answer = [&] {
         if (++questions == 2) {
-            putBack();
+            model.putNotesBack();
         }
         return QuitQuestion::Answer::tryAgain;
     };
@@ -178,7 +166,7 @@ TEST_F(UnsavedQuitTest, saveCopies_quitsOnceTheyAreThere) {
     std::ofstream(model.folder() / "Typed.md") << "mine";
     answer = [&, questions = std::size_t(0)]() mutable {
         // Nothing is chosen, then what no file can be written to, then a folder.
-        const std::vector<Desktop::File> folders{std::nullopt, notes, model.folder()};
+        const std::vector<Desktop::File> folders{std::nullopt, model.notes(), model.folder()};
         chosen = folders.at(questions++);
         return QuitQuestion::Answer::saveCopies;
     };
@@ -217,10 +205,8 @@ TEST_F(AppDelegateTest, quitWhileRecording_filesTheCallFirst) {
     EXPECT_THAT(steps, ElementsAre("hotkey"));
     ASSERT_TRUE(waitUntil([this] { return steps.size() == 2; }));
     EXPECT_THAT(steps, ElementsAre("hotkey", "quit"));
-    LibraryStore store(model.folder() / "Library");
-    const auto stored = store.loadAll(currentDate());
-    const auto filed = std::ranges::find(stored, call, &Note::id);
-    ASSERT_NE(filed, stored.end());
+    const auto filed = LibraryStore(model.folder() / "Library").load(call, currentDate());
+    ASSERT_TRUE(filed);
     EXPECT_EQ(filed->call->problem, quitProblem);
     EXPECT_TRUE(std::filesystem::exists(model->audioFolder(call) / "you.m4a"));
 }
@@ -229,20 +215,12 @@ TEST_F(AppDelegateTest, logout_returnsWithTheCallOnDisk) {
     launch();
     for (const bool isStopping : {false, true}) {
         ASSERT_NO_FATAL_FAILURE(record());
-        const Uuid call = model->recorder().noteID();
         if (isStopping) {
             model->stopRecording();
         }
-        delegate.finishBeforeLogout();
-        LibraryStore store(model.folder() / "Library");
-        const auto stored = store.loadAll(currentDate());
-        EXPECT_NE(std::ranges::find(stored, call, &Note::id), stored.end()) << isStopping;
-        EXPECT_THAT(steps, ElementsAre("hotkey"));
+        expectOnDiskAfterLogout(model->recorder().noteID());
     }
-}
-
-TEST_F(AppDelegateTest, logoutWhileStarting_endsTheRecordingToo) {
-    launch();
+    // And while it starts.
     model->makeCapture = [this] {
         capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
         capture->isOpening = true;
@@ -255,37 +233,18 @@ TEST_F(AppDelegateTest, logoutWhileStarting_endsTheRecordingToo) {
         capture->isOpening = false;
         capture->isOpening.notify_all();
     });
-    delegate.finishBeforeLogout();
-    EXPECT_FALSE(isBusy(model->recorder().state()));
-    EXPECT_TRUE(std::filesystem::exists(LibraryStore(model.folder() / "Library").url(call)));
-}
-
-TEST_F(AppDelegateTest, sleep_endsTheRecordingAndWaitsForItsNote) {
-    launch();
-    bool isDone = false;
-    delegate.systemWillSleep([&isDone] { isDone = true; });
-    EXPECT_TRUE(isDone);
-
-    ASSERT_NO_FATAL_FAILURE(record());
-    const Uuid call = model->recorder().noteID();
-    isDone = false;
-    bool isOnDisk = false;
-    delegate.systemWillSleep([&] {
-        isDone = true;
-        isOnDisk = !model->saveProblem(call) && model->note(call) != nullptr;
-    });
-    EXPECT_FALSE(isDone);
-    ASSERT_TRUE(waitUntil([&isDone] { return isDone; }));
-    EXPECT_TRUE(isOnDisk);
-    ASSERT_TRUE(waitUntil([this] { return model->processing.value().empty(); }));
-    EXPECT_FALSE(model->note(call)->call->segments.empty());
+    expectOnDiskAfterLogout(call);
+    EXPECT_THAT(steps, ElementsAre("hotkey"));
 }
 
 TEST_F(AppDelegateTest, sleepWhileStarting_endsTheRecordingToo) {
     launch();
+    bool isDone = false;
+    delegate.systemWillSleep([&isDone] { isDone = true; });
+    EXPECT_TRUE(isDone) << "nothing to wait for";
     model->toggleRecording();
     ASSERT_TRUE(waitUntil([this] { return isBusy(model->recorder().state()); }));
-    bool isDone = false;
+    isDone = false;
     delegate.systemWillSleep([&isDone] { isDone = true; });
     ASSERT_TRUE(waitUntil([&isDone] { return isDone; }));
     EXPECT_FALSE(isBusy(model->recorder().state()));
@@ -306,10 +265,9 @@ TEST_F(AppDelegateTest, logindsSleep_waitsForTheNoteOfARecording) {
     ASSERT_TRUE(comesTo([&logind] { return logind.isHeld(); }));
     logind.prepareForSleep(true);
     ASSERT_TRUE(comesTo([&logind] { return !logind.isHeld(); }));
-    LibraryStore store(model.folder() / "Library");
-    const auto stored = store.loadAll(currentDate());
-    EXPECT_NE(std::ranges::find(stored, call, &Note::id), stored.end());
+    EXPECT_TRUE(isStored(call));
     ASSERT_TRUE(waitUntil([this] { return model->processing.value().empty(); }));
+    EXPECT_FALSE(model->note(call)->call->segments.empty());
 }
 
 } // namespace

@@ -10,12 +10,6 @@
 namespace varnic {
 namespace {
 
-TEST(HotkeyKeys, keys_areLinuxOnes) {
-    EXPECT_EQ(keys(HotkeyChoice::ctrlOptCmdR).title(), "Ctrl+Alt+Super+R");
-    EXPECT_EQ(keys(HotkeyChoice::optShiftR).title(), "Alt+Shift+R");
-    EXPECT_EQ(keys(HotkeyChoice::ctrlShiftR).title(), "Ctrl+Shift+R");
-}
-
 class HotkeyWiringTest : public ShellTest {
 protected:
     void launch() { QCoro::waitFor(delegate.applicationDidFinishLaunching()); }

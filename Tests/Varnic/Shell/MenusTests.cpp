@@ -1,13 +1,13 @@
-#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/Menus.h"
 
+#include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/MenuBarLabel.h"
 #include "Varnic/Shell/PillController.h"
 #include "Varnic/Shell/ShellTest.h"
 
 #include <gmock/gmock.h>
 
-#include <map>
+#include <set>
 
 namespace varnic {
 namespace {
@@ -31,25 +31,12 @@ protected:
     Menus menus = varnic::menus(*model, [this] { asked.emplace_back("quit"); });
 };
 
-TEST_F(MenusTest, menus_haveTheirEntriesAndShortcuts) {
-    std::vector<std::string> lines;
-    std::map<std::string, int> shortcuts;
+TEST_F(MenusTest, shortcuts_areOnesOwn) {
+    std::set<std::string> shortcuts;
     for (const Menu& menu : menus.window) {
         for (const MenuEntry& one : menu.entries) {
-            lines.push_back(menu.title + "/" + one.text() + "/" + one.shortcut);
-            EXPECT_TRUE(one.perform) << one.text();
-            EXPECT_TRUE(one.isEnabled()) << one.text();
-            ++shortcuts[one.shortcut];
+            EXPECT_TRUE(one.shortcut.empty() || shortcuts.insert(one.shortcut).second) << one.text();
         }
-    }
-    EXPECT_THAT(lines,
-                ElementsAre("File/New Note/Ctrl+N", "File/Import Recording…/Ctrl+Shift+I", "File/Close Window/Ctrl+W",
-                            "File/Quit/Ctrl+Q", "Call/Record Call/Ctrl+Shift+R", "Call/Copy Heads-up Message/",
-                            "Call/Show Transcript/", "Call/Recording Permissions…/", "Go/All Notes/Ctrl+1",
-                            "Go/Calls/Ctrl+2", "Go/Notes/Ctrl+3", "Go/To-dos/Ctrl+4", "Go/Flashcards/Ctrl+5"));
-    shortcuts.erase("");
-    for (const auto& [shortcut, count] : shortcuts) {
-        EXPECT_EQ(count, 1) << shortcut;
     }
 }
 

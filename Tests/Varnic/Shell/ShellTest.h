@@ -1,43 +1,20 @@
 #pragma once
 
-#include "Varnic/AppModel/ScratchModel.h"
-#include "Varnic/HandCapture.h"
+#include "Varnic/AppModel/CallFlows.h"
 #include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/AppDelegate.h"
-#include "VarnicCore/Fixtures/DemoCall.h"
-#include "VarnicCore/Pipeline/Transcriber.h"
-#include "VarnicPlatform/Capture/Permissions.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
 
 namespace varnic {
 
-/// A model whose microphone the test works by hand.
-class ShellTest : public testing::Test {
+/// The shell's model, whose microphone the test works by hand.
+class ShellTest : public CallFlowsTests {
 protected:
-    ShellTest() {
-        Permissions::override = {PermissionState::granted, PermissionState::granted, PermissionState::denied};
-        model->settings.consentSeen = true;
-        model->makeCapture = [this] {
-            return capture = std::make_shared<HandCapture>(std::vector{Speaker::you, Speaker::them});
-        };
-        model->makeTranscriber = [this] {
-            auto transcriber = std::make_shared<FakeTranscriber>();
-            transcriber->segments = DemoCall::segments(0, 1);
-            transcriber->failure = failure;
-            return transcriber;
-        };
-    }
-
-    ~ShellTest() override { Permissions::override.reset(); }
-
     /// What goes on comes to its end first.
     void TearDown() override {
         EXPECT_TRUE(
             waitUntil([this] { return !isBusy(model->recorder().state()) && model->processing.value().empty(); }));
         QCoreApplication::processEvents();
+        CallFlowsTests::TearDown();
     }
 
     /// Records a second of both sides, and goes on recording.
@@ -47,10 +24,6 @@ protected:
         capture->play(Speaker::you, 0, 1);
         capture->play(Speaker::them, 0, 1);
     }
-
-    ScratchModel model;
-    std::shared_ptr<HandCapture> capture;
-    std::optional<TranscriberError> failure;
 };
 
 } // namespace varnic

@@ -1,4 +1,3 @@
-#include "VarnicCore/Audio/AudioError.h"
 #include "VarnicCore/Audio/AudioFiles.h"
 #include "VarnicCore/Audio/Resampler.h"
 #include "VarnicCore/Audio/SoundFiles.h"
@@ -6,29 +5,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstddef>
 #include <vector>
 
 namespace varnic {
 namespace {
-
-TEST(AudioFiles, duration_anyFile_isExactAndZeroForNone) {
-    const SoundFiles files;
-    EXPECT_EQ(AudioFiles::duration(files.tone("a.m4a", 2.345, "-c:a aac")), 2.345);
-    EXPECT_EQ(AudioFiles::duration(files.tone("a.wav", 1.5, "-ar 22050")), 1.5);
-    EXPECT_EQ(AudioFiles::duration(files.path("gone.wav")), 0);
-    EXPECT_EQ(AudioFiles::duration(files.write("a.txt", "words")), 0);
-}
-
-TEST(AudioFiles, monoSamples_stereo_isTheMeanAtTheFilesRate) {
-    const SoundFiles files;
-    const auto file = files.make("a.wav", "-f lavfi -i \"aevalsrc=0.5|-0.25:s=22050:d=0.5\" -c:a pcm_f32le");
-    const AudioFiles::MonoSamples mono = AudioFiles::monoSamples(file);
-    EXPECT_EQ(mono.rate, 22'050);
-    EXPECT_EQ(mono.samples, std::vector<float>(11'025, 0.125F));
-    EXPECT_THROW(AudioFiles::monoSamples(files.path("gone.wav")), AudioError);
-}
 
 TEST(AudioFiles, frameLevels_stepsOfLevel_areDecibelsAFrame) {
     const SoundFiles files;

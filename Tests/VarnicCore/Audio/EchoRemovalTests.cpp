@@ -172,23 +172,15 @@ TEST(EchoRemovalTests, hasEcho_bothSpeakWithHeadphonesOn_hasNone) {
 }
 
 TEST(EchoRemovalTests, clean_soundThatIsNoNumber_isForgotten) {
-    const Call call(-12, 0.05, EchoRemoval::rate);
+    Call call(-12, 0.05, EchoRemoval::rate);
+    constexpr std::size_t at = 20 * EchoRemoval::block;
+    call.them[at + 3] = std::numeric_limits<float>::quiet_NaN();
+    call.microphone[at + 5] = std::numeric_limits<float>::infinity();
     EchoRemoval removal;
-    std::vector<float> cleaned;
-    for (std::size_t at = 0; at + EchoRemoval::block <= call.them.size(); at += EchoRemoval::block) {
-        std::array<float, EchoRemoval::block> them{};
-        std::array<float, EchoRemoval::block> you{};
-        std::copy_n(call.them.begin() + static_cast<std::ptrdiff_t>(at), them.size(), them.begin());
-        std::copy_n(call.microphone.begin() + static_cast<std::ptrdiff_t>(at), you.size(), you.begin());
-        if (at == 20 * EchoRemoval::block) {
-            them[3] = std::numeric_limits<float>::quiet_NaN();
-            you[5] = std::numeric_limits<float>::infinity();
-        }
-        const auto block = removal.clean(them, you);
-        cleaned.insert(cleaned.end(), block.begin(), block.end());
-    }
-    EXPECT_LT(decibels(cleaned, 13, 15.9, EchoRemoval::rate),
-              decibels(call.microphone, 13, 15.9, EchoRemoval::rate) - 15);
+    const std::vector<float> left = cleaned(removal, call.them, call.microphone);
+    EXPECT_LT(decibels(left, 13, 15.9, EchoRemoval::rate), decibels(call.microphone, 13, 15.9, EchoRemoval::rate) - 15);
+    EXPECT_TRUE(
+        std::all_of(left.begin() + EchoRemoval::rate, left.end(), [](float sample) { return std::isfinite(sample); }));
 }
 
 } // namespace

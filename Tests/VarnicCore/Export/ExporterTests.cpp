@@ -56,14 +56,6 @@ TEST(Exporter, fittingFileName_isCutAtACharacterAndFits) {
     }
 }
 
-TEST(ExportFormat, rawValue_isReadBack) {
-    for (const ExportFormat format : allExportFormats) {
-        EXPECT_EQ(exportFormatFrom(rawValue(format)), format);
-        EXPECT_FALSE(title(format).empty());
-    }
-    EXPECT_EQ(exportFormatFrom("txt"), std::nullopt);
-}
-
 CallDigest digestOf(EmailDraft email = {}) {
     CallDigest digest;
     digest.provider = "Varnic";

@@ -117,12 +117,5 @@ TEST(Flashcards, decks_sortAsTheRegionDoes) {
     EXPECT_EQ(Flashcards::decks(notes, noon, Region{"sv_SE", "UTC"}).front().title, "Zug");
 }
 
-TEST(Flashcards, gradeFrom_readsWhatRawValueWrites) {
-    for (const Grade grade : Flashcards::allGrades) {
-        EXPECT_EQ(Flashcards::gradeFrom(Flashcards::rawValue(grade)), grade);
-    }
-    EXPECT_EQ(Flashcards::gradeFrom("Good"), std::nullopt);
-}
-
 } // namespace
 } // namespace varnic

@@ -18,15 +18,5 @@ TEST(Consent, headsUp_onlyTheFormalOneCarriesAName) {
     }
 }
 
-TEST(Consent, tones_areStoredByRawValueAndListedByTitle) {
-    std::string listed;
-    for (const Tone tone : Consent::allTones) {
-        EXPECT_EQ(Consent::toneFrom(Consent::rawValue(tone)), tone);
-        listed.append(Consent::title(tone)).append(" ");
-    }
-    EXPECT_EQ(listed, "Friendly Formal Brief ");
-    EXPECT_EQ(Consent::toneFrom("Formal"), std::nullopt);
-}
-
 } // namespace
 } // namespace varnic

@@ -33,12 +33,5 @@ TEST(SessionLogic, toggle_decidesByStateAndConsent) {
     }
 }
 
-TEST(SessionState, equality_includesThePayload) {
-    EXPECT_EQ(SessionState(), SessionState(Session::Idle{}));
-    EXPECT_EQ(SessionState(Session::Failed{"x"}), SessionState(Session::Failed{"x"}));
-    EXPECT_NE(SessionState(Session::Failed{"x"}), SessionState(Session::Failed{"y"}));
-    EXPECT_NE(SessionState(Session::Recording{Date{}}), SessionState(Session::Recording{currentDate()}));
-}
-
 } // namespace
 } // namespace varnic

@@ -38,6 +38,7 @@ TEST(Diarisation, merge_dropsOnlyYourEchoOfThem) {
     const std::string text = "The budget launch is moved";
     const std::vector<Case> cases{
         {"overlap above 40 % of the shorter", you(5.8, 15.8, text), them(0, 10, text), 1},
+        {"a short line within a long one", you(4, 5, text), them(0, 10, text), 1},
         {"overlap of exactly 40 %", you(6, 16, text), them(0, 10, text), 2},
         {"same words at another time", you(20, 30, text), them(0, 10, text), 2},
         {"other words at the same time", you(0, 10, "Let me find my headphones"), them(0, 10, text), 2},

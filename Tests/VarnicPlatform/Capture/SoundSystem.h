@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstdio>
-#include <map>
+#include "VarnicPlatform/Desktop/ChildProgram.h"
+
+#include <list>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 namespace varnic {
@@ -21,13 +21,8 @@ public:
     std::string operator()(const std::string& command);
 
 private:
-    [[nodiscard]] std::string readLine() const;
-    void stop();
-
-    pid_t process_ = -1;
-    std::FILE* commands_ = nullptr;
-    std::FILE* answers_ = nullptr;
-    std::map<std::string, std::string> environmentBefore_;
+    ChildProgram program_;
+    std::list<EnvironmentVariable> environment_;
 };
 
 } // namespace varnic

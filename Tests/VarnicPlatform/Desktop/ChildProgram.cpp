@@ -15,12 +15,15 @@
 namespace varnic {
 
 ChildProgram::ChildProgram(std::vector<std::string> words) {
-    std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
-        throw std::runtime_error("no pipe");
+    std::array<int, 2> in{};
+    std::array<int, 2> out{};
+    if (::pipe2(in.data(), O_CLOEXEC) != 0 || ::pipe2(out.data(), O_CLOEXEC) != 0) {
+        throw std::runtime_error("no pipes");
     }
-    output_ = FileDescriptor(ends[0]);
-    const FileDescriptor input(ends[1]);
+    input_ = FileDescriptor(in[1]);
+    output_ = FileDescriptor(out[0]);
+    const FileDescriptor read(in[0]);
+    const FileDescriptor written(out[1]);
     std::vector<char*> arguments;
     for (std::string& word : words) {
         arguments.push_back(word.data());
@@ -29,7 +32,8 @@ ChildProgram::ChildProgram(std::vector<std::string> words) {
     process_ = ::fork();
     if (process_ == 0) {
         ::prctl(PR_SET_PDEATHSIG, SIGKILL); // Nothing is left behind by a test that crashes.
-        ::dup2(input.number(), STDOUT_FILENO);
+        ::dup2(read.number(), STDIN_FILENO);
+        ::dup2(written.number(), STDOUT_FILENO);
         ::execvp(arguments[0], arguments.data());
         ::_exit(127);
     }
@@ -51,11 +55,18 @@ std::string ChildProgram::readLine() {
     return line;
 }
 
+void ChildProgram::write(const std::string& text) const {
+    if (::write(input_.number(), text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
+        throw std::runtime_error("the program doesn't read");
+    }
+}
+
 void ChildProgram::signal(int number) const {
     ::kill(process_, number);
 }
 
 int ChildProgram::wait() {
+    input_ = FileDescriptor(-1);
     int status = 0;
     while (::waitpid(process_, &status, 0) < 0 && errno == EINTR) {
     }

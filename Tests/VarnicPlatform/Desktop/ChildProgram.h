@@ -21,13 +21,17 @@ public:
     /// The next line of its output, without the end; empty when there is no more. Waits for it.
     std::string readLine();
 
+    /// Gives it something to read.
+    void write(const std::string& text) const;
+
     void signal(int number) const;
 
-    /// Waits for its end; the exit code, or minus the signal that ended it.
+    /// Ends its input and waits for its own end; the exit code, or minus the signal that ended it.
     int wait();
 
 private:
     pid_t process_ = -1;
+    FileDescriptor input_ = FileDescriptor(-1);
     FileDescriptor output_ = FileDescriptor(-1);
 };
 

@@ -43,6 +43,9 @@ protected:
         recorder.start();
     }
 
+    /// A property of the player's node; empty where there is none.
+    std::string property(const std::string& key) { return run("property varnic-playback " + key); }
+
     void load(std::vector<std::filesystem::path> tracks) {
         player.load(std::move(tracks));
         ASSERT_TRUE(comes([this] { return count(Event::loaded) > 0; }));

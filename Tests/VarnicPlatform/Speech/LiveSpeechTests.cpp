@@ -154,16 +154,6 @@ TEST_F(LiveSpeechTest, append_soundBreaksOff_noLineComesOfTheSilenceBehindIt) {
     }
 }
 
-TEST_F(LiveSpeechTest, append_withoutDetector_findsSpeechByItsLevel) {
-    const SoundFiles files;
-    fs::create_directories(files.path("data/varnic"));
-    fs::create_directory_symlink(data / "varnic/models", files.path("data/varnic/models"));
-    start({files.path("data")});
-    feed(samplesOf(recordings + "/beckett.wav"), 0);
-    ASSERT_TRUE(finish(8));
-    EXPECT_NE(textOf(committed).find("better"), std::string::npos) << textOf(committed);
-}
-
 TEST_F(LiveSpeechTest, append_speechOfAllLevels_isHeard) {
     for (const float gain : {0.1F, 1.0F, 3.0F}) {
         committed.clear();

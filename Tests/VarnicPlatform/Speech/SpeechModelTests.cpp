@@ -80,13 +80,6 @@ TEST_F(SpeechModelTest, choose_locale_prefersTheVeryLocale) {
     }
 }
 
-TEST(SpeechModels, installed_setupsModel_isFound) {
-    const auto models = SpeechModels::installed({VARNIC_DATA});
-    ASSERT_FALSE(models.empty());
-    EXPECT_TRUE(models[0].fits("en-US"));
-    EXPECT_TRUE(SpeechModels::detectorFile({VARNIC_DATA}).has_value());
-}
-
 TEST(SpeechModels, dataDirectories_environment_isFollowed) {
     setenv("XDG_DATA_HOME", "/home/of/data", 1);
     setenv("XDG_DATA_DIRS", "/one:relative:/two", 1);

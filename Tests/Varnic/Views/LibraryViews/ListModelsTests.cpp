@@ -73,18 +73,6 @@ TEST_F(ListModels, pinning_moves_one_row_and_the_selection_with_it) {
     EXPECT_EQ(reset.count(), 0);
 }
 
-TEST_F(ListModels, typing_changes_the_row_of_its_note_only) {
-    add("Other", 10);
-    const Uuid id = add("Plan", 0);
-    NoteListModel list;
-    list.setModel(*model);
-    const QSignalSpy changed(&list, &QAbstractItemModel::dataChanged);
-    model->update(id, false, [](Note& note) { note.blocks.front().text = "Hello"; });
-    ASSERT_EQ(changed.count(), 1);
-    EXPECT_EQ(changed.front().front().toModelIndex().row(), 0);
-    EXPECT_THAT(column(list, NoteListModel::preview), ElementsAre("Hello", "Empty note"));
-}
-
 /// Each list has the title of the note in one row, which is all that changes and stays where it is.
 TEST_F(ListModels, typing_in_a_title_changes_one_row_of_each_list) {
     for (int i = 0; i < 3; ++i) {
@@ -141,17 +129,6 @@ TEST_F(ListModels, lists_follow_what_moves_their_rows) {
     EXPECT_THAT(column(notes, NoteListModel::title), testing::IsEmpty());
     EXPECT_THAT(column(todos, TodoListModel::text), testing::IsEmpty());
     EXPECT_THAT(column(decks, DeckListModel::title), testing::IsEmpty());
-}
-
-TEST_F(ListModels, sections_show_their_notes) {
-    add("Plan", 10);
-    makeCall(add("Call", 0), {});
-    NoteListModel list;
-    list.setModel(*model);
-    model->section = LibrarySection::calls;
-    EXPECT_THAT(column(list, NoteListModel::title), ElementsAre("Call"));
-    model->section = LibrarySection::notes;
-    EXPECT_THAT(column(list, NoteListModel::title), ElementsAre("Plan"));
 }
 
 TEST_F(ListModels, dates_change_at_midnight) {
@@ -283,18 +260,6 @@ TEST_F(ListModels, search_results_are_the_same_in_any_order) {
         EXPECT_EQ(results.data(results.index(row), SearchResultsModel::text).toString().toStdString(),
                   rows[static_cast<std::size_t>(row)]);
     }
-}
-
-TEST_F(ListModels, results_follow_the_notes) {
-    const Uuid id = add("Plan", 0);
-    SearchResultsModel results;
-    results.setModel(*model);
-    model->query = std::string("budget");
-    EXPECT_EQ(results.count(), 0);
-    QSignalSpy changed(&results, &SearchResultsModel::countChanged);
-    model->update(id, false, [](Note& note) { note.title = "Budget"; });
-    ASSERT_TRUE(changed.count() == 1 || changed.wait());
-    EXPECT_EQ(results.count(), 2);
 }
 
 TEST_F(ListModels, todos_stand_under_their_notes_until_they_are_done) {

@@ -34,13 +34,6 @@ INSTANTIATE_TEST_SUITE_P(
         DateCase{"the_day_is_the_users", "2026-03-09T23:30:00Z", "2026-03-10T12:00:00Z", "Europe/Berlin", "00:30"}),
     [](const auto& one) { return one.param.name; });
 
-TEST(NoteSummary, counts_one_and_many) {
-    EXPECT_EQ(NoteSummaries::counted(1, "card"), "1 card");
-    EXPECT_EQ(NoteSummaries::counted(2, "card"), "2 cards");
-    EXPECT_EQ(NoteSummaries::counted(1, "to-do"), "1 to-do");
-    EXPECT_EQ(NoteSummaries::counted(2, "to-do"), "2 to-dos");
-}
-
 Note noteOf(std::vector<Block> blocks, bool isCall = false) {
     return {Uuid::random(), "Plan", currentDate(), std::move(blocks),
             isCall ? std::optional(CallRecord{.duration = 720, .segments = {{Speaker::you, 0, 2, "Hello"}}})

@@ -199,17 +199,6 @@ TEST_F(NotePageTest, the_share_bar_never_vanishes) {
     }
 }
 
-TEST_F(NotePageTest, the_name_field_grows_with_the_name) {
-    const Uuid id = addCall({});
-    open(id);
-    auto* const field = find<QQuickItem>("themName");
-    for (const auto& [name, width] : {std::pair("", 86.0), std::pair("Ann", 86.0), std::pair("Maximilian Å", 98.8),
-                                      std::pair("A name that takes far more room than there is", 160.0)}) {
-        model->renameThem(id, name);
-        EXPECT_NEAR(field->width(), width, 1e-9) << name;
-    }
-}
-
 TEST_F(NotePageTest, a_typed_name_stands_in_the_transcript) {
     const Uuid id = addCall({line(Speaker::them, 0, 3, "Hello.")});
     open(id);

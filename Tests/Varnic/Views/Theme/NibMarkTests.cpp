@@ -33,10 +33,6 @@ TEST(NibMark, SlitIsAPointWideInTheSmallest) {
     }
 }
 
-TEST(NibMark, SlitGrowsWithTheSize) {
-    EXPECT_NEAR(holeWidth(mark(100), 70), 4, 0.05);
-}
-
 TEST(NibMark, TipIsAtTheBottomAndShouldersAtTheSides) {
     const QImage image = mark(100);
     EXPECT_EQ(image.pixelColor(50, 20).alpha(), 255);

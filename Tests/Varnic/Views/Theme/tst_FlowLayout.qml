@@ -76,46 +76,21 @@ Item {
             compare([made.implicitWidth, made.implicitHeight], [width, height]);
         }
 
-        function test_walk_data() {
-            return [{
-                    "tag": "empty",
-                    "sizes": [],
-                    "places": [],
-                    "total": [0, 0]
-                }, {
-                    "tag": "oneLine",
-                    "sizes": [[50, 10], [30, 20]],
-                    "places": [[0, 0], [60, 0]],
-                    "total": [90, 20]
-                }, {
-                    "tag": "exactFit",
-                    "sizes": [[50, 10], [40, 10]],
-                    "places": [[0, 0], [60, 0]],
-                    "total": [100, 10]
-                }, {
-                    "tag": "breaks",
-                    "sizes": [[50, 10], [41, 20], [20, 5]],
-                    "places": [[0, 0], [0, 20], [51, 20]],
-                    "total": [71, 40]
-                }, {
-                    "tag": "widerThanTheLine",
-                    "sizes": [[20, 10], [150, 10], [20, 10]],
-                    "places": [[0, 0], [0, 20], [0, 40]],
-                    "total": [150, 50]
-                }, {
-                    "tag": "widerStandsFirst",
-                    "sizes": [[150, 10], [20, 10]],
-                    "places": [[0, 0], [0, 20]],
-                    "total": [150, 30]
-                }];
-        }
-
-        function test_walk(data) {
-            const made = flow(data.sizes, {
+        function checkLine(sizes, places, total) {
+            const made = flow(sizes, {
                     "width": 100
                 });
-            check(made, data.places, ...data.total);
-            compare(childrenOf(made).map(child => child.width), data.sizes.map(size => size[0]));
+            check(made, places, ...total);
+            compare(childrenOf(made).map(child => child.width), sizes.map(size => size[0]));
+        }
+
+        function test_walk() {
+            checkLine([], [], [0, 0]);
+            checkLine([[50, 10], [30, 20]], [[0, 0], [60, 0]], [90, 20]);
+            checkLine([[50, 10], [40, 10]], [[0, 0], [60, 0]], [100, 10]); // fits exactly
+            checkLine([[50, 10], [41, 20], [20, 5]], [[0, 0], [0, 20], [51, 20]], [71, 40]);
+            checkLine([[20, 10], [150, 10], [20, 10]], [[0, 0], [0, 20], [0, 40]], [150, 50]); // wider than the line
+            checkLine([[150, 10], [20, 10]], [[0, 0], [0, 20]], [150, 30]);
         }
 
         function test_withoutWidthALineIs600() {
