@@ -2,6 +2,7 @@
 
 #include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Shell/ShellTest.h"
+#include "VarnicCore/Models/CallProblem.h"
 #include "VarnicPlatform/Desktop/Logind.h"
 
 #include <QTimer>
