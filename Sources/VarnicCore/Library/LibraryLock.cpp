@@ -45,7 +45,7 @@ LibraryLock LibraryLock::forWriting(const fs::path& root) {
         }
         std::this_thread::sleep_for(1ms);
     }
-    // Without a folder there is nothing to guard; the write itself tells of that.
+    // Without a folder there is nothing to guard; the write itself reports that.
     return LibraryLock(std::move(descriptor));
 }
 

@@ -15,7 +15,7 @@ namespace varnic {
 /// nobody waits for a program that is merely open. Reading needs no lock, since files are replaced as a whole.
 ///
 /// The locks are the system's advisory ones (flock): they end with the process, however that ends. Where the file
-/// system knows none, everyone gets one. Any thread.
+/// system has no locks, everyone is granted one. Any thread.
 class LibraryLock {
 public:
     /// The right to replace notes; to be held for a moment. Waits for it, and throws LibraryError where another program
@@ -29,8 +29,8 @@ public:
     /// object lives; nothing while another program has it. Throws LibraryError where the file cannot be made.
     static std::optional<LibraryLock> forApplication(const std::filesystem::path& root);
 
-    /// The right to transcribe a call, for as long as that takes; nothing while somebody else has it. By it a call
-    /// whose words are still to come is told from one whose program died. The audio folder is the lock; without one
+    /// The right to transcribe a call, for as long as that takes; nothing while somebody else has it. It tells a call
+    /// that is still being transcribed from one whose program died. The audio folder is the lock; without one
     /// everyone gets the right.
     static std::optional<LibraryLock> forCall(const std::filesystem::path& audioFolder);
 

@@ -47,7 +47,7 @@ std::vector<fs::path> noteFiles(const fs::path& folder) {
     return files;
 }
 
-/// The disk of a folder, or of what is left of the way to it.
+/// The disk of a folder or, where that is missing, of its nearest parent that exists.
 std::optional<dev_t> diskOf(fs::path folder) {
     struct stat status{};
     while (::stat(folder.c_str(), &status) != 0) {
@@ -114,7 +114,7 @@ LibraryStore::LibraryStore(fs::path root) : root_(std::move(root)) {
     for (const fs::path& folder : {notesDir(), audioDir()}) {
         try {
             Folders::make(folder);
-        } catch (const LibraryError&) { // the first save tells
+        } catch (const LibraryError&) { // the first save reports it
         }
     }
     disk_ = diskOf(root_);

@@ -22,7 +22,7 @@ struct UnreadableFile {
     std::string reason;
 };
 
-/// The contents of a note file, to be told from others.
+/// Identifies the contents of a note file.
 struct NoteVersion {
     std::filesystem::path file;
     std::uint64_t fingerprint = 0;
@@ -85,7 +85,7 @@ public:
     void save(const Note& note);
 
     /// A note in its stored form, on the disk and ready to take the place of its file. A library that was removed is
-    /// made anew, but not in the place of one whose disk was taken away. Throws LibraryError.
+    /// created again, but not in the place of one whose disk was unmounted. Throws LibraryError.
     [[nodiscard]] AtomicWrite::Prepared prepare(const Uuid& id, std::string_view bytes) const;
 
     /// The bytes that `save` would write. Throws EncodeError.

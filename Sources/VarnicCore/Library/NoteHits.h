@@ -11,7 +11,7 @@
 
 namespace varnic {
 
-/// How much of a search a note holds.
+/// How well a note matches a search.
 struct NoteScore {
     /// In how many texts something was found.
     std::size_t hits = 0;
@@ -29,12 +29,12 @@ public:
     /// How many of the terms stand in each text. Valid until the next call.
     [[nodiscard]] std::span<const std::size_t> count(NoteTexts& texts);
 
-    /// Reads the whole note, and makes nothing of what it finds.
+    /// Reads the whole note, but makes no hits.
     [[nodiscard]] NoteScore score(const Note& note);
 
 private:
     const SearchTerms& terms_;
-    /// The folded texts, each with a newline behind it, and where they end.
+    /// The folded texts, each with a newline after it, and where they end.
     std::string folded_;
     std::vector<std::size_t> ends_;
     std::vector<std::size_t> counts_;

@@ -50,7 +50,7 @@ bool takeCall(const std::optional<CallRecord>& base, std::optional<CallRecord>& 
         take(base->audioFolder, ours->audioFolder, theirs->audioFolder) &&
         take(base->tracks, ours->tracks, theirs->tracks) && take(base->themName, ours->themName, theirs->themName) &&
         take(base->language, ours->language, theirs->language);
-    // What one program has transcribed waits for its words no more, whatever another says.
+    // A call that one program has transcribed no longer waits for its transcript, whatever another says.
     const auto problemOf = [isWritten = !ours->segments.empty()](const CallRecord& call) {
         return isWritten && CallProblem::isQuit(call.problem) ? CallProblem::lossIn(call.problem) : call.problem;
     };
@@ -58,10 +58,10 @@ bool takeCall(const std::optional<CallRecord>& base, std::optional<CallRecord>& 
     return areTaken && take(problemOf(*base), ours->problem, problemOf(*theirs));
 }
 
-/// By how much the start of a recording that was recovered may differ from its own.
+/// By how much the start noted for a recovered recording may differ from the real one.
 constexpr auto startTolerance = std::chrono::minutes(1);
 
-/// Whether the call is the other as it was before its words came.
+/// Whether the call is the other one as it was before it was transcribed.
 bool awaits(const CallRecord& call, const CallRecord& written) {
     const std::optional<std::string> loss = CallProblem::lossIn(call.problem);
     return call.segments.empty() && !call.digest && !written.segments.empty() &&
@@ -70,7 +70,7 @@ bool awaits(const CallRecord& call, const CallRecord& written) {
            (!loss || loss == CallProblem::lossIn(written.problem));
 }
 
-/// Whether a call's title is one that it gets without words: "Zoom · 14 Mar, 09:26", "Call on Sat 14 Mar".
+/// Whether a call's title is one that it gets without a transcript: "Zoom · 14 Mar, 09:26", "Call on Sat 14 Mar".
 bool isPrograms(const std::string& title) {
     static const Pattern form(R"(\A(?:[^·]* · \d{1,2} \S+, \d\d:\d\d|Call on \S+ \d{1,2} \S+)\z)");
     return title.empty() || form.isIn(icu::UnicodeString::fromUTF8(title));
@@ -98,7 +98,7 @@ std::optional<Block> mergedBlock(const Block* base, const Block& ours, const Blo
     if (theirs == ours || (base != nullptr && theirs == *base)) {
         return ours;
     }
-    // Ahead of what follows, which would take a block that they have shortened for an older one.
+    // Ahead of what follows, which would mistake a block that they have shortened for an older version.
     if (base != nullptr && ours == *base) {
         return theirs;
     }
@@ -132,7 +132,7 @@ std::optional<Blocks> mergedBlocks(const Blocks& base, const Blocks& ours, const
             result.push_back(block);
         }
     }
-    // What only they have goes behind what stands before it there.
+    // What only they have goes after what precedes it there.
     std::size_t place = 0;
     for (const Block& block : theirs) {
         const auto common = std::ranges::find(result, block.id, &Block::id);

@@ -8,7 +8,7 @@
 namespace varnic::NoteMerge {
 
 /// Whether nothing that a reader sees would be lost if the one note stood in place of the other: it says the same, and
-/// perhaps more. A call that is transcribed holds its own as it was before that, with what the program put there.
+/// perhaps more. A transcribed call also holds its own version from before that, placeholders included.
 bool holds(const Note& note, const Note& less);
 
 /// The note with what both did to it since it was `base`; nothing where both changed the same thing in different ways.

@@ -12,7 +12,7 @@
 
 namespace varnic {
 
-/// One reading of many notes on all cores.
+/// One scan of many notes on all cores.
 class NoteScan {
 public:
     /// All must outlive this.
@@ -21,7 +21,7 @@ public:
     /// Calls `pause` now and then on this thread. False where it was stopped.
     bool run(const std::function<void()>& pause);
 
-    /// How good each note is, as far as is known: a note that has not been read is as one without hits. To be called
+    /// The score of each note, as far as known: a note that has not been read counts as one without hits. To be called
     /// in `pause`, or after the run.
     [[nodiscard]] std::vector<NoteScore> scores() const;
 

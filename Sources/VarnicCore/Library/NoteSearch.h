@@ -42,7 +42,7 @@ double weight(SearchHit::Field field);
 struct NoteMatch {
     /// One of the notes that were searched.
     const Note* note = nullptr;
-    /// Never none.
+    /// Never empty.
     std::vector<SearchHit> hits;
 };
 

@@ -21,14 +21,14 @@ public:
 
     [[nodiscard]] SearchHit::Field field(std::size_t index) const;
 
-    /// What the text is joined of; none for a block that is not searched. Valid until the next call.
+    /// The parts that the text is joined from; none for a block that is not searched. Valid until the next call.
     [[nodiscard]] std::span<const std::string_view> pieces(std::size_t index);
 
     [[nodiscard]] std::string text(std::size_t index);
 
-    /// Null but for the text of a block.
+    /// Null except for the text of a block.
     [[nodiscard]] const Block* block(std::size_t index) const;
-    /// Null but for a line of the transcript.
+    /// Null except for a line of the transcript.
     [[nodiscard]] const Segment* segment(std::size_t index) const;
 
 private:
@@ -36,7 +36,7 @@ private:
 
     const Note& note_;
     std::string title_;
-    /// What stands before the other party's lines.
+    /// The prefix of the other party's lines.
     std::string them_;
     std::size_t transcriptAt_;
     std::size_t emailAt_;

@@ -244,7 +244,7 @@ Note readNote(element json, const Place* place, Date now) {
             readKey(found, inner, member);
         } else {
             if constexpr (std::is_same_v<Member, Date>) {
-                note.modified = note.created; // the key behind "created", with its value for default
+                note.modified = note.created; // the key after "created", with its value for default
             }
             readTolerantKey(found, inner, member);
         }

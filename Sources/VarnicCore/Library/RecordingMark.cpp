@@ -25,9 +25,9 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* fileName = "recording.json";
-/// Far more than a mark has.
+/// Far more than a mark needs.
 constexpr std::size_t mostBytes = 65'536;
-/// How often a folder that others take for an unborn one and remove is made again.
+/// How often a folder is made again that another process takes for abandoned and removes.
 constexpr int attempts = 5;
 
 std::string textOf(const RecordingMark& mark) {

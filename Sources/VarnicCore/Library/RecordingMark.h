@@ -23,11 +23,11 @@ struct RecordingMark {
     bool operator==(const RecordingMark&) const = default;
 };
 
-/// The file of a mark, locked as long as the object lives: by that the recording of a living process is told from one
-/// that died. Without `remove` the file stays behind the object, as behind a crash. One thread at a time.
+/// The file of a mark, locked as long as the object lives: that tells the recording of a living process from one
+/// that died. Without `remove` the file outlives the object, as it does after a crash. One thread at a time.
 class RecordingMarkFile {
 public:
-    /// Puts a locked mark in the folder, at one moment, and makes the folder where it is missing; do it before there is
+    /// Puts a locked mark in the folder, atomically, and makes the folder where it is missing; do it before there is
     /// a track. Throws LibraryError, also when another process holds the folder's mark.
     static RecordingMarkFile create(const std::filesystem::path& folder, const RecordingMark& mark);
 

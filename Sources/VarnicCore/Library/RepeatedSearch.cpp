@@ -35,11 +35,11 @@ FoundNotes ranked(const SearchTerms& terms, std::span<const SharedNote> notes, s
     return found;
 }
 
-/// Notes of which it is known how good they are, and the others.
+/// The scores of the notes that are known, and the notes that are still to be read.
 struct Parts {
     std::vector<NoteScore> scores;
     std::vector<SharedNote> unread;
-    /// Their places.
+    /// The indices of the unread notes in `scores`.
     std::vector<std::size_t> places;
 
     [[nodiscard]] std::vector<NoteScore> with(const std::vector<NoteScore>& read) const {

@@ -17,7 +17,7 @@
 
 namespace varnic {
 
-/// A note that a search found, which NoteHits tells more of.
+/// A note that a search found; NoteHits gives its hits.
 struct FoundNote {
     SharedNote note;
     std::size_t hits = 0;
@@ -36,14 +36,14 @@ struct FoundNotes {
 };
 
 /// Finds what NoteSearch::search finds, again and again while notes change and the query is being typed: it remembers
-/// how good each note was, and reads only those again for which that may have changed. One thread at a time; it uses as
-/// many as the machine has cores.
+/// how well each note matched, and reads only those again for which that may have changed. One thread at a time; it
+/// uses as many threads of its own as the machine has cores.
 class RepeatedSearch {
 public:
     /// Takes what was found up to now. Called on the thread that searches.
     using Preview = std::function<void(FoundNotes found)>;
 
-    /// A search that takes longer tells then what it has found, at `previewDelay` or as soon as that is something.
+    /// A search that takes longer than this reports once what it has found, as soon as that is something.
     static constexpr std::chrono::milliseconds previewDelay{30};
 
     explicit RepeatedSearch(std::chrono::milliseconds delay = previewDelay) : previewDelay_(delay) {}
@@ -60,7 +60,7 @@ private:
 
     std::chrono::milliseconds previewDelay_;
     std::vector<std::string> terms_;
-    /// How good the terms find each note. It holds the notes, so that no other can come to stand at their address.
+    /// How well each note matches. The map owns the notes, so that no other one can take over the address of one.
     std::unordered_map<SharedNote, NoteScore> known_;
 };
 

@@ -100,7 +100,7 @@ void SearchTerms::addClasses() {
     }
 }
 
-/// A state for each beginning of a term. What leads nowhere leads to the root as yet.
+/// A state for each prefix of a term. Missing transitions lead to the root for now.
 void SearchTerms::addStates() {
     const auto add = [this] {
         states_.emplace_back();
@@ -122,9 +122,9 @@ void SearchTerms::addStates() {
     }
 }
 
-/// Where no term goes on, the text may go on with a term that began later.
+/// Where the current term does not continue, the text may continue one that began later.
 void SearchTerms::addFallbacks() {
-    std::deque<std::uint32_t> waiting{root}; // the shorter beginnings first
+    std::deque<std::uint32_t> waiting{root}; // the shorter prefixes first
     while (!waiting.empty()) {
         const std::uint32_t state = waiting.front();
         waiting.pop_front();
@@ -148,7 +148,7 @@ std::vector<bool> SearchTerms::foundByAutomaton(std::string_view folded) const {
     std::uint32_t state = root;
     for (const char byte : folded) {
         state = next_[state * classCount_ + classes_[static_cast<unsigned char>(byte)]];
-        // Once a term was met, so were all those that it ends with.
+        // Where a term has been found before, so have all terms that are suffixes of it.
         for (std::uint32_t at = states_[state].nearestTerm; at != root && !found[states_[at].term];) {
             found[states_[at].term] = true;
             at = states_[states_[at].fallback].nearestTerm;

@@ -31,14 +31,14 @@ public:
     [[nodiscard]] std::vector<std::string_view> foundIn(std::string_view folded) const;
 
     /// How many of the terms stand in each of several folded texts that follow one another in `folded`, which takes far
-    /// less time than one call a text. `ends` are their ends, and behind each stands a newline, which is
+    /// less time than one call a text. `ends` are their ends, and after each stands a newline, which is
     /// in no term. `counts` has an element for each and is overwritten. Any thread.
     void countInEach(std::string_view folded, std::span<const std::size_t> ends, std::span<std::size_t> counts) const;
 
 private:
-    /// A state of the automaton: the longest beginning of a term that the text read so far ends with.
+    /// A state of the automaton: the longest prefix of a term that the text read so far ends with.
     struct State {
-        /// The state of the longest shorter beginning that the text ends with as well.
+        /// The state of the next shorter prefix that the text ends with as well.
         std::uint32_t fallback = 0;
         /// The nearest state along the fallbacks, this one included, that is a whole term; 0 where none is.
         std::uint32_t nearestTerm = 0;
@@ -65,7 +65,7 @@ private:
     /// Bytes that stand in no term are of class 0; each other one has a class of its own.
     std::array<std::uint16_t, 256> classes_{};
     std::size_t classCount_ = 0;
-    /// For each state and class of byte, the state behind the byte.
+    /// For each state and class of byte, the state after the byte.
     std::vector<std::uint32_t> next_;
 };
 

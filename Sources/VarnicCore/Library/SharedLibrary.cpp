@@ -85,7 +85,7 @@ std::vector<Note> SharedLibrary::loadAll(Date now) {
     return notes;
 }
 
-/// Throws LibraryError where it cannot be told whether there is anything.
+/// Throws LibraryError where it cannot be found out whether there is anything.
 SharedLibrary::Found SharedLibrary::look(const fs::path& file, Date now) {
     NoteFileReader reader;
     try {
@@ -135,8 +135,8 @@ std::optional<Note> SharedLibrary::merged(const Found& other, const Note& ours, 
     return other.note && base != nullptr ? NoteMerge::merged(*base, ours, *other.note) : std::nullopt;
 }
 
-/// Saves a file that cannot be read from being overwritten. Who writes in place may have been in the middle of it when
-/// it was looked at: what is whole by now is a version like any other.
+/// Keeps an unreadable file from being overwritten. A program that writes in place may have been in the middle of it
+/// when the file was read: if it is whole by now, it is a version like any other.
 std::optional<Note> SharedLibrary::setAside(const fs::path& file, const Note& ours, Date now) {
     const fs::path aside = damagedName(store_.url(ours.id));
     Folders::moveIfThere(file, aside);
@@ -149,7 +149,7 @@ std::optional<Note> SharedLibrary::setAside(const fs::path& file, const Note& ou
     return copy;
 }
 
-/// Saves what another program wrote from being overwritten by ours.
+/// Keeps what another program wrote from being overwritten by ours.
 std::optional<Note> SharedLibrary::keep(const Found& other, const Note& ours, Date now) {
     if (!other.note) {
         return setAside(other.version.file, ours, now);
@@ -167,9 +167,9 @@ std::optional<Note> SharedLibrary::keep(const Found& other, const Note& ours, Da
     return copy;
 }
 
-/// Who edits a note elsewhere while it is edited here writes one version after another, each of which holds the one
-/// before: the copy that the first has made follows them. To this program too that is a change from outside, so that
-/// what it has not saved of the copy yet is safe.
+/// A program in which the note is edited at the same time writes one version after another, each of which contains the
+/// one before: the copy made of the first follows them. To this program too that is a change from outside, so that
+/// its unsaved changes to the copy are safe.
 bool SharedLibrary::follow(Note copy, const Uuid& original, Date now) {
     const auto last = copies_.find(original);
     if (last == copies_.end()) {
@@ -272,7 +272,7 @@ bool SharedLibrary::takeInConflicts(const std::optional<std::set<std::string>>& 
         }
         const LibraryLock lock = LibraryLock::forWriting(store_.root());
         const Found found = look(file, now);
-        // Without the note's own file it is the note.
+        // Where the note has no file of its own, the conflict copy is the note.
         if (found.note && store_.url(found.note->id) != file && Folders::isThere(store_.url(found.note->id))) {
             takeInLocked(*found.note, 0, now);
             Folders::removeAll(file);
@@ -335,12 +335,12 @@ std::optional<NoteChange> SharedLibrary::changeOf(const fs::path& file, Date now
         return std::nullopt;
     }
     if (version.file != file) {
-        // Of several files with one id that counts which was there first, unless it has been renamed.
+        // Of several files with one id the one that was there first counts, unless it has been renamed.
         if (!found.note || Folders::isThere(version.file)) {
             return std::nullopt;
         }
     } else if (!found.isThere && file != store_.url(*id) && Folders::isThere(store_.url(*id))) {
-        return std::nullopt; // renamed, of which the other name tells
+        return std::nullopt; // renamed: reported under the other name
     }
     return NoteChange{*id, found.version, std::move(found.note)};
 }

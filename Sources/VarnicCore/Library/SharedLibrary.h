@@ -40,17 +40,17 @@ public:
 
     /// Writes the note. Where its file holds what is not known here, both are brought together if it was changed in
     /// other places (see NoteMerge); to this program that is another program's change. Else the other version becomes a
-    /// note of its own first, named "<title> (other copy)" and without the recording, and is given back; of a version
-    /// that only adds to one that was kept so before, that copy takes the additions instead. What cannot be read is set
+    /// note of its own first, named "<title> (other copy)" and without the recording, and is returned; if it only adds
+    /// to an earlier such copy, that copy takes the additions instead. What cannot be read is set
     /// aside as "<UUID>.json.damaged". A note that was deleted meanwhile comes back, its recording too. A file of
     /// another name is renamed after the note's id. Throws LibraryError or EncodeError, and then nothing is lost.
-    /// What is known of the note may have been loaded only, and then is not at hand: `base`, if not null, is that.
+    /// A version that was only loaded is not in memory: `base`, if not null, is the note as it was loaded.
     std::optional<Note> save(const Note& note, Date now, const Note* base = nullptr);
 
     /// The fingerprint of what is known of the note; 0 where nothing is.
     [[nodiscard]] std::uint64_t knownFingerprint(const Uuid& id) const;
 
-    /// Brings a version of a note into the library that was made elsewhere, of the version with the fingerprint `base`
+    /// Brings in a version of a note that was made elsewhere from the version with the fingerprint `base`
     /// (0 where that is not known): in the place of the stored one if that is the base or is in it, else as a note of
     /// its own, which then is the same one wherever it is made. Throws LibraryError or EncodeError.
     void takeIn(const Note& note, std::uint64_t base, Date now);
@@ -65,8 +65,8 @@ public:
     /// Brings a deleted note back; nothing when there is none that can be read. Throws LibraryError.
     std::optional<Note> restore(const Uuid& id, Date now);
 
-    /// Where the files of these names, or all without names, differ from what is known here. A change is told again
-    /// until it has been accepted or saved over. A file that cannot be read tells of none: it may be half written.
+    /// Where the files of these names, or all without names, differ from what is known here. A change is reported again
+    /// until it is accepted or saved over. A file that cannot be read counts as unchanged: it may be half written.
     /// Throws LibraryError where the folder of the notes is gone or cannot be looked into: that removes no note.
     [[nodiscard]] std::vector<NoteChange> changes(const std::optional<std::set<std::string>>& names, Date now) const;
 

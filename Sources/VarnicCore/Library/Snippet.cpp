@@ -58,7 +58,7 @@ Line extract(std::string_view text, const std::vector<std::size_t>& starts, std:
     if (to < starts.size()) {
         line.add(ellipsis);
     }
-    if (hasNewBlanks) { // a mark that stood alone behind a newline joins the blank
+    if (hasNewBlanks) { // a mark that stood alone after a newline joins the blank
         line.starts = Unicode::characterStarts(line.text);
     }
     return line;
@@ -68,7 +68,7 @@ char lowerAscii(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/// The line folded character by character, so that a match can be told in the characters that a reader sees: where each
+/// The line folded character by character, so that matches can be given in user-visible characters: where each
 /// one's part begins.
 Line foldedByCharacter(const Line& line) {
     Line folded;

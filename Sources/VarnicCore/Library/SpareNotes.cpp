@@ -21,7 +21,7 @@ namespace {
 
 constexpr int hexadecimal = 16;
 
-/// Of "<UUID>.<run>.<base>.json", which makes a file whole by itself.
+/// The base in a name of the form "<UUID>.<run>.<base>.json": a file needs no index beside it.
 std::optional<std::uint64_t> baseIn(const fs::path& file) {
     const std::string digits = file.stem().extension().string();
     std::uint64_t base = 0;
@@ -62,7 +62,7 @@ void SpareNotes::dropAll(const Uuid& id) const {
     removeAllBut({}, id.text());
 }
 
-/// Of the files whose names begin so, and the folder when it holds no other.
+/// Removes the files whose names begin so except `kept`, and the folder when it holds no others.
 void SpareNotes::removeAllBut(const fs::path& kept, const std::string& beginning) const {
     for (const fs::path& file : Folders::entries(folder_)) {
         if (file != kept && file.filename().string().starts_with(beginning)) {
@@ -82,7 +82,7 @@ std::vector<SpareNote> SpareNotes::all(Date now) const {
                 notes.push_back({reader.read(file, now), *base, file});
             }
         } catch (const std::exception&) {
-            // None of ours, which are written whole or not at all.
+            // Not one of ours: those are written whole or not at all.
         }
     }
     return notes;

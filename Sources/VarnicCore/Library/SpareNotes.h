@@ -29,13 +29,13 @@ public:
     /// Keeps the note in place of this run's older version; false where that fails too.
     [[nodiscard]] bool keep(const SpareNote& spare) const;
 
-    /// This run's version of the note is where it belongs.
+    /// Removes this run's version of the note: the library has it now.
     void drop(const Uuid& id) const;
 
-    /// One of `all` is where it belongs.
+    /// Removes one of `all`: the library has it now.
     void drop(const SpareNote& spare) const;
 
-    /// Nobody wants the note any more, in whatever version.
+    /// Removes all versions of a note that nobody wants any more.
     void dropAll(const Uuid& id) const;
 
     /// Those that can be read, in no order.

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::array<std::string_view, 4> usualForms{".m4a", ".caf", ".wav", ".aiff"};
 
-/// Before which others a file goes.
+/// The sort key of a file: the usual forms in their order, then by path.
 std::pair<std::size_t, fs::path> rank(const fs::path& file) {
     const auto form = std::ranges::find(usualForms, file.extension().native());
     return {static_cast<std::size_t>(form - usualForms.begin()), file};
