@@ -26,8 +26,8 @@ bool isHeading(const Block& block, std::string_view text) {
     return block.kind == BlockKind::heading && block.text == text;
 }
 
-/// What came with the digest that goes besides its own blocks: of each section that was not there the heading, and the
-/// blank under that of the notes. All other such blocks are the user's.
+/// What goes with the digest besides its own blocks: the heading of each section that was not there before, and the
+/// blank block under that of the notes. All other such blocks are the user's.
 std::vector<Uuid> framesOfDigest(const std::vector<Block>& present, const std::vector<Block>& earlier) {
     constexpr auto sections = std::to_array<std::string_view>({"Summary", "To-dos", notesHeading});
     std::vector<Uuid> frames;
@@ -63,7 +63,7 @@ std::vector<Block> merged(const std::vector<Block>& present, const std::vector<B
             blocks.push_back(block);
         }
     }
-    // What is new stays behind what it stood behind, and the blocks of the one digest stand for those of the other.
+    // New blocks stay after those that they followed, and the blocks of the one digest replace those of the other.
     const std::vector<Uuid> frames = framesOfDigest(present, earlier);
     std::size_t place = 0;
     for (const Block& block : present) {

@@ -31,7 +31,7 @@ struct LeftList {
 /// What pressing Return did.
 using ReturnResult = std::variant<NewBlock, LeftList>;
 
-/// Puts a block behind the block `after`, or at the end where that is absent or unknown.
+/// Puts a block after the block `after`, or at the end where that is absent or unknown.
 void insert(Block block, std::optional<Uuid> after, Note& note, Date now);
 
 /// Removes a block and gives the one to focus: the block before it, or the first.
@@ -46,7 +46,7 @@ void update(Uuid id, Note& note, Date now, const std::function<void(Block&)>& ch
 /// Turns a block into another kind; its words stay as far as the kind can hold them.
 void setKind(BlockKind kind, Uuid id, Note& note, Date now);
 
-/// Return in a block: a new block behind it, or the end of a list.
+/// Return in a block: a new block after it, or the end of a list.
 std::optional<ReturnResult> pressReturn(Uuid id, Note& note, Date now);
 
 /// The delete key in an empty block: takes its form away first, then the block. Gives the block to focus.
