@@ -3,7 +3,7 @@
 #include <cstddef>
 
 // The assembler copies the file into the program; a compiler would take minutes over an array of its size. The zeros
-// behind it are simdjson's padding.
+// after it are simdjson's padding.
 asm(".pushsection .rodata\n"
     ".balign 64\n"
     ".hidden varnicEnglishModel\n"

@@ -4,7 +4,7 @@
 
 namespace varnic {
 
-/// The English tagger's weights in JSON, as the wheel holds them, with simdjson's padding behind the last byte.
+/// The English tagger's weights in JSON, as the wheel holds them, with simdjson's padding after the last byte.
 std::string_view englishModel();
 
 } // namespace varnic

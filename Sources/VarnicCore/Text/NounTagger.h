@@ -17,7 +17,7 @@ struct TaggedWord {
     bool operator==(const TaggedWord&) const = default;
 };
 
-/// Finds all words of a text (as TextKit::words does) and tells the nouns among them. Callable from any thread.
+/// Finds all words of a text (as TextKit::words does) and marks the nouns among them. Callable from any thread.
 using NounTagger = std::function<std::vector<TaggedWord>(std::string_view text)>;
 
 /// The tagger for English. Its model is unpacked when it is first asked for.

@@ -64,7 +64,7 @@ bool standsAlone(char32_t c) {
 
 using CharacterVisit = std::function<bool(std::size_t)>;
 
-/// Calls `visit` with the byte offset behind each character, counted from `offset`, until it gives false, and gives
+/// Calls `visit` with the byte offset after each character, counted from `offset`, until it gives false, and gives
 /// what it gave last.
 bool forEachBreak(std::string_view text, std::size_t offset, const CharacterVisit& visit) {
     UErrorCode status = U_ZERO_ERROR;
@@ -81,10 +81,10 @@ bool forEachBreak(std::string_view text, std::size_t offset, const CharacterVisi
     return goesOn;
 }
 
-/// Calls `visit` with the byte offset behind each character, until it gives false. ICU, which takes its time, is asked
+/// Calls `visit` with the byte offset after each character, until it gives false. ICU, which takes its time, is asked
 /// only about the stretches where code points may join.
 void forEachCharacterEnd(std::string_view text, const CharacterVisit& visit) {
-    std::size_t begin = 0;   // of what has not been told yet
+    std::size_t begin = 0;   // of what has not been visited yet
     std::size_t current = 0; // where the last code point that was read begins
     bool wasAlone = false;
     for (std::size_t position = 0; position < text.size();) {

@@ -23,7 +23,7 @@ bool isLetter(char32_t c);
 /// General category Nd, Nl or No.
 bool isNumber(char32_t c);
 
-/// The code point at the byte `position`, which moves behind it. The position must be before the text's end.
+/// The code point at the byte `position`, which moves past it. The position must be before the text's end.
 char32_t next(std::string_view text, std::size_t& position);
 
 using CharacterTest = bool (*)(char32_t);

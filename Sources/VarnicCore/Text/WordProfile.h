@@ -39,7 +39,7 @@ private:
         [[nodiscard]] std::size_t shared(const Words& other) const;
     };
 
-    /// The sets by which the similarity of two texts is told: the telling words if both have some.
+    /// The sets that the similarity of two texts is computed from: the telling words if both have some.
     static std::pair<const Words&, const Words&> compared(const WordProfile& a, const WordProfile& b);
 
     /// The words with a letter, and those of them that are no stop words.
