@@ -33,7 +33,7 @@ bool isFileNameEdge(char32_t c) {
 /// Keeps a text from being read back as another kind of block.
 std::string escaped(const std::string& text) {
     constexpr std::string_view marks = "#>-*+";
-    // With a combining mark behind it, as in a keycap emoji, the byte is not the whole character.
+    // With a combining mark after it, as in a keycap emoji, the byte is not the whole character.
     if (!text.empty() && marks.find(text.front()) != std::string_view::npos &&
         Unicode::firstCharacters(text, 1).size() == 1) {
         return "\\" + text;
@@ -71,7 +71,7 @@ void addSpaced(Lines& lines, std::string line) {
     lines.emplace_back();
 }
 
-/// Who owes a to-do and when, behind its text; empty when neither is known.
+/// Who owes a to-do and when, after its text; empty when neither is known.
 std::string tagOf(const Block& todo, const Note& note, const ExportOptions& options) {
     std::vector<std::string> parts;
     if (todo.owner) {
@@ -146,7 +146,7 @@ bool isListItem(const Block& block) {
     return block.kind == BlockKind::todo || block.kind == BlockKind::bullet;
 }
 
-/// A run of items of one list stands tight.
+/// The items of one list follow each other without blank lines.
 void addBlocks(Lines& lines, const Note& note, const ExportOptions& options) {
     for (auto block = note.blocks.begin(); block != note.blocks.end(); ++block) {
         addBlock(lines, *block, note, options);

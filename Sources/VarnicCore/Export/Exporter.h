@@ -41,7 +41,7 @@ std::string pdf(const StyledText& text, PageSize size, double margin);
 /// The text font at a size in points.
 Font serif(double size, bool bold = false, bool italic = false);
 
-/// A table whose first row is in `bold`, with a little room behind it; empty when no row has a cell. More columns than
+/// A table whose first row is in `bold`, with a little room after it; empty when no row has a cell. More columns than
 /// Word's 63 become lines with tabs between the cells, as a page has no room for them either.
 StyledText table(const std::vector<std::vector<std::string>>& rows, const Font& font, const Font& bold,
                  const Colour& colour);

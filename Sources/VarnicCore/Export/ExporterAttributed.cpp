@@ -34,7 +34,7 @@ constexpr ParagraphStyle indented(double firstLine, double head, double before, 
     return {.before = before, .after = after, .firstLineIndent = firstLine, .headIndent = head};
 }
 
-/// A paragraph behind a mark: the text begins at the head indent.
+/// A paragraph after a mark: the text begins at the head indent.
 constexpr ParagraphStyle listItem(double firstLine, double head) {
     ParagraphStyle style = indented(firstLine, head, 0, 3);
     style.tabStop = head;

@@ -59,7 +59,7 @@ std::optional<std::string> scalar(std::string_view line) {
     }
     std::string text;
     for (std::size_t i = 1; i + 1 < value.size(); ++i) {
-        // In the one kind of quotes a quote is doubled, in the other it stands behind a backslash, as that itself does.
+        // In single quotes a quote is doubled; in double quotes a backslash stands before it, and before a backslash.
         const bool isEscape = i + 2 < value.size() &&
                               (value[0] == '\'' ? value.substr(i, 2) == "''"
                                                 : value[i] == '\\' && (value[i + 1] == '"' || value[i + 1] == '\\'));

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-/// A Markdown file on its way into the library: MarkdownImport's blocks, and what they don't tell. Any thread.
+/// A Markdown file on its way into the library: MarkdownImport's blocks, and what they don't hold. Any thread.
 namespace varnic::MarkdownFile {
 
 /// What a note cannot hold, in numbers of lines.

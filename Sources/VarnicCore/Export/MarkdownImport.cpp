@@ -14,7 +14,7 @@ namespace {
 // The patterns below are matched by hand: a regular expression of ICU keeps a stack that a line of megabytes
 // overflows, or looks at such a line again from every place in it.
 
-/// What follows a beginning; nothing when the line begins otherwise.
+/// What follows the prefix; nothing when the line begins otherwise.
 std::optional<std::string_view> after(std::string_view line, std::string_view beginning) {
     if (!line.starts_with(beginning)) {
         return std::nullopt;

@@ -41,7 +41,7 @@ Pango::Context context(PangoFontMap* fonts, cairo_t* canvas, PangoDirection dire
     Pango::Context context(pango_font_map_create_context(fonts));
     pango_cairo_update_context(canvas, context.get());
     pango_context_set_base_dir(context.get(), direction);
-    // A page is not made of pixels.
+    // Exported pages have no pixel grid to round to.
     pango_context_set_round_glyph_positions(context.get(), FALSE);
     return context;
 }
@@ -72,18 +72,18 @@ std::string joined(const std::vector<Run>& runs) {
     return text;
 }
 
-/// The indent that comes to all lines.
+/// The indent that all lines have in common.
 double commonIndent(const ParagraphStyle& style) {
     return std::min(style.firstLineIndent, style.headIndent);
 }
 
 void setIndent(PangoLayout* layout, const ParagraphStyle& style, bool isFirst) {
-    // Pango's negative indent is that of the lines behind the first.
+    // Pango's negative indent is that of the lines after the first.
     const double first = isFirst ? style.firstLineIndent : style.headIndent;
     pango_layout_set_indent(layout, Pango::units(first - style.headIndent));
 }
 
-/// The paragraph's own stop, and behind it those at every interval from the margin.
+/// The paragraph's own stop, and after it those at every interval from the margin.
 void setTabs(PangoLayout* layout, const ParagraphStyle& style) {
     std::vector<double> stops;
     if (style.tabStop) {

@@ -47,7 +47,7 @@ public:
     /// `width` in points. The paragraph and the contexts must outlive this.
     ParagraphLines(const TextContexts& contexts, const Paragraph& paragraph, double width);
 
-    /// The next line; nothing behind the last. An empty paragraph has one empty line.
+    /// The next line; nothing after the last. An empty paragraph has one empty line.
     std::optional<TextLine> next();
 
 private:

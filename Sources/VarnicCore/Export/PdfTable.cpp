@@ -104,7 +104,7 @@ private:
     void drawPiece() {
         std::vector<std::deque<TextLine>> pieces;
         double height = 0;
-        // A page lower than a line takes one all the same.
+        // A page with less room than a line takes one all the same.
         const double room = std::max(pages_.room() - 2 * padding_, highest(&Cell::firstHeight));
         for (Cell& cell : cells_) {
             const auto& piece = pieces.emplace_back(cell.take(room));

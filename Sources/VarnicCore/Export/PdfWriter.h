@@ -9,7 +9,7 @@
 /// Any thread.
 namespace varnic::PdfWriter {
 
-/// Text behind so many pages is left out.
+/// Text beyond so many pages is left out.
 inline constexpr int mostPages = 500;
 
 /// The file's bytes; empty where no PDF can be made. The margin, in points, is that of all four sides. There is at

@@ -21,7 +21,7 @@ namespace {
 using WordUnits::halfPoints;
 using WordUnits::twips;
 
-/// Fonts by number; a program without one takes what stands behind it, or one of its family.
+/// Fonts by number; a program without one takes the one named after it, or one of its family.
 constexpr std::string_view fontTable = R"({\fonttbl{\f0\froman\fcharset0 Vollkorn{\*\falt Georgia};})"
                                        R"({\f1\fswiss\fcharset0 Inter{\*\falt Helvetica};}})";
 
@@ -170,7 +170,7 @@ private:
         const std::string shade = isHeader ? fmt::format("\\clcbpat{}", number(StyledTable::headerBackground)) : "";
         for (std::size_t column = 1; column <= table.columns; ++column) {
             const double right = width * static_cast<double>(column) / static_cast<double>(table.columns);
-            // The padding is each cell's, not the row's: by that, some programs would move the table to the left.
+            // The padding is each cell's: with that of the row, some programs would move the table to the left.
             out_ += fmt::format("\\clvertalt\\clbrdrt{0}\\clbrdrl{0}\\clbrdrb{0}\\clbrdrr{0}{1}"
                                 "\\clpadl{2}\\clpadt{2}\\clpadr{2}\\clpadb{2}\\clpadfl3\\clpadft3\\clpadfr3\\clpadfb3"
                                 "\\cellx{3}\n",

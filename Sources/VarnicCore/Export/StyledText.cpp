@@ -54,7 +54,7 @@ std::string cleaned(std::string_view text) {
 }
 
 bool beginsRightToLeft(const std::vector<Run>& runs) {
-    // What has no direction of its own, such as the mark of a to-do, is left to the runs behind it.
+    // What has no direction of its own, such as the mark of a to-do, is left to the runs after it.
     for (const Run& run : runs) {
         const icu::UnicodeString wide = Unicode::utf16(run.text);
         const UBiDiDirection direction = ubidi_getBaseDirection(wide.getBuffer(), wide.length());

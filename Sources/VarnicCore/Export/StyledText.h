@@ -22,7 +22,7 @@ struct Colour {
     bool operator==(const Colour&) const = default;
 };
 
-/// Vollkorn, Inter, and Inter with figures of one width.
+/// Vollkorn, Inter, and Inter with tabular figures.
 enum class Typeface { serif, sans, digits };
 
 struct Font {
@@ -50,7 +50,7 @@ inline constexpr double tabInterval = 28;
 
 enum class Alignment { leading, centred };
 
-/// What a paragraph is to a program that knows of more than looks.
+/// What a paragraph is in the document's outline, for formats that hold more than looks.
 enum class ParagraphRole { text, title, heading, subheading };
 
 /// All lengths in points; indents count from the side where the text begins.
@@ -58,10 +58,10 @@ struct ParagraphStyle {
     double before = 0;
     double after = 0;
     double firstLineIndent = 0;
-    /// Of the lines behind the first.
+    /// Of the lines after the first.
     double headIndent = 0;
     double lineHeightMultiple = 1.15;
-    /// Behind it, or without one, a tab goes to the next multiple of `tabInterval`.
+    /// Beyond it, or without one, a tab goes to the next multiple of `tabInterval`.
     std::optional<double> tabStop;
     Alignment alignment = Alignment::leading;
     ParagraphRole role = ParagraphRole::text;
@@ -69,7 +69,7 @@ struct ParagraphStyle {
     bool operator==(const ParagraphStyle&) const = default;
 };
 
-/// Made by StyledText alone, which sees to what is said here.
+/// Made by StyledText alone, which guarantees what is said here.
 struct Paragraph {
     /// At least one. The texts are well-formed UTF-8 without newlines and control characters, but for tabs, and U+2028
     /// for a line break.

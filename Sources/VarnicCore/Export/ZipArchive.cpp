@@ -47,7 +47,7 @@ ZipArchive::~ZipArchive() {
 
 void ZipArchive::add(const char* name, std::string_view bytes) {
     constexpr int ordinaryFile = 0644;
-    // Without a time, the archive holds the first one that it can.
+    // Without a time, the entry gets the earliest one that the format can hold.
     const std::unique_ptr<archive_entry, FreeEntry> entry(archive_entry_new2(archive_));
     archive_entry_set_pathname(entry.get(), name);
     archive_entry_set_filetype(entry.get(), AE_IFREG);

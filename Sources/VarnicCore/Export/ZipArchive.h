@@ -18,7 +18,7 @@ public:
     /// Adds a file. Throws std::runtime_error where that fails, as do the constructor and `finish`.
     void add(const char* name, std::string_view bytes);
 
-    /// The archive's bytes; nothing can be added behind.
+    /// The archive's bytes; nothing can be added afterwards.
     std::string finish();
 
 private:
