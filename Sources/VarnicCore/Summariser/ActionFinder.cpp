@@ -124,7 +124,7 @@ icu::UnicodeString withoutFillers(const icu::UnicodeString& text) {
     return {text, begin};
 }
 
-/// The task that is left of a clause behind its opening.
+/// The task that is left of a clause after its opening.
 std::string tidied(std::string_view rest) {
     const std::string text = Unicode::utf8(withoutFillers(withoutLastPlease(Unicode::utf16(rest))));
     return std::string(Unicode::trim(text, [](char32_t c) { return std::u32string_view(U" ?.!,;").contains(c); }));

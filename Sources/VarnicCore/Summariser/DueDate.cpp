@@ -25,7 +25,7 @@ constexpr std::array<std::string_view, 12> monthNames{"january",   "february", "
 
 struct Kind {
     Pattern pattern;
-    /// What a match gives; the match itself where this is empty.
+    /// What a match yields; the matched text itself where this is empty.
     std::string_view gives;
 
     explicit Kind(std::string_view expression, std::string_view result = {}) : pattern(expression), gives(result) {}
@@ -68,7 +68,7 @@ std::optional<weekday> weekdayAtEnd(std::string_view lower) {
     return weekday(static_cast<unsigned>(found - weekdayNames.begin()));
 }
 
-/// The first such weekday behind the day.
+/// The first such weekday after the day.
 local_days next(weekday wanted, local_days day) {
     const local_days tomorrow = day + days(1);
     return tomorrow + (wanted - weekday(tomorrow));

@@ -37,7 +37,7 @@ public:
                                                  const std::vector<ActionItem>& excluding,
                                                  std::optional<std::size_t> limit = std::nullopt);
 
-    /// The text as one finished sentence: without lead-ins, a capital in front, an end mark behind.
+    /// The text as one finished sentence: without lead-ins, a capital in front, an end mark at the end.
     static std::string tidy(std::string_view text);
 };
 

@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::size_t nounsOfTitle = 2;
 
-/// Nouns of any talk, which tell nothing about this one.
+/// Nouns of any conversation, which say nothing about this one.
 const TextKit::WordSet& genericNouns() {
     static const TextKit::WordSet nouns{
         "guys",     "people",   "minute",    "minutes",  "second",    "seconds", "morning", "afternoon", "evening",
