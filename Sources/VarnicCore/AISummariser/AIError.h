@@ -11,7 +11,7 @@ namespace varnic {
 class AIError : public std::runtime_error {
 public:
     enum class Kind {
-        refused,     ///< The model declined; the detail is the category, where one is told.
+        refused,     ///< The model declined; the detail is the category, where one is given.
         server,      ///< Any other status than those below; the detail is the server's message.
         badResponse, ///< The answer is not of the form asked for; the detail says how.
         noKey,

@@ -35,7 +35,7 @@ std::string isoDay(Date date, const Region& region) {
                        static_cast<unsigned>(day.day()));
 }
 
-/// From the first "{" to the last "}" behind it, else the whole text.
+/// From the first "{" to the last "}" after it, else the whole text.
 std::string_view jsonIn(std::string_view text) {
     const std::size_t first = text.find('{');
     const std::size_t last = text.rfind('}');

@@ -65,7 +65,7 @@ http::Request CompatibleSummariser::request(const std::vector<Segment>& segments
 std::string CompatibleSummariser::answer(std::string_view body) const {
     const Json json = Json::parse(body, nullptr, false);
     const Json::json_pointer content("/choices/0/message/content");
-    // An index is also a key of an object, which no list of choices is.
+    // The pointer's index would also match a key of an object, but `choices` must be an array.
     if (!json.is_object() || !json.contains("choices") || !json["choices"].is_array() || !json.contains(content) ||
         !json[content].is_string()) {
         throw AIError::badResponse("no message");

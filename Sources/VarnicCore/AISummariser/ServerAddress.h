@@ -27,7 +27,7 @@ public:
     /// Whether the host is this computer by one of its usual names. Other spellings of the loopback address are not.
     [[nodiscard]] bool isLocal() const;
 
-    /// The URL with a relative path behind its own.
+    /// The URL with a relative path appended to its own.
     [[nodiscard]] std::string appending(std::string_view path) const;
 
 private:

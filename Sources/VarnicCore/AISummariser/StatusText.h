@@ -4,7 +4,7 @@
 
 namespace varnic {
 
-/// The usual words for an HTTP status, such as "not found"; those of its hundred for a less known one.
+/// The usual words for an HTTP status, such as "not found"; those of its class (4xx, 5xx) for a less known one.
 std::string_view statusText(int status);
 
 } // namespace varnic

@@ -13,7 +13,7 @@ public:
     /// A response with more bytes is refused with AIError `badResponse`.
     static constexpr std::size_t longestBody = 16UL * 1024 * 1024;
 
-    /// `timeout` bounds the time without anything moving, together with the request's own; twice `timeout` the whole
+    /// `timeout` bounds the time without progress (the request's own applies where shorter); twice `timeout` the whole
     /// exchange.
     explicit URLSessionTransport(std::chrono::milliseconds timeout = std::chrono::seconds(120)) : timeout_(timeout) {}
 
