@@ -10,7 +10,7 @@ namespace varnic::CallProblem {
 
 namespace {
 
-/// How every sentence about lost sound begins.
+/// How every sentence about lost audio begins.
 std::string beginning(Speaker side) {
     return fmt::format("The recording of {} side lacks sound from ", side == Speaker::you ? "your" : "their");
 }

@@ -10,7 +10,7 @@ namespace varnic {
 /// The heading under which the user's own words stand in a call's note.
 inline constexpr std::string_view notesHeading = "Notes";
 
-/// What a call's note holds until its words are there: the heading of the notes with an empty paragraph.
+/// What a call's note holds until it is transcribed: the heading of the notes with an empty paragraph.
 std::vector<Block> placeholderBlocks();
 
 /// Whether the block is an empty paragraph.

@@ -52,7 +52,7 @@ Date Region::startOfDay(local_days day) const {
     const Zone zone = zoneOrUtc(timeZone);
     const local_seconds midnight = day;
     // No zone is further than a day from UTC, and no two changes of a zone's offset fall within two days of each other
-    // in a way that matters here: the offsets a day before and a day behind are those on the two sides of a change.
+    // in a way that matters here: the offsets a day before and a day after are those on the two sides of a change.
     const sys_seconds utcMidnight(midnight.time_since_epoch());
     const seconds before = offsetAt(zone, utcMidnight - days(1));
     const seconds after = offsetAt(zone, utcMidnight + days(1));
@@ -63,7 +63,7 @@ Date Region::startOfDay(local_days day) const {
         }
     }
     // Midnight is skipped: the day begins at the change, which lies where the old offset's midnight would have been
-    // or up to a day behind it.
+    // or up to a day after it.
     sys_seconds low = utcMidnight - std::max(before, after);
     sys_seconds high = utcMidnight + days(1);
     while (high - low > seconds(1)) {

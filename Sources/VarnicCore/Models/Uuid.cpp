@@ -17,7 +17,7 @@ constexpr bool isDashPosition(std::size_t position) {
 
 constexpr std::uint8_t noDigit = 0xFF;
 
-/// The value of a hexadecimal digit by its character; a table, since the branches of random digits are never foreseen.
+/// The value of a hexadecimal digit by its character; a table, since branches on random digits are mispredicted.
 constexpr auto hexValues = [] {
     std::array<std::uint8_t, 256> values{};
     values.fill(noDigit);
