@@ -5,7 +5,7 @@
 #include "VarnicCore/Models/Uuid.h"
 
 #include <fcntl.h>
-#include <stdio.h> // renameat2 is the system's
+#include <stdio.h> // renameat2 is not in <cstdio>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -38,7 +38,7 @@ bool writeAll(int file, std::string_view bytes) {
     return true;
 }
 
-/// Whether the file system has no such form of moving, after a failure of it.
+/// Whether the file system does not support this kind of rename, after a failure of it.
 bool isUnknownToFileSystem() {
     return errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP;
 }
@@ -103,7 +103,7 @@ void Prepared::moveOver() {
 void Prepared::settle() const {
     const path folder = target_.parent_path() / ".";
     const FileDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    // Some file systems cannot force a folder; they answer EINVAL.
+    // Some file systems cannot sync a folder; they answer EINVAL.
     if (!descriptor.isOpen() || (::fsync(descriptor.number()) != 0 && errno != EINVAL)) {
         throw LibraryError::fromErrno("written", target_);
     }

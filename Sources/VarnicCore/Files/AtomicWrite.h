@@ -20,7 +20,7 @@ enum class Readers {
     asUsual
 };
 
-/// The new contents of a file, on the disk, in a temporary file in the same folder, which goes with the object unless
+/// The new contents of a file, on the disk, in a temporary file in the same folder, removed with the object unless
 /// it has taken the file's place. All throw LibraryError. One thread at a time.
 class Prepared {
 public:

@@ -3,7 +3,7 @@
 #include "VarnicCore/Files/LibraryError.h"
 
 #include <fcntl.h>
-#include <stdio.h> // renameat2 is the system's
+#include <stdio.h> // renameat2 is not in <cstdio>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -96,7 +96,7 @@ std::vector<fs::path> list(const fs::path& folder) {
     if (failure) {
         throw LibraryError("read", folder, failure);
     }
-    // Who may list a folder may not always enter it, and then each of its files would seem to be the trouble.
+    // A folder that may be listed may still not be entered, and then each of its files would seem to be at fault.
     expectAccess(folder);
     return found;
 }

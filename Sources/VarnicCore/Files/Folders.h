@@ -12,7 +12,7 @@ namespace varnic::Folders {
 /// Makes a folder and its parents, for the owner only, where they are missing. Throws LibraryError.
 void make(const std::filesystem::path& folder);
 
-/// Whether anything is there, a dangling link too. Throws LibraryError where that cannot be told, as without the
+/// Whether anything is there, a dangling link too. Throws LibraryError where that cannot be found out, as without the
 /// permission or on a disk that has gone.
 bool isThere(const std::filesystem::path& entry);
 
@@ -23,7 +23,7 @@ void expectAccess(const std::filesystem::path& folder);
 /// or what lies in it cannot be looked at.
 std::vector<std::filesystem::path> list(const std::filesystem::path& folder);
 
-/// The same for whoever has nothing to tell: nothing when it cannot be listed.
+/// The same for callers that have no use for the error: nothing when it cannot be listed.
 std::vector<std::filesystem::path> entries(const std::filesystem::path& folder);
 
 /// Moves a file or folder, to another disk too; nothing happens when there is none. Throws LibraryError, also when
