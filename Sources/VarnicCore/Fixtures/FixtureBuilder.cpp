@@ -97,7 +97,7 @@ std::string outputOf(const std::vector<std::string>& arguments) {
 }
 
 /// A voice as flite's arguments. These two are the clearest for a recogniser, each for the side whose lines it says
-/// well, and at these paces it hears much the same words wherever the sound is cut; without them flite's own choice
+/// well, and at these paces the recognised words hardly depend on where the audio is cut; without them flite's choice
 /// will do.
 std::vector<std::string> voiceOf(Speaker speaker, const std::set<std::string>& installed) {
     const auto [name, stretch] = speaker == Speaker::you ? std::pair("rms", "1.05") : std::pair("slt", "1.15");

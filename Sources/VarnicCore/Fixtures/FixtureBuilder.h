@@ -13,7 +13,7 @@
 /// Makes the two tracks of a call by the flite program's voices. Any thread; blocks while it speaks.
 namespace varnic::FixtureBuilder {
 
-/// Silence that is part of each line, before and behind its words, in seconds: recognisers need some.
+/// Silence that is part of each line, before and after its words, in seconds: recognisers need some.
 inline constexpr double silenceBefore = 0.3;
 inline constexpr double silenceBehind = 0.4;
 

@@ -29,7 +29,7 @@ PcmBuffer readWhole(const std::filesystem::path& file) {
     return whole;
 }
 
-/// Piece number `index` of a sound; empty behind its end.
+/// Piece number `index` of the audio; empty beyond its end.
 PcmBuffer pieceOf(const PcmBuffer& whole, std::int64_t index) {
     const auto frames = static_cast<std::int64_t>(whole.frames());
     const std::int64_t begin = std::min(whole.rate * index / piecesASecond, frames);

@@ -12,7 +12,7 @@
 
 namespace varnic {
 
-/// Plays two files as if they were being heard, in pieces of a tenth of a second from a thread of its own.
+/// Plays two files as if they were being captured, in pieces of a tenth of a second from a thread of its own.
 class FixtureCapture final : public CaptureSource {
 public:
     /// At `speed` 2 the same pieces with the same times come twice as often.
