@@ -63,7 +63,7 @@ public:
     AppModel& operator=(const AppModel&) = delete;
     ~AppModel() override;
 
-    // What views show. All but the notes tell of their changes by themselves.
+    // What views show: observable properties, except for the notes, which have `notesChanged`.
 
     /// Every note of the library, in no order.
     [[nodiscard]] const SharedNotes& notes() const { return notes_; }
@@ -115,7 +115,7 @@ public:
     std::string anthropicURL{AISettings::anthropicBaseURL};
     std::function<std::shared_ptr<const Transcriber>()> makeTranscriber;
     std::function<std::shared_ptr<CaptureSource>()> makeCapture;
-    /// The sides that recordings have where the sound system lets them.
+    /// The sides to record, where the sound system allows it.
     WantedSides wantedSides;
     /// Where the user lives.
     Region region = Region::user();
@@ -156,13 +156,13 @@ public:
     QCoro::Task<> readLibrary();
 
     struct Recovered {
-        /// What has become a call that waits for its transcript.
+        /// Recordings that became calls, which wait for their transcripts now.
         std::vector<Recording> calls;
         /// Recordings without any audio, which are among the deleted notes now.
         int soundless = 0;
-        /// Calls that were filed ahead of their words by a program that ended before those came. They say so.
+        /// Calls that a program filed, but did not live to transcribe. Their problem says so.
         std::vector<Uuid> unwritten;
-        /// Why it cannot be told what is to be recovered; nothing where it can.
+        /// Why it is unknown what is to be recovered; nothing where it is known.
         std::optional<std::string> problem;
     };
 
@@ -182,7 +182,7 @@ public:
     /// The notes that are not on disk as they are here, in no order.
     [[nodiscard]] std::vector<Uuid> unsavedNotes() const;
 
-    /// Why the note is not on disk as it is here, as the last failure told; nothing where it is.
+    /// Why the note is not on disk as it is here, as the last failure reported; nothing where it is.
     [[nodiscard]] std::optional<std::string> saveProblem(Uuid id) const {
         return unsaved_.contains(id) ? std::optional(saveProblem_) : std::nullopt;
     }
@@ -306,7 +306,7 @@ private:
 
     SharedNotes notes_;
     mutable RollUps rollUps_{notes_, region};
-    /// What other threads have to tell; outlives the queue of the library.
+    /// Runs what other threads report; outlives the queue of the library.
     LoopExecutor loop_;
     LibraryQueue store_;
     std::unique_ptr<RecordingController> recorder_;
@@ -324,16 +324,16 @@ private:
     /// The notes that are not on disk yet as they are here.
     std::map<Uuid, Unsaved> unsaved_;
     std::uint64_t edits_ = 0;
-    /// How the last save that failed did.
+    /// Why the last save that failed did so.
     std::string saveProblem_;
-    /// Notes of which an earlier version is on disk or about to be, among others.
+    /// Notes whose earlier version is on disk or about to be; others may have one too, see `hasEarlier`.
     std::set<Uuid> keptEarlier_;
     std::unique_ptr<LibraryWatch> watch_;
     bool isRead_ = false;
     /// Recordings that died are to be filed, which could not be done yet.
     bool isRecoveryDue_ = false;
     std::deque<std::filesystem::path> waitingImports_;
-    /// Of the flows that began since the last cancellation.
+    /// Stops the flows that began since the last cancellation.
     std::stop_source stopProcessing_;
     std::vector<QPropertyNotifier> settingWatchers_;
 };

@@ -46,7 +46,7 @@ public:
     /// Whether recordings stay after they have been transcribed.
     QProperty<bool> keepAudio;
     QProperty<bool> liveTranscript;
-    /// What is spoken, such as "en-GB".
+    /// The spoken language, such as "en-GB".
     QProperty<std::string> localeID;
     QProperty<AISettings> ai;
 

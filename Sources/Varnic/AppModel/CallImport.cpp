@@ -25,8 +25,8 @@ Date dateOf(const statx_timestamp& time) {
         std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec)));
 }
 
-/// When a recording was made, or now where nobody knows. A copy may keep the date of the last change, but never that of
-/// the making.
+/// When a recording was made, or now where that is unknown. A copy may keep the date of the last change, but never that
+/// of its creation.
 Date creationDate(const fs::path& file) {
     struct statx status{};
     if (::statx(AT_FDCWD, file.c_str(), 0, STATX_BTIME | STATX_MTIME, &status) != 0) {

@@ -16,7 +16,7 @@ struct CallImport {
     CallTracks files;
     std::string source = "Imported recording";
     std::string themName = "Speaker";
-    /// What is spoken, as the note tells it.
+    /// The spoken language, as the note stores it.
     std::string language = CallRecord().language;
     /// The note is on disk while it is being transcribed, and stays when that is cancelled. Otherwise it is filed when
     /// it is finished; a cancelled one leaves nothing, and one whose program died is a recording to be recovered.

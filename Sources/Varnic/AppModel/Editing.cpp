@@ -47,7 +47,7 @@ QCoro::Task<> AppModel::load() {
 QCoro::Task<> AppModel::readLibrary() {
     const QPointer self(this);
     if (!isDemo) {
-        // Ahead of the reading, so that nothing goes unseen in between.
+        // Before the notes are read, so that no change in between is missed.
         watch_ = std::make_unique<LibraryWatch>(
             store_.notesFolder(), [this](LibraryWatch::Names names) { store_.check(std::move(names), onMain()); });
     }
@@ -163,7 +163,7 @@ void AppModel::takeSaved(Uuid id, std::uint64_t edit, const std::string& title, 
 void AppModel::flushSaves() {
     const auto settle = [this] {
         store_.flush();
-        // How the saves went, which the queue has told by now.
+        // How the saves went, which the queue has reported by now.
         loop_.runPending();
     };
     settle();
@@ -214,7 +214,7 @@ std::optional<Uuid> AppModel::selectionWithout(Uuid id) const {
     return place != visible.end() && place != visible.begin() ? std::optional((*std::prev(place))->id) : std::nullopt;
 }
 
-/// The note leaves the list; whoever calls tells of it.
+/// Takes the note out of the list; the caller announces it.
 void AppModel::forget(Uuid id) {
     const std::optional<Uuid> next = selectionWithout(id);
     notes_.erase(id);

@@ -21,7 +21,7 @@ QCoro::Task<LibraryQueue::Contents> LibraryQueue::load(Date now) {
         try {
             library_.takeInConflicts(std::nullopt, now);
         } catch (const std::exception&) {
-            // Those files count as ones that can't be read; why the folder can't is told by the loading.
+            // Those files count as ones that can't be read; why the folder can't is reported by `loadAll`.
         }
         Contents contents{.notes = library_.loadAll(now)};
         contents.unreadable = library_.store().unreadable().size();
@@ -72,7 +72,7 @@ void LibraryQueue::keepEarlier(Note note) {
     queue_.async([this, note = std::move(note)] {
         try {
             library_.store().keepEarlier(note);
-        } catch (const std::exception&) { // saving the note tells of a failing disk
+        } catch (const std::exception&) { // saving the note reports a failing disk
         }
     });
 }

@@ -81,9 +81,9 @@ public:
     QCoro::Task<std::optional<Note>> restore(Uuid id, Date now);
     void removeAudio(Uuid id);
 
-    /// Looks what others have changed in the files of these names, or in all without names.
+    /// Looks at what others have changed in the files of these names, or in all without names.
     void check(std::optional<std::set<std::string>> names, WhenLooked tell);
-    /// What was told is known from here on; looks whether the files have changed again since.
+    /// The reported changes are known from here on; looks whether the files have changed again since.
     void accept(std::vector<NoteChange> changes, WhenLooked tell);
 
     /// Returns when all that was asked for is on disk.

@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long what has changed in the notes may go unseen in the results.
+/// How long changes of the notes may be missing from the results.
 constexpr auto refreshDelay = 250ms;
 
 } // namespace

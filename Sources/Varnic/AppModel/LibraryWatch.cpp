@@ -9,9 +9,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A file synchroniser removes and makes files in quick succession; what stands in between is of no interest.
+/// A file synchroniser removes and makes files in quick succession; the states in between are of no interest.
 constexpr auto restTime = 200ms;
-/// Of a folder that is gone nothing tells when it comes back.
+/// Nothing reports that a folder which was gone has come back.
 constexpr auto searchInterval = 1s;
 
 } // namespace
@@ -63,7 +63,7 @@ void LibraryWatch::collect() {
         }
         names_.reset();
     }
-    // Started but not started anew: under constant writing the news would never come.
+    // Started, but never restarted: under constant writing it would never fire.
     if (!rest_.isActive()) {
         rest_.start();
     }

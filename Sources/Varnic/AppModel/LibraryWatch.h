@@ -14,8 +14,8 @@
 
 namespace varnic {
 
-/// Tells once a folder has come to rest which of its files have changed, also when it has been replaced by another one
-/// or comes back. Main thread.
+/// Reports, once a folder has come to rest, which of its files have changed, also when it has been replaced by another
+/// one or comes back. Main thread.
 class LibraryWatch {
 public:
     /// The names of files; nothing where any may have changed.
@@ -31,7 +31,7 @@ private:
     const std::filesystem::path folder_;
     std::optional<FolderWatch> watch_;
     std::unique_ptr<QSocketNotifier> notifier_;
-    /// News gathered until nothing has happened for a moment.
+    /// Changed files, gathered until `rest_` fires.
     Names names_ = Names(std::in_place);
     QTimer rest_;
     /// Looks for a folder that is gone.

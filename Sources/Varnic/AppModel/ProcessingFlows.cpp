@@ -50,7 +50,7 @@ void takeOver(const Note& placeholder, const std::optional<Note>& before, Note& 
     }
 }
 
-/// Has the call say why it has no new words; what its recording lost stays told.
+/// Has the call say why it has no new transcript; what its recording lost stays in there.
 void tell(const std::string& problem, CallRecord& call) {
     call.problem = CallProblem::joined(problem, CallProblem::lossIn(call.problem));
 }
@@ -151,7 +151,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
         co_return;
     }
     if (note(id) == nullptr && (stop.stop_requested() || written.note.call->segments.empty())) {
-        co_return; // deleted, its recording too, and there are no words that it would come back with
+        co_return; // deleted with its recording, and there is no transcript to bring it back for
     }
     if (note(id) == nullptr) {
         co_await bringBack(id);
@@ -177,7 +177,7 @@ QCoro::Task<> AppModel::process(Recording recording, std::shared_ptr<RecordingMa
     }
 }
 
-/// A recording that gave no words leaves the call those that were transcribed as they were said; whether there are
+/// Where the recording gave no words, the call keeps the lines that were transcribed live; whether there are
 /// any.
 bool AppModel::keepLiveLines(Note& finished, const std::optional<std::string>& loss) const {
     const Note* placeholder = note(finished.id);
@@ -209,7 +209,7 @@ QCoro::Task<> AppModel::bringBack(Uuid id) {
     }
 }
 
-/// Puts a finished call in the place of its placeholder, with what the user wrote there meanwhile behind it.
+/// Puts a finished call in the place of its placeholder, with what the user wrote there meanwhile after it.
 void AppModel::file(Note finished, const std::optional<Note>& before, std::shared_ptr<RecordingMarkFile> mark) {
     const Uuid id = finished.id;
     if (const Note* placeholder = note(id)) {
@@ -312,7 +312,7 @@ QCoro::Task<> AppModel::retranscribe(Uuid id) {
     if (result) {
         const bool isKept = keepEarlier(id);
         update(id, true, [&](Note& note) { note = note == before ? *result : withTranscript(note, *result, before); });
-        // That of a call which had a transcript was kept by the user's choice of then.
+        // The audio of a call that had a transcript was kept by the user's choice at the time.
         if (before.call->segments.empty()) {
             removeAudioIfNotKept(id);
         }

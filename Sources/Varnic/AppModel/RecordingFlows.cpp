@@ -130,8 +130,8 @@ QCoro::Task<std::optional<Uuid>> AppModel::stopRecording() {
     const Uuid id = result->noteID;
     Recording recording = recordingOf(*result);
     CallRecord placeholder = recording.record();
-    // What was shown as it was said, and what is missing, is not lost if the program ends before the call is written
-    // down.
+    // The live transcript and the report of lost audio survive if the program ends before the call is
+    // transcribed.
     placeholder.segments = mergedLive(result->live);
     placeholder.problem = result->loss;
     showPlaceholder(id, fmt::format("{} · {}", result->source, region.format(result->startedAt, "d MMM, HH:mm")),

@@ -14,7 +14,7 @@ namespace varnic {
 
 namespace {
 
-/// Whether nobody has tried to the end to transcribe the call.
+/// Whether no attempt to transcribe the call has run to its end.
 bool lacksWords(const Note& note) {
     return note.call && note.call->segments.empty() &&
            CallProblem::withoutLoss(note.call->problem).value_or(quitProblem) == quitProblem;
@@ -67,7 +67,7 @@ QCoro::Task<AppModel::Recovered> AppModel::recoverRecordings() {
     co_return recovered;
 }
 
-/// Has the calls say that they wait for their words which have their audio and nobody who is transcribing it.
+/// Marks the calls as waiting for their transcript that have audio which nobody is transcribing.
 std::vector<Uuid> AppModel::takeUnwritten() {
     std::vector<Uuid> waiting;
     for (const Note& note : notes_) {

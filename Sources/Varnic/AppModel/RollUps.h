@@ -14,7 +14,7 @@
 namespace varnic {
 
 /// The open to-dos and the decks of the library: what Todos::open and Flashcards::decks make of its notes, kept in line
-/// with those that change, so that a key costs no walk over all. One thread at a time.
+/// with those that change, so that a keystroke costs no walk over all. One thread at a time.
 class RollUps {
 public:
     /// Both must outlive this.
@@ -39,13 +39,13 @@ private:
 
     const SharedNotes& notes_;
     const Region& region_;
-    /// With which both were made.
+    /// The region that both were made for.
     Region madeFor_;
     std::optional<std::vector<OpenTodo>> todos_;
-    /// Of the notes that they stand in, by which they are ordered.
+    /// When the notes with to-dos were created, which orders them.
     std::unordered_map<Uuid, Date> createdOf_;
     std::optional<std::vector<Flashcards::Deck>> decks_;
-    /// When they were made, and when the next card comes due.
+    /// When the decks were made, and when the next card comes due.
     Date decksMade_;
     std::optional<Date> decksEnd_;
     /// Notes that have changed since then.

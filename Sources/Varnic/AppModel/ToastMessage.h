@@ -15,7 +15,7 @@ struct ToastMessage {
     std::string text;
     /// The name of its icon.
     std::string symbol;
-    /// Takes back what it tells of, where that is possible.
+    /// Undoes what the notice reports, where that is possible.
     std::function<void()> undo = nullptr;
     Uuid id = Uuid::random();
 
