@@ -123,7 +123,7 @@ private:
     /// The recording is being closed for the end of the program.
     bool isClosing_ = false;
     bool isAsking_ = false;
-    /// Nobody is asked any more.
+    /// From now on nobody is asked any more.
     bool mustEnd_ = false;
     std::vector<Request> waiting_;
 };

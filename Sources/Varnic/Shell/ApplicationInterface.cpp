@@ -38,7 +38,7 @@ void ApplicationInterface::Activate(const QVariantMap& platformData) {
 void ApplicationInterface::Open(const QStringList& uris, const QVariantMap& platformData) {
     Request request{.kind = Request::Kind::importFiles, .files = {}, .activationToken = token(platformData)};
     for (const QString& uri : uris) {
-        // What isn't a file is told to be unreadable later on.
+        // What isn't a file is reported as unreadable later on.
         const QUrl url(uri);
         request.files.emplace_back((url.isLocalFile() ? url.toLocalFile() : uri).toStdString());
     }

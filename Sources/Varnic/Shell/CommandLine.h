@@ -9,12 +9,12 @@
 
 namespace varnic {
 
-/// What the words behind the program's name ask for.
+/// What the command line asks for.
 struct CommandLine {
     Request request;
-    /// To be printed instead of running: the help, the version or what is wrong with the words.
+    /// To be printed instead of running: the help, the version or what is wrong with the arguments.
     std::optional<std::string> answer;
-    /// With which the program then ends.
+    /// The exit code where there is an answer.
     int exitCode = 0;
 
     /// `words` begin with the program's name. Relative paths count from the current folder, and the activation token is

@@ -6,7 +6,7 @@
 namespace varnic {
 
 /// The keys of a choice here. Ctrl takes Command's place and Alt Option's; where Ctrl is in the choice already, the
-/// Super key stands for Command. `KeyCombination::title` says it to the user.
+/// Super key stands for Command. `KeyCombination::title` is what the user sees.
 KeyCombination keys(HotkeyChoice choice);
 
 } // namespace varnic

@@ -12,8 +12,8 @@
 
 namespace varnic {
 
-/// Tells by the desktop's notifications what would go unseen while the window is not in front: that a call is written
-/// down, warnings about a running recording, and toasts that warn. A click shows the window, and the call. Does nothing
+/// Shows as desktop notifications what would go unseen while the window is not in front: that a call is transcribed,
+/// warnings about a running recording, and toasts that warn. A click shows the window, and the call. Does nothing
 /// without a session bus. Main thread; must not outlive the model.
 class Notifications : public QObject {
     Q_OBJECT

@@ -16,7 +16,7 @@ namespace varnic {
 
 /// Sees to it that one desktop program works on a library: a second start hands over what it was asked to the first and
 /// ends. On the session bus the first is org.freedesktop.Application, so that desktops start and call it too; without a
-/// bus the library's lock alone tells that there is another one. Main thread.
+/// bus the library's lock alone shows that there is another one. Main thread.
 class SingleInstance : public QObject {
     Q_OBJECT
 
