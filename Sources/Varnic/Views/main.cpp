@@ -23,7 +23,7 @@ using varnic::CommandLine;
 using varnic::SingleInstance;
 
 /// The exit code of a start that only prints, which takes no screen. There must be only one application in the life of
-/// the program: with the end of a first one, Qt forgets how windows are told to screen readers.
+/// the program: with the end of a first one, Qt forgets how windows are exposed to screen readers.
 std::optional<int> answer(int argc, char** argv) {
     QStringList words;
     std::ranges::transform(std::span(argv, static_cast<std::size_t>(argc)), std::back_inserter(words),
@@ -60,7 +60,7 @@ int run(int argc, char** argv) {
         break;
     }
     varnic::prepareFonts();
-    // To read what fonts there are takes long; it goes on beside the rest up to the first text, which waits for it.
+    // Listing the installed fonts takes long; it goes on beside the rest up to the first text, which waits for it.
     const std::jthread fonts([] { QFontDatabase::families(); });
     varnic::Program program(varnic::AppPlaces::fromEnvironment());
     instance.setHandler([&program](const varnic::Request& request) { program.perform(request); });

@@ -24,7 +24,7 @@ class InkTrail : public QQuickPaintedItem {
     Q_PROPERTY(QColor them READ them WRITE setThem NOTIFY lookChanged)
     /// Where the pen is.
     Q_PROPERTY(QPointF head READ head NOTIFY headChanged)
-    /// Who leads there.
+    /// Which side is the louder one there.
     Q_PROPERTY(varnic::InkTrail::Leader leader READ leader NOTIFY headChanged)
     /// The same in words.
     Q_PROPERTY(QString speaking READ speaking NOTIFY headChanged)

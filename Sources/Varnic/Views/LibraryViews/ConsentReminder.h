@@ -19,7 +19,7 @@ class ConsentReminder : public QObject {
     QML_SINGLETON
     Q_PROPERTY(QString title READ title CONSTANT)
     Q_PROPERTY(QString body READ body CONSTANT)
-    /// How a recording shows.
+    /// How the user sees that a recording runs.
     Q_PROPERTY(QString promise READ promise CONSTANT)
     Q_PROPERTY(QList<QString> tones READ tones CONSTANT)
     Q_PROPERTY(int tone READ tone WRITE setTone NOTIFY messageChanged)

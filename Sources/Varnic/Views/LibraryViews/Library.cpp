@@ -67,7 +67,7 @@ QString Library::privacyText() {
     return QString::fromStdString(Wording::shown("Calls and notes stay on this Mac."));
 }
 
-/// A library that has been read tells so once, even where it is empty.
+/// Announces once that the library has been read, even where it is empty.
 void Library::onNotesChanged() {
     if (!std::exchange(isLoaded_, true)) {
         Q_EMIT isLoadedChanged();

@@ -69,7 +69,7 @@ void NoteListModel::take(const ChangedNotes& changed) {
     }
 }
 
-/// Whether the note stays where it is, or out of the list; its row is in line with it then.
+/// Whether the note stays where it is, or out of the list; if so, its row is up to date.
 bool NoteListModel::changeInPlace(const Uuid& id) {
     const Note* note = model_->note(id);
     const bool isSelected = currentRow_ >= 0 && rows()[static_cast<std::size_t>(currentRow_)].id == id;

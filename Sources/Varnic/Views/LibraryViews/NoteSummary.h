@@ -40,7 +40,7 @@ struct NoteSummary {
     /// Stands for the recording that runs.
     bool isLive = false;
 
-    /// All of it in one line, for those who hear the list.
+    /// All of it in one line, for screen readers.
     [[nodiscard]] QString spoken() const;
 
     bool operator==(const NoteSummary&) const = default;

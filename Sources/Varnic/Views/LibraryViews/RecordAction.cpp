@@ -41,7 +41,7 @@ QString RecordAction::accessibleName() const {
     return isBusy() ? QStringLiteral("Stop recording") : QStringLiteral("Record call");
 }
 
-/// The recorder moves 20 times a second, the text once.
+/// The recorder's state changes 20 times a second, the text once.
 void RecordAction::refreshStopText() {
     const QString text = "Stop · " + QString::fromStdString(Clock::stamp(model_.recorder().elapsed()));
     if (std::exchange(stopText_, text) != text) {

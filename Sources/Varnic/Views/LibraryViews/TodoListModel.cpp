@@ -84,7 +84,7 @@ void TodoListModel::take(const ChangedNotes& changed) {
     }
 }
 
-/// Whether the note's rows stay where they are, or there are none; they are in line with it then.
+/// Whether the note's rows stay where they are, or there are none; if so, they are up to date.
 bool TodoListModel::changeInPlace(const Uuid& id) {
     const auto begin = std::ranges::find(rows(), id, &TodoRow::id);
     const auto end = std::find_if(begin, rows().end(), [&id](const TodoRow& row) { return row.note != id; });

@@ -6,7 +6,7 @@ namespace varnic {
 
 namespace {
 
-/// An engine hears no more than its open utterance anew; what lies further back stands.
+/// A speech engine revises no more than its open utterance; what lies further back is final. In words.
 constexpr qsizetype lookBack = 80;
 
 /// Marks the words of `after` that belong to a longest common subsequence with `before` as not fresh.

@@ -70,7 +70,7 @@ void NoteModel::componentComplete() {
     isProcessed_ = app_->processing.value().contains(id_);
     refresh();
     Q_EMIT changed();
-    // When the whole page stands, its player included.
+    // Once the whole page has been made, its player included.
     QMetaObject::invokeMethod(this, &NoteModel::takeSeek, Qt::QueuedConnection);
 }
 

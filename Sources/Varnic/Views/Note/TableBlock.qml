@@ -2,10 +2,10 @@ import QtQuick
 import QtQuick.Layouts
 import Varnic.Theme as Theme
 
-// What a delegate reads of the file around it: the pragma for that is not whole in Qt 6.4.
+// Delegates use ids of this file; `pragma ComponentBehavior: Bound`, meant for that, is incomplete in Qt 6.4.
 // qmllint disable unqualified
 
-/// A table; its first row is its head.
+/// A table; its first row is its header.
 Rectangle {
     id: block
 

@@ -3,7 +3,7 @@ import Varnic.Note
 import Varnic.NotePage
 import Varnic.Theme as Theme
 
-// What a delegate reads of the file around it: the pragma for that is not whole in Qt 6.4.
+// Delegates use ids of this file; `pragma ComponentBehavior: Bound`, meant for that, is incomplete in Qt 6.4.
 // qmllint disable unqualified
 
 /// What a call has between its title and its notes.

@@ -45,7 +45,7 @@ QString SummaryModel::problem() const {
 }
 
 bool SummaryModel::showsAI() const {
-    // Lost sound is no reason not to summarise the rest.
+    // Lost audio is no reason not to summarise the rest.
     if (call() == nullptr || !settings().enabled || !stage().isEmpty() || CallProblem::withoutLoss(call()->problem)) {
         return false;
     }

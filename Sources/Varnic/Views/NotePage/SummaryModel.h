@@ -15,7 +15,7 @@ class SummaryModel : public QObject, public QQmlParserStatus {
     Q_PROPERTY(varnic::NoteModel* note MEMBER note_ NOTIFY changed REQUIRED)
     /// What is being done with the call; empty when nothing is.
     Q_PROPERTY(QString stage READ stage NOTIFY changed)
-    /// Why there is no whole transcript or recording; empty while it is being written.
+    /// Why there is no whole transcript or recording; empty while the call is being transcribed.
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
     /// The controls of AI summaries are shown.
     Q_PROPERTY(bool showsAI READ showsAI NOTIFY changed)

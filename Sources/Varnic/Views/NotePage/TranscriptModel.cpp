@@ -16,7 +16,7 @@ namespace {
 
 /// Lines of a speaker no further apart than this, in seconds, are one turn.
 constexpr double turnGap = 2.0;
-/// A turn stays the current one for this long behind its end, in seconds.
+/// A turn stays the current one for this long after its end, in seconds.
 constexpr double afterglow = 0.5;
 /// A turn that begins this soon, in seconds, is begun: a seek to its start may end up a sample before it.
 constexpr double tolerance = 0.01;

@@ -34,7 +34,7 @@ class TranscriptModel : public RowModel<TurnRow>, public QQmlParserStatus {
     Q_PROPERTY(double time READ time WRITE setTime NOTIFY positionChanged)
     Q_PROPERTY(bool playing READ playing WRITE setPlaying NOTIFY positionChanged)
     Q_PROPERTY(QString countText READ countText NOTIFY changed)
-    /// What stands in place of turns where nobody was heard; else empty.
+    /// What stands in place of turns where there are none; else empty.
     Q_PROPERTY(QString placeholder READ placeholder NOTIFY changed)
     /// The row that the player is at, to be kept in sight; -1 while it does not play.
     Q_PROPERTY(int followedRow READ followedRow NOTIFY followedRowChanged)

@@ -20,7 +20,7 @@ public:
     /// Shows the window, or brings it to the front.
     void activate();
 
-    /// Does the work once the window's first picture is on the screen, and in half a second where none is drawn because
+    /// Does the work once the window's first picture is on the screen, or after half a second where none is drawn since
     /// nobody could see it.
     void afterFirstPicture(std::function<void()> work);
 

@@ -89,14 +89,14 @@ bool Program::isProcessing() const {
     return !model_.processing.value().empty() || model_.isImporting.value();
 }
 
-/// Without a tray a closed window would leave a program that nobody sees. It ends once all is recorded and written.
+/// Without a tray a closed window would leave a program that nobody sees. It ends once all is recorded and transcribed.
 void Program::quitIfForsaken() {
     const QuitRule::Situation now{.isWindowVisible = window_.isVisible() || !wasShown_,
                                   .hasTray = !tray_ || tray_->isReachable(),
                                   .isRecording = isBusy(model_.recorder().state()),
                                   .isProcessing = isProcessing()};
     if (QuitRule::shouldQuit(now)) {
-        // The flow that has just begun to end is through by then.
+        // The flow that is just ending is through by then.
         QMetaObject::invokeMethod(
             this,
             [this] {

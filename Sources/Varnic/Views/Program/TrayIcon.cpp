@@ -80,7 +80,7 @@ bool TrayIcon::isReachable() const {
     return icon_.isVisible() && QSystemTrayIcon::isSystemTrayAvailable();
 }
 
-/// The recorder moves 20 times a second, what shows of it once.
+/// The recorder's state changes 20 times a second, what the icon shows of it once.
 void TrayIcon::refresh() {
     const SessionState& state = model_.recorder().state();
     for (const auto& [entry, action] : entries_) {

@@ -13,8 +13,8 @@
 
 namespace varnic {
 
-/// The icon in the desktop's tray, where there is one: a red dot while a recording runs, with its time for who points
-/// at it. Main thread; must not outlive the model.
+/// The icon in the desktop's tray, where there is one: a red dot while a recording runs, with its time in the tool tip.
+/// Main thread; must not outlive the model.
 class TrayIcon : public QObject {
     Q_OBJECT
 

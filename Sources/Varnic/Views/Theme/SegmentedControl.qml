@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Varnic.Theme as Theme
 
-// What a delegate reads of the file around it: the pragma for that is not whole in Qt 6.4.
+// Delegates use ids of this file; `pragma ComponentBehavior: Bound`, meant for that, is incomplete in Qt 6.4.
 // qmllint disable unqualified
 
 /// One of a few choices, which stand side by side.

@@ -1,7 +1,7 @@
 import QtQuick
 import Varnic.Theme as Theme
 
-/// A short notice, with a button to take back what it tells of where that is possible. Whoever shows it makes a new
+/// A short notice, with a button to undo what it reports, where that is possible. Whoever shows it makes a new
 /// one for each message and removes it in time.
 Rectangle {
     id: toast

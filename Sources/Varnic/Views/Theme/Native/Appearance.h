@@ -40,7 +40,7 @@ private:
     void refresh();
 
     QDBusConnection bus_ = QDBusConnection::sessionBus();
-    /// What the portal told, by "<namespace> <key>".
+    /// What the portal reported, by "<namespace> <key>".
     QVariantMap settings_;
     bool dark_ = false;
     bool reduceMotion_ = false;
