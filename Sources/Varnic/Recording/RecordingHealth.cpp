@@ -45,9 +45,12 @@ std::optional<std::string> RecordingHealth::refusal(std::optional<std::uintmax_t
         return std::nullopt;
     }
     const std::uintmax_t minutes = (std::max(*diskSpace, fullDisk) - fullDisk) / (bytesPerSecond * 60);
-    const std::string room = minutes == 0   ? "not even a minute of recording fits"
-                             : minutes == 1 ? "only 1 minute of recording fits"
-                                            : fmt::format("only {} minutes of recording fit", minutes);
+    std::string room = fmt::format("only {} minutes of recording fit", minutes);
+    if (minutes == 0) {
+        room = "not even a minute of recording fits";
+    } else if (minutes == 1) {
+        room = "only 1 minute of recording fits";
+    }
     return fmt::format("The disk is almost full — {}. Make room for an hour first.", room);
 }
 

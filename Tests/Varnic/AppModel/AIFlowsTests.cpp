@@ -11,9 +11,7 @@ namespace varnic {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::SizeIs;
 
 /// A server whose answers the test gives.
 class ScriptedTransport final : public HTTPTransport {
