@@ -140,7 +140,12 @@ void SegmentPlanner::add(Range speech) {
 }
 
 std::optional<SpeechSegment> SegmentPlanner::next() {
-    if (speech_.size() < (isFinished_ ? 1U : 2U)) {
+    if (speech_.empty()) {
+        return std::nullopt;
+    }
+    // A pause that is too long to be joined over leaves room for the whole context, too.
+    const bool mayGrow = speech_.size() == 1 && known_ - speech_.front().end <= longestPause;
+    if (mayGrow && !isFinished_) {
         return std::nullopt;
     }
     const Range speech = speech_.front();

@@ -68,6 +68,9 @@ public:
     /// More speech, behind what is known already.
     void add(VoiceActivity::Range speech);
 
+    /// No more speech will begin before this moment.
+    void advance(double moment) { known_ = moment; }
+
     /// No more speech will come.
     void finish() { isFinished_ = true; }
 
@@ -83,6 +86,7 @@ private:
     std::deque<VoiceActivity::Range> speech_;
     /// Where the speech of the last segment ended.
     std::optional<double> given_;
+    double known_ = 0;
     bool isFinished_ = false;
 };
 

@@ -154,6 +154,7 @@ public:
         if (feed_) {
             feed_->add(samples);
             add(feed_->detector().take());
+            planner_.advance(position() - SpeechDetector::latest);
         }
         give(false);
         forget();

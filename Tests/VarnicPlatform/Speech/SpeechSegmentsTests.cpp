@@ -92,6 +92,19 @@ TEST(SegmentPlanner, next_context_isRealSoundThatNobodyElseHears) {
     EXPECT_NEAR(segments[2].audio.end, 30, 1e-9);
 }
 
+TEST(SegmentPlanner, next_longSilence_givesTheLastSpeechBeforeIt) {
+    const TrackLevels track = trackOf(30, -20, {});
+    SegmentPlanner planner(track);
+    planner.add({1, 2});
+    planner.advance(3);
+    EXPECT_FALSE(planner.next()) << "speech that begins now is joined";
+    planner.advance(3.1);
+    const auto segment = planner.next();
+    ASSERT_TRUE(segment);
+    EXPECT_NEAR(segment->audio.end, 2.3, 1e-9);
+    EXPECT_FALSE(planner.pending()) << "nothing of the track has to be kept";
+}
+
 TEST(SpeechSegments, audible_silence_isLeftOutWithAMargin) {
     const TrackLevels track = trackOf(20, -90, {{{0.2, 1}, -30}, {{2, 3}, -40}, {{10, 11}, -30}, {{15, 16}, -70}});
     const std::vector<Range> parts = SpeechSegments::audible(track, -60);
