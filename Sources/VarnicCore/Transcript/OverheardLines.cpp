@@ -21,6 +21,7 @@ constexpr double mostLeft = 0.1;
 /// The same of a line in the very words that they say meanwhile. Where the room is noisy, or the way to the microphone
 /// has just changed, more of an echo is left, and bits of it are still transcribed.
 constexpr double mostLeftOfTheirWords = 0.5;
+constexpr std::size_t leastWords = 3;
 /// What is read before a line, in seconds: longer than echoes are late.
 constexpr double lead = 1;
 
@@ -54,16 +55,25 @@ std::vector<Segment> spokenMeanwhile(const Segment& line, const std::vector<Segm
     return theirs;
 }
 
-/// Whether all words of a line are among those of another, in the same order.
-bool isWithin(const Segment& line, const Segment& other) {
+/// Whether a line is a bit of another: all its words stand there in their order, with no more words between them than
+/// there are of them. What is shorter than three words anybody says over anything.
+bool isBitOf(const Segment& line, const Segment& other) {
     const std::vector<std::string> words = TextKit::words(line.text);
-    auto next = words.begin();
-    for (const std::string& word : TextKit::words(other.text)) {
-        if (next != words.end() && *next == word) {
-            ++next;
+    const std::vector<std::string> theirs = TextKit::words(other.text);
+    if (words.size() < leastWords) {
+        return false;
+    }
+    for (std::size_t first = 0; first < theirs.size(); ++first) {
+        auto next = words.begin();
+        for (const std::string& word :
+             std::span(theirs).subspan(first, std::min(2 * words.size(), theirs.size() - first))) {
+            next += next != words.end() && *next == word ? 1 : 0;
+        }
+        if (next == words.end()) {
+            return true;
         }
     }
-    return next == words.end();
+    return false;
 }
 
 } // namespace
@@ -81,7 +91,7 @@ std::vector<Segment> remove(std::vector<Segment> transcript, const std::filesyst
     EchoFreeReader echoFree(you, them, EchoFreeReader::learn(you, them, reading));
     std::erase_if(doubtful, [&](const Segment& line) {
         const bool isTheirWords = std::ranges::any_of(spokenMeanwhile(line, transcript),
-                                                      [&line](const Segment& other) { return isWithin(line, other); });
+                                                      [&line](const Segment& other) { return isBitOf(line, other); });
         return energy(echoFree, line, reading) >
                (isTheirWords ? mostLeftOfTheirWords : mostLeft) * energy(heard, line, reading);
     });
