@@ -104,8 +104,8 @@ QCoro::Task<std::optional<Note>> LibraryQueue::restore(Uuid id, Date now) {
     return onQueue(queue_, bringBack);
 }
 
-void LibraryQueue::removeAudio(Uuid id) {
-    queue_.async([this, id] { library_.store().removeAudio(id); });
+void LibraryQueue::removeAudio(Uuid id, std::optional<LibraryLock> lock) {
+    queue_.async([this, id, lock = std::move(lock)] { library_.store().removeAudio(id); });
 }
 
 void LibraryQueue::check(std::optional<std::set<std::string>> names, WhenLooked tell) {

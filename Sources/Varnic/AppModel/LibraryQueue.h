@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Varnic/SerialQueue.h"
+#include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Library/SharedLibrary.h"
 #include "VarnicCore/Library/SharedNotes.h"
 #include "VarnicCore/Library/SpareNotes.h"
@@ -79,7 +80,8 @@ public:
     void remove(Uuid id);
     /// Brings a deleted note back; nothing when there is none that can be read.
     QCoro::Task<std::optional<Note>> restore(Uuid id, Date now);
-    void removeAudio(Uuid id);
+    /// `lock`, if given, is held until the recordings are gone.
+    void removeAudio(Uuid id, std::optional<LibraryLock> lock = std::nullopt);
 
     /// Looks at what others have changed in the files of these names, or in all without names.
     void check(std::optional<std::set<std::string>> names, WhenLooked tell);

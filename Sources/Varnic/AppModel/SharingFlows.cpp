@@ -37,14 +37,15 @@ const EmailDraft* emailOf(const Note* note) {
 
 void AppModel::removeAudio(Uuid id) {
     const Note* stored = note(id);
-    if (stored == nullptr || !callActions(*stored, callFiles(*stored)).removeAudio) {
+    if (stored == nullptr || !stored->call || processing.value().contains(id)) {
         return;
     }
-    if (!LibraryLock::forCall(store_.audioFolder(id))) {
+    auto lock = LibraryLock::forCall(store_.audioFolder(id));
+    if (!lock) {
         flash(callIsBusy());
         return;
     }
-    store_.removeAudio(id);
+    store_.removeAudio(id, std::move(lock));
     editCall(id, [](CallRecord& call) {
         call.audioFolder.reset();
         call.tracks.clear();

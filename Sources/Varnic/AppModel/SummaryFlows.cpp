@@ -72,7 +72,7 @@ QCoro::Task<> AppModel::runAI(Uuid id) {
 
 void AppModel::useLocalSummary(Uuid id) {
     const Note* stored = note(id);
-    if (stored == nullptr || !callActions(*stored, {}).summarise) {
+    if (stored == nullptr || !stored->call || stored->call->segments.empty()) {
         return;
     }
     const CallDigest digest =

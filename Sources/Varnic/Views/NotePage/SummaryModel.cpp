@@ -46,10 +46,7 @@ QString SummaryModel::problem() const {
 
 bool SummaryModel::showsAI() const {
     // Lost audio is no reason not to summarise the rest.
-    if (call() == nullptr || !settings().enabled || !stage().isEmpty() || CallProblem::withoutLoss(call()->problem)) {
-        return false;
-    }
-    return note_->actions().summarise || !asking().isEmpty();
+    return call() != nullptr && settings().enabled && stage().isEmpty() && !CallProblem::withoutLoss(call()->problem);
 }
 
 AISettings SummaryModel::settings() const {
