@@ -145,7 +145,7 @@ void titleKeys(LoadedModel& loaded, const char* name) {
     constexpr int strokes = 100;
     AppModel& model = *loaded.model;
     QQmlEngine engine;
-    ViewContext{.model = model, .recorder = model.recorder()}.giveTo(engine);
+    ViewContext{.model = model}.giveTo(engine);
     Columns columns(model);
     SectionModel sections;
     sections.setModel(model);

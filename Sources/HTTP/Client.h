@@ -21,6 +21,7 @@ namespace http {
 /// It may carry a key: never write it to a log.
 struct Request {
     std::string url;
+    /// GET, or POST with a body.
     std::string method = "GET";
     /// Names and values, in the order of sending.
     std::vector<std::pair<std::string, std::string>> headers;

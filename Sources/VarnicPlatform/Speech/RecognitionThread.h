@@ -26,7 +26,7 @@ public:
     /// Gives up all requests. Blocks for at most the decoding that runs.
     ~RecognitionThread();
 
-    /// A request may outlive the listener, and does nothing then. Results come on the listener's thread.
+    /// A request may outlive the RecognitionThread, and does nothing then. Results come on its thread.
     [[nodiscard]] std::unique_ptr<SpeechRequest> open(SpeechRequest::OnResult onResult);
 
 private:

@@ -7,14 +7,11 @@ namespace varnic {
 
 class AppDelegate;
 class AppModel;
-class RecordingController;
 
 /// What the views of a QML engine show and work on. Names only: a view includes the headers of the parts it uses. All
 /// parts must outlive the engine. Main thread.
 struct ViewContext {
     AppModel& model;
-    /// That of the model.
-    RecordingController& recorder;
     /// Null where views are shown without the program around them, as single pages are in tests.
     AppDelegate* shell = nullptr;
 

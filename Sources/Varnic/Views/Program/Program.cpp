@@ -18,8 +18,7 @@
 namespace varnic {
 
 Program::Program(AppPlaces places)
-    : model_(std::move(places)), delegate_(model_),
-      window_(ViewContext{.model = model_, .recorder = model_.recorder(), .shell = &delegate_}),
+    : model_(std::move(places)), delegate_(model_), window_(ViewContext{.model = model_, .shell = &delegate_}),
       signals_([this] { delegate_.terminate(AppDelegate::Occasion::system); }) {
     fillInDesktop();
     delegate_.hooks.ask = [this](QuitQuestion question) {

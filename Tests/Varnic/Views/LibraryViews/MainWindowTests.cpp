@@ -28,7 +28,7 @@ protected:
         shell.emplace(*model);
         shell->hooks.quit = [this] { ++quits; };
         shell->notifications().isWindowInFront = [] { return true; };
-        mainWindow.emplace(ViewContext{.model = *model, .recorder = model->recorder(), .shell = &*shell});
+        mainWindow.emplace(ViewContext{.model = *model, .shell = &*shell});
         model->desktop.closeWindow = [this] { mainWindow->window().close(); };
         model.load();
         mainWindow->activate();

@@ -18,7 +18,7 @@ class LiveRecordingViewTests : public testing::Test {
 protected:
     LiveRecordingViewTests() {
         view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
-        ViewContext{.model = *model, .recorder = model->recorder()}.giveTo(*view.engine());
+        ViewContext{.model = *model}.giveTo(*view.engine());
         view.setResizeMode(QQuickView::SizeRootObjectToView);
         view.resize(800, 600);
         view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Varnic/LiveView/LiveRecordingView.qml")));
