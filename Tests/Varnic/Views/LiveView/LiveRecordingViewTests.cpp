@@ -4,6 +4,7 @@
 #include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/LiveView/LiveCall.h"
 
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QTest>

@@ -6,6 +6,7 @@
 #include "Varnic/Views/NotePage/TranscriptModel.h"
 #include "VarnicCore/Models/CallProblem.h"
 
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickTextDocument>
 #include <QQuickView>
