@@ -9,6 +9,7 @@
 #include "Varnic/AppModel/ToastMessage.h"
 #include "Varnic/LoopExecutor.h"
 #include "VarnicCore/Audio/CaptureSource.h"
+#include "VarnicCore/Editor/NoteHistory.h"
 #include "VarnicCore/Library/Flashcards.h"
 #include "VarnicCore/Library/SharedNotes.h"
 #include "VarnicCore/Library/Todos.h"
@@ -170,6 +171,26 @@ public:
     QCoro::Task<Recovered> recoverRecordings();
     /// Changes a note; one that comes out the same is not saved.
     void update(Uuid id, bool saveNow, const std::function<void(Note&)>& change);
+
+    /// How an edit is to be undone and saved.
+    struct Edit {
+        EditKind kind = EditKind::structure;
+        /// Where the caret was, for undo to put it back.
+        std::optional<TextPlace> caret;
+        bool saveNow = false;
+    };
+
+    /// As `update`, for what the user does to title and blocks: it can be undone. The change gives where the caret
+    /// goes, if it knows; so does this.
+    std::optional<TextPlace> edit(Uuid id, const Edit& edit,
+                                  const std::function<std::optional<TextPlace>(Note&)>& change);
+    /// Takes the note's last edit back, or makes it again; gives where the caret goes. What has come into the note
+    /// otherwise since stays.
+    std::optional<TextPlace> undo(Uuid id);
+    std::optional<TextPlace> redo(Uuid id);
+    [[nodiscard]] bool canUndo(Uuid id) const;
+    [[nodiscard]] bool canRedo(Uuid id) const;
+
     Uuid newNote(std::string title = {}, std::vector<Block> blocks = {}, Date created = currentDate());
     /// Moves the note to the deleted ones, but never that of a running recording.
     void remove(Uuid id);
@@ -305,6 +326,8 @@ private:
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
 
     SharedNotes notes_;
+    /// Of the notes that were edited since the program's start.
+    std::map<Uuid, NoteHistory> histories_;
     mutable RollUps rollUps_{notes_, region};
     /// Runs what other threads report; outlives the queue of the library.
     LoopExecutor loop_;
