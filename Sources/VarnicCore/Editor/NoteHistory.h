@@ -5,6 +5,7 @@
 #include "VarnicCore/Models/Date.h"
 #include "VarnicCore/Models/Note.h"
 
+#include <cstddef>
 #include <deque>
 #include <optional>
 #include <vector>
@@ -50,12 +51,16 @@ private:
         std::optional<TextPlace> caretBefore;
         std::optional<TextPlace> caretAfter;
         Date time;
+        /// Of the step, in bytes.
+        std::size_t size = 0;
         /// Present for typing that the next letter may go on with.
         std::optional<NoteStep::TextChange> typing;
     };
 
     bool goOn(Edit& edit);
+    static std::optional<Restored> restore(const Note& current, Edit& edit, NoteStep::Direction direction, Date now);
     void forgetOldest();
+    void endTyping();
 
     /// The last edit last.
     std::deque<Edit> done_;

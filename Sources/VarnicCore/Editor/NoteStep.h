@@ -26,12 +26,12 @@ public:
     /// The one text that a step of typing changed.
     struct TextChange {
         /// Absent for the note's title.
-        std::optional<Uuid> block;
+        std::optional<Uuid> block = std::nullopt;
         enum class Field { title, text, back, cell } field = Field::title;
         std::size_t row = 0;
         std::size_t column = 0;
-        std::string before;
-        std::string after;
+        std::string before = {};
+        std::string after = {};
 
         [[nodiscard]] bool isOfSameText(const TextChange& other) const {
             return block == other.block && field == other.field && row == other.row && column == other.column;
@@ -70,7 +70,7 @@ private:
 
     using Side = std::optional<Placed> Change::*;
 
-    static std::vector<Change> changes(const Note& before, const Note& after);
+    static std::optional<std::vector<Change>> changes(const Note& before, const Note& after);
 
     std::optional<TitleChange> title_;
     std::vector<Change> changes_;
