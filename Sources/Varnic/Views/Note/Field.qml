@@ -10,12 +10,16 @@ FocusScope {
     property real bottomPadding: 0
     property color color: Theme.Palette.ink
     property font font: Theme.Typo.body
+    /// Whether typing is undone here, rather than by whom `undoWanted` and `redoWanted` tell.
+    property bool hasHistory: true
     property bool lineBreaks: false
     property string placeholder
     /// The stored text.
     property string text
 
     signal edited(string text)
+    signal redoWanted
+    signal undoWanted
 
     Accessible.multiLine: true
     Accessible.role: Accessible.EditableText
@@ -49,6 +53,12 @@ FocusScope {
             if (!field.lineBreaks && (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)) {
                 event.accepted = true;
                 nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+            } else if (!field.hasHistory && event.matches(StandardKey.Undo)) {
+                event.accepted = true;
+                field.undoWanted();
+            } else if (!field.hasHistory && event.matches(StandardKey.Redo)) {
+                event.accepted = true;
+                field.redoWanted();
             }
         }
         Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
