@@ -80,7 +80,8 @@ TEST_F(UndoTests, history_goesWithItsNote) {
     model->remove(id);
     EXPECT_FALSE(model->canUndo(id));
     EXPECT_EQ(model->undo(id), std::nullopt);
-    EXPECT_EQ(type("more"), std::nullopt);
+    EXPECT_EQ(model->edit(id, {}, [this](Note& /*note*/) { return TextPlace{block, 1}; }), std::nullopt);
+    EXPECT_FALSE(model->canUndo(id));
 }
 
 TEST_F(UndoTests, unchangedNote_hasNothingToUndo) {
