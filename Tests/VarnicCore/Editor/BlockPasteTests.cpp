@@ -56,6 +56,10 @@ TEST(BlockPaste, putsLinesIntoTextsAndMakesBlocks) {
          {"P: ^"},
          "[] a\n• b\nq :: a\n> c\n  d  ",
          {"todo: a", "bullet: b", "flashcard: q / a", "quote: c", "paragraph:   d^"}},
+        {"all that a line says",
+         {"P: ^"},
+         "- [ ] a _(b)_\n- \\x\n* [X] c",
+         {"todo: a _(b)_", "bullet: \\x", "todo: [x] c^"}},
         {"Markdown without saying so",
          {"P: ^"},
          "**Q:** q\n**A:** a\n| a | b |\n| --- | --- |\n# T\n",
@@ -76,7 +80,8 @@ TEST(BlockPaste, putsLinesIntoTextsAndMakesBlocks) {
 }
 
 TEST(BlockPaste, readsBackWhatCopyGives) {
-    const Marked marked({"P: a", "H: Plan", "T: open", "X: done", "B: b", "Q: said", "---", "|t", "C: q / a", "P: z"});
+    const Marked marked(
+        {"P: a", "H: Plan", "T: open", "X: done", "T: ", "X: ", "B: b", "Q: said", "---", "|t", "C: q / a", "P: z"});
     const auto pasted = [&](const std::string& text, bool isMarkdown) {
         Note note = noteOf({block(BlockKind::paragraph)});
         BlockSelection::paste(text, isMarkdown, {note.blocks[0].id, 0}, note, later);
