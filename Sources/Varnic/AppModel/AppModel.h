@@ -323,6 +323,8 @@ private:
     bool keepEarlier(Uuid id);
     static ToastMessage callIsBusy();
     [[nodiscard]] ToastMessage undoable(Uuid id, std::string text, std::string symbol);
+    using RestoreEdit = std::optional<NoteHistory::Restored> (NoteHistory::*)(const Note&, Date);
+    std::optional<TextPlace> restoreEdit(Uuid id, RestoreEdit step);
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
 
     SharedNotes notes_;

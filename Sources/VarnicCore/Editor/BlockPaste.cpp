@@ -120,7 +120,7 @@ TextPlace paste(std::string_view text, bool isMarkdown, const TextPlace& place, 
     Blocks pasted;
     if (clean.find('\n') != std::string::npos) {
         pasted = isMarkdown ? PastedText::fromMarkdown(clean) : PastedText::fromPlainText(clean);
-    } else if (target->kind == BlockKind::paragraph && target->text.empty()) {
+    } else if (hasTextLine(target->kind) && target->text.empty()) {
         pasted = oneLine(clean, isMarkdown);
     } else {
         pasted.push_back(paragraph(clean));

@@ -1,8 +1,9 @@
 #include "VarnicCore/Editor/NoteStep.h"
 
+#include "VarnicCore/Editor/BlockOrder.h"
+
 #include <algorithm>
 #include <cstddef>
-#include <iterator>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -47,24 +48,7 @@ bool reachBeyond(const Indexes& indexes, const Blocks& blocks, std::size_t begin
            std::any_of(blocks.begin() + static_cast<std::ptrdiff_t>(end), blocks.end(), isIn);
 }
 
-/// The longest run of indexes, not next to each other, that rises: the blocks that need not move.
-std::unordered_set<std::size_t> longestRise(const std::vector<std::size_t>& indexes) {
-    std::vector<std::size_t> ends; // of the best run of each length, as places in `indexes`
-    std::vector<std::size_t> previous(indexes.size());
-    for (std::size_t i = 0; i < indexes.size(); ++i) {
-        const auto place =
-            std::ranges::lower_bound(ends, indexes[i], {}, [&](std::size_t end) { return indexes[end]; });
-        previous[i] = place == ends.begin() ? i : *std::prev(place);
-        place == ends.end() ? ends.push_back(i) : void(*place = i);
-    }
-    std::unordered_set<std::size_t> rise;
-    for (std::size_t length = ends.size(), i = length == 0 ? 0 : ends.back(); length > 0; --length, i = previous[i]) {
-        rise.insert(indexes[i]);
-    }
-    return rise;
-}
-
-/// Takes a field over unless it is the same on both sides; false where the block has something else by now.
+/// Whether the step leaves the field alone, or the block still has what the step starts from.
 template <typename Value>
 bool fits(const Value& now, const Value& from, const Value& to) {
     return from == to || now == from;
@@ -103,73 +87,6 @@ bool change(Block& now, const Block& from, const Block& to) {
     take(now.due, from.due, to.due);
     take(now.fromDigest, from.fromDigest, to.fromDigest);
     return true;
-}
-
-/// A block on its way to a place.
-struct Arrival {
-    Block block;
-    std::size_t index = 0;
-    std::optional<Uuid> previous;
-    std::optional<Uuid> next;
-};
-
-/// The blocks with those that arrive, each behind the block that it followed, or before its next one where that is
-/// gone, or at the end.
-Blocks withArrivals(Blocks blocks, std::vector<Arrival> arrivals) {
-    std::ranges::sort(arrivals, {}, &Arrival::index);
-    std::unordered_set<Uuid> present;
-    for (const Block& block : blocks) {
-        present.insert(block.id);
-    }
-    std::unordered_map<Uuid, std::vector<std::size_t>> behind;
-    std::unordered_map<Uuid, std::vector<std::size_t>> before;
-    std::vector<std::size_t> first;
-    std::vector<std::size_t> last;
-    for (std::size_t i = 0; i < arrivals.size(); ++i) {
-        const Arrival& arrival = arrivals[i];
-        if (!arrival.previous) {
-            first.push_back(i);
-        } else if (present.contains(*arrival.previous)) {
-            behind[*arrival.previous].push_back(i);
-        } else if (arrival.next && present.contains(*arrival.next)) {
-            before[*arrival.next].push_back(i);
-        } else {
-            last.push_back(i);
-        }
-        present.insert(arrival.block.id);
-    }
-    Blocks result;
-    result.reserve(blocks.size() + arrivals.size());
-    std::vector<std::size_t> waiting; // the next one last
-    const auto wait = [&waiting](const std::vector<std::size_t>& group) {
-        waiting.insert(waiting.end(), group.rbegin(), group.rend());
-    };
-    const auto waitFor = [&wait](const auto& groups, const Uuid& id) {
-        if (const auto group = groups.find(id); group != groups.end()) {
-            wait(group->second);
-        }
-    };
-    const auto addWaiting = [&] {
-        while (!waiting.empty()) {
-            Block& block = arrivals[waiting.back()].block;
-            waiting.pop_back();
-            waitFor(behind, block.id);
-            result.push_back(std::move(block));
-        }
-    };
-    wait(first);
-    addWaiting();
-    for (Block& block : blocks) {
-        const Uuid id = block.id;
-        waitFor(before, id);
-        addWaiting();
-        result.push_back(std::move(block));
-        waitFor(behind, id);
-        addWaiting();
-    }
-    wait(last);
-    addWaiting();
-    return result;
 }
 
 std::size_t sizeOf(const Block& block) {
@@ -219,7 +136,7 @@ std::optional<std::vector<NoteStep::Change>> NoteStep::changes(const Note& befor
             order.push_back(was->second);
         }
     }
-    const std::unordered_set<std::size_t> stay = longestRise(order);
+    const std::unordered_set<std::size_t> stay = BlockOrder::longestRise(order);
     std::vector<Change> changes;
     for (std::size_t i = begin; i < areEnd; ++i) {
         const auto was = were.find(after.blocks[i].id);
@@ -251,7 +168,7 @@ bool NoteStep::apply(Direction direction, Note& note) const {
     }
     const Indexes present = indexesOf(note.blocks, 0, note.blocks.size());
     std::unordered_set<Uuid> leaving;
-    std::vector<Arrival> arrivals;
+    std::vector<BlockOrder::Arrival> arrivals;
     for (const Change& one : changes_) {
         const auto& source = one.*from;
         const auto& target = one.*to;
@@ -280,7 +197,7 @@ bool NoteStep::apply(Direction direction, Note& note) const {
     }
     Blocks blocks = std::move(note.blocks);
     std::erase_if(blocks, [&leaving](const Block& block) { return leaving.contains(block.id); });
-    note.blocks = withArrivals(std::move(blocks), std::move(arrivals));
+    note.blocks = BlockOrder::withArrivals(std::move(blocks), std::move(arrivals));
     note.keepOneBlock();
     return true;
 }

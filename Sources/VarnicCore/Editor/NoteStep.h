@@ -30,8 +30,8 @@ public:
         enum class Field { title, text, back, cell } field = Field::title;
         std::size_t row = 0;
         std::size_t column = 0;
-        std::string before = {};
-        std::string after = {};
+        std::string before;
+        std::string after;
 
         [[nodiscard]] bool isOfSameText(const TextChange& other) const {
             return block == other.block && field == other.field && row == other.row && column == other.column;

@@ -61,6 +61,16 @@ std::optional<std::string> listItem(std::string_view line) {
     return std::string(isBullet ? "•" : mark).append(" ").append(Unicode::trimBlanks(line.substr(tab)));
 }
 
+/// A to-do without text, which Markdown that is read without blanks at its lines' ends takes for a bullet.
+void mendEmptyTodo(Block& block) {
+    const bool isTicked = block.text == "[x]" || block.text == "[X]";
+    if (block.kind == BlockKind::bullet && (isTicked || block.text == "[ ]")) {
+        block.kind = BlockKind::todo;
+        block.done = isTicked;
+        block.text.clear();
+    }
+}
+
 /// Goes through the lines; those of a table are taken together.
 class Reader {
 public:
@@ -129,17 +139,22 @@ private:
                           std::back_inserter(blocks));
     }
 
+    /// What the line means when typed, with all that it says; else what it means in Markdown.
     [[nodiscard]] Block lineBlock(std::size_t index) const {
-        const std::string line = listItem(trimmed_[index]).value_or(std::string(trimmed_[index]));
-        std::vector<Block> found = fromMarkdown(line);
-        Block block = std::move(found.front());
-        if (block.kind == BlockKind::paragraph) {
-            block.text = line;
-        }
+        Block block;
+        block.text = listItem(trimmed_[index]).value_or(std::string(trimmed_[index]));
         if (auto typed = NoteEditor::asTyped(block)) {
-            return std::move(*typed);
+            if (typed->kind == BlockKind::bullet && typed->text.starts_with("[X] ")) {
+                typed->text[1] = 'x'; // as Markdown has it too
+            }
+            auto todo = NoteEditor::asTyped(*typed);
+            return std::move(todo ? *todo : *typed);
         }
-        if (block.kind == BlockKind::paragraph && line == trimmed_[index]) {
+        Block read = std::move(fromMarkdown(block.text).front());
+        if (read.kind != BlockKind::paragraph) {
+            return read;
+        }
+        if (block.text == trimmed_[index]) {
             block.text = Unicode::trimEnd(lines_[index], Unicode::isBlank);
         }
         return block;
@@ -187,11 +202,14 @@ std::vector<Block> fromMarkdown(const std::string& cleaned) {
         heading.text = std::move(*document.title);
         document.blocks.insert(document.blocks.begin(), std::move(heading));
     }
+    std::ranges::for_each(document.blocks, mendEmptyTodo);
     return std::move(document.blocks);
 }
 
 std::vector<Block> fromPlainText(const std::string& cleaned) {
-    return Reader(cleaned).read();
+    std::vector<Block> blocks = Reader(cleaned).read();
+    std::ranges::for_each(blocks, mendEmptyTodo);
+    return blocks;
 }
 
 } // namespace varnic::PastedText

@@ -30,7 +30,8 @@ TEST(BlockPaste, putsLinesIntoTextsAndMakesBlocks) {
         {"a form into an empty paragraph", {"P: ^"}, "- [x] done", {"todo: [x] done^"}},
         {"a form as Markdown", {"P: ^"}, "## Plan", {"heading: Plan^"}, true},
         {"words as they are", {"P: ^"}, " \\alpha", {"paragraph:  \\alpha^"}, true},
-        {"into an empty heading", {"H: ^"}, "- x", {"heading: - x^"}},
+        {"a form into an empty item", {"T: ^"}, "- [x] a", {"todo: [x] a^"}},
+        {"words into an empty heading", {"H: ^"}, "Plan", {"heading: Plan^"}},
         {"behind a divider", {"^---", "P: y"}, "x", {"divider: ", "paragraph: x^", "paragraph: y"}},
         {"control characters", {"P: ^"}, std::string("a\0b\x1b[1m\x7f", 8), {"paragraph: ab[1m^"}},
         {"malformed bytes", {"P: ^"}, "a\xff\xc3", {"paragraph: a\uFFFD\uFFFD^"}},
@@ -55,6 +56,10 @@ TEST(BlockPaste, putsLinesIntoTextsAndMakesBlocks) {
          {"P: ^"},
          "[] a\n• b\nq :: a\n> c\n  d  ",
          {"todo: a", "bullet: b", "flashcard: q / a", "quote: c", "paragraph:   d^"}},
+        {"all that a line says",
+         {"P: ^"},
+         "- [ ] a _(b)_\n- \\x\n* [X] c",
+         {"todo: a _(b)_", "bullet: \\x", "todo: [x] c^"}},
         {"Markdown without saying so",
          {"P: ^"},
          "**Q:** q\n**A:** a\n| a | b |\n| --- | --- |\n# T\n",
@@ -75,7 +80,8 @@ TEST(BlockPaste, putsLinesIntoTextsAndMakesBlocks) {
 }
 
 TEST(BlockPaste, readsBackWhatCopyGives) {
-    const Marked marked({"P: a", "H: Plan", "T: open", "X: done", "B: b", "Q: said", "---", "|t", "C: q / a", "P: z"});
+    const Marked marked(
+        {"P: a", "H: Plan", "T: open", "X: done", "T: ", "X: ", "B: b", "Q: said", "---", "|t", "C: q / a", "P: z"});
     const auto pasted = [&](const std::string& text, bool isMarkdown) {
         Note note = noteOf({block(BlockKind::paragraph)});
         BlockSelection::paste(text, isMarkdown, {note.blocks[0].id, 0}, note, later);

@@ -20,7 +20,6 @@ namespace {
 
 using namespace blockNotes;
 using namespace std::chrono_literals;
-using testing::ElementsAre;
 using testing::ElementsAreArray;
 
 /// Someone who edits a note.
