@@ -9,7 +9,7 @@ import Varnic.Theme as Theme
 
 /// A note as one continuous text, between what a page puts above and below it.
 EditorSurface {
-    id: surface
+    id: ground
 
     /// Pixels of the column in which the text stands, in the middle.
     readonly property real columnWidth: Math.min(Theme.PageWidth.max, width - 2 * Theme.Space.xxl)
@@ -43,13 +43,13 @@ EditorSurface {
         T.ScrollBar.vertical: Theme.ThinScrollBar {
         }
         delegate: BlockRow {
-            columnWidth: surface.columnWidth
-            surface: surface
+            columnWidth: ground.columnWidth
+            surface: ground
             width: view.width
 
             onAddColumnWanted: theBlocks.addColumn(index)
             onAddRowWanted: theBlocks.addRow(index)
-            onOptionsWanted: item => surface.showOptions(index, item)
+            onOptionsWanted: item => ground.showOptions(index, item)
             onRemoveColumnWanted: column => theBlocks.removeColumn(index, column)
             onRemoveRowWanted: tableRow => theBlocks.removeRow(index, tableRow)
             onToggled: theBlocks.toggle(index)
@@ -61,7 +61,7 @@ EditorSurface {
             Column {
                 id: below
 
-                width: surface.columnWidth
+                width: ground.columnWidth
                 x: (parent.width - width) / 2
 
                 AddBlockBar {
@@ -71,7 +71,7 @@ EditorSurface {
                 }
 
                 Loader {
-                    sourceComponent: surface.footer
+                    sourceComponent: ground.footer
                     width: parent.width
                 }
             }
@@ -79,7 +79,7 @@ EditorSurface {
         model: BlocksModel {
             id: theBlocks
 
-            note: surface.note
+            note: ground.note
         }
     }
 
@@ -87,10 +87,10 @@ EditorSurface {
         color: Theme.Palette.you
         height: 2
         radius: 1
-        visible: surface.dropLine >= 0
-        width: surface.columnWidth
+        visible: ground.dropLine >= 0
+        width: ground.columnWidth
         x: (parent.width - width) / 2
-        y: surface.dropLine - 1
+        y: ground.dropLine - 1
     }
 
     Loader {

@@ -153,8 +153,7 @@ bool BlockField::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::KeyPress:
         return surface_->pressKey(*this, *static_cast<QKeyEvent*>(event));
     case QEvent::InputMethod:
-        surface_->prepareForInput(*static_cast<QInputMethodEvent*>(event));
-        return false;
+        return surface_->prepareForInput(*this, *static_cast<QInputMethodEvent*>(event));
     default:
         return QObject::eventFilter(watched, event);
     }

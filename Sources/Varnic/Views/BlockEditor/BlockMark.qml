@@ -14,8 +14,8 @@ Loader {
 
     signal toggled
 
-    active: sourceComponent !== null
-    sourceComponent: kind === "todo" ? tick : kind === "bullet" ? bullet : kind === "quote" ? bar : null
+    active: kind === "todo" || kind === "bullet" || kind === "quote"
+    sourceComponent: kind === "todo" ? tick : kind === "bullet" ? bullet : bar
 
     Component {
         id: tick

@@ -6,8 +6,8 @@ import Varnic.Theme as Theme
 // qmllint disable unqualified
 
 /// One block of a note, with its handle. A text stays the same editor whatever kind of text it becomes, so that typing
-/// goes on in it.
-Item {
+/// goes on in it. The list gives the focus to its current row, so that is the focus scope.
+FocusScope {
     id: row
 
     required property string back
@@ -52,15 +52,13 @@ Item {
         anchors.topMargin: row.gap + (row.kind === "heading" || row.kind === "table" ? 6 : row.kind === "subheading" ? 3 : 2)
         index: row.index
         surface: row.surface
-        visible: hover.hovered || isDragged || column.holdsFocus
+        visible: hover.hovered || isDragged || row.activeFocus
 
         onClicked: row.optionsWanted(this)
     }
 
-    FocusScope {
+    Item {
         id: column
-
-        readonly property bool holdsFocus: activeFocus
 
         height: parent.height - row.gap
         width: row.columnWidth

@@ -60,6 +60,13 @@ bool isWrittenRightToLeft(const Block& block) {
                                           : text(block.text + ' ' + block.back).isRightToLeft();
 }
 
+/// Whether its text is a typed shortcut.
+bool isShortcut(const Block& block) {
+    Note trial(currentDate());
+    trial.blocks = {block};
+    return NoteEditor::applyShortcut(block.id, trial, currentDate());
+}
+
 } // namespace
 
 void BlocksModel::componentComplete() {
@@ -112,6 +119,7 @@ std::optional<FieldKey> BlocksModel::type(const FieldKey& field, const std::stri
         return std::nullopt;
     }
     const BlockKind typedKind = typed->kind;
+    const bool wasShortcut = isShortcut(*typed);
     const auto width = static_cast<std::size_t>(std::max(1, columnsOf(*typed)));
     edit(EditKind::typing, before, [&](Note& note, Date now) {
         NoteEditor::update(field.block, note, now, [&](Block& changed) {
@@ -125,23 +133,18 @@ std::optional<FieldKey> BlocksModel::type(const FieldKey& field, const std::stri
         });
         return after;
     });
-    return typedKind == BlockKind::paragraph || typedKind == BlockKind::bullet ? takeShortcut(field.block)
-                                                                               : std::nullopt;
+    // One that has been undone is left alone.
+    return wasShortcut ? std::nullopt : takeShortcut(field.block, after);
 }
 
 /// An edit of its own, so that undoing it leaves what was typed.
-std::optional<FieldKey> BlocksModel::takeShortcut(const Uuid& id) {
+std::optional<FieldKey> BlocksModel::takeShortcut(const Uuid& id, std::optional<TextPlace> caret) {
     const Block* const typed = block(id);
-    if (typed == nullptr) {
-        return std::nullopt;
-    }
-    Note trial(currentDate());
-    trial.blocks = {*typed};
-    if (!NoteEditor::applyShortcut(id, trial, currentDate())) {
+    if (typed == nullptr || !isShortcut(*typed)) {
         return std::nullopt;
     }
     std::optional<FieldKey> next;
-    edit(EditKind::structure, std::nullopt, [&](Note& note, Date now) -> std::optional<TextPlace> {
+    edit(EditKind::structure, caret, [&](Note& note, Date now) -> std::optional<TextPlace> {
         NoteEditor::applyShortcut(id, note, now);
         const auto made = std::ranges::find(note.blocks, id, &Block::id);
         if (made == note.blocks.end()) {

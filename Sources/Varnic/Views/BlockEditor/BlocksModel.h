@@ -116,7 +116,7 @@ private:
     [[nodiscard]] Uuid idAt(int row) const;
     void editBlock(int row, const std::function<void(const Uuid&, Note&, Date)>& change);
     [[nodiscard]] QString lineOfCard(const Block& block) const;
-    std::optional<FieldKey> takeShortcut(const Uuid& id);
+    std::optional<FieldKey> takeShortcut(const Uuid& id, std::optional<TextPlace> caret);
 
     QPointer<NoteModel> note_;
 };

@@ -48,6 +48,11 @@ bool isMoveOfBlock(const QKeyEvent& key) {
     return isAlone(key, Qt::Key_Up, Qt::AltModifier) || isAlone(key, Qt::Key_Down, Qt::AltModifier);
 }
 
+bool isModifier(const QKeyEvent& key) {
+    return key.key() == Qt::Key_Shift || key.key() == Qt::Key_Control || key.key() == Qt::Key_Alt ||
+           key.key() == Qt::Key_Meta;
+}
+
 /// It writes something.
 bool isTyped(const QKeyEvent& key) {
     return !key.text().isEmpty() && key.text().front().isPrint() &&
@@ -102,6 +107,9 @@ bool EditorKeys::claims(const BlockField& field, QKeyEvent& key) const {
 
 bool EditorKeys::press(BlockField& field, QKeyEvent& key) {
     if (field.isComposing()) {
+        return isReturn(key); // a field would break the line beside what is being composed
+    }
+    if (isModifier(key)) {
         return false;
     }
     for (const Motion& motion : motions) {
@@ -395,6 +403,9 @@ EditorSelection::End EditorKeys::stepped(const EditorSelection::End& head, Opera
     const BlocksModel& blocks = surface_.blocks();
     BlockField* const field = surface_.reach({.block = head.block});
     const bool isText = field != nullptr && hasTextLine(kindOf(*field, surface_));
+    if (isVertical(operation) && field != nullptr && !goal_) {
+        goal_ = field->caretArea(head.position).left();
+    }
     if (isText) {
         if (const std::optional<int> moved = field->moved(head.position, operation)) {
             return {.block = head.block, .position = *moved};
@@ -413,10 +424,8 @@ EditorSelection::End EditorKeys::stepped(const EditorSelection::End& head, Opera
     if (!hasTextLine(kindOf(target, surface_))) {
         return {.block = target.key().block};
     }
-    if (isVertical(operation) && field != nullptr) {
-        const qreal x = goal_.value_or(field->caretArea(head.position).left());
-        goal_ = x;
-        return {.block = target.key().block, .position = target.positionOnEdge(x, !forward)};
+    if (isVertical(operation) && goal_) {
+        return {.block = target.key().block, .position = target.positionOnEdge(*goal_, !forward)};
     }
     return {.block = target.key().block, .position = forward ? 0 : target.length()};
 }

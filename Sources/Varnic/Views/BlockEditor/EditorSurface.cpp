@@ -2,6 +2,7 @@
 
 #include "Varnic/Views/BlockEditor/BlockField.h"
 #include "Varnic/Views/BlockEditor/EditorClipboard.h"
+#include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Editor/BlockSelection.h"
 
 #include <QGuiApplication>
@@ -41,7 +42,7 @@ EditorSurface::EditorSurface(QQuickItem* parent) : QQuickItem(parent) {
 void EditorSurface::componentComplete() {
     QQuickItem::componentComplete();
     connect(blocks_, &QAbstractItemModel::rowsRemoved, this, &EditorSurface::keepFocus, Qt::QueuedConnection);
-    focusRequests_ = blocks_->app().focusBlock.addNotifier([this] { takeFocusRequest(); });
+    focusRequests_ = ViewContext::of(this).model.focusBlock.addNotifier([this] { takeFocusRequest(); });
     // Once the list has been given its size.
     QMetaObject::invokeMethod(this, &EditorSurface::takeFocusRequest, Qt::QueuedConnection);
 }
@@ -62,7 +63,6 @@ void EditorSurface::noteFocus(BlockField& field, bool isFocused) {
     }
     focused_ = field.key();
     focusedRow_ = blocks_->rowOf(focused_.block);
-    caretBefore_ = field.caret();
     // A list keeps its current row when it is scrolled away, and with it the caret.
     list_->setProperty("currentIndex", focusedRow_);
     revealCaret();
@@ -254,16 +254,18 @@ bool EditorSurface::wantsKey(const BlockField& field, QKeyEvent& key) const {
 }
 
 bool EditorSurface::pressKey(BlockField& field, QKeyEvent& key) {
+    caretBefore_ = field.caret();
     return keys_.press(field, key);
 }
 
-bool EditorSurface::prepareForInput(QInputMethodEvent& event) {
+bool EditorSurface::prepareForInput(const BlockField& field, QInputMethodEvent& event) {
+    caretBefore_ = field.caret();
     if (!selection_.isActive() || (event.commitString().isEmpty() && event.preeditString().isEmpty())) {
         return false;
     }
     removeSelection();
-    if (BlockField* const field = find(focused_)) {
-        QCoreApplication::sendEvent(&field->editor(), &event);
+    if (const BlockField* const heir = find(focused_)) {
+        QCoreApplication::sendEvent(&heir->editor(), &event);
     }
     return true;
 }
@@ -275,11 +277,10 @@ void EditorSurface::scrollBy(qreal distance) {
 }
 
 void EditorSurface::revealCaret() {
-    BlockField* const field = find(focused_);
+    const BlockField* const field = find(focused_);
     if (field == nullptr || !field->isFocused()) {
         return;
     }
-    caretBefore_ = field->caret();
     if (QGuiApplication::mouseButtons() != Qt::NoButton) {
         return; // what is under the pointer stays there
     }

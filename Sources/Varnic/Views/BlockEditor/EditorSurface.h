@@ -47,7 +47,7 @@ public:
     /// Whether the key has been dealt with.
     bool pressKey(BlockField& field, QKeyEvent& key);
     /// Whether the event has been passed on to the field that takes the place of what was selected.
-    bool prepareForInput(QInputMethodEvent& event);
+    bool prepareForInput(const BlockField& field, QInputMethodEvent& event);
 
     // What the keys and the selection need.
 
@@ -122,6 +122,7 @@ private:
     /// The field that has the focus, or had it last.
     FieldKey focused_;
     int focusedRow_ = 0;
+    /// Where the caret was before what is being typed.
     int caretBefore_ = 0;
     /// Somebody typed here and has not gone elsewhere since.
     bool isInUse_ = false;

@@ -56,7 +56,7 @@ Item {
         border.color: question.isCovered ? Theme.Palette.you : Theme.Palette.rule
         border.width: 1
         color: Theme.Palette.surface
-        implicitHeight: Math.max(question.implicitHeight, answer.implicitHeight) + footer.height
+        implicitHeight: Math.max(question.implicitHeight, answer.implicitHeight) + (footer.visible ? footer.implicitHeight : 0)
         radius: Theme.Radius.card
         width: parent.width
         y: 6
@@ -101,7 +101,6 @@ Item {
             anchors.right: parent.right
             color: Theme.Palette.inkFaint
             font: Theme.Typo.caption
-            height: visible ? implicitHeight : 0
             padding: 6
             rightPadding: Theme.Space.m
             text: block.cardText
