@@ -9,7 +9,18 @@ FocusScope {
     /// What takes longer, or shows nothing before the library is read, comes after the first picture.
     property bool isWhole: false
 
+    Keys.onEscapePressed: {
+        if (!keeper.back()) {
+            list.forceActiveFocus(Qt.OtherFocusReason);
+        }
+    }
     onWidthChanged: Columns.windowWidth = width
+
+    Theme.FocusKeeper {
+        id: keeper
+
+        window: view.Window.window
+    }
 
     Connections {
         function onFrameSwapped() {

@@ -40,5 +40,10 @@ FocusScope {
         anchors.top: problem.bottom
         focus: true
         source: Library.isSearching ? "SearchResultsList.qml" : Library.section === Library.Todos ? "TodoList.qml" : Library.section === Library.Cards ? "DeckList.qml" : "NoteList.qml"
+
+        // The list is where Escape leads to.
+        Keys.onEscapePressed: {
+        }
+        onLoaded: item.focus = true
     }
 }

@@ -3,7 +3,7 @@ import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// The toolbar of the list: the menu, a title, a new note, and the search.
-Item {
+FocusScope {
     /// Moves the keyboard to the search.
     function search() {
         field.forceActiveFocus(Qt.ShortcutFocusReason);
@@ -21,8 +21,7 @@ Item {
         anchors.topMargin: 9
     }
 
-    Text {
-        Accessible.role: Accessible.Heading
+    Theme.Heading {
         anchors.left: menu.right
         anchors.leftMargin: 4
         anchors.right: note.left
