@@ -86,7 +86,7 @@ class WindowTest(unittest.TestCase):
         call = wait_for(lambda: next((call for call in self.calls() if call.get("segments")), None), "the transcript")
         self.assertEqual({segment["speaker"] for segment in call["segments"]}, {"you", "them"})
 
-        program.press("Transcript", "push button")
+        program.press("Transcript", "check box")
         turn = next(segment for segment in call["segments"] if segment["speaker"] == "them")
         program.press(f"…{turn['text'][:20]}…", "list item")
         program.expect("Pause")

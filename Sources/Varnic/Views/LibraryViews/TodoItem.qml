@@ -47,6 +47,7 @@ Item {
     Theme.PlainButton {
         id: box
 
+        Accessible.description: row.text
         Accessible.name: "Mark done"
         anchors.left: parent.left
         anchors.leftMargin: 6
@@ -56,6 +57,7 @@ Item {
         focusPolicy: Qt.NoFocus
         implicitHeight: 24
         implicitWidth: 24
+        isSwitch: true
         visible: !row.isHeader
 
         contentItem: Item {

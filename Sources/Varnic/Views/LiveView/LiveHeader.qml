@@ -50,7 +50,7 @@ RowLayout {
         }
     }
 
-    Text {
+    Theme.Label {
         Layout.fillWidth: true
         color: Theme.Palette.inkSoft
         elide: Text.ElideRight

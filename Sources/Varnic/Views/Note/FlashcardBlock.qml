@@ -70,7 +70,7 @@ Rectangle {
         }
     }
 
-    Text {
+    Theme.Label {
         id: footer
 
         anchors.bottom: parent.bottom

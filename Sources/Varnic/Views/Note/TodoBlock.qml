@@ -17,15 +17,14 @@ RowLayout {
     spacing: Theme.Space.s
 
     Theme.PlainButton {
-        Accessible.checkable: true
-        Accessible.checked: block.isDone
         Accessible.description: block.words
         Accessible.name: block.isDone ? "Done" : "Not done"
-        Accessible.role: Accessible.CheckBox
         Layout.alignment: Qt.AlignTop
         corner: 4
         implicitHeight: 22
         implicitWidth: 20
+        isOn: block.isDone
+        isSwitch: true
         objectName: "tick"
 
         background: Item {

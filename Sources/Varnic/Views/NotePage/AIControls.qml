@@ -26,7 +26,7 @@ Column {
                 size: 10
             }
 
-            Text {
+            Theme.Label {
                 anchors.verticalCenter: parent.verticalCenter
                 color: Theme.Palette.inkSoft
                 font: Theme.Typo.caption
@@ -76,7 +76,7 @@ Column {
         }
     }
 
-    Text {
+    Theme.Label {
         color: Theme.Palette.inkFaint
         font: Theme.Typo.caption
         text: controls.summary.privacy

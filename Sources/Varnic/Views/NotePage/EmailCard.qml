@@ -27,9 +27,7 @@ Theme.Card {
                 size: 15
             }
 
-            Text {
-                Accessible.name: text
-                Accessible.role: Accessible.Heading
+            Theme.Heading {
                 Layout.fillWidth: true
                 color: Theme.Palette.ink
                 elide: Text.ElideRight

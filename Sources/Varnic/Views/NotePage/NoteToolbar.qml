@@ -42,10 +42,10 @@ Item {
         }
 
         Theme.IconButton {
-            Accessible.checkable: true
-            Accessible.checked: toolbar.note.transcriptShown
             Accessible.name: "Transcript"
             help: "Show or hide the transcript (Ctrl+Alt+T)"
+            isOn: toolbar.note.transcriptShown
+            isSwitch: true
             objectName: "transcriptButton"
             size: 32
             symbol: "sidebar.right"

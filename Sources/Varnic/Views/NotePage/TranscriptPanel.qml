@@ -58,7 +58,7 @@ Rectangle {
             text: "Transcript"
         }
 
-        Text {
+        Theme.Label {
             anchors.right: parent.right
             anchors.rightMargin: Theme.Space.l
             anchors.verticalCenter: parent.verticalCenter
@@ -94,7 +94,7 @@ Rectangle {
         width: parent.width
     }
 
-    Text {
+    Theme.Label {
         anchors.left: parent.left
         anchors.margins: Theme.Space.l
         anchors.right: parent.right
