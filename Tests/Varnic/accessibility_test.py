@@ -49,7 +49,13 @@ FULL = [
     Screen("set-up", ("key:F10", "press:menu item/Recording Permissions…"), "dialog/Before your first call",
            ("Microphone", "Allowed"), True),
     Screen("consent", ("key:ctrl+shift+r",), "dialog/Let people know you’re recording",
-           ("Paste into the chat", "Varnic never hides", "Remind me before every recording"), True),
+           ("Paste into the chat", "Varnic never records in the background", "Remind me before every recording"), True),
+]
+LIVE = [
+    Screen("live recording", ("key:ctrl+shift+r", "press:Start Recording"), "Stop & Save",
+           ("Recording now", "Live ink line", "microphone", "Recording both sides.", "Pause", "Varnic is recording")),
+    Screen("question before discarding", ("press:Discard",), "dialog/Throw this recording away?",
+           ("won’t be saved", "Keep Recording"), True),
 ]
 EMPTY = [
     Screen("no notes", ("key:ctrl+1",), "Nothing recorded yet", ("Pick a note, or record a call", "then press Record")),
@@ -149,13 +155,17 @@ class AccessibilityTest(unittest.TestCase):
         self.start(12)
         self.read(FULL)
 
+    def test_everyLiveScreen_isTold(self):
+        self.start(12)
+        self.read(LIVE)
+
     def test_everyEmptyScreen_isTold(self):
         self.start(0)
         self.read(EMPTY)
 
     def test_everyScreen_keepsTheKeyboard(self):
         self.start(12)
-        for screen in FULL:
+        for screen in FULL + LIVE:
             with self.subTest(screen.name):
                 before = self.reader.expect_focus()
                 self.open(screen)

@@ -3,6 +3,7 @@
 #include "Varnic/Views/LibraryViews/Library.h"
 #include "Varnic/Views/Program/MainWindow.h"
 #include "Varnic/Views/Program/QuitDialog.h"
+#include "Varnic/Views/Theme/Native/AccessibleControl.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -214,6 +215,65 @@ TEST_F(MainWindowTest, every_control_has_a_name) {
             }
         }
     }
+}
+
+/// What assistive programs are told of an item and of all that it lies in.
+QString toldAround(QQuickItem* item) {
+    QString result;
+    for (; item != nullptr; item = item->parentItem()) {
+        if (QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(item)) {
+            result += told->text(QAccessible::Name) + '\n' + told->text(QAccessible::Description) + '\n';
+            // What stands in place of a text that is still to be typed is told by that text's name.
+            if (told->role() == QAccessible::EditableText) {
+                result += item->property("placeholderText").toString() + item->property("placeholder").toString();
+            }
+        }
+    }
+    return result;
+}
+
+TEST_F(MainWindowTest, every_text_that_shows_is_told) {
+    prepareAccessibility();
+    CallRecord call;
+    call.duration = 60;
+    call.segments = {Segment(Speaker::them, 1, 2, "Hello")};
+    call.problem = "Nobody was heard.";
+    const std::vector<Block> blocks = {
+        {.kind = BlockKind::heading, .text = "Aims"},
+        {.kind = BlockKind::todo, .text = "Write", .owner = Speaker::them, .due = "tomorrow"},
+        Block::flashcard("Why?", "Because"),
+        Block::table({{"Who", "When"}, {"Ann", "Monday"}})};
+    const Uuid note = model->newNote("Plan", blocks);
+    open();
+    const auto look = [this](const char* where) {
+        for (QQuickItem* item : shownItems()) {
+            const QString text = item->property("text").toString();
+            // A single character is a mark, such as the "Q" of a question; these two are told in longer words.
+            if (item->inherits("QQuickText") && text.size() > 1 && text != "Add their name" && text != "0% you") {
+                EXPECT_TRUE(toldAround(item).contains(text, Qt::CaseInsensitive))
+                    << where << ": " << text.toStdString();
+            }
+        }
+    };
+    for (const auto section : allLibrarySections) {
+        model->section = section;
+        look("a section");
+    }
+    model->query = "zzz";
+    look("a search");
+    model->query = "";
+    model->update(note, false, [&](Note& changed) { changed.call = call; });
+    look("a call");
+    model->showTranscript = true;
+    look("a transcript");
+    model->showConsent = true;
+    look("the reminder");
+    model->showConsent = false;
+    model->showSetup = true;
+    look("the set-up");
+    model->showSetup = false;
+    model->remove(note);
+    look("a toast");
 }
 
 } // namespace

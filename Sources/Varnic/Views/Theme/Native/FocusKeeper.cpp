@@ -1,5 +1,6 @@
 #include "Varnic/Views/Theme/Native/FocusKeeper.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -50,6 +51,21 @@ bool isMenu(const QQuickItem* popup) {
     return popup->parent() != nullptr && popup->parent()->inherits("QQuickMenu");
 }
 
+/// Scrolls to what has the keyboard and is wholly out of sight.
+void reveal(QQuickItem* item) {
+    for (QQuickItem* outer = item->parentItem(); outer != nullptr; outer = outer->parentItem()) {
+        if (!outer->inherits("QQuickFlickable") || outer->inherits("QQuickItemView")) {
+            continue; // a list shows its current row by itself
+        }
+        const qreal top = item->mapToItem(outer, QPointF(0, 0)).y();
+        if (top + item->height() <= 0 || top >= outer->height()) {
+            const qreal end = std::max(outer->property("contentHeight").toReal() - outer->height(), 0.0);
+            const qreal middle = outer->property("contentY").toReal() + top + (item->height() - outer->height()) / 2;
+            outer->setProperty("contentY", std::clamp(middle, 0.0, end));
+        }
+    }
+}
+
 /// What the Tab key comes to first in an item.
 QQuickItem* firstStop(QQuickItem* item) {
     for (QQuickItem* const child : item->childItems()) {
@@ -72,7 +88,10 @@ QQuickItem* placeIn(QQuickItem* scope) {
     while (chosen->isFocusScope() && chosen->scopedFocusItem() != nullptr) {
         chosen = chosen->scopedFocusItem();
     }
-    return isPlace(chosen) && !isTypedIn(chosen) ? chosen : firstStop(chosen);
+    if (isTypedIn(chosen)) {
+        return nullptr;
+    }
+    return isPlace(chosen) ? chosen : firstStop(chosen->isFocusScope() ? chosen : scopeAround(chosen));
 }
 
 } // namespace
@@ -88,7 +107,7 @@ void FocusKeeper::setWindow(QQuickWindow* window) {
         return;
     }
     if (window_ != nullptr) {
-        window_->disconnect(this);
+        window_->disconnect(&soon_);
     }
     window_ = window;
     history_.clear();
@@ -114,6 +133,7 @@ void FocusKeeper::look() {
         watch(now);
     } else if (isPlace(now)) {
         remember(now);
+        reveal(window_->activeFocusItem());
     } else {
         restore();
     }
