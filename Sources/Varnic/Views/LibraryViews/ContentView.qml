@@ -97,6 +97,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.bottomMargin: Theme.Space.l
         anchors.horizontalCenter: parent.horizontalCenter
+        maximumWidth: Math.min(560, view.width - 2 * Theme.Space.l)
         z: 2
     }
 
@@ -118,6 +119,11 @@ FocusScope {
     Loader {
         active: Library.showSetup
         source: "SetupSheet.qml"
+    }
+
+    Loader {
+        active: Library.isStudying
+        source: "qrc:/qt/qml/Varnic/Study/StudyView.qml"
     }
 
     MenuShortcuts {

@@ -10,7 +10,7 @@ Theme.Sheet {
     readonly property StudyModel study: StudyModel {
     }
 
-    height: Math.min(600, (parent ? parent.height : 0) - 2 * Theme.Space.xl)
+    height: Math.min(520, (parent ? parent.height : 0) - 2 * Theme.Space.xl)
     name: "Flashcards: " + study.title
     objectName: "studySheet"
     width: 600
