@@ -108,6 +108,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.bottomMargin: Theme.Space.l
         anchors.horizontalCenter: parent.horizontalCenter
+        maximumWidth: Math.min(560, view.width - 2 * Theme.Space.l)
         z: 2
     }
 
@@ -129,6 +130,11 @@ FocusScope {
     Loader {
         active: Library.showSetup
         source: "SetupSheet.qml"
+    }
+
+    Loader {
+        active: Library.isStudying
+        source: "qrc:/qt/qml/Varnic/Study/StudyView.qml"
     }
 
     MenuShortcuts {

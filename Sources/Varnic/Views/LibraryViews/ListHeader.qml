@@ -4,6 +4,16 @@ import Varnic.Theme as Theme
 
 /// The toolbar of the list: the menu, a title, a new note, and the search.
 FocusScope {
+    id: header
+
+    /// The keyboard goes on from the search into the list.
+    signal leftForList
+
+    /// Moves the keyboard back to the search.
+    function comeBack() {
+        field.forceActiveFocus(Qt.BacktabFocusReason);
+    }
+
     /// Moves the keyboard to the search.
     function search() {
         field.forceActiveFocus(Qt.ShortcutFocusReason);
@@ -57,6 +67,7 @@ FocusScope {
         placeholderText: "Search notes and calls"
         text: Library.query
 
+        Keys.onDownPressed: header.leftForList()
         onTextChanged: Library.query = text
     }
 
