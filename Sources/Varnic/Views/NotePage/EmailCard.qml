@@ -78,6 +78,7 @@ Theme.Card {
                     width: parent.width
 
                     onEdited: text => card.note.emailSubject = text
+                    onReturned: goOn()
                 }
 
                 Rectangle {

@@ -148,13 +148,20 @@ TEST_F(NotePageTest, lost_sound_hides_no_summary) {
     }
 }
 
-TEST_F(NotePageTest, return_in_the_title_goes_on_and_breaks_no_line) {
-    const Uuid id = addNote("Plan");
+TEST_F(NotePageTest, return_in_the_title_asks_for_the_first_block_and_breaks_no_line) {
+    const Uuid id = addNote("Plan", {Block{.text = "One"}, Block{.text = "Two"}});
+    model->focusBlock = std::nullopt;
     open(id);
     find<QQuickItem>("title")->forceActiveFocus();
     QTest::keyClick(&view, Qt::Key_Return);
     EXPECT_EQ(model->note(id)->title, "Plan");
-    EXPECT_FALSE(find<QQuickItem>("title")->hasActiveFocus());
+    EXPECT_EQ(model->focusBlock.value(), model->note(id)->blocks.front().id);
+    EXPECT_EQ(model->note(id)->blocks.size(), 2U);
+
+    model->update(id, false, [](Note& note) { note.blocks.clear(); });
+    QTest::keyClick(&view, Qt::Key_Return);
+    ASSERT_EQ(model->note(id)->blocks.size(), 1U) << "somewhere to type";
+    EXPECT_EQ(model->focusBlock.value(), model->note(id)->blocks.front().id);
 }
 
 TEST_F(NotePageTest, footer_counts_words) {
