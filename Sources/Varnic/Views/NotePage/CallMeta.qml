@@ -45,9 +45,14 @@ ColumnLayout {
             player: meta.player
         }
 
+        SpeedButton {
+            player: meta.player
+        }
+
         InkTimeline {
             Layout.fillWidth: true
             call: meta.note.ink
+            objectName: "timeline"
             position: meta.player.time
             seekable: meta.player.available
 

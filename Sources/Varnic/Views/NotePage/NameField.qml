@@ -2,7 +2,7 @@ import QtQuick
 import Varnic.Note
 import Varnic.Theme as Theme
 
-/// The other party's name, to be filled in.
+/// The other party's name, to be filled in. One that is too long shows its beginning unless it is typed in.
 Rectangle {
     id: capsule
 
@@ -54,6 +54,10 @@ Rectangle {
         width: capsule.note.nameFieldWidth
         x: 17
 
+        onActiveFocusChanged: if (!activeFocus)
+            cursorPosition = 0
+        onTextChanged: if (!activeFocus)
+            cursorPosition = 0
         onAccepted: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
         onTextEdited: capsule.note.themName = text
 

@@ -13,6 +13,14 @@ FocusScope {
 
     required property string noteId
 
+    Keys.onPressed: event => keys.take(event)
+
+    Theme.ScrollKeys {
+        id: keys
+
+        page: sheet
+    }
+
     NoteModel {
         id: theNote
 
@@ -43,6 +51,7 @@ FocusScope {
     Flickable {
         id: sheet
 
+        objectName: "sheet"
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: panel.left
@@ -53,6 +62,15 @@ FocusScope {
         contentWidth: width
 
         T.ScrollBar.vertical: Theme.ThinScrollBar {
+        }
+
+        // A press beside the text leaves the field that one was in, for the keys to scroll.
+        TapHandler {
+            onTapped: eventPoint => {
+                if (!content.contains(content.mapFromItem(null, eventPoint.scenePosition))) {
+                    sheet.forceActiveFocus(Qt.MouseFocusReason);
+                }
+            }
         }
 
         Column {
