@@ -67,6 +67,15 @@ ColumnLayout {
             font: Theme.Typo.stamp
             horizontalAlignment: Text.AlignRight
             text: meta.player.stamp
+
+            HoverHandler {
+                id: hover
+            }
+
+            Theme.HelpTip {
+                text: "Ten seconds back or on (Alt+Left, Alt+Right)"
+                visible: hover.hovered && meta.player.available
+            }
         }
     }
 }

@@ -38,7 +38,7 @@ Theme.Card {
             }
 
             EmailActions {
-                labelled: card.availableWidth > 480
+                labelled: card.availableWidth > 420
                 note: card.note
             }
 

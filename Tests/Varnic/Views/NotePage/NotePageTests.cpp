@@ -399,7 +399,7 @@ TEST_F(NotePageTest, the_toolbar_has_labels_where_they_fit) {
     open(addCall({line(Speaker::you, 0, 1, "One.")}));
     const auto* const button = find<QQuickItem>("transcriptButton");
     const auto* const toolbar = button->parentItem();
-    for (const auto& [width, labelled] : std::map<int, bool>{{1000, true}, {250, false}}) {
+    for (const auto& [width, labelled] : std::map<int, bool>{{1000, true}, {200, false}}) {
         view.resize(width, 800);
         ASSERT_TRUE(QTest::qWaitFor([&, wide = width] { return view.rootObject()->width() == wide; }));
         EXPECT_EQ(button->property("labelled").toBool(), labelled) << width;
