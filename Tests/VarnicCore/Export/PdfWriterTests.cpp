@@ -43,7 +43,7 @@ int inkedRows(const ReadBack::File& file, const std::string& word) {
     }
     const auto dots = [&](std::size_t side) { return static_cast<int>(std::stod(found[side].str()) * 300 / 72); };
     const std::string picture =
-        file.seenBy(fmt::format("pdftoppm -gray -singlefile -r 300 -x {} -y {} -W {} -H {} FILE -", dots(1), dots(2),
+        file.seenBy(fmt::format("pdftoppm -gray -singlefile -r 300 -x {} -y {} -W {} -H {} FILE", dots(1), dots(2),
                                 dots(3) - dots(1), dots(4) - dots(2)));
     const auto width = static_cast<std::size_t>(dots(3) - dots(1));
     int rows = 0;
