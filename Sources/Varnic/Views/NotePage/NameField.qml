@@ -12,7 +12,7 @@ Rectangle {
     border.width: 1
     color: Theme.Palette.themWash
     implicitHeight: input.implicitHeight + 4
-    implicitWidth: input.x + input.width + 7
+    implicitWidth: input.x + note.nameFieldWidth + 7
     radius: height / 2
 
     HoverHandler {
@@ -51,7 +51,7 @@ Rectangle {
         selectedTextColor: Theme.Palette.them
         selectionColor: Theme.Palette.themWash
         text: capsule.note.themName
-        width: capsule.note.nameFieldWidth
+        width: capsule.width - x - 7
         x: 17
 
         onActiveFocusChanged: if (!activeFocus)

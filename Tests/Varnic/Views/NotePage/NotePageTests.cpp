@@ -453,6 +453,25 @@ TEST_F(NotePageTest, keys_go_ten_seconds_on_or_back_within_the_call) {
     }
 }
 
+TEST_F(NotePageTest, long_names_push_nothing_out_of_a_narrow_page) {
+    model->settings.yourName = "Aleksandra-Magdalena";
+    const Uuid id = addCall({line(Speaker::you, 0, 3, "Hello.")});
+    model->renameThem(id, "Priya Balasubramaniam-Venkataraman of the Northern Works");
+    open(id);
+    for (const int width : {1000, 380}) {
+        view.resize(width, 800);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return view.rootObject()->width() == width; }));
+        const auto* const title = find<QQuickItem>("title");
+        const qreal edge = title->mapToScene({title->width(), 0}).x();
+        ASSERT_LT(edge, width);
+        for (const char* name : {"yourBar", "stamp", "timeline"}) {
+            const auto* const item = find<QQuickItem>(name);
+            EXPECT_LE(item->mapToScene({item->width(), 0}).x(), edge) << name << " at " << width;
+        }
+        EXPECT_GE(find<QQuickItem>("themName")->width(), 86);
+    }
+}
+
 TEST_F(NotePageTest, a_long_name_shows_its_beginning_unless_it_is_typed_in) {
     const Uuid id = addCall({});
     open(id);
