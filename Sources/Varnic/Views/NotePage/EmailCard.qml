@@ -36,7 +36,7 @@ Theme.Card {
             }
 
             EmailActions {
-                labelled: card.availableWidth > 480
+                labelled: card.availableWidth > 420
                 note: card.note
             }
 
@@ -76,6 +76,7 @@ Theme.Card {
                     width: parent.width
 
                     onEdited: text => card.note.emailSubject = text
+                    onReturned: goOn()
                 }
 
                 Rectangle {
