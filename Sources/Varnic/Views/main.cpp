@@ -2,6 +2,7 @@
 #include "Varnic/Shell/CommandLine.h"
 #include "Varnic/Shell/SingleInstance.h"
 #include "Varnic/Views/Program/Program.h"
+#include "Varnic/Views/Theme/Native/AccessibleControl.h"
 #include "Varnic/Views/Theme/Native/Fonts.h"
 
 #include <QApplication>
@@ -59,6 +60,7 @@ int run(int argc, char** argv) {
     case SingleInstance::Outcome::first:
         break;
     }
+    varnic::prepareAccessibility();
     varnic::prepareFonts();
     // Listing the installed fonts takes long; it goes on beside the rest up to the first text, which waits for it.
     const std::jthread fonts([] { QFontDatabase::families(); });

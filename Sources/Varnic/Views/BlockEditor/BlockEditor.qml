@@ -16,6 +16,8 @@ EditorSurface {
     property Component footer
     property alias header: view.header
     required property NoteModel note
+    /// What scrolls.
+    readonly property alias sheet: view
 
     /// Opens the options of a block at an item.
     function showOptions(row: int, item: Item) {
@@ -31,6 +33,7 @@ EditorSurface {
     ListView {
         id: view
 
+        objectName: "sheet"
         anchors.fill: parent
         boundsBehavior: Flickable.StopAtBounds
         cacheBuffer: 400

@@ -26,15 +26,14 @@ Loader {
             Theme.PlainButton {
                 id: button
 
-                Accessible.checkable: true
-                Accessible.checked: mark.isDone
                 Accessible.description: mark.words
                 Accessible.name: mark.isDone ? "Done" : "Not done"
-                Accessible.role: Accessible.CheckBox
                 corner: 4
                 focusPolicy: Qt.TabFocus
                 implicitHeight: 22
                 implicitWidth: 20
+                isOn: mark.isDone
+                isSwitch: true
                 objectName: "tick"
 
                 background: Item {

@@ -92,11 +92,9 @@ Item {
             width: (card.width - 1) / 2
         }
 
-        Text {
+        Theme.Label {
             id: footer
 
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             anchors.bottom: parent.bottom
             anchors.right: parent.right
             color: Theme.Palette.inkFaint

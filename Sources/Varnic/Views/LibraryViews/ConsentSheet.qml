@@ -26,17 +26,17 @@ Theme.Sheet {
                 size: 26
             }
 
-            Text {
-                Accessible.role: Accessible.Heading
+            Theme.Heading {
                 Layout.fillWidth: true
                 color: Theme.Palette.ink
                 font: Theme.Typo.heading
+                level: 1
                 text: ConsentReminder.title
                 wrapMode: Text.Wrap
             }
         }
 
-        Text {
+        Theme.Label {
             Layout.fillWidth: true
             color: Theme.Palette.inkSoft
             font: Theme.Typo.ui
@@ -58,7 +58,7 @@ Theme.Sheet {
                 size: 12
             }
 
-            Text {
+            Theme.Label {
                 Layout.fillWidth: true
                 color: Theme.Palette.inkSoft
                 font: Theme.Typo.caption

@@ -9,7 +9,18 @@ FocusScope {
     /// What takes longer, or shows nothing before the library is read, comes after the first picture.
     property bool isWhole: false
 
+    Keys.onEscapePressed: {
+        if (!keeper.back()) {
+            list.forceActiveFocus(Qt.OtherFocusReason);
+        }
+    }
     onWidthChanged: Columns.windowWidth = width
+
+    Theme.FocusKeeper {
+        id: keeper
+
+        window: view.Window.window
+    }
 
     Connections {
         function onFrameSwapped() {
@@ -97,6 +108,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.bottomMargin: Theme.Space.l
         anchors.horizontalCenter: parent.horizontalCenter
+        maximumWidth: Math.min(560, view.width - 2 * Theme.Space.l)
         z: 2
     }
 
@@ -118,6 +130,11 @@ FocusScope {
     Loader {
         active: Library.showSetup
         source: "SetupSheet.qml"
+    }
+
+    Loader {
+        active: Library.isStudying
+        source: "qrc:/qt/qml/Varnic/Study/StudyView.qml"
     }
 
     MenuShortcuts {

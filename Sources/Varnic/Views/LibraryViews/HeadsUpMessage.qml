@@ -28,7 +28,7 @@ ColumnLayout {
         implicitHeight: message.implicitHeight + 2 * Theme.Space.m
         radius: Theme.Radius.control
 
-        Text {
+        Theme.Label {
             id: message
 
             anchors.fill: parent

@@ -30,11 +30,13 @@ Library::Library(AppModel& model, QObject* parent) : QObject(parent), model_(mod
     follow(model.query, &Library::queryChanged);
     follow(model.showConsent, &Library::showConsentChanged);
     follow(model.showSetup, &Library::showSetupChanged);
+    follow(model.studyDeck, &Library::isStudyingChanged);
     follow(model.loadProblem, &Library::loadProblemChanged);
     follow(model.isUnreadable, &Library::isUnreadableChanged);
     connect(this, &Library::isUnreadableChanged, this, &Library::isLoadedChanged);
     connect(this, &Library::showConsentChanged, this, &Library::isAskingChanged);
     connect(this, &Library::showSetupChanged, this, &Library::isAskingChanged);
+    connect(this, &Library::isStudyingChanged, this, &Library::isAskingChanged);
     connect(this, &Library::sectionChanged, this, &Library::listTitleChanged);
     connect(this, &Library::queryChanged, this, &Library::listTitleChanged);
     connect(&model, &AppModel::notesChanged, this, &Library::onNotesChanged);
@@ -93,6 +95,10 @@ void Library::openSettings(const QString& pane) {
     if (!Permissions::openSettings(pane.toStdString())) {
         model_.flash({.text = "No settings program was found", .symbol = "exclamationmark.triangle"});
     }
+}
+
+void Library::study(const QString& note) {
+    model_.studyDeck = idOf(note);
 }
 
 void Library::markDone(const QString& note, const QString& block) {

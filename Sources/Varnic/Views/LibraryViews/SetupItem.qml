@@ -19,13 +19,13 @@ RowLayout {
         Layout.fillWidth: true
         spacing: 2
 
-        Text {
+        Theme.Label {
             color: Theme.Palette.ink
             font: Theme.Typo.uiStrong
             text: item.title
         }
 
-        Text {
+        Theme.Label {
             Layout.fillWidth: true
             color: Theme.Palette.inkSoft
             font: Theme.Typo.caption

@@ -17,14 +17,14 @@ Theme.Sheet {
         spacing: Theme.Space.l
         width: parent.width
 
-        Text {
-            Accessible.role: Accessible.Heading
+        Theme.Heading {
             color: Theme.Palette.ink
             font: Theme.Typo.heading
+            level: 1
             text: sheet.name
         }
 
-        Text {
+        Theme.Label {
             Layout.fillWidth: true
             color: Theme.Palette.inkSoft
             font: Theme.Typo.ui

@@ -29,15 +29,16 @@ T.Dialog {
     contentItem: ColumnLayout {
         spacing: Theme.Space.m
 
-        Text {
+        Theme.Heading {
             Layout.fillWidth: true
             color: Theme.Palette.ink
             font: Theme.Typo.subheading
+            level: 1
             text: dialog.title
             wrapMode: Text.Wrap
         }
 
-        Text {
+        Theme.Label {
             Layout.fillWidth: true
             color: Theme.Palette.inkSoft
             font: Theme.Typo.ui

@@ -9,6 +9,7 @@
 #include <QEasingCurve>
 
 #include <algorithm>
+#include <utility>
 
 namespace varnic {
 
@@ -136,6 +137,9 @@ void LiveCall::takeState() {
     if (begins) {
         ink_.begin(recorder_.samples());
         takeTranscript();
+    }
+    if (std::exchange(wasPaused_, isPaused()) != isPaused() && isPaused()) {
+        ink_.append({}); // the pen falls to rest
     }
     setStamp();
     Q_EMIT stateChanged();

@@ -118,6 +118,7 @@ private:
     LiveTranscript transcript_;
     QString stamp_;
     bool wasRecording_ = false;
+    bool wasPaused_ = false;
 };
 
 } // namespace varnic

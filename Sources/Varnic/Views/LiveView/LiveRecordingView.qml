@@ -31,6 +31,7 @@ Rectangle {
         anchors.topMargin: Theme.Space.s + Theme.Space.l
         height: 132
         history: LiveCall.ink
+        objectName: "liveInk"
         showNib: true
     }
 

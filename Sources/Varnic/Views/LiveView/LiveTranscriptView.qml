@@ -9,11 +9,16 @@ Item {
 
         /// Whether the newest line is kept in sight.
         property bool follows: true
-        readonly property real end: Math.max(contentHeight - height, 0) + originY
+
+        /// Where the view ends now. A binding would still have the end from before while the height is told to have
+        /// changed.
+        function end(): real {
+            return Math.max(contentHeight - height, 0) + originY;
+        }
 
         function toEnd() {
             if (follows && contentHeight > height) {
-                scroll.to = end;
+                scroll.to = end();
                 scroll.restart();
             }
         }
@@ -21,8 +26,8 @@ Item {
         /// Scrolls for the user, who decides by that whether the end is followed.
         function scrollBy(points: real) {
             scroll.stop();
-            contentY = Math.min(Math.max(contentY + points, originY), end);
-            follows = contentY >= end - 1;
+            contentY = Math.min(Math.max(contentY + points, originY), end());
+            follows = contentY >= end() - 1;
         }
 
         Accessible.name: "Transcript"
@@ -33,6 +38,7 @@ Item {
         cacheBuffer: 1000
         clip: true
         model: LiveCall.transcript
+        objectName: "transcript"
         spacing: Theme.Space.l
 
         delegate: LiveTurn {
@@ -52,6 +58,7 @@ Item {
         onHeightChanged: toEnd()
         onMovementEnded: follows = atYEnd
         onMovementStarted: scroll.stop()
+        onOriginYChanged: toEnd()
 
         NumberAnimation {
             id: scroll
@@ -74,7 +81,7 @@ Item {
         visible: LiveCall.transcript.count === 0
         width: Math.min(parent.width, 760) - 2 * Theme.Space.xl
 
-        Text {
+        Theme.Label {
             color: Theme.Palette.inkSoft
             font: Theme.Typo.heading
             text: LiveCall.placeholderTitle
@@ -82,7 +89,7 @@ Item {
             wrapMode: Text.Wrap
         }
 
-        Text {
+        Theme.Label {
             color: Theme.Palette.inkFaint
             font: Theme.Typo.body
             text: LiveCall.placeholder

@@ -2,8 +2,7 @@ import QtQuick
 import Varnic.Note
 import Varnic.Theme as Theme
 
-/// A plain text field of several lines for one stored text. Return goes on to the next control unless line breaks are
-/// wanted.
+/// A plain text field of several lines for one stored text.
 FocusScope {
     id: field
 
@@ -12,6 +11,7 @@ FocusScope {
     property font font: Theme.Typo.body
     /// Whether typing is undone here, rather than by whom `undoWanted` and `redoWanted` tell.
     property bool hasHistory: true
+    /// Return breaks the line.
     property bool lineBreaks: false
     property string placeholder
     /// The stored text.
@@ -19,7 +19,14 @@ FocusScope {
 
     signal edited(string text)
     signal redoWanted
+    /// Return was pressed where it breaks no line.
+    signal returned
     signal undoWanted
+
+    /// Leaves it for the next control.
+    function goOn() {
+        edit.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+    }
 
     Accessible.multiLine: true
     Accessible.role: Accessible.EditableText
@@ -52,7 +59,7 @@ FocusScope {
         Keys.onPressed: event => {
             if (!field.lineBreaks && (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)) {
                 event.accepted = true;
-                nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+                field.returned();
             } else if (!field.hasHistory && event.matches(StandardKey.Undo)) {
                 event.accepted = true;
                 field.undoWanted();
@@ -62,7 +69,7 @@ FocusScope {
             }
         }
         Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
-        Keys.onTabPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+        Keys.onTabPressed: field.goOn()
 
         Text {
             color: Theme.Palette.inkFaint

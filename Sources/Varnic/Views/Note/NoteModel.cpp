@@ -282,6 +282,17 @@ void NoteModel::redo() {
     app_->redo(id_);
 }
 
+void NoteModel::focusFirstBlock() {
+    app_->update(id_, false, [](Note& note) {
+        if (note.blocks.empty()) {
+            NoteEditor::insert({}, std::nullopt, note, currentDate());
+        }
+    });
+    if (!note_->blocks.empty()) {
+        app_->focusBlock = note_->blocks.front().id;
+    }
+}
+
 void NoteModel::exportAs(int format) {
     app_->exportNote(id_, allExportFormats.at(static_cast<std::size_t>(format)));
 }

@@ -130,6 +130,8 @@ public:
     /// Takes the last edit of title and blocks back, or makes it again.
     Q_INVOKABLE void undo();
     Q_INVOKABLE void redo();
+    /// Asks the editor to go to the first block; makes one where there is none.
+    Q_INVOKABLE void focusFirstBlock();
     Q_INVOKABLE void exportAs(int format);
     Q_INVOKABLE void exportAudio();
     Q_INVOKABLE void retranscribe();

@@ -13,6 +13,14 @@ FocusScope {
 
     required property string noteId
 
+    Keys.onPressed: event => keys.take(event)
+
+    Theme.ScrollKeys {
+        id: keys
+
+        page: editor.sheet
+    }
+
     NoteModel {
         id: theNote
 
@@ -107,14 +115,17 @@ FocusScope {
     TranscriptPanel {
         id: panel
 
+        /// How much of it is in, 0 to 1. Only this is animated, so that it does not lag behind the window's edge.
+        property real part: theNote.transcriptShown ? 1 : 0
+
         anchors.bottom: parent.bottom
         anchors.top: parent.top
         note: theNote
         player: thePlayer
         width: Math.min(330, page.width * 0.6)
-        x: theNote.transcriptShown ? page.width - width : page.width
+        x: page.width - width * part
 
-        Behavior on x  {
+        Behavior on part  {
             enabled: panel.isPlaced
 
             NumberAnimation {

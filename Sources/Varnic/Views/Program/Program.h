@@ -5,6 +5,7 @@
 #include "Varnic/Shell/Request.h"
 #include "Varnic/Shell/TerminationSignals.h"
 #include "Varnic/Views/Program/MainWindow.h"
+#include "Varnic/Views/Program/ReadOnlyTextKeys.h"
 #include "Varnic/Views/Program/TrayIcon.h"
 
 #include <QObject>
@@ -38,6 +39,7 @@ private:
 
     AppModel model_;
     AppDelegate delegate_;
+    ReadOnlyTextKeys readOnlyTextKeys_;
     MainWindow window_;
     std::optional<TrayIcon> tray_;
     std::unique_ptr<QQuickWindow> pill_;

@@ -21,6 +21,14 @@ T.MenuItem {
     implicitHeight: 28
     implicitWidth: 220
 
+    Accessible.onPressAction: {
+        if (subMenu) {
+            subMenu.popup(subMenu.itemAt(0));
+        } else {
+            triggered();
+        }
+    }
+
     arrow: Theme.Symbol {
         anchors.right: parent.right
         anchors.rightMargin: Theme.Space.s

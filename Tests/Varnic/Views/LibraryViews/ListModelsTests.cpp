@@ -283,6 +283,7 @@ TEST_F(ListModels, decks_count_their_cards) {
     EXPECT_THAT(column(decks, DeckListModel::title), ElementsAre("Two", "One"));
     EXPECT_THAT(column(decks, DeckListModel::total), ElementsAre("2 cards", "1 card"));
     EXPECT_THAT(column(decks, DeckListModel::due), ElementsAre("2 due", "1 due"));
+    EXPECT_THAT(column(decks, DeckListModel::studyText), ElementsAre("Study 2", "Study 1"));
 }
 
 TEST_F(ListModels, badges_count_and_hide_at_none) {

@@ -2,6 +2,7 @@
 #include "Varnic/HandCapture.h"
 #include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/Context/ViewContext.h"
+#include "Varnic/Views/Ink/InkTrail.h"
 #include "Varnic/Views/LiveView/LiveCall.h"
 
 #include <QQmlEngine>
@@ -10,7 +11,10 @@
 #include <QTest>
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace varnic {
 namespace {
@@ -122,6 +126,51 @@ TEST_F(LiveRecordingViewTests, pause_restsThePen) {
     EXPECT_EQ(call().ink()->end(), written);
     click("pause");
     EXPECT_TRUE(waitUntil([&] { return call().ink()->end() > written; }));
+}
+
+TEST_F(LiveRecordingViewTests, pause_bringsMetersAndNibToRest) {
+    record();
+    call().ink()->append({.you = 0.9F, .them = 0.4F});
+    const auto* trail = item("liveInk")->findChild<InkTrail*>();
+    ASSERT_NE(trail, nullptr);
+    ASSERT_EQ(trail->speaking(), "You are speaking");
+    click("pause");
+    EXPECT_EQ(call().youLevel(), 0);
+    EXPECT_EQ(call().themLevel(), 0);
+    EXPECT_EQ(trail->speaking(), "Quiet");
+}
+
+TEST_F(LiveRecordingViewTests, buttonsAreWholeHoweverNarrowThePageIs) {
+    record();
+    for (const int width : {800, 500, 350}) {
+        view.resize(width, 600);
+        for (const char* name : {"copyHeadsUp", "pause", "discard", "stop"}) {
+            EXPECT_TRUE(waitUntil([&] {
+                const QRectF box = item(name)->mapRectToScene(item(name)->boundingRect());
+                return QRectF(0, 0, width, 600).contains(box) && box.width() >= item(name)->implicitWidth();
+            })) << name << " at " << width;
+        }
+    }
+}
+
+TEST_F(LiveRecordingViewTests, theLineBeingSpokenIsInSight) {
+    record();
+    const auto* list = find(view.contentItem(), QStringLiteral("transcript"));
+    ASSERT_NE(list, nullptr);
+    std::vector<Segment> lines;
+    for (int turn = 0; turn < 12; ++turn) {
+        lines.emplace_back(turn % 2 == 0 ? Speaker::you : Speaker::them, turn * 10, turn * 10 + 9, "That is said.");
+    }
+    std::string spoken;
+    for (int rows = 0; rows < 8; ++rows) {
+        spoken += " and so it goes on and on, row after row, until all of it has been said";
+        call().transcript()->show(lines, {{Speaker::you, {Segment(Speaker::you, 120, 121, spoken)}}});
+        EXPECT_TRUE(waitUntil([&] {
+            const double end = list->property("contentHeight").toDouble() + list->property("originY").toDouble();
+            const double seen = list->property("contentY").toDouble() + list->height();
+            return list->property("count").toInt() == 13 && std::abs(end - seen) < 1;
+        })) << rows;
+    }
 }
 
 TEST_F(LiveRecordingViewTests, aSideThatIsMissingIsNamedInThisPlatformsWords) {

@@ -2,6 +2,8 @@
 
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/Views/Context/ViewContext.h"
+#include "Varnic/Views/NotePage/CallPlayer.h"
+#include "VarnicCore/Audio/AudioMix.h"
 
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -10,6 +12,7 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -66,6 +69,16 @@ protected:
             note.call->segments = std::move(segments);
         });
         return id;
+    }
+
+    /// Opens a call with a silent recording that can be played.
+    void openCallWithAudio(std::vector<Segment> segments) {
+        const Uuid id = addCall(std::move(segments));
+        std::filesystem::create_directories(model->audioFolder(id));
+        AudioMix::write(std::vector<float>(std::size_t{61} * 48'000), model->audioFolder(id) / "them.m4a", true);
+        model->update(id, true, [](Note& note) { note.call->tracks = {Speaker::them}; });
+        open(id);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return only<CallPlayer>()->available(); }));
     }
 
     template <typename Type = QObject>

@@ -7,6 +7,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <string>
 
 namespace varnic {
 namespace {
@@ -51,6 +56,24 @@ TEST(Symbols, AllAreDrawnInTheirColour) {
     for (const SymbolDrawing& symbol : allSymbols()) {
         EXPECT_GT(pixels(painted(text(symbol.name), Qt::red), Qt::red), 30) << symbol.name;
     }
+}
+
+/// A notice whose symbol is missing shows an empty place, which nothing tells.
+TEST(Symbols, EachOneThatTheSourcesNameExists) {
+    const std::regex naming(R"~((?:symbol(?: =|:) |undoable\([^;]*, )"([a-z0-9.]+)")~");
+    int found = 0;
+    for (const auto& file : std::filesystem::recursive_directory_iterator(VARNIC_APPLICATION_SOURCES)) {
+        if (file.path().extension() != ".cpp" && file.path().extension() != ".qml") {
+            continue;
+        }
+        std::ifstream stream(file.path());
+        const std::string source{std::istreambuf_iterator<char>(stream), {}};
+        for (std::sregex_iterator match(source.begin(), source.end(), naming), end; match != end; ++match) {
+            EXPECT_NE(findSymbol((*match)[1].str()), nullptr) << (*match)[1] << " in " << file.path();
+            ++found;
+        }
+    }
+    EXPECT_GT(found, 20);
 }
 
 TEST(Symbols, EachKindOfBlockHasOne) {

@@ -57,6 +57,7 @@ constexpr SymbolDrawing symbols[] = {
     {"textformat.size", "heading-2"},
     {"textformat.size.larger", "heading-1"},
     {"trash", "trash-2"},
+    {"waveform", "audio-lines"},
     {"waveform.slash", "audio-lines-slash"},
     {"xmark", "x"},
 };
