@@ -90,6 +90,10 @@ class WindowTest(unittest.TestCase):
         turn = next(segment for segment in call["segments"] if segment["speaker"] == "them")
         program.press(f"…{turn['text'][:20]}…", "list item")
         program.expect("Pause")
+        self.desktop.xdotool("key", "alt+p")  # no window manager keeps it for itself
+        program.expect("Play")
+        self.desktop.xdotool("key", "alt+t")
+        wait_for(lambda: not program.find("Turns"), "a page without its transcript")
 
     def test_quit_whileRecording_savesTheCall(self):
         program = self.start()

@@ -12,6 +12,9 @@
 
 namespace varnic {
 
+/// Where in the program's settings a view leads: their beginning, or the row that is about something.
+enum class SettingsRow { beginning, microphone, systemAudio, speech, summaries };
+
 /// What the flows ask of the desktop. Each does nothing unless the program with a screen, or a test, fills it in.
 /// Called on the main thread.
 struct Desktop {
@@ -26,6 +29,8 @@ struct Desktop {
     /// Puts a text on the clipboard in place of what is there.
     std::function<void(const std::string& text)> copyText = [](const std::string&) {};
     std::function<void(const std::string& url)> openURL = [](const std::string&) {};
+    /// Shows the program's settings at this row.
+    std::function<void(SettingsRow row)> openSettings = [](SettingsRow) {};
     /// Shows or hides the floating pill, whichever is right now.
     std::function<void()> refreshPill = [] {};
     /// Registers the global hotkey anew, from the settings.

@@ -55,9 +55,10 @@ Menu callMenu(AppModel& model) {
             recordCall(model),
             {.text = always("Copy Heads-up Message"), .shortcut = "", .perform = [&model] { model.copyHeadsUp(); }},
             {.text = always("Show Transcript"),
-             .shortcut = "",
+             .shortcut = "Alt+T",
              .perform = [&model] { model.showTranscript = !model.showTranscript.value(); },
-             .isChecked = [&model] { return model.showTranscript.value(); }},
+             .isChecked = [&model] { return model.showTranscript.value(); },
+             .isPagesShortcut = true},
             {.text = always("Recording Permissions…"), .shortcut = "", .perform = [&model] { model.showSetup = true; }},
         }};
 }

@@ -2,20 +2,27 @@ import QtQuick
 import Varnic.Note
 import Varnic.Theme as Theme
 
-/// A plain text field of several lines for one stored text. Return goes on to the next control unless line breaks are
-/// wanted.
+/// A plain text field of several lines for one stored text.
 FocusScope {
     id: field
 
     property real bottomPadding: 0
     property color color: Theme.Palette.ink
     property font font: Theme.Typo.body
+    /// Return breaks the line.
     property bool lineBreaks: false
     property string placeholder
     /// The stored text.
     property string text
 
     signal edited(string text)
+    /// Return was pressed where it breaks no line.
+    signal returned
+
+    /// Leaves it for the next control.
+    function goOn() {
+        edit.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+    }
 
     Accessible.multiLine: true
     Accessible.role: Accessible.EditableText
@@ -48,11 +55,11 @@ FocusScope {
         Keys.onPressed: event => {
             if (!field.lineBreaks && (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)) {
                 event.accepted = true;
-                nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+                field.returned();
             }
         }
         Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
-        Keys.onTabPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+        Keys.onTabPressed: field.goOn()
 
         Text {
             color: Theme.Palette.inkFaint

@@ -267,6 +267,17 @@ void NoteModel::setTranscriptShown(bool shown) {
     app_->showTranscript = shown;
 }
 
+void NoteModel::focusFirstBlock() {
+    app_->update(id_, false, [](Note& note) {
+        if (note.blocks.empty()) {
+            NoteEditor::insert({}, std::nullopt, note, currentDate());
+        }
+    });
+    if (!note_->blocks.empty()) {
+        app_->focusBlock = note_->blocks.front().id;
+    }
+}
+
 void NoteModel::exportAs(int format) {
     app_->exportNote(id_, allExportFormats.at(static_cast<std::size_t>(format)));
 }

@@ -127,6 +127,8 @@ public:
     [[nodiscard]] bool transcriptShown() const;
     void setTranscriptShown(bool shown);
 
+    /// Asks the editor to go to the first block; makes one where there is none.
+    Q_INVOKABLE void focusFirstBlock();
     Q_INVOKABLE void exportAs(int format);
     Q_INVOKABLE void exportAudio();
     Q_INVOKABLE void retranscribe();

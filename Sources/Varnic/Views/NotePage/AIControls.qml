@@ -29,8 +29,11 @@ Column {
             Text {
                 anchors.verticalCenter: parent.verticalCenter
                 color: Theme.Palette.inkSoft
+                elide: Text.ElideRight
                 font: Theme.Typo.caption
                 text: controls.summary.credit
+                textFormat: Text.PlainText
+                width: Math.min(implicitWidth, controls.width - 20)
             }
         }
 
@@ -51,8 +54,11 @@ Column {
                 Accessible.ignored: true
                 anchors.verticalCenter: parent.verticalCenter
                 color: Theme.Palette.inkSoft
+                elide: Text.ElideRight
                 font: Theme.Typo.ui
                 text: controls.summary.asking
+                textFormat: Text.PlainText
+                width: Math.min(implicitWidth, controls.width - 30)
             }
         }
 
@@ -63,6 +69,7 @@ Column {
             symbol: "sparkles"
             text: controls.summary.askTitle
             visible: controls.summary.asking === ""
+            width: Math.min(implicitWidth, controls.width)
 
             onClicked: controls.summary.summarise()
         }

@@ -38,7 +38,7 @@ Theme.Card {
             }
 
             EmailActions {
-                labelled: card.availableWidth > 480
+                labelled: card.availableWidth > 420
                 note: card.note
             }
 
@@ -78,6 +78,7 @@ Theme.Card {
                     width: parent.width
 
                     onEdited: text => card.note.emailSubject = text
+                    onReturned: goOn()
                 }
 
                 Rectangle {

@@ -13,6 +13,14 @@ FocusScope {
 
     required property string noteId
 
+    Keys.onPressed: event => keys.take(event)
+
+    Theme.ScrollKeys {
+        id: keys
+
+        page: sheet
+    }
+
     NoteModel {
         id: theNote
 
@@ -43,6 +51,7 @@ FocusScope {
     Flickable {
         id: sheet
 
+        objectName: "sheet"
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: panel.left
@@ -53,6 +62,15 @@ FocusScope {
         contentWidth: width
 
         T.ScrollBar.vertical: Theme.ThinScrollBar {
+        }
+
+        // A press beside the text leaves the field that one was in, for the keys to scroll.
+        TapHandler {
+            onTapped: eventPoint => {
+                if (!content.contains(content.mapFromItem(null, eventPoint.scenePosition))) {
+                    sheet.forceActiveFocus(Qt.MouseFocusReason);
+                }
+            }
         }
 
         Column {
@@ -104,14 +122,17 @@ FocusScope {
     TranscriptPanel {
         id: panel
 
+        /// How much of it is in, 0 to 1. Only this is animated, so that it does not lag behind the window's edge.
+        property real part: theNote.transcriptShown ? 1 : 0
+
         anchors.bottom: parent.bottom
         anchors.top: parent.top
         note: theNote
         player: thePlayer
         width: Math.min(330, page.width * 0.6)
-        x: theNote.transcriptShown ? page.width - width : page.width
+        x: page.width - width * part
 
-        Behavior on x  {
+        Behavior on part  {
             enabled: panel.isPlaced
 
             NumberAnimation {

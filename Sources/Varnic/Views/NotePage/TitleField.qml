@@ -2,7 +2,7 @@ import QtQuick
 import Varnic.Note
 import Varnic.Theme as Theme
 
-/// The title of a note, on as many lines as it takes.
+/// The title of a note, on as many lines as it takes. Return goes on to the note's first block.
 Field {
     id: field
 
@@ -15,4 +15,5 @@ Field {
     text: note.title
 
     onEdited: text => note.title = text
+    onReturned: note.focusFirstBlock()
 }

@@ -151,11 +151,19 @@ Rectangle {
             }
         }
 
+        Keys.onPressed: event => listKeys.take(event)
         Keys.onEnterPressed: (currentItem as TurnRow)?.chosen()
         Keys.onReturnPressed: (currentItem as TurnRow)?.chosen()
         Keys.onSpacePressed: panel.player.toggle()
         onActiveFocusChanged: if (activeFocus && currentIndex < 0) {
             currentIndex = 0;
+        }
+
+        Theme.ScrollKeys {
+            id: listKeys
+
+            page: list
+            step: 0
         }
 
         NumberAnimation {

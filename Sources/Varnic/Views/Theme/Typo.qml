@@ -6,8 +6,11 @@ import QtQuick
 QtObject {
     id: typo
 
-    readonly property string serif: "Vollkorn"
+    /// Vollkorn with lining figures.
+    readonly property string serif: "Varnic Serif"
     readonly property string sans: "Inter"
+    /// Inter with figures of one width.
+    readonly property string figures: "Varnic Figures"
     readonly property string mono: "JetBrains Mono"
 
     readonly property font pageTitle: of(serif, 30, Font.DemiBold)
@@ -39,6 +42,11 @@ QtObject {
     /// A font of the system design at a size of its own.
     function system(size: real, weight: int): font {
         return of(sans, size, weight);
+    }
+
+    /// The same with digits of one width, for what counts on while one looks at it.
+    function tabular(size: real, weight: int): font {
+        return of(figures, size, weight);
     }
 
     function of(family: string, size: real, weight: int): font {
