@@ -59,10 +59,10 @@ QString Library::emptyTitle() const {
 }
 
 QString Library::emptyDetail() const {
-    return section() == Notes
-               ? QStringLiteral("Headings, to-dos, tables and flashcards — press Ctrl+N.")
-               : QStringLiteral("Start a Zoom, Meet, Teams or FaceTime call, then press Record. No bot joins; both "
-                                "sides are written down here.");
+    return QString::fromStdString(
+        Wording::shown(section() == Notes ? "Headings, to-dos, tables and flashcards — press Ctrl+N."
+                                          : "Start a Zoom, Meet, Teams or FaceTime call, then press Record. No bot "
+                                            "joins; both sides are written down here."));
 }
 
 QString Library::privacyText() {
