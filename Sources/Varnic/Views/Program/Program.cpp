@@ -12,7 +12,6 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QIcon>
-#include <QQmlComponent>
 #include <QUrl>
 
 namespace varnic {
@@ -26,12 +25,7 @@ Program::Program(AppPlaces places)
         return QuitDialog::ask(&window_.window(), std::move(question));
     };
     delegate_.notifications().isWindowInFront = [this] { return window_.isInFront(); };
-    delegate_.pill().present = [this] { presentPill(); };
-    delegate_.pill().orderOut = [this] {
-        if (pill_) {
-            pill_->hide();
-        }
-    };
+    makePill();
     connect(&window_.window(), &QWindow::visibleChanged, this, [this](bool isVisible) {
         wasShown_ = wasShown_ || isVisible;
         quitIfForsaken();
@@ -61,6 +55,20 @@ void Program::fillInDesktop() {
     model_.desktop.chooseDestination = [this](std::string fileName) {
         return FileDialogs::chooseDestination(&window_.window(), std::move(fileName));
     };
+}
+
+/// Wayland has no word for a window in front of the others, and gives one that opens the keyboard.
+void Program::makePill() {
+    PillController& controller = delegate_.pill();
+    if (QGuiApplication::platformName().startsWith("wayland")) {
+        notice_.emplace(model_);
+        controller.present = [this] { notice_->present(); };
+        controller.orderOut = [this] { notice_->orderOut(); };
+    } else {
+        pill_.emplace(window_);
+        controller.present = [this] { pill_->present(); };
+        controller.orderOut = [this] { pill_->orderOut(); };
+    }
 }
 
 void Program::start(const Request& request) {
@@ -104,17 +112,6 @@ void Program::quitIfForsaken() {
                 }
             },
             Qt::QueuedConnection);
-    }
-}
-
-void Program::presentPill() {
-    if (!pill_) {
-        QQmlComponent component(&window_.engine(), QUrl("qrc:/qt/qml/Varnic/LiveView/Pill.qml"));
-        pill_.reset(qobject_cast<QQuickWindow*>(component.create()));
-    }
-    if (pill_) {
-        pill_->show();
-        pill_->raise();
     }
 }
 

@@ -2,16 +2,16 @@
 
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Shell/AppDelegate.h"
+#include "Varnic/Shell/RecordingNotice.h"
 #include "Varnic/Shell/Request.h"
 #include "Varnic/Shell/TerminationSignals.h"
 #include "Varnic/Views/Program/MainWindow.h"
+#include "Varnic/Views/Program/PillPresence.h"
 #include "Varnic/Views/Program/ReadOnlyTextKeys.h"
 #include "Varnic/Views/Program/TrayIcon.h"
 
 #include <QObject>
-#include <QQuickWindow>
 
-#include <memory>
 #include <optional>
 
 namespace varnic {
@@ -33,16 +33,18 @@ public:
 private:
     void launch();
     void fillInDesktop();
+    void makePill();
     [[nodiscard]] bool isProcessing() const;
     void quitIfForsaken();
-    void presentPill();
 
     AppModel model_;
     AppDelegate delegate_;
     ReadOnlyTextKeys readOnlyTextKeys_;
     MainWindow window_;
     std::optional<TrayIcon> tray_;
-    std::unique_ptr<QQuickWindow> pill_;
+    /// One of the two.
+    std::optional<PillPresence> pill_;
+    std::optional<RecordingNotice> notice_;
     TerminationSignals signals_;
     QPropertyNotifier processingWatcher_;
     QPropertyNotifier importWatcher_;
