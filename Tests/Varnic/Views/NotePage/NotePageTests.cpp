@@ -212,6 +212,33 @@ TEST_F(NotePageTest, return_on_a_turn_goes_to_it) {
     EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::isCurrent), QStringList({"false", "true"}));
 }
 
+TEST_F(NotePageTest, keys_page_through_the_transcript) {
+    model->showTranscript = true;
+    std::vector<Segment> lines;
+    for (int i = 0; i < 200; ++i) {
+        lines.push_back(line(i % 2 == 0 ? Speaker::you : Speaker::them, i * 5, i * 5 + 1,
+                             i > 100 ? "A turn of many more words than one line of the panel has room for." : "Yes."));
+    }
+    open(addCall(std::move(lines)));
+    auto* const turns = find<QQuickItem>("turns");
+    turns->forceActiveFocus();
+    const auto seen = [&](int row) {
+        QQuickItem* item = nullptr;
+        QMetaObject::invokeMethod(turns, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, item), Q_ARG(int, row));
+        const qreal y = item == nullptr ? -1 : item->mapToItem(turns, QPointF()).y();
+        return y >= 0 && y + item->height() <= turns->height();
+    };
+    ASSERT_TRUE(seen(0));
+    QTest::keyClick(&view, Qt::Key_PageDown);
+    EXPECT_FALSE(seen(0));
+    QTest::keyClick(&view, Qt::Key_End);
+    EXPECT_TRUE(seen(199));
+    QTest::keyClick(&view, Qt::Key_Home);
+    EXPECT_TRUE(seen(0));
+    QTest::keyClick(&view, Qt::Key_Down);
+    EXPECT_EQ(turns->property("currentIndex"), 1) << "arrow keys choose a turn";
+}
+
 TEST_F(NotePageTest, a_click_on_the_words_of_a_turn_goes_to_it) {
     model->showTranscript = true;
     open(addCall({line(Speaker::you, 3, 4, "One.")}));
