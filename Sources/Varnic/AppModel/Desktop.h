@@ -12,6 +12,25 @@
 
 namespace varnic {
 
+/// What the settings window can be opened at.
+enum class SettingsRow {
+    /// The window as it was last.
+    none,
+    microphone,
+    /// The sound of the other side.
+    systemAudio,
+    speech,
+    language,
+    library,
+    hotkey,
+    /// Whether AI summaries are offered.
+    ai,
+    provider,
+    /// The key of the AI provider.
+    key,
+    updates
+};
+
 /// What the flows ask of the desktop. Each does nothing unless the program with a screen, or a test, fills it in.
 /// Called on the main thread.
 struct Desktop {
@@ -21,6 +40,8 @@ struct Desktop {
     std::function<void()> activate = [] {};
     /// Closes the program's window, which may leave the program in the tray.
     std::function<void()> closeWindow = [] {};
+    /// Shows the settings window, with this row in view and marked.
+    std::function<void(SettingsRow)> openSettings = [](SettingsRow) {};
     /// Plays a short sound by its name: "Tink" or "Pop".
     std::function<void(const std::string& name)> playSound = [](const std::string&) {};
     /// Puts a text on the clipboard in place of what is there.
