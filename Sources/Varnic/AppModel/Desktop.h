@@ -15,7 +15,7 @@ namespace varnic {
 /// What the settings window can be opened at.
 enum class SettingsRow {
     /// The window as it was last.
-    none,
+    beginning,
     microphone,
     /// The sound of the other side.
     systemAudio,
@@ -24,7 +24,7 @@ enum class SettingsRow {
     library,
     hotkey,
     /// Whether AI summaries are offered.
-    ai,
+    summaries,
     provider,
     /// The key of the AI provider.
     key,
@@ -40,13 +40,13 @@ struct Desktop {
     std::function<void()> activate = [] {};
     /// Closes the program's window, which may leave the program in the tray.
     std::function<void()> closeWindow = [] {};
-    /// Shows the settings window, with this row in view and marked.
-    std::function<void(SettingsRow)> openSettings = [](SettingsRow) {};
     /// Plays a short sound by its name: "Tink" or "Pop".
     std::function<void(const std::string& name)> playSound = [](const std::string&) {};
     /// Puts a text on the clipboard in place of what is there.
     std::function<void(const std::string& text)> copyText = [](const std::string&) {};
     std::function<void(const std::string& url)> openURL = [](const std::string&) {};
+    /// Shows the settings window, with this row in view and marked.
+    std::function<void(SettingsRow row)> openSettings = [](SettingsRow) {};
     /// Shows or hides the floating pill, whichever is right now.
     std::function<void()> refreshPill = [] {};
     /// Registers the global hotkey anew, from the settings.

@@ -33,7 +33,7 @@ MenuEntry recordCall(AppModel& model) {
 
 MenuEntry settings(AppModel& model) {
     return {.text = always("Settings…"), .shortcut = "Ctrl+,", .perform = [&model] {
-                model.desktop.openSettings(SettingsRow::none);
+                model.desktop.openSettings(SettingsRow::beginning);
             }};
 }
 

@@ -44,7 +44,7 @@ TEST_F(MenusTest, entries_doWhatTheySay) {
     std::string copied;
     model->desktop.closeWindow = [this] { asked.emplace_back("close"); };
     model->desktop.openSettings = [this](SettingsRow row) {
-        EXPECT_EQ(row, SettingsRow::none);
+        EXPECT_EQ(row, SettingsRow::beginning);
         asked.emplace_back("settings");
     };
     model->desktop.copyText = [&copied](const std::string& text) { copied = text; };

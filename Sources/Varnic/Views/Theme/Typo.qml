@@ -41,6 +41,11 @@ QtObject {
         return of(sans, size, weight);
     }
 
+    /// The same with digits of one width, for what counts on while one looks at it.
+    function tabular(size: real, weight: int): font {
+        return of(sans, size, weight);
+    }
+
     function of(family: string, size: real, weight: int): font {
         return Qt.font({
                 "family": family,
