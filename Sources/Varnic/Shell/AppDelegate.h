@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Varnic/AppModel/AppModel.h"
+#include "Varnic/Shell/LoginStart.h"
 #include "Varnic/Shell/Menus.h"
 #include "Varnic/Shell/Notifications.h"
 #include "Varnic/Shell/PillController.h"
@@ -92,6 +93,10 @@ public:
 
     /// How the global hotkey fares, for the settings; empty while it is off.
     QProperty<std::string> hotkeyNote;
+    /// The same for programs. Where it is not registered, Hotkey::command can be bound in the desktop's settings.
+    QProperty<Hotkey::State> hotkeyState{Hotkey::State::off};
+
+    [[nodiscard]] LoginStart& loginStart() { return loginStart_; }
 
     /// They don’t change; what they say does.
     [[nodiscard]] const Menus& menus() const { return menus_; }
@@ -116,6 +121,7 @@ private:
     Notifications notifications_;
     DesktopEvents events_;
     QSocketNotifier eventsNotifier_;
+    LoginStart loginStart_;
     std::unique_ptr<Hotkey> hotkey_;
     std::unique_ptr<SleepWatch> sleepWatch_;
     std::function<void()> sleepDone_;
