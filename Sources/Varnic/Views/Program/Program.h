@@ -6,6 +6,8 @@
 #include "Varnic/Shell/TerminationSignals.h"
 #include "Varnic/Views/Program/MainWindow.h"
 #include "Varnic/Views/Program/TrayIcon.h"
+#include "Varnic/Views/SettingsViews/MenuBarWindow.h"
+#include "Varnic/Views/SettingsViews/SettingsWindow.h"
 
 #include <QObject>
 #include <QQuickWindow>
@@ -33,14 +35,20 @@ private:
     void launch();
     void fillInDesktop();
     [[nodiscard]] bool isProcessing() const;
+    [[nodiscard]] bool isSettingsVisible() const;
+    [[nodiscard]] QWindow* windowInFront() const;
     void quitIfForsaken();
     void presentPill();
+    void openSettings(SettingsRow row);
+    void toggleMenuBar(const QRect& icon);
 
     AppModel model_;
     AppDelegate delegate_;
     MainWindow window_;
     std::optional<TrayIcon> tray_;
     std::unique_ptr<QQuickWindow> pill_;
+    std::unique_ptr<SettingsWindow> settings_;
+    std::unique_ptr<MenuBarWindow> menuBar_;
     TerminationSignals signals_;
     QPropertyNotifier processingWatcher_;
     QPropertyNotifier importWatcher_;

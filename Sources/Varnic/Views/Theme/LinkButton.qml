@@ -5,7 +5,6 @@ import Varnic.Theme as Theme
 PlainButton {
     id: link
 
-    Accessible.role: Accessible.Link
     bottomPadding: 2
     topPadding: 2
 

@@ -82,10 +82,11 @@ T.Switch {
 
     Keys.onEnterPressed: toggle()
     Keys.onReturnPressed: toggle()
-    // Assistive programs check it without a click.
+    // Assistive programs check it without a click. What is not taken is not shown either.
     onCheckedChanged: {
         if (checked !== isOn) {
             chosen(checked);
+            checked = Qt.binding(() => isOn);
         }
     }
 }

@@ -14,6 +14,7 @@ T.ItemDelegate {
 
     Accessible.description: detail
     Accessible.name: modelData
+    Accessible.onPressAction: clicked()
     Accessible.role: Accessible.ListItem
     implicitHeight: words.implicitHeight + 12
     leftPadding: 26

@@ -111,6 +111,17 @@ Item {
             compare(picker.displayText, "Ben");
         }
 
+        function test_switchShowsWhatHolds() {
+            page.takes = false;
+            mouseClick(control);
+            verify(!control.checked);
+            page.takes = true;
+            mouseClick(control);
+            verify(control.checked);
+            page.isOn = false;
+            verify(!control.checked);
+        }
+
         function test_pickerShowsWhatHolds() {
             picker.forceActiveFocus(Qt.TabFocusReason);
             page.takes = false;
