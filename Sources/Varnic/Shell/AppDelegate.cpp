@@ -188,7 +188,7 @@ void AppDelegate::applyHotkey() {
         hotkey_->statusChanged = [this](const Hotkey::Status& status) { takeHotkeyStatus(status); };
     }
     std::optional<KeyCombination> combination;
-    if (model_.settings.hotkeyEnabled.value()) {
+    if (model_.settings.hotkeyEnabled.value() && !isHotkeyPaused_) {
         combination = keys(model_.settings);
     }
     hotkey_->registerCombination(combination, [this](const std::string& activationToken) {
@@ -196,6 +196,12 @@ void AppDelegate::applyHotkey() {
             this, [this, activationToken] { carryOut({Request::Kind::toggleRecording, {}, activationToken}); },
             Qt::QueuedConnection);
     });
+}
+
+void AppDelegate::setHotkeyPaused(bool isPaused) {
+    if (std::exchange(isHotkeyPaused_, isPaused) != isPaused && hotkey_) {
+        model_.desktop.applyHotkey();
+    }
 }
 
 void AppDelegate::takeHotkeyStatus(const Hotkey::Status& status) {

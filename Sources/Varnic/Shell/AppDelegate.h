@@ -96,6 +96,9 @@ public:
     /// The same for programs. Where it is not registered, Hotkey::command can be bound in the desktop's settings.
     QProperty<Hotkey::State> hotkeyState{Hotkey::State::off};
 
+    /// While true the hotkey does nothing, so that its keys can be pressed to choose another.
+    void setHotkeyPaused(bool isPaused);
+
     [[nodiscard]] LoginStart& loginStart() { return loginStart_; }
 
     /// They don’t change; what they say does.
@@ -123,6 +126,7 @@ private:
     QSocketNotifier eventsNotifier_;
     LoginStart loginStart_;
     std::unique_ptr<Hotkey> hotkey_;
+    bool isHotkeyPaused_ = false;
     std::unique_ptr<SleepWatch> sleepWatch_;
     std::function<void()> sleepDone_;
     bool isLaunched_ = false;

@@ -16,6 +16,22 @@
 
 namespace varnic {
 
+namespace {
+
+/// The window of a QML file; null where that cannot be loaded.
+template <typename Window>
+std::unique_ptr<Window> makeWindow(QQmlEngine& engine, const char* file) {
+    QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/qt/qml/Varnic/") + file));
+    std::unique_ptr<QObject> made(component.create());
+    if (qobject_cast<Window*>(made.get()) == nullptr) {
+        qWarning("%s", qPrintable(component.errorString()));
+        return nullptr;
+    }
+    return std::unique_ptr<Window>(qobject_cast<Window*>(made.release()));
+}
+
+} // namespace
+
 Program::Program(AppPlaces places)
     : model_(std::move(places)), delegate_(model_), window_(ViewContext{.model = model_, .shell = &delegate_}),
       signals_([this] { delegate_.terminate(AppDelegate::Occasion::system); }) {
@@ -39,6 +55,7 @@ Program::Program(AppPlaces places)
 void Program::fillInDesktop() {
     model_.desktop.activate = [this] { window_.activate(); };
     model_.desktop.closeWindow = [this] { window_.window().close(); };
+    model_.desktop.openSettings = [this](SettingsRow row) { openSettings(row); };
     model_.desktop.playSound = [](const std::string& name) { Sounds::play(name); };
     model_.desktop.copyText = [](const std::string& text) {
         QGuiApplication::clipboard()->setText(QString::fromStdString(text));
@@ -47,13 +64,13 @@ void Program::fillInDesktop() {
         QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(url)));
     };
     model_.desktop.chooseRecording = [this](std::string message) {
-        return FileDialogs::chooseRecording(&window_.window(), std::move(message));
+        return FileDialogs::chooseRecording(windowInFront(), std::move(message));
     };
     model_.desktop.chooseFolder = [this](std::string message) {
-        return FileDialogs::chooseFolder(&window_.window(), std::move(message));
+        return FileDialogs::chooseFolder(windowInFront(), std::move(message));
     };
     model_.desktop.chooseDestination = [this](std::string fileName) {
-        return FileDialogs::chooseDestination(&window_.window(), std::move(fileName));
+        return FileDialogs::chooseDestination(windowInFront(), std::move(fileName));
     };
 }
 
@@ -69,6 +86,11 @@ void Program::makePill() {
         controller.present = [this] { pill_->present(); };
         controller.orderOut = [this] { pill_->orderOut(); };
     }
+}
+
+/// Above which dialogs open.
+QWindow* Program::windowInFront() const {
+    return settings_ && settings_->isActive() ? static_cast<QWindow*>(settings_.get()) : &window_.window();
 }
 
 void Program::start(const Request& request) {
@@ -88,6 +110,7 @@ void Program::start(const Request& request) {
 void Program::launch() {
     QGuiApplication::setWindowIcon(QIcon::fromTheme("app.brevin.Varnic"));
     tray_.emplace(model_, delegate_.menus().tray);
+    tray_->clicked = [this](const QRect& icon) { toggleMenuBar(icon); };
     delegate_.applicationDidFinishLaunching();
     quitIfForsaken();
 }
@@ -96,9 +119,13 @@ bool Program::isProcessing() const {
     return !model_.processing.value().empty() || model_.isImporting.value();
 }
 
+bool Program::isSettingsVisible() const {
+    return settings_ && settings_->isVisible();
+}
+
 /// Without a tray a closed window would leave a program that nobody sees. It ends once all is recorded and transcribed.
 void Program::quitIfForsaken() {
-    const QuitRule::Situation now{.isWindowVisible = window_.isVisible() || !wasShown_,
+    const QuitRule::Situation now{.isWindowVisible = window_.isVisible() || isSettingsVisible() || !wasShown_,
                                   .hasTray = !tray_ || tray_->isReachable(),
                                   .isRecording = isBusy(model_.recorder().state()),
                                   .isProcessing = isProcessing()};
@@ -107,11 +134,37 @@ void Program::quitIfForsaken() {
         QMetaObject::invokeMethod(
             this,
             [this] {
-                if (!window_.isVisible() && !isBusy(model_.recorder().state()) && !isProcessing()) {
+                if (!window_.isVisible() && !isSettingsVisible() && !isBusy(model_.recorder().state()) &&
+                    !isProcessing()) {
                     delegate_.terminate();
                 }
             },
             Qt::QueuedConnection);
+    }
+}
+
+void Program::openSettings(SettingsRow row) {
+    if (!settings_) {
+        settings_ = makeWindow<SettingsWindow>(window_.engine(), "SettingsViews/Settings.qml");
+        if (settings_) {
+            connect(settings_.get(), &QWindow::visibleChanged, this, &Program::quitIfForsaken);
+        }
+    }
+    if (settings_) {
+        settings_->open(row);
+    }
+}
+
+void Program::toggleMenuBar(const QRect& icon) {
+    if (!menuBar_) {
+        menuBar_ = makeWindow<MenuBarWindow>(window_.engine(), "SettingsViews/MenuBar.qml");
+        if (menuBar_) {
+            menuBar_->openProgram = [this] { window_.activate(); };
+            menuBar_->quitProgram = [this] { delegate_.terminate(); };
+        }
+    }
+    if (menuBar_) {
+        menuBar_->toggleAt(icon);
     }
 }
 

@@ -9,9 +9,12 @@
 #include "Varnic/Views/Program/PillPresence.h"
 #include "Varnic/Views/Program/ReadOnlyTextKeys.h"
 #include "Varnic/Views/Program/TrayIcon.h"
+#include "Varnic/Views/SettingsViews/MenuBarWindow.h"
+#include "Varnic/Views/SettingsViews/SettingsWindow.h"
 
 #include <QObject>
 
+#include <memory>
 #include <optional>
 
 namespace varnic {
@@ -35,7 +38,11 @@ private:
     void fillInDesktop();
     void makePill();
     [[nodiscard]] bool isProcessing() const;
+    [[nodiscard]] bool isSettingsVisible() const;
+    [[nodiscard]] QWindow* windowInFront() const;
     void quitIfForsaken();
+    void openSettings(SettingsRow row);
+    void toggleMenuBar(const QRect& icon);
 
     AppModel model_;
     AppDelegate delegate_;
@@ -45,6 +52,8 @@ private:
     /// One of the two.
     std::optional<PillPresence> pill_;
     std::optional<RecordingNotice> notice_;
+    std::unique_ptr<SettingsWindow> settings_;
+    std::unique_ptr<MenuBarWindow> menuBar_;
     TerminationSignals signals_;
     QPropertyNotifier processingWatcher_;
     QPropertyNotifier importWatcher_;

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Varnic.LibraryViews
+import Varnic.SettingsViews
 import Varnic.Theme as Theme
 
 /// What recording takes, and what of it is missing.
@@ -8,7 +8,7 @@ Theme.Sheet {
     id: sheet
 
     name: "Before your first call"
-    readonly property RecordingSetup setup: RecordingSetup {
+    readonly property PermissionRows permissions: PermissionRows {
     }
 
     width: 540
@@ -28,7 +28,7 @@ Theme.Sheet {
             Layout.fillWidth: true
             color: Theme.Palette.inkSoft
             font: Theme.Typo.ui
-            text: sheet.setup.explanation
+            text: sheet.permissions.explanation
             wrapMode: Text.Wrap
         }
 
@@ -39,10 +39,13 @@ Theme.Sheet {
                 spacing: Theme.Space.m
 
                 Repeater {
-                    model: sheet.setup
+                    model: sheet.permissions
 
                     SetupItem {
                         Layout.fillWidth: true
+
+                        onAllowed: sheet.permissions.allow()
+                        onOpened: sheet.permissions.open(index)
                     }
                 }
             }
@@ -56,25 +59,25 @@ Theme.Sheet {
                 focus: true
                 text: "Close"
 
-                onClicked: Library.showSetup = false
+                onClicked: sheet.permissions.close()
             }
 
             Theme.QuietButton {
                 text: "Record My Side Only"
-                visible: sheet.setup.canRecordMySideOnly
+                visible: sheet.permissions.canRecordMySideOnly
 
-                onClicked: sheet.setup.recordMySideOnly()
+                onClicked: sheet.permissions.recordMySideOnly()
             }
 
             Theme.InkButton {
-                enabled: sheet.setup.canRecord
+                enabled: sheet.permissions.canRecord
                 text: "Record Call"
                 tint: Theme.Palette.buttonRecord
 
-                onClicked: sheet.setup.record()
+                onClicked: sheet.permissions.record()
             }
         }
     }
 
-    onClosed: Library.showSetup = false
+    onClosed: permissions.close()
 }

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Varnic.LibraryViews
+import Varnic.SettingsViews
 import Varnic.Theme as Theme
 
 /// The message for the call's chat, in the tone that is chosen.

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Varnic.LibraryViews
+import Varnic.SettingsViews
 import Varnic.Theme as Theme
 
 /// Reminds the user to tell the others, before a recording.

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// One thing that recording takes.
@@ -8,11 +7,17 @@ RowLayout {
     id: item
 
     required property string detail
-    required property int index
-    required property bool isReady
-    required property string pane
+    required property bool isDenied
+    required property bool isGranted
+    required property string remedy
     required property string title
 
+    signal allowed
+    signal opened
+
+    Accessible.description: detail
+    Accessible.name: title
+    Accessible.role: Accessible.Grouping
     spacing: Theme.Space.m
 
     ColumnLayout {
@@ -38,7 +43,7 @@ RowLayout {
         Accessible.name: item.title + ": Allowed"
         Accessible.role: Accessible.StaticText
         spacing: 4
-        visible: item.isReady
+        visible: item.isGranted
 
         Theme.Symbol {
             anchors.verticalCenter: parent.verticalCenter
@@ -58,9 +63,9 @@ RowLayout {
     Theme.QuietButton {
         Accessible.description: item.title
         compact: true
-        text: "Open Settings"
-        visible: !item.isReady
+        text: item.isDenied ? item.remedy : "Allow"
+        visible: !item.isGranted
 
-        onClicked: Library.openSettings(item.pane)
+        onClicked: item.isDenied ? item.opened() : item.allowed()
     }
 }

@@ -1,4 +1,4 @@
-#include "Varnic/Views/LibraryViews/ConsentReminder.h"
+#include "Varnic/Views/SettingsViews/ConsentReminder.h"
 
 #include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Wording.h"
