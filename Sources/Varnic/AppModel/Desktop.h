@@ -26,6 +26,8 @@ struct Desktop {
     /// Puts a text on the clipboard in place of what is there.
     std::function<void(const std::string& text)> copyText = [](const std::string&) {};
     std::function<void(const std::string& url)> openURL = [](const std::string&) {};
+    /// Looks for a newer version, in a window of its own. Null where nothing is known of newer versions.
+    std::function<void()> checkForUpdates = nullptr;
     /// Shows or hides the floating pill, whichever is right now.
     std::function<void()> refreshPill = [] {};
     /// Registers the global hotkey anew, from the settings.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BrevinKit/Updater/Updater.h"
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Shell/AppDelegate.h"
 #include "Varnic/Shell/Request.h"
@@ -35,12 +36,16 @@ private:
     [[nodiscard]] bool isProcessing() const;
     void quitIfForsaken();
     void presentPill();
+    brevin::Updater::Host updaterHost();
+    void openUpdateWindow();
 
     AppModel model_;
     AppDelegate delegate_;
+    brevin::Updater updater_;
     MainWindow window_;
     std::optional<TrayIcon> tray_;
     std::unique_ptr<QQuickWindow> pill_;
+    std::unique_ptr<QQuickWindow> updateWindow_;
     TerminationSignals signals_;
     QPropertyNotifier processingWatcher_;
     QPropertyNotifier importWatcher_;
