@@ -177,7 +177,7 @@ TEST_F(UpdaterTest, twoChecks_makeOneDownload) {
     settle();
     EXPECT_EQ(updater->phase(), Phase(Ready{feed}));
     EXPECT_EQ(ask("count/update.zip"), "1");
-    EXPECT_EQ(openings, 1) << "by the check that the user started";
+    EXPECT_EQ(openings, 2) << "by each check that the user started";
 }
 
 TEST_F(UpdaterTest, end_breaksOffADownload) {

@@ -109,9 +109,13 @@ void Updater::start() {
 }
 
 void Updater::check(bool userInitiated) {
+    const bool isDownloading = std::holds_alternative<UpdatePhase::Downloading>(phase_);
     const bool isForUser =
         std::holds_alternative<UpdatePhase::Ready>(phase_) || std::holds_alternative<UpdatePhase::Checking>(phase_);
-    if (!isOn() || std::holds_alternative<UpdatePhase::Downloading>(phase_) || (isForUser && !userInitiated)) {
+    if (isDownloading && userInitiated) {
+        host_.openWindow();
+    }
+    if (!isOn() || isDownloading || (isForUser && !userInitiated)) {
         return;
     }
     if (userInitiated) {

@@ -49,7 +49,8 @@ public:
     /// Begins to check by itself, and installs what is ready when the program ends; does nothing without a feed.
     void start();
 
-    /// One that the user starts opens the window and tells its outcome in any case; any other only what is new.
+    /// One that the user starts opens the window and tells its outcome in any case; any other only what is new. While a
+    /// download is going on none begins.
     void check(bool userInitiated);
 
     /// Fetches the release and makes it ready, or opens its page where it can’t be installed.

@@ -4,6 +4,8 @@ import Varnic.Theme as Theme
 
 /// Secondary text, gone where there is none.
 Text {
+    Accessible.name: text
+    Accessible.role: Accessible.StaticText
     Layout.fillWidth: true
     color: Theme.Palette.inkSoft
     font: Theme.Typo.ui

@@ -26,11 +26,11 @@ FocusScope {
 
         Theme.NibMark {
             Layout.alignment: Qt.AlignHCenter
-            Layout.preferredHeight: 64
-            Layout.preferredWidth: 64
+            size: 64
         }
 
         Text {
+            Accessible.name: text
             Accessible.role: Accessible.Heading
             Layout.fillWidth: true
             color: Theme.Palette.ink
