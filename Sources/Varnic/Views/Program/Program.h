@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BrevinKit/Updater/Updater.h"
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Shell/AppDelegate.h"
 #include "Varnic/Shell/RecordingNotice.h"
@@ -43,9 +44,12 @@ private:
     void quitIfForsaken();
     void openSettings(SettingsRow row);
     void toggleMenuBar(const QRect& icon);
+    brevin::Updater::Host updaterHost();
+    void openUpdateWindow();
 
     AppModel model_;
     AppDelegate delegate_;
+    brevin::Updater updater_;
     ReadOnlyTextKeys readOnlyTextKeys_;
     MainWindow window_;
     std::optional<TrayIcon> tray_;
@@ -54,6 +58,7 @@ private:
     std::optional<RecordingNotice> notice_;
     std::unique_ptr<SettingsWindow> settings_;
     std::unique_ptr<MenuBarWindow> menuBar_;
+    std::unique_ptr<QQuickWindow> updateWindow_;
     TerminationSignals signals_;
     QPropertyNotifier processingWatcher_;
     QPropertyNotifier importWatcher_;
