@@ -17,7 +17,9 @@ T.Control {
     focusPolicy: Qt.TabFocus
     objectName: "studyCard"
 
-    contentItem: Item {
+    Item {
+        anchors.fill: parent
+
         transform: Rotation {
             id: turn
 
@@ -58,6 +60,7 @@ T.Control {
             tag: "Answer"
             tint: Theme.Palette.them
             visible: card.isBackShowing
+            words: card.study.answer
 
             transform: Rotation {
                 angle: 180
@@ -88,15 +91,6 @@ T.Control {
     Theme.FocusRing {
         corner: Theme.Radius.card
         visible: card.visualFocus
-    }
-
-    // While an answer turns away, that of the next card is not told.
-    Binding {
-        property: "words"
-        restoreMode: Binding.RestoreNone
-        target: back
-        value: card.study.answer
-        when: card.study.flipped || !card.isBackShowing
     }
 
     TapHandler {
