@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Templates as T
 import Varnic.Study
 import Varnic.Theme as Theme
 
 /// A card that turns over: the question in front, the answer behind. What does not fit is scrolled to.
-T.Control {
+Item {
     id: card
 
     readonly property bool isBackShowing: turn.angle > 90
@@ -14,7 +13,7 @@ T.Control {
     Accessible.focusable: true
     Accessible.name: study.spoken
     Accessible.role: Accessible.Button
-    focusPolicy: Qt.TabFocus
+    activeFocusOnTab: true
     objectName: "studyCard"
 
     Item {
@@ -86,11 +85,6 @@ T.Control {
         } else {
             event.accepted = false;
         }
-    }
-
-    Theme.FocusRing {
-        corner: Theme.Radius.card
-        visible: card.visualFocus
     }
 
     TapHandler {

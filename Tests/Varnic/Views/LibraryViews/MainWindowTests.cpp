@@ -138,6 +138,7 @@ TEST_F(MainWindowTest, deck_is_studied_by_keys) {
     shown("deckList")->forceActiveFocus();
     press(Qt::Key_Space);
     ASSERT_TRUE(waitUntil([this] { return shown("studyCard") != nullptr; }));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(shown("studyCard"))->role(), QAccessible::Button);
     press(Qt::Key_2);
     EXPECT_EQ(box(0), 1);
     press(Qt::Key_Space);
