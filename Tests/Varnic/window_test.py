@@ -86,10 +86,14 @@ class WindowTest(unittest.TestCase):
         call = wait_for(lambda: next((call for call in self.calls() if call.get("segments")), None), "the transcript")
         self.assertEqual({segment["speaker"] for segment in call["segments"]}, {"you", "them"})
 
-        program.press("Transcript", "push button")
+        program.press("Transcript", "check box")
         turn = next(segment for segment in call["segments"] if segment["speaker"] == "them")
         program.press(f"…{turn['text'][:20]}…", "list item")
         program.expect("Pause")
+        self.desktop.xdotool("key", "alt+p")  # no window manager keeps it for itself
+        program.expect("Play")
+        self.desktop.xdotool("key", "alt+t")
+        wait_for(lambda: not program.find("Turns"), "a page without its transcript")
 
     def test_quit_whileRecording_savesTheCall(self):
         program = self.start()

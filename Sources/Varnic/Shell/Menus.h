@@ -20,6 +20,8 @@ struct MenuEntry {
     std::function<bool()> isChecked = nullptr;
     /// A line stands before the entry.
     bool beginsGroup = false;
+    /// The page that it is about listens to the shortcut itself, and only while it is shown.
+    bool isPagesShortcut = false;
 };
 
 struct Menu {

@@ -75,6 +75,9 @@ void addLooks(xml_node parent, const Run& run, bool isRightToLeft) {
     add(looks, "w:sz", WordUnits::halfPoints(run.font.size));
     add(looks, "w:szCs", WordUnits::halfPoints(run.font.size));
     addFlag(looks, isRightToLeft, {"w:rtl"});
+    if (run.font.typeface == Typeface::serif) {
+        looks.append_child("w14:numForm").append_attribute("w14:val") = "lining";
+    }
     if (run.font.typeface == Typeface::digits) {
         looks.append_child("w14:numSpacing").append_attribute("w14:val") = "tabular";
     }

@@ -33,6 +33,19 @@ Pango::FontDescription fontDescription(const Font& font) {
     return description;
 }
 
+/// How the digits look: Vollkorn's own "$40" reads as "$4o".
+const char* fontFeatures(Typeface typeface) {
+    switch (typeface) {
+    case Typeface::serif:
+        return "lnum=1";
+    case Typeface::digits:
+        return "tnum=1";
+    case Typeface::sans:
+        return nullptr;
+    }
+    return nullptr;
+}
+
 guint16 part(double value) {
     return static_cast<guint16>(std::lround(value * 65535));
 }
@@ -56,8 +69,8 @@ void addRun(PangoAttrList* list, const Run& run, std::size_t start, std::size_t 
     add(list, pango_attr_font_desc_new(fontDescription(run.font).get()), start, end);
     add(list, pango_attr_foreground_new(part(run.colour.red), part(run.colour.green), part(run.colour.blue)), start,
         end);
-    if (run.font.typeface == Typeface::digits) {
-        add(list, pango_attr_font_features_new("tnum=1"), start, end);
+    if (const char* const features = fontFeatures(run.font.typeface)) {
+        add(list, pango_attr_font_features_new(features), start, end);
     }
     if (run.struckThrough) {
         add(list, pango_attr_strikethrough_new(TRUE), start, end);

@@ -16,6 +16,11 @@ bool overlapsAsEcho(const Segment& you, const Segment& them);
 std::vector<Segment> merge(const std::vector<Segment>& you, const std::vector<Segment>& them,
                            double echoThreshold = 0.5);
 
+/// Lines of a speaker no further apart than this, in seconds, are shown as one turn.
+inline constexpr double turnGap = 2;
+/// A turn counts as being heard for this long after its end, in seconds.
+inline constexpr double turnAfterglow = 0.5;
+
 /// Neighbouring lines of one speaker, no more than `gap` seconds apart, as one. Keeps the order and the first id.
 std::vector<Segment> turns(const std::vector<Segment>& segments, double gap);
 

@@ -18,6 +18,8 @@ constexpr int rate = PlaybackQueue::rate;
 /// Frames that wait for the sound system, so that a busy machine is not heard.
 constexpr std::size_t ahead = rate / 2;
 constexpr std::chrono::milliseconds interval{50};
+constexpr double slowest = 0.5;
+constexpr double fastest = 2;
 
 /// A stretch without the lock.
 class Unlocked {
@@ -67,7 +69,7 @@ void TrackPlayer::play() {
     if (isPlaying_ || (length_ == 0 && !isLoading_)) {
         return;
     }
-    if (length_ > 0 && place_ >= length_) {
+    if (length_ > 0 && place_.start() >= length_) {
         moveTo(0);
     }
     problem_.clear();
@@ -89,6 +91,16 @@ void TrackPlayer::seek(double seconds) {
         const double frame = std::isnan(seconds) ? 0 : std::clamp(std::round(seconds * rate), 0.0, end);
         moveTo(static_cast<std::int64_t>(frame));
     }
+}
+
+void TrackPlayer::setSpeed(double speed) {
+    const std::scoped_lock lock(lock_);
+    speed_ = std::clamp(speed, slowest, fastest);
+}
+
+double TrackPlayer::speed() const {
+    const std::scoped_lock lock(lock_);
+    return speed_;
 }
 
 double TrackPlayer::time() const {
@@ -117,14 +129,17 @@ std::string TrackPlayer::problem() const {
 
 /// The frame of the call that is heard now.
 std::int64_t TrackPlayer::heard() const {
-    return isPlaying_ ? place_ + queue_.heard(HostClock::now()) - placeInQueue_ : place_;
+    if (!isPlaying_ || length_ == 0) {
+        return place_.start();
+    }
+    // Rounding must not lead past the end.
+    return std::min(place_.at(queue_.heard(HostClock::now())), length_);
 }
 
 /// What is pushed next is the audio from this frame of the call on.
 void TrackPlayer::moveTo(std::int64_t frame) {
     queue_.discard();
-    placeInQueue_ = queue_.end();
-    place_ = frame;
+    place_.begin(queue_.end(), frame);
     isMoved_ = true;
     changed_.notify_all();
 }
@@ -160,7 +175,7 @@ void TrackPlayer::takeTracks(Lock& lock) {
     {
         const Unlocked unlocked(lock);
         output_.reset();
-        source_ = PlaybackSource(files);
+        source_ = StretchedSource(PlaybackSource(files));
     }
     if (toLoad_ || !isLoading_) {
         return;
@@ -168,7 +183,7 @@ void TrackPlayer::takeTracks(Lock& lock) {
     isLoading_ = false;
     length_ = source_.length();
     isPlaying_ = isPlaying_ && length_ > 0;
-    moveTo(std::min(place_, length_));
+    moveTo(std::min(place_.start(), length_));
     tell(Event::loaded, lock);
 }
 
@@ -197,7 +212,8 @@ void TrackPlayer::fill(Lock& lock) {
         queue_.pop({}, 0); // makes room of what was dropped, which nobody else does now
     }
     while (isToPlay() && queue_.waiting() < ahead && hasRoom()) {
-        const std::optional<std::int64_t> from = isMoved_ ? std::optional(place_) : std::nullopt;
+        const std::optional<std::int64_t> from = isMoved_ ? std::optional(place_.start()) : std::nullopt;
+        const double speed = speed_;
         isMoved_ = false;
         std::span<const float> samples;
         {
@@ -205,7 +221,7 @@ void TrackPlayer::fill(Lock& lock) {
             if (from) {
                 source_.seek(*from);
             }
-            samples = source_.read();
+            samples = source_.read(speed);
         }
         if (isMoved_ || toLoad_) {
             return;
@@ -214,6 +230,7 @@ void TrackPlayer::fill(Lock& lock) {
         if (isFinished_) {
             return;
         }
+        place_.setSpeed(queue_.end(), speed);
         queue_.push(samples);
     }
 }

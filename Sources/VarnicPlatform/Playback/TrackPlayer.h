@@ -1,7 +1,8 @@
 #pragma once
 
+#include "VarnicPlatform/Playback/PlaybackPlace.h"
 #include "VarnicPlatform/Playback/PlaybackQueue.h"
-#include "VarnicPlatform/Playback/PlaybackSource.h"
+#include "VarnicPlatform/Playback/StretchedSource.h"
 
 #include <condition_variable>
 #include <cstdint>
@@ -54,6 +55,12 @@ public:
     /// Goes to a place, exact to the sample, playing on or staying paused; past the ends it is the end. `time` is the
     /// place at once, and no audio from before is heard later than a buffer from now.
     void seek(double seconds);
+
+    /// How many seconds of the call are heard in one, 0.5 to 2; the pitch stays. While it plays it is heard about half
+    /// a second later, without a break. Stays for what is loaded next.
+    void setSpeed(double speed);
+
+    [[nodiscard]] double speed() const;
 
     /// Pauses and lets go of the tracks: `available` is false, `time` and `duration` are 0.
     void stop();
@@ -109,15 +116,15 @@ private:
     bool isMoved_ = false;
     /// Frames of the call; 0 while there is nothing to play.
     std::int64_t length_ = 0;
-    /// The frame of the call at `placeInQueue_`, which is where the kept part of the queue begins.
-    std::int64_t place_ = 0;
-    std::int64_t placeInQueue_ = 0;
+    /// Begins where the kept part of the queue does.
+    PlaybackPlace place_;
+    double speed_ = 1;
     std::string problem_;
     PlaybackQueue queue_;
 
     // The thread's own
 
-    PlaybackSource source_;
+    StretchedSource source_;
     bool isFinished_ = false;
     std::unique_ptr<PlaybackOutput> output_;
     std::jthread thread_;

@@ -5,7 +5,10 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <regex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace varnic {
@@ -28,6 +31,39 @@ ReadBack::File pdfOf(std::vector<Block> blocks) {
 
 std::string textOf(const ReadBack::File& file, const std::string& options = "") {
     return ReadBack::squeezed(file.seenBy("pdftotext " + options + " FILE -"));
+}
+
+/// How many rows of a page's picture, at 300 dots an inch, a word inks.
+int inkedRows(const ReadBack::File& file, const std::string& word) {
+    const std::string boxes = file.seenBy("pdftotext -bbox FILE -");
+    std::smatch found;
+    const std::regex box("xMin=\"([0-9.]+)\" yMin=\"([0-9.]+)\" xMax=\"([0-9.]+)\" yMax=\"([0-9.]+)\">" + word + "<");
+    if (!std::regex_search(boxes, found, box)) {
+        return 0;
+    }
+    const auto dots = [&](std::size_t side) { return static_cast<int>(std::stod(found[side].str()) * 300 / 72); };
+    const std::string picture =
+        file.seenBy(fmt::format("pdftoppm -gray -singlefile -r 300 -x {} -y {} -W {} -H {} FILE", dots(1), dots(2),
+                                dots(3) - dots(1), dots(4) - dots(2)));
+    const auto width = static_cast<std::size_t>(dots(3) - dots(1));
+    int rows = 0;
+    const std::string_view points = std::string_view(picture).substr(picture.find("255\n") + 4);
+    for (std::size_t at = 0; at + width <= points.size(); at += width) {
+        rows += std::ranges::any_of(points.substr(at, width),
+                                    [](char point) { return static_cast<unsigned char>(point) < 128; })
+                    ? 1
+                    : 0;
+    }
+    return rows;
+}
+
+TEST(Pdf, figures_areAsHighAsCapitals) {
+    const ReadBack::File file =
+        pdfOf({RichNote::block(BlockKind::paragraph, "HHH 1010"), RichNote::block(BlockKind::bullet, "3456789")});
+    const int capitals = inkedRows(file, "HHH");
+    ASSERT_GT(capitals, 20);
+    EXPECT_NEAR(inkedRows(file, "1010"), capitals, 4);
+    EXPECT_NEAR(inkedRows(file, "3456789"), capitals, 4);
 }
 
 TEST(Pdf, noteWithoutBlocks_isOneNumberedPageWithItsFacts) {

@@ -86,6 +86,7 @@ TEST(Docx, paragraphs_haveWordsHeadingsAndTheTextsLooks) {
     EXPECT_TRUE(document.select_nodes("//w:tbl|//w:numPr").empty());
     EXPECT_FALSE(
         document.select_node("//w:r[w:t='Confirm'][w:rPr/w:strike][w:rPr/w:color/@w:val='6B7080']").node().empty());
+    EXPECT_FALSE(document.select_node("//w:r[w:t='Confirm']/w:rPr/w14:numForm[@w14:val='lining']").node().empty());
     EXPECT_FALSE(document.select_node("//w:pgSz[@w:w='11900'][@w:h='16840']").node().empty());
     EXPECT_FALSE(document.select_node("//w:p[w:r/w:t='Name']/w:r[w:tab]/w:t[.='Price']").node().empty());
     EXPECT_FALSE(document.select_node("//w:p[w:pPr/w:bidi]/w:r/w:rPr/w:rtl").node().empty());

@@ -9,7 +9,8 @@
 namespace varnic {
 
 CallInk::CallInk(const CallRecord& call)
-    : duration_(call.duration), segments_(std::make_shared<const std::vector<Segment>>(call.segments)) {
+    : duration_(call.duration), segments_(std::make_shared<const std::vector<Segment>>(call.segments)),
+      turns_(std::make_shared<const std::vector<Segment>>(Diarisation::turns(call.segments, Diarisation::turnGap))) {
     if (duration_ <= 0) {
         duration_ = call.segments.empty() ? 0 : call.segments.back().end;
     }
@@ -38,6 +39,34 @@ double CallInk::xOf(double time, double width) const {
 
 QString CallInk::stamp(double time) {
     return QString::fromStdString(Clock::stamp(time));
+}
+
+const Segment* CallInk::turnAt(double time) const {
+    if (!turns_) {
+        return nullptr;
+    }
+    const Segment* heard = nullptr;
+    for (const Segment& turn : *turns_) {
+        if (turn.start <= time && time < turn.end + Diarisation::turnAfterglow) {
+            heard = &turn;
+        }
+    }
+    return heard;
+}
+
+QString CallInk::wordsAt(double time) const {
+    /// Bytes that are surely more than a label shows.
+    constexpr std::size_t enough = 120;
+    const Segment* const turn = turnAt(time);
+    if (turn == nullptr) {
+        return {};
+    }
+    return QString::fromStdString(turn->text.substr(0, turn->text.find(' ', std::min(enough, turn->text.size()))));
+}
+
+bool CallInk::isYoursAt(double time) const {
+    const Segment* const turn = turnAt(time);
+    return turn != nullptr && turn->speaker == Speaker::you;
 }
 
 double CallInk::step(double time, double by) const {

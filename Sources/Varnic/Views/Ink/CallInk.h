@@ -34,14 +34,22 @@ public:
     Q_INVOKABLE double xOf(double time, double width) const;
     /// A moment as the transcript writes it.
     Q_INVOKABLE static QString stamp(double time);
+    /// The first words of the turn that is heard at a moment, the last begun if there are two; empty where nobody
+    /// speaks.
+    Q_INVOKABLE QString wordsAt(double time) const;
+    /// Whether that turn is yours.
+    Q_INVOKABLE bool isYoursAt(double time) const;
     /// The moment `by` later (or earlier, below 0), within the call.
     Q_INVOKABLE double step(double time, double by) const;
 
     bool operator==(const CallInk& other) const = default;
 
 private:
+    [[nodiscard]] const Segment* turnAt(double time) const;
+
     double duration_ = 0;
     std::shared_ptr<const std::vector<Segment>> segments_;
+    std::shared_ptr<const std::vector<Segment>> turns_;
 };
 
 } // namespace varnic

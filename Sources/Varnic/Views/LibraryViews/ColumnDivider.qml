@@ -20,6 +20,8 @@ Rectangle {
     color: Theme.Palette.rule
     width: 1
 
+    Accessible.onDecreaseAction: draggedBy(-step)
+    Accessible.onIncreaseAction: draggedBy(step)
     Keys.onLeftPressed: draggedBy(-step)
     Keys.onRightPressed: draggedBy(step)
 

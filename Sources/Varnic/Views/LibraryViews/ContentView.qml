@@ -9,7 +9,18 @@ FocusScope {
     /// What takes longer, or shows nothing before the library is read, comes after the first picture.
     property bool isWhole: false
 
+    Keys.onEscapePressed: {
+        if (!keeper.back()) {
+            list.forceActiveFocus(Qt.OtherFocusReason);
+        }
+    }
     onWidthChanged: Columns.windowWidth = width
+
+    Theme.FocusKeeper {
+        id: keeper
+
+        window: view.Window.window
+    }
 
     Connections {
         function onFrameSwapped() {
@@ -97,6 +108,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.bottomMargin: Theme.Space.l
         anchors.horizontalCenter: parent.horizontalCenter
+        maximumWidth: Math.min(560, view.width - 2 * Theme.Space.l)
         z: 2
     }
 
@@ -112,12 +124,17 @@ FocusScope {
 
     Loader {
         active: Library.showConsent
-        source: "ConsentSheet.qml"
+        source: "qrc:/qt/qml/Varnic/SettingsViews/ConsentSheet.qml"
     }
 
     Loader {
         active: Library.showSetup
-        source: "SetupSheet.qml"
+        source: "qrc:/qt/qml/Varnic/SettingsViews/SetupSheet.qml"
+    }
+
+    Loader {
+        active: Library.isStudying
+        source: "qrc:/qt/qml/Varnic/Study/StudyView.qml"
     }
 
     MenuShortcuts {

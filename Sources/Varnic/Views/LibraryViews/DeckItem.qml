@@ -11,12 +11,21 @@ Item {
     readonly property bool isCurrent: ListView.isCurrentItem
     readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
     required property string noteId
+    required property string studyText
     required property string title
     required property string total
 
     function choose() {
         ListView.view.currentIndex = index;
         Library.open(noteId);
+    }
+
+    /// Asks the cards that are due; none may be.
+    function study() {
+        ListView.view.currentIndex = index;
+        if (studyText !== "") {
+            Library.study(noteId);
+        }
     }
 
     Accessible.description: due === "" ? total : total + ", " + due
@@ -69,27 +78,47 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 10
         anchors.verticalCenter: parent.verticalCenter
-        implicitHeight: Math.max(chip.height, done.height)
-        implicitWidth: chip.visible ? chip.width : done.width
+        implicitHeight: Math.max(button.height, done.height)
+        implicitWidth: button.visible ? button.width : done.width
 
-        Theme.Chip {
-            id: chip
+        Theme.InkButton {
+            id: button
 
             anchors.verticalCenter: parent.verticalCenter
-            text: row.due
+            focusPolicy: Qt.NoFocus
+            objectName: "study"
+            text: row.studyText
             visible: text !== ""
+
+            onClicked: row.study()
         }
 
         Theme.Symbol {
             id: done
 
-            Accessible.name: "All caught up"
+            readonly property string help: "All caught up"
+
+            Accessible.name: help
             Accessible.role: Accessible.Graphic
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.Palette.ok
             name: "checkmark.circle.fill"
             size: 13
             visible: row.due === ""
+
+            HoverHandler {
+                id: pointer
+            }
+
+            Loader {
+                active: pointer.hovered
+                anchors.fill: parent
+
+                sourceComponent: Theme.HelpTip {
+                    text: done.help
+                    visible: true
+                }
+            }
         }
     }
 

@@ -4,8 +4,10 @@ import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// The notes that hold flashcards.
-FocusScope {
+ListScope {
+    isEmpty: rows.count === 0
     objectName: "deckList"
+
     ListView {
         id: list
 
@@ -33,8 +35,9 @@ FocusScope {
             id: rows
         }
 
+        Keys.onEnterPressed: (currentItem as DeckItem)?.choose()
         Keys.onReturnPressed: (currentItem as DeckItem)?.choose()
-        Keys.onSpacePressed: (currentItem as DeckItem)?.choose()
+        Keys.onSpacePressed: (currentItem as DeckItem)?.study()
     }
 
     EmptyMessage {

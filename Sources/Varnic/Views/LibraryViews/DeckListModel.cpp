@@ -61,13 +61,15 @@ QVariant DeckListModel::data(const QModelIndex& index, int role) const {
         return NoteSummaries::counted(static_cast<std::size_t>(row.total), "card");
     case due:
         return row.due == 0 ? QString() : QString::number(row.due) + " due";
+    case studyText:
+        return row.due == 0 ? QString() : "Study " + QString::number(row.due);
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> DeckListModel::roleNames() const {
-    return {{noteId, "noteId"}, {title, "title"}, {total, "total"}, {due, "due"}};
+    return {{noteId, "noteId"}, {title, "title"}, {total, "total"}, {due, "due"}, {studyText, "studyText"}};
 }
 
 } // namespace varnic

@@ -34,8 +34,9 @@ public:
         title,
         /// "12 cards".
         total,
-        /// "3 due"; empty when none is.
-        due
+        /// "3 due" and "Study 3"; empty when none is.
+        due,
+        studyText
     };
 
     using RowModel<DeckRow>::RowModel;

@@ -16,7 +16,7 @@ Column {
         size: 30
     }
 
-    Text {
+    Theme.Label {
         color: Theme.Palette.ink
         font: Theme.Typo.subheading
         horizontalAlignment: Text.AlignHCenter
@@ -25,7 +25,7 @@ Column {
         wrapMode: Text.Wrap
     }
 
-    Text {
+    Theme.Label {
         color: Theme.Palette.inkFaint
         font: Theme.Typo.ui
         horizontalAlignment: Text.AlignHCenter

@@ -19,7 +19,7 @@ Column {
         size: message.size
     }
 
-    Text {
+    Theme.Label {
         color: Theme.Palette.inkSoft
         font: Theme.Typo.uiStrong
         horizontalAlignment: Text.AlignHCenter
@@ -29,7 +29,7 @@ Column {
         wrapMode: Text.Wrap
     }
 
-    Text {
+    Theme.Label {
         color: Theme.Palette.inkFaint
         font: Theme.Typo.caption
         horizontalAlignment: Text.AlignHCenter

@@ -3,7 +3,6 @@
 #include "Varnic/Shell/Menus.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Wording.h"
-#include "VarnicPlatform/Capture/Permissions.h"
 
 #include <filesystem>
 #include <utility>
@@ -30,11 +29,13 @@ Library::Library(AppModel& model, QObject* parent) : QObject(parent), model_(mod
     follow(model.query, &Library::queryChanged);
     follow(model.showConsent, &Library::showConsentChanged);
     follow(model.showSetup, &Library::showSetupChanged);
+    follow(model.studyDeck, &Library::isStudyingChanged);
     follow(model.loadProblem, &Library::loadProblemChanged);
     follow(model.isUnreadable, &Library::isUnreadableChanged);
     connect(this, &Library::isUnreadableChanged, this, &Library::isLoadedChanged);
     connect(this, &Library::showConsentChanged, this, &Library::isAskingChanged);
     connect(this, &Library::showSetupChanged, this, &Library::isAskingChanged);
+    connect(this, &Library::isStudyingChanged, this, &Library::isAskingChanged);
     connect(this, &Library::sectionChanged, this, &Library::listTitleChanged);
     connect(this, &Library::queryChanged, this, &Library::listTitleChanged);
     connect(&model, &AppModel::notesChanged, this, &Library::onNotesChanged);
@@ -57,10 +58,10 @@ QString Library::emptyTitle() const {
 }
 
 QString Library::emptyDetail() const {
-    return section() == Notes
-               ? QStringLiteral("Headings, to-dos, tables and flashcards — press Ctrl+N.")
-               : QStringLiteral("Start a Zoom, Meet, Teams or FaceTime call, then press Record. No bot joins; both "
-                                "sides are written down here.");
+    return QString::fromStdString(
+        Wording::shown(section() == Notes ? "Headings, to-dos, tables and flashcards — press Ctrl+N."
+                                          : "Start a Zoom, Meet, Teams or FaceTime call, then press Record. No bot "
+                                            "joins; both sides are written down here."));
 }
 
 QString Library::privacyText() {
@@ -89,10 +90,8 @@ void Library::openHit(const QString& note, double time) {
     }
 }
 
-void Library::openSettings(const QString& pane) {
-    if (!Permissions::openSettings(pane.toStdString())) {
-        model_.flash({.text = "No settings program was found", .symbol = "exclamationmark.triangle"});
-    }
+void Library::study(const QString& note) {
+    model_.studyDeck = idOf(note);
 }
 
 void Library::markDone(const QString& note, const QString& block) {

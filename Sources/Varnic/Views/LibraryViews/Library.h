@@ -25,6 +25,8 @@ class Library : public QObject {
     Q_PROPERTY(QString noMatchText READ noMatchText NOTIFY queryChanged)
     Q_PROPERTY(bool showConsent READ showConsent WRITE setShowConsent NOTIFY showConsentChanged)
     Q_PROPERTY(bool showSetup READ showSetup WRITE setShowSetup NOTIFY showSetupChanged)
+    /// The cards of a note are asked.
+    Q_PROPERTY(bool isStudying READ isStudying NOTIFY isStudyingChanged)
     /// A sheet waits for an answer.
     Q_PROPERTY(bool isAsking READ isAsking NOTIFY isAskingChanged)
     /// Empty when all note files could be read.
@@ -71,7 +73,9 @@ public:
 
     void setShowSetup(bool shows) { model_.showSetup = shows; }
 
-    [[nodiscard]] bool isAsking() const { return showConsent() || showSetup(); }
+    [[nodiscard]] bool isStudying() const { return model_.studyDeck.value().has_value(); }
+
+    [[nodiscard]] bool isAsking() const { return showConsent() || showSetup() || isStudying(); }
 
     [[nodiscard]] QString loadProblem() const;
 
@@ -89,14 +93,13 @@ public:
     Q_INVOKABLE void open(const QString& note, const QString& block = {});
     /// Selects a note that the search found, and jumps to a moment of the call unless `time`, in seconds, is below 0.
     Q_INVOKABLE void openHit(const QString& note, double time);
+    /// Asks the due cards of a note.
+    Q_INVOKABLE void study(const QString& note);
     Q_INVOKABLE void markDone(const QString& note, const QString& block);
     /// Moves a note to the deleted ones; the toast brings it back.
     Q_INVOKABLE void remove(const QString& note);
     /// Transcribes recordings that were dropped on the window.
     Q_INVOKABLE void importFiles(const QList<QUrl>& files);
-
-    /// Opens the desktop's settings, see Permissions::openSettings.
-    Q_INVOKABLE void openSettings(const QString& pane);
 
     Q_INVOKABLE void load() { model_.load(); }
 
@@ -108,6 +111,7 @@ Q_SIGNALS:
     void queryChanged();
     void showConsentChanged();
     void showSetupChanged();
+    void isStudyingChanged();
     void isAskingChanged();
     void loadProblemChanged();
     void isUnreadableChanged();

@@ -14,6 +14,14 @@ FocusScope {
         header.search();
     }
 
+    // What the list itself does not take: there is nothing above its current row.
+    Keys.onUpPressed: event => {
+        event.accepted = Library.isSearching && list.activeFocus;
+        if (event.accepted) {
+            header.comeBack();
+        }
+    }
+
     Rectangle {
         anchors.fill: parent
         color: Theme.Palette.paper
@@ -23,6 +31,12 @@ FocusScope {
         id: header
 
         width: parent.width
+
+        onLeftForList: {
+            if ((list.item as ListScope)?.isEmpty === false) {
+                list.forceActiveFocus(Qt.TabFocusReason);
+            }
+        }
     }
 
     LoadProblem {
@@ -33,6 +47,8 @@ FocusScope {
     }
 
     Loader {
+        id: list
+
         active: column.isWhole
         anchors.bottom: parent.bottom
         anchors.left: parent.left
@@ -40,5 +56,10 @@ FocusScope {
         anchors.top: problem.bottom
         focus: true
         source: Library.isSearching ? "SearchResultsList.qml" : Library.section === Library.Todos ? "TodoList.qml" : Library.section === Library.Cards ? "DeckList.qml" : "NoteList.qml"
+
+        // The list is where Escape leads to.
+        Keys.onEscapePressed: {
+        }
+        onLoaded: item.focus = true
     }
 }

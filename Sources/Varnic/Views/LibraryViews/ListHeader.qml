@@ -3,7 +3,17 @@ import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// The toolbar of the list: the menu, a title, a new note, and the search.
-Item {
+FocusScope {
+    id: header
+
+    /// The keyboard goes on from the search into the list.
+    signal leftForList
+
+    /// Moves the keyboard back to the search.
+    function comeBack() {
+        field.forceActiveFocus(Qt.BacktabFocusReason);
+    }
+
     /// Moves the keyboard to the search.
     function search() {
         field.forceActiveFocus(Qt.ShortcutFocusReason);
@@ -21,8 +31,7 @@ Item {
         anchors.topMargin: 9
     }
 
-    Text {
-        Accessible.role: Accessible.Heading
+    Theme.Heading {
         anchors.left: menu.right
         anchors.leftMargin: 4
         anchors.right: note.left
@@ -58,6 +67,7 @@ Item {
         placeholderText: "Search notes and calls"
         text: Library.query
 
+        Keys.onDownPressed: header.leftForList()
         onTextChanged: Library.query = text
     }
 

@@ -50,7 +50,7 @@ QVariant MainMenu::data(const QModelIndex& index, int role) const {
     case caption:
         return QString::fromStdString(row.entry.text());
     case shortcut:
-        return keys;
+        return row.entry.isPagesShortcut ? QString() : keys;
     case shortcutText:
         return QKeySequence(keys, QKeySequence::PortableText).toString(QKeySequence::NativeText);
     case isEnabled:

@@ -21,7 +21,7 @@ class MainMenu : public QAbstractListModel {
 public:
     enum Role {
         caption = Qt::UserRole,
-        /// As Shortcut.sequence takes it; may be empty.
+        /// As Shortcut.sequence takes it; empty where the window has none to listen to.
         shortcut,
         /// As the user reads it.
         shortcutText,

@@ -23,6 +23,7 @@ Theme.IconButton {
         sourceComponent: Theme.PaperMenu {
             id: entries
 
+            title: button.help
             width: 280
 
             Instantiator {

@@ -17,6 +17,8 @@ Theme.PaperMenuItem {
     required property string menuTitle
     required property string shortcutText
 
+    // No state of an entry says that it is off, or could be on.
+    Accessible.description: isCheckable ? (isChecked ? "On" : "Off") : menuTitle !== "" ? shortcutText + " (" + menuTitle + ")" : shortcutText
     checkable: isCheckable
     checked: isChecked
     enabled: isEnabled

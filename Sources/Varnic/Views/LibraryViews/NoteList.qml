@@ -4,9 +4,10 @@ import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// The notes of the section.
-FocusScope {
+ListScope {
     id: notes
 
+    isEmpty: rows.count === 0
     objectName: "noteList"
 
     function showMenu(row: NoteRow, x: real, y: real) {

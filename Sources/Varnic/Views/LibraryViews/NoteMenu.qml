@@ -6,6 +6,8 @@ import Varnic.Theme as Theme
 Theme.PaperMenu {
     id: menu
 
+    title: "Note"
+
     /// Opens at a place of a row that shows a note.
     function show(row: NoteRow, x: real, y: real) {
         if (row && !row.isLive) {

@@ -34,13 +34,15 @@ Item {
 
     Accessible.focusable: true
     Accessible.focused: isCurrent && isFocused
-    Accessible.name: spoken
+    Accessible.name: isLive ? "Recording now" : spoken
     Accessible.role: Accessible.ListItem
     Accessible.selectable: true
     Accessible.selected: isCurrent
     implicitHeight: (isLive ? live.height : content.implicitHeight) + 12
 
     Accessible.onPressAction: choose()
+    ListView.onPooled: visible = false
+    ListView.onReused: visible = true
 
     ListGround {
         anchors.fill: parent
@@ -143,18 +145,21 @@ Item {
             visible: row.length !== "" || row.cards !== ""
 
             Theme.Chip {
+                Accessible.ignored: true
                 symbol: "phone.arrow.down.left"
                 text: row.length
                 visible: text !== ""
             }
 
             Theme.Chip {
+                Accessible.ignored: true
                 symbol: "checkmark.square"
                 text: row.todos
                 visible: text !== ""
             }
 
             Theme.Chip {
+                Accessible.ignored: true
                 symbol: "rectangle.on.rectangle.angled"
                 text: row.cards
                 visible: text !== ""

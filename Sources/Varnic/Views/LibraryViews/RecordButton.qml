@@ -6,10 +6,6 @@ import Varnic.Theme as Theme
 Theme.PlainButton {
     id: button
 
-    readonly property font digits: Theme.Typo.uiStrong
-    /// As wide as the widest text, so that nothing moves when a recording starts or its time grows.
-    readonly property real textWidth: Math.ceil(Math.max(idle.width, busy.width))
-
     Accessible.name: RecordAction.accessibleName
     enabled: RecordAction.isEnabled
     help: RecordAction.help
@@ -25,37 +21,52 @@ Theme.PlainButton {
             anchors.centerIn: parent
             spacing: 8
 
-            Theme.Symbol {
+            Item {
                 anchors.verticalCenter: parent.verticalCenter
-                color: "white"
-                name: RecordAction.isBusy ? "stop.fill" : "record.circle"
-                size: RecordAction.isBusy ? 10 : 13
-                weight: Font.DemiBold
+                height: width
+                width: 17
+
+                Theme.Symbol {
+                    anchors.centerIn: parent
+                    color: "white"
+                    name: RecordAction.isBusy ? "stop.fill" : "record.circle"
+                    size: RecordAction.isBusy ? 10 : 13
+                    weight: Font.DemiBold
+                }
             }
 
-            Text {
+            // As wide as the widest text, so that nothing moves when a recording starts or its time grows.
+            Item {
                 anchors.verticalCenter: parent.verticalCenter
-                color: "white"
-                font: button.digits
-                text: RecordAction.isBusy ? RecordAction.stopText : "Record Call"
-                width: button.textWidth
+                height: text.implicitHeight
+                width: Math.max(idle.implicitWidth, hour.implicitWidth)
+
+                Theme.TabularText {
+                    id: idle
+
+                    font: Theme.Typo.uiStrong
+                    opacity: 0
+                    text: "Record Call"
+                }
+
+                Theme.TabularText {
+                    id: hour
+
+                    font: Theme.Typo.uiStrong
+                    opacity: 0
+                    text: "Stop · 0:00:00"
+                }
+
+                Theme.TabularText {
+                    id: text
+
+                    color: "white"
+                    font: Theme.Typo.uiStrong
+                    text: RecordAction.isBusy ? RecordAction.stopText : idle.text
+                }
             }
         }
     }
 
     onClicked: RecordAction.toggle()
-
-    TextMetrics {
-        id: idle
-
-        font: button.digits
-        text: "Record Call"
-    }
-
-    TextMetrics {
-        id: busy
-
-        font: button.digits
-        text: "Stop · 00:00"
-    }
 }

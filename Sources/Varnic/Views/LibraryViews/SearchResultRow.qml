@@ -30,6 +30,8 @@ Item {
     implicitHeight: words.implicitHeight + (isHeader ? 14 : 8)
 
     Accessible.onPressAction: choose()
+    ListView.onPooled: visible = false
+    ListView.onReused: visible = true
 
     ListGround {
         anchors.fill: parent

@@ -4,8 +4,10 @@ import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// What the search found, under the titles of the notes.
-FocusScope {
+ListScope {
+    isEmpty: rows.count === 0
     objectName: "searchResults"
+
     ListView {
         id: list
 
@@ -37,6 +39,7 @@ FocusScope {
         Keys.onEscapePressed: Library.query = ""
         Keys.onReturnPressed: (currentItem as SearchResultRow)?.choose()
         Keys.onSpacePressed: (currentItem as SearchResultRow)?.choose()
+        onActiveFocusChanged: currentIndex = Math.max(0, currentIndex)
     }
 
     EmptyMessage {

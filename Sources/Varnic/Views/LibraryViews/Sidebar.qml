@@ -14,7 +14,7 @@ Rectangle {
         anchors.left: parent.left
         anchors.leftMargin: Theme.Space.l
         anchors.top: parent.top
-        anchors.topMargin: Theme.Space.m
+        anchors.topMargin: Theme.Space.s
         height: 28
         spacing: Theme.Space.s
 
@@ -25,11 +25,11 @@ Rectangle {
             size: 20
         }
 
-        Text {
-            Accessible.role: Accessible.Heading
+        Theme.Heading {
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.Palette.ink
             font: Theme.Typo.system(17, Font.DemiBold)
+            level: 1
             text: "Varnic"
         }
     }
@@ -54,7 +54,7 @@ Rectangle {
         anchors.topMargin: Theme.Space.m
     }
 
-    Text {
+    Theme.Label {
         id: privacy
 
         anchors.bottom: parent.bottom

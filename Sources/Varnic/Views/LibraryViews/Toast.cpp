@@ -10,27 +10,37 @@ Toast* Toast::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
 }
 
 Toast::Toast(AppModel& model, QObject* parent) : QObject(parent), model_(model) {
-    watcher_ = model.toast.addNotifier([this] { Q_EMIT changed(); });
+    watcher_ = model.toast.addNotifier([this] {
+        take();
+        Q_EMIT changed();
+    });
+    take();
+}
+
+void Toast::take() {
+    if (shows()) {
+        last_ = model_.toast.value();
+    }
 }
 
 QString Toast::toastId() const {
-    return shows() ? QString::fromStdString(model_.toast.value()->id.text()) : QString();
+    return last_ ? QString::fromStdString(last_->id.text()) : QString();
 }
 
 QString Toast::text() const {
-    return shows() ? QString::fromStdString(Wording::shown(model_.toast.value()->text)) : QString();
+    return last_ ? QString::fromStdString(Wording::shown(last_->text)) : QString();
 }
 
 QString Toast::symbol() const {
-    return shows() ? QString::fromStdString(model_.toast.value()->symbol) : QString();
+    return last_ ? QString::fromStdString(last_->symbol) : QString();
 }
 
 bool Toast::undoable() const {
-    return shows() && model_.toast.value()->undo;
+    return last_ && last_->undo;
 }
 
 void Toast::undo() const {
-    if (undoable()) {
+    if (shows() && undoable()) {
         // A copy, since undoing may show another notice.
         const auto undo = model_.toast.value()->undo;
         undo();

@@ -8,13 +8,13 @@
 
 namespace varnic {
 
-/// The notice that shows now, if any. Main thread.
+/// The notice that shows now or, while none does, the last one, for it takes a moment to leave the screen. Main thread.
 class Toast : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(bool shows READ shows NOTIFY changed)
-    /// Different for each notice.
+    /// Different for each notice; empty before the first.
     Q_PROPERTY(QString toastId READ toastId NOTIFY changed)
     Q_PROPERTY(QString text READ text NOTIFY changed)
     Q_PROPERTY(QString symbol READ symbol NOTIFY changed)
@@ -32,6 +32,7 @@ public:
     [[nodiscard]] QString symbol() const;
     [[nodiscard]] bool undoable() const;
 
+    /// Nothing for a notice that is leaving.
     Q_INVOKABLE void undo() const;
 
     Q_INVOKABLE void dismiss() { model_.toast = std::nullopt; }
@@ -40,7 +41,10 @@ Q_SIGNALS:
     void changed();
 
 private:
+    void take();
+
     AppModel& model_;
+    std::optional<ToastMessage> last_;
     QPropertyNotifier watcher_;
 };
 

@@ -6,59 +6,67 @@ import Varnic.Theme as Theme
 Item {
     id: place
 
+    /// How wide a notice may become before its text wraps.
+    required property real maximumWidth
+
     implicitHeight: notice.height
     implicitWidth: notice.width
 
     Loader {
         id: notice
 
-        active: Toast.shows
+        active: Toast.toastId !== ""
         anchors.horizontalCenter: parent.horizontalCenter
 
         sourceComponent: Item {
-            id: rising
+            id: moving
 
-            property string shownId: Toast.toastId
+            readonly property string shownId: Toast.toastId
+            readonly property bool shows: Toast.shows
 
             implicitHeight: view.implicitHeight
             implicitWidth: view.implicitWidth
 
-            onShownIdChanged: entrance.restart()
+            onShownIdChanged: {
+                exit.stop();
+                entrance.restart();
+            }
+            onShowsChanged: {
+                if (!shows) {
+                    entrance.stop();
+                    exit.restart();
+                }
+            }
 
             Theme.ToastView {
                 id: view
 
+                enabled: moving.shows
+                maximumWidth: place.maximumWidth
                 objectName: "toast"
-
+                opacity: 0
                 symbol: Toast.symbol
                 text: Toast.text
                 undoable: Toast.undoable
+                visible: moving.shows || opacity > 0
 
                 onDismissed: Toast.dismiss()
                 onUndone: Toast.undo()
             }
 
-            ParallelAnimation {
+            ToastMotion {
                 id: entrance
 
+                isShown: true
                 running: true
+                target: view
+            }
 
-                NumberAnimation {
-                    duration: Theme.Motion.snappy
-                    easing.type: Theme.Motion.easing
-                    from: 40
-                    property: "y"
-                    target: view
-                    to: 0
-                }
+            ToastMotion {
+                id: exit
 
-                NumberAnimation {
-                    duration: Theme.Motion.snappy
-                    from: 0
-                    property: "opacity"
-                    target: view
-                    to: 1
-                }
+                isShown: false
+                target: view
             }
         }
     }

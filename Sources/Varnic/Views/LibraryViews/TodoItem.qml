@@ -2,7 +2,7 @@ import QtQuick
 import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
-/// A to-do with its box, or the note that the ones below it stand in.
+/// A to-do with its box, or the button of the note that the ones below it stand in.
 Item {
     id: row
 
@@ -31,9 +31,10 @@ Item {
     Accessible.description: due
     Accessible.focusable: true
     Accessible.focused: isCurrent && isFocused
+    Accessible.ignored: isHeader
     Accessible.name: text
     Accessible.role: Accessible.ListItem
-    implicitHeight: content.implicitHeight + (isHeader ? 16 : 8)
+    implicitHeight: isHeader ? header.implicitHeight + 8 : content.implicitHeight + 8
 
     Accessible.onPressAction: choose()
 
@@ -42,11 +43,28 @@ Item {
         isCurrent: row.isCurrent && row.isFocused
         isFocused: row.isFocused
         isHovered: hover.hovered
+        visible: !row.isHeader
+    }
+
+    Loader {
+        id: header
+
+        active: row.isHeader
+        anchors.bottom: parent.bottom
+        width: parent.width
+
+        sourceComponent: TodoHeader {
+            isCurrent: row.isCurrent && row.isFocused
+            text: row.text
+
+            onClicked: row.choose()
+        }
     }
 
     Theme.PlainButton {
         id: box
 
+        Accessible.description: row.text
         Accessible.name: "Mark done"
         anchors.left: parent.left
         anchors.leftMargin: 6
@@ -56,6 +74,7 @@ Item {
         focusPolicy: Qt.NoFocus
         implicitHeight: 24
         implicitWidth: 24
+        isSwitch: true
         visible: !row.isHeader
 
         contentItem: Item {
@@ -76,20 +95,20 @@ Item {
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 4
         anchors.left: parent.left
-        anchors.leftMargin: row.isHeader ? 10 : 34
+        anchors.leftMargin: 34
         anchors.right: parent.right
         anchors.rightMargin: 10
         spacing: 3
+        visible: !row.isHeader
 
         Text {
             Accessible.ignored: true
-            color: row.isHeader ? Theme.Palette.inkSoft : Theme.Palette.ink
-            elide: row.isHeader ? Text.ElideRight : Text.ElideNone
-            font: row.isHeader ? Theme.Typo.captionStrong : Theme.Typo.ui
+            color: Theme.Palette.ink
+            font: Theme.Typo.ui
             text: row.text
             textFormat: Text.PlainText
             width: parent.width
-            wrapMode: row.isHeader ? Text.NoWrap : Text.Wrap
+            wrapMode: Text.Wrap
         }
 
         Theme.FlowLayout {
@@ -116,6 +135,8 @@ Item {
     }
 
     TapHandler {
+        enabled: !row.isHeader
+
         onTapped: row.choose()
     }
 }

@@ -4,8 +4,10 @@ import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// The open to-dos of all notes.
-FocusScope {
+ListScope {
+    isEmpty: rows.count === 0
     objectName: "todoList"
+
     ListView {
         id: list
 
@@ -32,6 +34,7 @@ FocusScope {
             id: rows
         }
 
+        Keys.onEnterPressed: (currentItem as TodoItem)?.choose()
         Keys.onReturnPressed: (currentItem as TodoItem)?.choose()
         Keys.onSpacePressed: (currentItem as TodoItem)?.markDone()
     }

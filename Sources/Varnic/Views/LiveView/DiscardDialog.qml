@@ -15,16 +15,16 @@ Theme.Sheet {
         spacing: Theme.Space.m
         width: parent.width
 
-        Text {
-            Accessible.role: Accessible.Heading
+        Theme.Heading {
             Layout.fillWidth: true
             color: Theme.Palette.ink
             font: Theme.Typo.subheading
+            level: 1
             text: dialog.name
             wrapMode: Text.Wrap
         }
 
-        Text {
+        Theme.Label {
             Layout.fillWidth: true
             color: Theme.Palette.inkSoft
             font: Theme.Typo.ui

@@ -60,7 +60,7 @@ GridLayout {
             }
         }
 
-        Text {
+        Theme.Label {
             Layout.fillWidth: true
             color: Theme.Palette.inkSoft
             elide: Text.ElideRight

@@ -81,7 +81,7 @@ Item {
         visible: LiveCall.transcript.count === 0
         width: Math.min(parent.width, 760) - 2 * Theme.Space.xl
 
-        Text {
+        Theme.Label {
             color: Theme.Palette.inkSoft
             font: Theme.Typo.heading
             text: LiveCall.placeholderTitle
@@ -89,7 +89,7 @@ Item {
             wrapMode: Text.Wrap
         }
 
-        Text {
+        Theme.Label {
             color: Theme.Palette.inkFaint
             font: Theme.Typo.body
             text: LiveCall.placeholder

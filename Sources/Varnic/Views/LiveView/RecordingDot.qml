@@ -12,7 +12,7 @@ Item {
     readonly property real pulse: Theme.Appearance.reduceMotion ? 0 : LiveCall.pulse
 
     Accessible.name: "Recording"
-    Accessible.role: Accessible.Indicator
+    Accessible.role: Accessible.Graphic
     implicitHeight: size
     implicitWidth: size
 

@@ -3,6 +3,7 @@ import Varnic.Theme as Theme
 
 /// Text to be read and copied, not changed.
 TextEdit {
+    Accessible.ignored: text === ""
     Accessible.name: text
     Accessible.readOnly: true
     Accessible.role: Accessible.StaticText

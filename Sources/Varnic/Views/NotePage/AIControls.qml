@@ -26,11 +26,14 @@ Column {
                 size: 10
             }
 
-            Text {
+            Theme.Label {
                 anchors.verticalCenter: parent.verticalCenter
                 color: Theme.Palette.inkSoft
+                elide: Text.ElideRight
                 font: Theme.Typo.caption
                 text: controls.summary.credit
+                textFormat: Text.PlainText
+                width: Math.min(implicitWidth, controls.width - 20)
             }
         }
 
@@ -51,8 +54,11 @@ Column {
                 Accessible.ignored: true
                 anchors.verticalCenter: parent.verticalCenter
                 color: Theme.Palette.inkSoft
+                elide: Text.ElideRight
                 font: Theme.Typo.ui
                 text: controls.summary.asking
+                textFormat: Text.PlainText
+                width: Math.min(implicitWidth, controls.width - 30)
             }
         }
 
@@ -63,6 +69,7 @@ Column {
             symbol: "sparkles"
             text: controls.summary.askTitle
             visible: controls.summary.asking === ""
+            width: Math.min(implicitWidth, controls.width)
 
             onClicked: controls.summary.summarise()
         }
@@ -76,7 +83,7 @@ Column {
         }
     }
 
-    Text {
+    Theme.Label {
         color: Theme.Palette.inkFaint
         font: Theme.Typo.caption
         text: controls.summary.privacy

@@ -17,13 +17,19 @@ ColumnLayout {
     RowLayout {
         spacing: Theme.Space.m
 
+        // In a narrow window the names give way.
         Theme.SpeakerTag {
-            Layout.maximumWidth: 160
+            Layout.fillWidth: true
+            Layout.maximumWidth: Math.min(implicitWidth, 160)
+            Layout.minimumWidth: Math.min(implicitWidth, 40)
             name: meta.note.yourName
             you: true
         }
 
         NameField {
+            Layout.fillWidth: true
+            Layout.maximumWidth: implicitWidth
+            Layout.minimumWidth: 110
             note: meta.note
         }
 
@@ -45,9 +51,14 @@ ColumnLayout {
             player: meta.player
         }
 
+        SpeedButton {
+            player: meta.player
+        }
+
         InkTimeline {
             Layout.fillWidth: true
             call: meta.note.ink
+            objectName: "timeline"
             position: meta.player.time
             seekable: meta.player.available
 
@@ -60,8 +71,18 @@ ColumnLayout {
             Layout.preferredWidth: 44
             color: Theme.Palette.inkSoft
             font: Theme.Typo.stamp
+            objectName: "stamp"
             horizontalAlignment: Text.AlignRight
             text: meta.player.stamp
+
+            HoverHandler {
+                id: hover
+            }
+
+            Theme.HelpTip {
+                text: "Ten seconds back or on (Alt+Left, Alt+Right)"
+                visible: hover.hovered && meta.player.available
+            }
         }
     }
 }

@@ -7,12 +7,27 @@
 
 #include <QPointer>
 #include <QQmlEngine>
+#include <QSettings>
 
+#include <algorithm>
+#include <array>
 #include <chrono>
+#include <iterator>
 
 namespace varnic {
 
 using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::array allSpeeds{0.75, 1.0, 1.25, 1.5, 1.75, 2.0};
+constexpr const char* speedKey = "window/playbackSpeed";
+
+QString written(double speed) {
+    return QString::number(speed) + "×";
+}
+
+} // namespace
 
 CallPlayer::CallPlayer(QObject* parent)
     : QObject(parent), player_([self = QPointer(this), loop = &LoopExecutor::main()](TrackPlayer::Event event) {
@@ -24,6 +39,44 @@ CallPlayer::CallPlayer(QObject* parent)
       }) {
     tick_.setInterval(100ms);
     connect(&tick_, &QTimer::timeout, this, &CallPlayer::follow);
+}
+
+void CallPlayer::componentComplete() {
+    if (const QSettings* const store = settings()) {
+        const double stored = store->value(speedKey).toDouble();
+        player_.setSpeed(std::ranges::find(allSpeeds, stored) == allSpeeds.end() ? 1 : stored);
+        Q_EMIT speedChanged();
+    }
+}
+
+QSettings* CallPlayer::settings() const {
+    const QQmlEngine* const engine = qmlEngine(this);
+    return engine != nullptr ? &ViewContext::of(*engine).model.settings.store() : nullptr;
+}
+
+int CallPlayer::speedIndex() const {
+    return static_cast<int>(std::ranges::find(allSpeeds, player_.speed()) - allSpeeds.begin());
+}
+
+void CallPlayer::setSpeedIndex(int index) {
+    const double speed = allSpeeds.at(static_cast<std::size_t>(index));
+    if (speed != player_.speed()) {
+        player_.setSpeed(speed);
+        if (QSettings* const store = settings()) {
+            store->setValue(speedKey, speed);
+        }
+        Q_EMIT speedChanged();
+    }
+}
+
+QString CallPlayer::speedText() const {
+    return written(player_.speed());
+}
+
+QStringList CallPlayer::speeds() {
+    QStringList texts;
+    std::ranges::transform(allSpeeds, std::back_inserter(texts), written);
+    return texts;
 }
 
 void CallPlayer::setTracks(const QList<QUrl>& tracks) {
@@ -56,6 +109,10 @@ void CallPlayer::seek(double seconds, bool play) {
         player_.play();
     }
     follow();
+}
+
+void CallPlayer::skip(double seconds) {
+    seek(std::clamp(time_ + seconds, 0.0, player_.duration()), false);
 }
 
 void CallPlayer::toggle() {

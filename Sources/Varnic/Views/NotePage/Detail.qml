@@ -53,7 +53,7 @@ FocusScope {
             size: 44
         }
 
-        Text {
+        Theme.Label {
             anchors.horizontalCenter: parent.horizontalCenter
             color: Theme.Palette.inkSoft
             font: Theme.Typo.subheading

@@ -27,9 +27,7 @@ Theme.Card {
                 size: 15
             }
 
-            Text {
-                Accessible.name: text
-                Accessible.role: Accessible.Heading
+            Theme.Heading {
                 Layout.fillWidth: true
                 color: Theme.Palette.ink
                 elide: Text.ElideRight
@@ -38,7 +36,7 @@ Theme.Card {
             }
 
             EmailActions {
-                labelled: card.availableWidth > 480
+                labelled: card.availableWidth > 420
                 note: card.note
             }
 
@@ -78,6 +76,7 @@ Theme.Card {
                     width: parent.width
 
                     onEdited: text => card.note.emailSubject = text
+                    onReturned: goOn()
                 }
 
                 Rectangle {

@@ -11,6 +11,8 @@ Theme.PaperMenu {
 
     required property NoteModel note
 
+    title: "Export"
+
     Instantiator {
         model: exports.note.exportTitles
 

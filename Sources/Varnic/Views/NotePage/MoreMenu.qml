@@ -8,6 +8,8 @@ Theme.PaperMenu {
 
     required property NoteModel note
 
+    title: "More"
+
     Theme.PaperMenuItem {
         text: menu.note.pinned ? "Unpin" : "Pin to Top"
 

@@ -2,7 +2,7 @@ import QtQuick
 import Varnic.Note
 import Varnic.Theme as Theme
 
-/// The other party's name, to be filled in.
+/// The other party's name, to be filled in. One that is too long shows its beginning unless it is typed in.
 Rectangle {
     id: capsule
 
@@ -12,7 +12,7 @@ Rectangle {
     border.width: 1
     color: Theme.Palette.themWash
     implicitHeight: input.implicitHeight + 4
-    implicitWidth: input.x + input.width + 7
+    implicitWidth: input.x + note.nameFieldWidth + 7
     radius: height / 2
 
     HoverHandler {
@@ -51,9 +51,13 @@ Rectangle {
         selectedTextColor: Theme.Palette.them
         selectionColor: Theme.Palette.themWash
         text: capsule.note.themName
-        width: capsule.note.nameFieldWidth
+        width: capsule.width - x - 7
         x: 17
 
+        onActiveFocusChanged: if (!activeFocus)
+            cursorPosition = 0
+        onTextChanged: if (!activeFocus)
+            cursorPosition = 0
         onAccepted: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
         onTextEdited: capsule.note.themName = text
 

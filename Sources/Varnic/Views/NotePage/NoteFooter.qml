@@ -14,7 +14,7 @@ Flow {
     Repeater {
         model: footer.note.footer
 
-        Text {
+        Theme.Label {
             required property string modelData
 
             color: Theme.Palette.inkFaint

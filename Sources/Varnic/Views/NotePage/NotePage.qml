@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Templates as T
+import Varnic.BlockEditor
 import Varnic.Note
 import Varnic.NotePage
 import Varnic.Theme as Theme
@@ -12,6 +12,14 @@ FocusScope {
     id: page
 
     required property string noteId
+
+    Keys.onPressed: event => keys.take(event)
+
+    Theme.ScrollKeys {
+        id: keys
+
+        page: editor.sheet
+    }
 
     NoteModel {
         id: theNote
@@ -40,63 +48,66 @@ FocusScope {
         note: theNote
     }
 
-    Flickable {
-        id: sheet
+    BlockEditor {
+        id: editor
 
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: panel.left
         anchors.top: toolbar.bottom
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
-        contentHeight: content.implicitHeight + Theme.Space.l + 80
-        contentWidth: width
+        focus: true
+        note: theNote
 
-        T.ScrollBar.vertical: Theme.ThinScrollBar {
+        footer: NoteFooter {
+            bottomPadding: 80
+            note: theNote
         }
+        header: Item {
+            implicitHeight: content.y + content.implicitHeight + (theNote.isCall ? Theme.Space.s : 0)
+            width: editor.width
 
-        Column {
-            id: content
-
-            width: Math.min(Theme.PageWidth.max, sheet.width - 2 * Theme.Space.xxl)
-            x: (sheet.width - width) / 2
-            y: Theme.Space.l
-
-            Repeater {
-                model: theNote.isCall ? 1 : 0
-
-                CallHeader {
-                    note: theNote
-                    width: content.width
+            Connections {
+                function onLeftAtTop() {
+                    titleField.forceActiveFocus(Qt.BacktabFocusReason);
                 }
+
+                target: editor
             }
 
-            TitleField {
-                bottomPadding: theNote.isCall ? Theme.Space.m : Theme.Space.l
-                focus: true
-                note: theNote
-                width: parent.width
-            }
+            Column {
+                id: content
 
-            Repeater {
-                model: theNote.isCall ? 1 : 0
+                width: editor.columnWidth
+                x: (parent.width - width) / 2
+                y: Theme.Space.l
 
-                CallSection {
-                    note: theNote
-                    player: thePlayer
-                    width: content.width
+                Repeater {
+                    model: theNote.isCall ? 1 : 0
+
+                    CallHeader {
+                        note: theNote
+                        width: content.width
+                    }
                 }
-            }
 
-            BlockList {
-                note: theNote
-                topPadding: theNote.isCall ? Theme.Space.s : 0
-                width: parent.width
-            }
+                TitleField {
+                    id: titleField
 
-            NoteFooter {
-                note: theNote
-                width: parent.width
+                    bottomPadding: theNote.isCall ? Theme.Space.m : Theme.Space.l
+                    focus: true
+                    note: theNote
+                    width: parent.width
+                }
+
+                Repeater {
+                    model: theNote.isCall ? 1 : 0
+
+                    CallSection {
+                        note: theNote
+                        player: thePlayer
+                        width: content.width
+                    }
+                }
             }
         }
     }
@@ -104,14 +115,17 @@ FocusScope {
     TranscriptPanel {
         id: panel
 
+        /// How much of it is in, 0 to 1. Only this is animated, so that it does not lag behind the window's edge.
+        property real part: theNote.transcriptShown ? 1 : 0
+
         anchors.bottom: parent.bottom
         anchors.top: parent.top
         note: theNote
         player: thePlayer
         width: Math.min(330, page.width * 0.6)
-        x: theNote.transcriptShown ? page.width - width : page.width
+        x: page.width - width * part
 
-        Behavior on x  {
+        Behavior on part  {
             enabled: panel.isPlaced
 
             NumberAnimation {

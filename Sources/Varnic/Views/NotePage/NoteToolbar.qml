@@ -1,36 +1,41 @@
 import QtQuick
 import Varnic.Note
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
 /// What can be done with the open note.
 Item {
     id: toolbar
 
+    /// Whether the buttons have room for their labels.
+    readonly property bool labelled: exporter.labelledWidth + more.labelledWidth + (note.isCall ? transcript.labelledWidth + buttons.spacing : 0) + buttons.spacing + 2 * Theme.Space.m <= width
     required property NoteModel note
 
     implicitHeight: 44
 
     Shortcut {
         enabled: toolbar.note.isCall
-        sequence: "Ctrl+Alt+T"
+        sequence: "Alt+T"
 
         onActivated: toolbar.note.transcriptShown = !toolbar.note.transcriptShown
     }
 
     Row {
+        id: buttons
+
         anchors.right: parent.right
         anchors.rightMargin: Theme.Space.m
         anchors.verticalCenter: parent.verticalCenter
         spacing: 2
 
-        Theme.IconButton {
+        ToolbarButton {
             id: exporter
 
-            Accessible.name: "Export"
-            objectName: "export"
             help: "Export as Markdown, PDF, RTF or Word"
-            size: 32
+            labelled: toolbar.labelled
+            objectName: "export"
             symbol: "square.and.arrow.up"
+            text: "Export"
 
             onClicked: exportMenu.popup(exporter, exporter.width - exportMenu.width, exporter.height + 4)
 
@@ -41,26 +46,29 @@ Item {
             }
         }
 
-        Theme.IconButton {
-            Accessible.checkable: true
-            Accessible.checked: toolbar.note.transcriptShown
-            Accessible.name: "Transcript"
-            help: "Show or hide the transcript (Ctrl+Alt+T)"
+        ToolbarButton {
+            id: transcript
+
+            help: "Show or hide the transcript (Alt+T)"
+            isOn: toolbar.note.transcriptShown
+            isSwitch: true
+            labelled: toolbar.labelled
             objectName: "transcriptButton"
-            size: 32
             symbol: "sidebar.right"
+            text: "Transcript"
             visible: toolbar.note.isCall
 
             onClicked: toolbar.note.transcriptShown = !toolbar.note.transcriptShown
         }
 
-        Theme.IconButton {
+        ToolbarButton {
             id: more
 
-            Accessible.name: "More"
             help: "More"
-            size: 32
+            labelled: toolbar.labelled
+            objectName: "more"
             symbol: "ellipsis.circle"
+            text: "More"
 
             onClicked: moreMenu.popup(more, more.width - moreMenu.width, more.height + 4)
 

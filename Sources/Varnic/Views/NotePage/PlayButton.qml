@@ -2,7 +2,7 @@ import QtQuick
 import Varnic.NotePage
 import Varnic.Theme as Theme
 
-/// Plays the call or pauses it.
+/// Plays the call or pauses it. Its keys are those that no desktop takes for itself.
 Theme.PlainButton {
     id: button
 
@@ -11,7 +11,7 @@ Theme.PlainButton {
     Accessible.name: player.playing ? "Pause" : "Play"
     corner: 15
     enabled: player.available
-    help: player.available ? "Play the call (Alt+Space)" : "The audio for this call was removed"
+    help: player.available ? "Play the call (Alt+P)" : "The audio for this call was removed"
     implicitHeight: 30
     implicitWidth: 30
 
@@ -28,7 +28,8 @@ Theme.PlainButton {
     contentItem: Item {
         Theme.Symbol {
             anchors.centerIn: parent
-            color: Theme.Palette.paper
+            // On the dark theme's light ink, white would not be seen.
+            color: Theme.Palette.dark ? Theme.Palette.paper : "white"
             name: button.player.playing ? "pause.fill" : "play.fill"
             size: 11
             weight: Font.Bold
@@ -38,8 +39,23 @@ Theme.PlainButton {
     onClicked: player.toggle()
 
     Shortcut {
-        sequence: "Alt+Space"
+        enabled: button.player.available
+        sequence: "Alt+P"
 
         onActivated: button.player.toggle()
+    }
+
+    Shortcut {
+        enabled: button.player.available
+        sequence: "Alt+Left"
+
+        onActivated: button.player.skip(-10)
+    }
+
+    Shortcut {
+        enabled: button.player.available
+        sequence: "Alt+Right"
+
+        onActivated: button.player.skip(10)
     }
 }

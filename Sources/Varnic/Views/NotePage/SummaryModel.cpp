@@ -44,6 +44,10 @@ QString SummaryModel::problem() const {
     return call != nullptr && call->problem && stage().isEmpty() ? shown(*call->problem) : QString();
 }
 
+bool SummaryModel::needsSettings() const {
+    return !problem().isEmpty() && call()->problem->find("Speech Recognition") != std::string::npos;
+}
+
 bool SummaryModel::showsAI() const {
     // Lost audio is no reason not to summarise the rest.
     return call() != nullptr && settings().enabled && stage().isEmpty() && !CallProblem::withoutLoss(call()->problem);
@@ -98,6 +102,10 @@ QString SummaryModel::aiError() const {
     const auto& errors = app_->aiError.value();
     const auto found = errors.find(note_->id());
     return found == errors.end() ? QString() : shown(found->second);
+}
+
+void SummaryModel::openSettings() {
+    app_->desktop.openSettings(SettingsRow::speech);
 }
 
 void SummaryModel::summarise() {

@@ -17,6 +17,8 @@ class SummaryModel : public QObject, public QQmlParserStatus {
     Q_PROPERTY(QString stage READ stage NOTIFY changed)
     /// Why there is no whole transcript or recording; empty while the call is being transcribed.
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
+    /// The problem is one that the settings of speech recognition can mend.
+    Q_PROPERTY(bool needsSettings READ needsSettings NOTIFY changed)
     /// The controls of AI summaries are shown.
     Q_PROPERTY(bool showsAI READ showsAI NOTIFY changed)
     /// Who made the AI digest that is shown; empty where none is.
@@ -40,6 +42,7 @@ public:
 
     [[nodiscard]] QString stage() const;
     [[nodiscard]] QString problem() const;
+    [[nodiscard]] bool needsSettings() const;
     [[nodiscard]] bool showsAI() const;
     [[nodiscard]] QString credit() const;
     [[nodiscard]] QString asking() const;
@@ -50,6 +53,7 @@ public:
     [[nodiscard]] bool staysHere() const;
     [[nodiscard]] QString aiError() const;
 
+    Q_INVOKABLE void openSettings();
     Q_INVOKABLE void summarise();
     Q_INVOKABLE void useLocalSummary();
 

@@ -68,11 +68,25 @@ Column {
         }
     }
 
-    Theme.QuietButton {
-        text: "Transcribe Again"
-        visible: model.problem !== "" && strip.note.canTranscribe
+    Flow {
+        spacing: Theme.Space.s
+        visible: model.problem !== "" && (model.needsSettings || strip.note.canTranscribe)
+        width: parent.width
 
-        onClicked: strip.note.retranscribe()
+        Theme.QuietButton {
+            objectName: "openSettings"
+            text: "Open Settings"
+            visible: model.needsSettings
+
+            onClicked: model.openSettings()
+        }
+
+        Theme.QuietButton {
+            text: "Transcribe Again"
+            visible: strip.note.canTranscribe
+
+            onClicked: strip.note.retranscribe()
+        }
     }
 
     Repeater {

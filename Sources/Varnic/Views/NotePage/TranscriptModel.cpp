@@ -14,10 +14,6 @@ namespace varnic {
 
 namespace {
 
-/// Lines of a speaker no further apart than this, in seconds, are one turn.
-constexpr double turnGap = 2.0;
-/// A turn stays the current one for this long after its end, in seconds.
-constexpr double afterglow = 0.5;
 /// A turn that begins this soon, in seconds, is begun: a seek to its start may end up a sample before it.
 constexpr double tolerance = 0.01;
 
@@ -34,7 +30,7 @@ void TranscriptModel::readTurns() {
     if (const auto& call = note_->note().call; call && note_->app() != nullptr) {
         const std::string yours = note_->name(Speaker::you);
         const std::string theirs = note_->name(Speaker::them);
-        for (Segment& turn : Diarisation::turns(call->segments, turnGap)) {
+        for (Segment& turn : Diarisation::turns(call->segments, Diarisation::turnGap)) {
             turns_.push_back({.row = {.id = turn.id,
                                       .speaker = turn.speaker,
                                       .name = turn.speaker == Speaker::you ? yours : theirs,
@@ -65,7 +61,7 @@ void TranscriptModel::show() {
 }
 
 bool TranscriptModel::playerIsIn(const TurnRow& row) const {
-    return row.start <= time_ && time_ < row.end + afterglow;
+    return row.start <= time_ && time_ < row.end + Diarisation::turnAfterglow;
 }
 
 int TranscriptModel::rowAt(double time) const {

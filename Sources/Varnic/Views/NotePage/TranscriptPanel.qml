@@ -58,7 +58,7 @@ Rectangle {
             text: "Transcript"
         }
 
-        Text {
+        Theme.Label {
             anchors.right: parent.right
             anchors.rightMargin: Theme.Space.l
             anchors.verticalCenter: parent.verticalCenter
@@ -94,7 +94,7 @@ Rectangle {
         width: parent.width
     }
 
-    Text {
+    Theme.Label {
         anchors.left: parent.left
         anchors.margins: Theme.Space.l
         anchors.right: parent.right
@@ -151,11 +151,19 @@ Rectangle {
             }
         }
 
+        Keys.onPressed: event => listKeys.take(event)
         Keys.onEnterPressed: (currentItem as TurnRow)?.chosen()
         Keys.onReturnPressed: (currentItem as TurnRow)?.chosen()
         Keys.onSpacePressed: panel.player.toggle()
         onActiveFocusChanged: if (activeFocus && currentIndex < 0) {
             currentIndex = 0;
+        }
+
+        Theme.ScrollKeys {
+            id: listKeys
+
+            page: list
+            step: 0
         }
 
         NumberAnimation {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BrevinKit/Updater/Updater.h"
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Shell/AppDelegate.h"
 #include "Varnic/Shell/RecordingNotice.h"
@@ -7,10 +8,14 @@
 #include "Varnic/Shell/TerminationSignals.h"
 #include "Varnic/Views/Program/MainWindow.h"
 #include "Varnic/Views/Program/PillPresence.h"
+#include "Varnic/Views/Program/ReadOnlyTextKeys.h"
 #include "Varnic/Views/Program/TrayIcon.h"
+#include "Varnic/Views/SettingsViews/MenuBarWindow.h"
+#include "Varnic/Views/SettingsViews/SettingsWindow.h"
 
 #include <QObject>
 
+#include <memory>
 #include <optional>
 
 namespace varnic {
@@ -34,15 +39,26 @@ private:
     void fillInDesktop();
     void makePill();
     [[nodiscard]] bool isProcessing() const;
+    [[nodiscard]] bool isSettingsVisible() const;
+    [[nodiscard]] QWindow* windowInFront() const;
     void quitIfForsaken();
+    void openSettings(SettingsRow row);
+    void toggleMenuBar(const QRect& icon);
+    brevin::Updater::Host updaterHost();
+    void openUpdateWindow();
 
     AppModel model_;
     AppDelegate delegate_;
+    brevin::Updater updater_;
+    ReadOnlyTextKeys readOnlyTextKeys_;
     MainWindow window_;
     std::optional<TrayIcon> tray_;
     /// One of the two.
     std::optional<PillPresence> pill_;
     std::optional<RecordingNotice> notice_;
+    std::unique_ptr<SettingsWindow> settings_;
+    std::unique_ptr<MenuBarWindow> menuBar_;
+    std::unique_ptr<QQuickWindow> updateWindow_;
     TerminationSignals signals_;
     QPropertyNotifier processingWatcher_;
     QPropertyNotifier importWatcher_;

@@ -4,6 +4,7 @@ import Varnic.Theme as Theme
 
 /// A sheet on the page, with what stands in it.
 T.Pane {
+    Accessible.ignored: true
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     padding: Theme.Space.l

@@ -8,6 +8,7 @@ Rectangle {
     property string symbol
     property string text
 
+    Accessible.ignored: text === ""
     Accessible.name: text
     Accessible.role: Accessible.StaticText
     color: Theme.Palette.wash

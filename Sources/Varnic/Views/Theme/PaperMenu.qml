@@ -38,4 +38,7 @@ T.Menu {
         interactive: contentHeight > height
         model: menu.contentModel
     }
+
+    // The popup around the entries is what assistive programs are told of.
+    onAboutToShow: contentItem.parent.Accessible.name = title
 }

@@ -11,6 +11,9 @@ T.Button {
     property real corner: Theme.Radius.control
     /// What it does, for its tool tip and for assistive programs.
     property string help
+    /// It turns something on and off, as assistive programs are told; whether that is on, its owner knows.
+    property bool isSwitch
+    property bool isOn
     /// A press is the end of the tip, which would lie over what it opens, until the pointer comes anew.
     property bool isAnswered
 
@@ -22,6 +25,7 @@ T.Button {
         clicked();
     }
 
+    Accessible.checked: isOn
     Accessible.description: help === text ? "" : help
     Accessible.onPressAction: activate()
     focusPolicy: Qt.TabFocus

@@ -1,7 +1,7 @@
 import QtQuick
 import Varnic.Theme as Theme
 
-/// A field for what is looked for. Escape and the cross empty it.
+/// A field for what is looked for. Escape and the cross empty it; Escape leaves an empty one.
 PaperTextField {
     id: field
 
@@ -9,7 +9,10 @@ PaperTextField {
     leftPadding: 30
     rightPadding: 28
 
-    Keys.onEscapePressed: clear()
+    Keys.onEscapePressed: event => {
+        event.accepted = text !== "";
+        clear();
+    }
 
     Theme.Symbol {
         anchors.left: parent.left

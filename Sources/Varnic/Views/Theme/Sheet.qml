@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Varnic.Theme as Theme
 
 /// A question above the window, which waits for it.
-T.Popup {
+T.Dialog {
     id: sheet
 
     /// For assistive programs.
@@ -16,14 +16,13 @@ T.Popup {
     modal: true
     padding: Theme.Space.xl
     parent: T.Overlay.overlay
+    title: name
     visible: true
 
     T.Overlay.modal: Rectangle {
         color: Qt.rgba(0, 0, 0, 0.28)
     }
     background: Rectangle {
-        Accessible.name: sheet.name
-        Accessible.role: Accessible.Dialog
         border.color: Theme.Palette.rule
         border.width: 1
         color: Theme.Palette.paper

@@ -8,6 +8,7 @@ Rectangle {
     property string name
     property bool you
 
+    Accessible.ignored: name === ""
     Accessible.name: name
     Accessible.role: Accessible.StaticText
     color: you ? Theme.Palette.youWash : Theme.Palette.themWash

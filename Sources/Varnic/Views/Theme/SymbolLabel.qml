@@ -1,7 +1,7 @@
 import QtQuick
 import Varnic.Theme as Theme
 
-/// A symbol and a text beside it, in the middle of their place; either may be missing.
+/// A symbol and a text beside it, in the middle of their place; either may be missing. A text that has no room is cut.
 Item {
     id: label
 
@@ -13,9 +13,11 @@ Item {
     property real symbolSize: 12
     property int symbolWeight: Font.Medium
     property string text
+    /// What the symbol takes.
+    readonly property real beforeText: symbol === "" ? 0 : sign.width + (text === "" ? 0 : spacing)
 
     implicitHeight: text === "" ? row.implicitHeight : words.implicitHeight
-    implicitWidth: row.implicitWidth
+    implicitWidth: beforeText + (text === "" ? 0 : words.implicitWidth)
 
     Row {
         id: row
@@ -24,6 +26,8 @@ Item {
         spacing: label.spacing
 
         Theme.Symbol {
+            id: sign
+
             anchors.verticalCenter: parent.verticalCenter
             color: label.color
             name: label.symbol
@@ -38,9 +42,11 @@ Item {
             Accessible.ignored: true
             anchors.verticalCenter: parent.verticalCenter
             color: label.color
+            elide: Text.ElideRight
             font: label.font
             text: label.text
             visible: text !== ""
+            width: Math.min(implicitWidth, Math.ceil(label.width - label.beforeText))
         }
     }
 }

@@ -6,6 +6,7 @@ import Varnic.Theme as Theme
 T.ScrollBar {
     id: bar
 
+    Accessible.ignored: true
     implicitWidth: 8
     minimumSize: 0.08
     padding: 1

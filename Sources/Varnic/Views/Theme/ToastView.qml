@@ -6,6 +6,8 @@ import Varnic.Theme as Theme
 Rectangle {
     id: toast
 
+    /// How wide it may become before its text wraps, in points.
+    property real maximumWidth: Infinity
     required property string symbol
     required property string text
     /// Whether the message can be taken back.
@@ -22,7 +24,7 @@ Rectangle {
     color: Theme.Palette.surface
     implicitHeight: row.implicitHeight + 16
     implicitWidth: row.implicitWidth + 28
-    radius: height / 2
+    radius: Math.min(height / 2, 18)
 
     Theme.Shadow {
         height: toast.height + 2 * blur
@@ -39,20 +41,35 @@ Rectangle {
         anchors.centerIn: parent
         spacing: 8
 
-        SymbolLabel {
+        Symbol {
+            id: mark
+
             anchors.verticalCenter: parent.verticalCenter
+            color: Theme.Palette.ink
+            name: toast.symbol
+            size: 11
+            visible: toast.symbol !== ""
+            weight: Font.Bold
+        }
+
+        Text {
+            readonly property real room: toast.maximumWidth - 28 - (toast.symbol !== "" ? mark.width + row.spacing : 0) - (toast.undoable ? undo.width + row.spacing : 0)
+
+            Accessible.ignored: true
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.Palette.ink
             font: Theme.Typo.system(12.5, Font.Medium)
-            spacing: 8
-            symbol: toast.symbol
-            symbolSize: 11
-            symbolWeight: Font.Bold
             text: toast.text
+            textFormat: Text.PlainText
+            width: Math.min(implicitWidth, room)
+            wrapMode: Text.Wrap
         }
 
         PlainButton {
             id: undo
 
             anchors.verticalCenter: parent.verticalCenter
+            objectName: "undo"
             text: "Undo"
             visible: toast.undoable
 
@@ -68,7 +85,7 @@ Rectangle {
             }
 
             Shortcut {
-                enabled: toast.undoable
+                enabled: toast.undoable && toast.enabled
                 sequence: "Ctrl+Z"
 
                 onActivated: undo.clicked()

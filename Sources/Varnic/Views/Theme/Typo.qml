@@ -6,8 +6,11 @@ import QtQuick
 QtObject {
     id: typo
 
-    readonly property string serif: "Vollkorn"
+    /// Vollkorn with lining figures.
+    readonly property string serif: "Varnic Serif"
     readonly property string sans: "Inter"
+    /// Inter with figures of one width.
+    readonly property string figures: "Varnic Figures"
     readonly property string mono: "JetBrains Mono"
 
     readonly property font pageTitle: of(serif, 30, Font.DemiBold)
@@ -18,6 +21,12 @@ QtObject {
             "family": serif,
             "pointSize": 15.5 * 0.75,
             "italic": true
+        })
+    /// Of a to-do that is done.
+    readonly property font bodyDone: Qt.font({
+            "family": serif,
+            "pointSize": 15.5 * 0.75,
+            "strikeout": true
         })
     readonly property font spoken: of(serif, 15, Font.Normal)
     readonly property font liveSpoken: of(serif, 22, Font.Normal)
@@ -39,6 +48,11 @@ QtObject {
     /// A font of the system design at a size of its own.
     function system(size: real, weight: int): font {
         return of(sans, size, weight);
+    }
+
+    /// The same with digits of one width, for what counts on while one looks at it.
+    function tabular(size: real, weight: int): font {
+        return of(figures, size, weight);
     }
 
     function of(family: string, size: real, weight: int): font {

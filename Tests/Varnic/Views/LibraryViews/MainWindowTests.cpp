@@ -3,6 +3,7 @@
 #include "Varnic/Views/LibraryViews/Library.h"
 #include "Varnic/Views/Program/MainWindow.h"
 #include "Varnic/Views/Program/QuitDialog.h"
+#include "Varnic/Views/Theme/Native/AccessibleControl.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -24,7 +25,7 @@ namespace {
 /// The main window on a library of its own.
 class MainWindowTest : public testing::Test {
 protected:
-    void open() {
+    void open(const char* list = "noteList") {
         shell.emplace(*model);
         shell->hooks.quit = [this] { ++quits; };
         shell->notifications().isWindowInFront = [] { return true; };
@@ -33,7 +34,7 @@ protected:
         model.load();
         mainWindow->activate();
         // Lists and page follow the first picture.
-        ASSERT_TRUE(waitUntil([this] { return shown("noteList") != nullptr; }));
+        ASSERT_TRUE(waitUntil([&] { return shown(list) != nullptr; }));
     }
 
     /// All items that show. What a loader holds is no child of an object, but of an item.
@@ -102,6 +103,99 @@ TEST_F(MainWindowTest, search_replaces_any_list_and_gives_it_back) {
         EXPECT_EQ(model->query.value(), "");
         EXPECT_TRUE(waitUntil([this] { return shown("searchResults") == nullptr; }));
     }
+}
+
+TEST_F(MainWindowTest, arrows_go_from_the_search_into_the_results_and_back) {
+    model->newNote("Budget");
+    open();
+    press(Qt::Key_F, Qt::ControlModifier);
+    press(Qt::Key_X);
+    press(Qt::Key_Down); // there is nothing to go to
+    press(Qt::Key_Backspace);
+    press(Qt::Key_B);
+    EXPECT_EQ(model->query.value(), "b");
+    auto* const results = shown("searchResults");
+    ASSERT_NE(results, nullptr);
+    ASSERT_TRUE(waitUntil([&] { return !results->property("isEmpty").toBool(); }));
+    model->selection = std::nullopt;
+    press(Qt::Key_Down);
+    EXPECT_TRUE(results->hasActiveFocus());
+    press(Qt::Key_Down);
+    press(Qt::Key_Up);
+    EXPECT_TRUE(results->hasActiveFocus());
+    press(Qt::Key_Return);
+    EXPECT_EQ(model->selection.value(), model->notes().front().id);
+    press(Qt::Key_Up);
+    press(Qt::Key_U);
+    EXPECT_EQ(model->query.value(), "bu");
+}
+
+TEST_F(MainWindowTest, deck_is_studied_by_keys) {
+    const Uuid id =
+        model->newNote("Capitals", {Block::flashcard("Peru?", "Lima"), Block::flashcard("Cuba?", "Havana")});
+    model->section = LibrarySection::cards;
+    open("deckList");
+    const auto box = [&](std::size_t card) { return model->note(id)->blocks[card].card->box; };
+    shown("deckList")->forceActiveFocus();
+    press(Qt::Key_Space);
+    ASSERT_TRUE(waitUntil([this] { return shown("studyCard") != nullptr; }));
+    press(Qt::Key_2);
+    EXPECT_EQ(box(0), 1);
+    press(Qt::Key_Space);
+    ASSERT_TRUE(waitUntil([this] { return shown("answerFace") != nullptr; }));
+    press(Qt::Key_2);
+    EXPECT_EQ(box(0), 2);
+    // The card turns back with the answer that was graded, not with that of the next card.
+    ASSERT_NE(shown("answerFace"), nullptr);
+    EXPECT_EQ(shown("answerFace")->property("words"), "Lima");
+    ASSERT_TRUE(waitUntil([this] { return shown("answerFace") == nullptr; }));
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(box(0), 1);
+    press(Qt::Key_3);
+    EXPECT_EQ(box(0), 3);
+    press(Qt::Key_Space);
+    press(Qt::Key_3);
+    EXPECT_EQ(box(1), 3);
+    EXPECT_TRUE(waitUntil([this] { return shown("studyCard") == nullptr; }));
+    press(Qt::Key_Escape);
+    EXPECT_EQ(model->studyDeck.value(), std::nullopt);
+}
+
+TEST_F(MainWindowTest, title_over_todos_is_a_button_that_opens_the_note) {
+    const Uuid id = model->newNote("Plan", {Block{.kind = BlockKind::todo, .text = "Write"}});
+    model->newNote("Other");
+    model->section = LibrarySection::todos;
+    open("todoList");
+    const auto items = shownItems();
+    const auto button = std::ranges::find_if(items, [](QQuickItem* item) {
+        QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(item);
+        return told != nullptr && told->role() == QAccessible::Button && item->property("text") == "Plan";
+    });
+    ASSERT_NE(button, items.end());
+    ASSERT_NE(model->selection.value(), id);
+    QAccessible::queryAccessibleInterface(*button)->actionInterface()->doAction(
+        QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(model->selection.value(), id);
+}
+
+/// It takes its words along, but no more orders.
+TEST_F(MainWindowTest, notice_leaves_the_screen_as_it_was) {
+    open();
+    int undone = 0;
+    model->flash({.text = "Deleted “Plan”", .symbol = "trash", .undo = [&undone] { ++undone; }});
+    ASSERT_TRUE(waitUntil([this] { return shown("toast") != nullptr && shown("toast")->opacity() == 1; }));
+    model->toast = std::nullopt;
+    auto* const toast = shown("toast");
+    ASSERT_NE(toast, nullptr);
+    const qreal width = toast->implicitWidth();
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(undone, 0);
+    EXPECT_EQ(toast->property("text"), "Deleted “Plan”");
+    EXPECT_EQ(toast->implicitWidth(), width);
+    EXPECT_TRUE(waitUntil([this] { return shown("toast") == nullptr; }));
+    model->flash({.text = "Saved", .symbol = "checkmark"});
+    EXPECT_TRUE(waitUntil([&] { return shown("toast") == toast && toast->opacity() == 1; }));
+    EXPECT_EQ(toast->property("text"), "Saved");
 }
 
 TEST_F(MainWindowTest, arrows_select_and_delete_deletes) {
@@ -214,6 +308,65 @@ TEST_F(MainWindowTest, every_control_has_a_name) {
             }
         }
     }
+}
+
+/// What assistive programs are told of an item and of all that it lies in.
+QString toldAround(QQuickItem* item) {
+    QString result;
+    for (; item != nullptr; item = item->parentItem()) {
+        if (QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(item)) {
+            result += told->text(QAccessible::Name) + '\n' + told->text(QAccessible::Description) + '\n';
+            // What stands in place of a text that is still to be typed is told by that text's name.
+            if (told->role() == QAccessible::EditableText) {
+                result += item->property("placeholderText").toString() + item->property("placeholder").toString();
+            }
+        }
+    }
+    return result;
+}
+
+TEST_F(MainWindowTest, every_text_that_shows_is_told) {
+    prepareAccessibility();
+    CallRecord call;
+    call.duration = 60;
+    call.segments = {Segment(Speaker::them, 1, 2, "Hello")};
+    call.problem = "Nobody was heard.";
+    const std::vector<Block> blocks = {
+        {.kind = BlockKind::heading, .text = "Aims"},
+        {.kind = BlockKind::todo, .text = "Write", .owner = Speaker::them, .due = "tomorrow"},
+        Block::flashcard("Why?", "Because"),
+        Block::table({{"Who", "When"}, {"Ann", "Monday"}})};
+    const Uuid note = model->newNote("Plan", blocks);
+    open();
+    const auto look = [this](const char* where) {
+        for (QQuickItem* item : shownItems()) {
+            const QString text = item->property("text").toString();
+            // A single character is a mark, such as the "Q" of a question; these two are told in longer words.
+            if (item->inherits("QQuickText") && text.size() > 1 && text != "Add their name" && text != "0% you") {
+                EXPECT_TRUE(toldAround(item).contains(text, Qt::CaseInsensitive))
+                    << where << ": " << text.toStdString();
+            }
+        }
+    };
+    for (const auto section : allLibrarySections) {
+        model->section = section;
+        look("a section");
+    }
+    model->query = "zzz";
+    look("a search");
+    model->query = "";
+    model->update(note, false, [&](Note& changed) { changed.call = call; });
+    look("a call");
+    model->showTranscript = true;
+    look("a transcript");
+    model->showConsent = true;
+    look("the reminder");
+    model->showConsent = false;
+    model->showSetup = true;
+    look("the set-up");
+    model->showSetup = false;
+    model->remove(note);
+    look("a toast");
 }
 
 } // namespace

@@ -1,9 +1,9 @@
-#include "Varnic/AppModel/ScratchModel.h"
-#include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/Note/NoteModel.h"
 #include "Varnic/Views/NotePage/CallPlayer.h"
+#include "Varnic/Views/NotePage/NotePageTest.h"
 #include "Varnic/Views/NotePage/SummaryModel.h"
 #include "Varnic/Views/NotePage/TranscriptModel.h"
+#include "VarnicCore/Audio/AudioMix.h"
 #include "VarnicCore/Models/CallProblem.h"
 
 #include <QQmlEngine>
@@ -21,82 +21,12 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <optional>
 #include <set>
+#include <tuple>
 
 namespace varnic {
 namespace {
-
-/// The first object of that name (any, if empty) in what an item shows. Rows of repeaters and lists have no QObject
-/// parent, so a search by those does not find them.
-template <typename Type>
-Type* within(QQuickItem* item, const QString& name) {
-    for (QObject* own : QObjectList{item} + item->children()) {
-        if (auto* const found = qobject_cast<Type*>(own); found && (name.isEmpty() || found->objectName() == name)) {
-            return found;
-        }
-    }
-    for (QQuickItem* child : item->childItems()) {
-        if (auto* const found = within<Type>(child, name)) {
-            return found;
-        }
-    }
-    return nullptr;
-}
-
-/// A page in a window, on a library of its own.
-class NotePageTest : public testing::Test {
-protected:
-    /// A page that has been left is deleted while there is an application.
-    void TearDown() override { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
-
-    /// Shows what the library has open.
-    void open(Uuid id) {
-        model->selection = id;
-        if (view.source().isEmpty()) {
-            view.engine()->addImportPath("qrc:/qt/qml");
-            ViewContext{.model = *model}.giveTo(*view.engine());
-            view.setResizeMode(QQuickView::SizeRootObjectToView);
-            view.resize(1000, 800);
-            view.setSource(QUrl("qrc:/qt/qml/Varnic/NotePage/Detail.qml"));
-        }
-        view.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
-    }
-
-    Uuid addNote(std::string title, std::vector<Block> blocks = {}) {
-        return model->newNote(std::move(title), std::move(blocks));
-    }
-
-    Uuid addCall(std::vector<Segment> segments) {
-        const Uuid id = addNote("Call");
-        model->update(id, true, [&](Note& note) {
-            note.call = CallRecord();
-            note.call->startedAt = parseDate("2026-03-10T09:30:00Z");
-            note.call->duration = 61;
-            note.call->segments = std::move(segments);
-        });
-        return id;
-    }
-
-    template <typename Type = QObject>
-    Type* find(const char* name) {
-        return within<Type>(view.rootObject(), name);
-    }
-
-    template <typename Type>
-    Type* only() {
-        return find<Type>("");
-    }
-
-    void type(const QString& text) {
-        for (const QChar letter : text) {
-            QTest::keyClick(&view, letter.toLatin1());
-        }
-    }
-
-    ScratchModel model;
-    QQuickView view;
-};
 
 Segment line(Speaker who, double from, double to, const char* words) {
     return {who, from, to, words};
@@ -148,13 +78,20 @@ TEST_F(NotePageTest, lost_sound_hides_no_summary) {
     }
 }
 
-TEST_F(NotePageTest, return_in_the_title_goes_on_and_breaks_no_line) {
-    const Uuid id = addNote("Plan");
+TEST_F(NotePageTest, return_in_the_title_asks_for_the_first_block_and_breaks_no_line) {
+    const Uuid id = addNote("Plan", {Block{.text = "One"}, Block{.text = "Two"}});
+    model->focusBlock = std::nullopt;
     open(id);
     find<QQuickItem>("title")->forceActiveFocus();
     QTest::keyClick(&view, Qt::Key_Return);
     EXPECT_EQ(model->note(id)->title, "Plan");
-    EXPECT_FALSE(find<QQuickItem>("title")->hasActiveFocus());
+    EXPECT_EQ(model->focusBlock.value(), model->note(id)->blocks.front().id);
+    EXPECT_EQ(model->note(id)->blocks.size(), 2U);
+
+    model->update(id, false, [](Note& note) { note.blocks.clear(); });
+    QTest::keyClick(&view, Qt::Key_Return);
+    ASSERT_EQ(model->note(id)->blocks.size(), 1U) << "somewhere to type";
+    EXPECT_EQ(model->focusBlock.value(), model->note(id)->blocks.front().id);
 }
 
 TEST_F(NotePageTest, footer_counts_words) {
@@ -275,6 +212,33 @@ TEST_F(NotePageTest, return_on_a_turn_goes_to_it) {
     EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::isCurrent), QStringList({"false", "true"}));
 }
 
+TEST_F(NotePageTest, keys_page_through_the_transcript) {
+    model->showTranscript = true;
+    std::vector<Segment> lines;
+    for (int i = 0; i < 200; ++i) {
+        lines.push_back(line(i % 2 == 0 ? Speaker::you : Speaker::them, i * 5, i * 5 + 1,
+                             i > 100 ? "A turn of many more words than one line of the panel has room for." : "Yes."));
+    }
+    open(addCall(std::move(lines)));
+    auto* const turns = find<QQuickItem>("turns");
+    turns->forceActiveFocus();
+    const auto seen = [&](int row) {
+        QQuickItem* item = nullptr;
+        QMetaObject::invokeMethod(turns, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, item), Q_ARG(int, row));
+        const qreal y = item == nullptr ? -1 : item->mapToItem(turns, QPointF()).y();
+        return y >= 0 && y + item->height() <= turns->height();
+    };
+    ASSERT_TRUE(seen(0));
+    QTest::keyClick(&view, Qt::Key_PageDown);
+    EXPECT_FALSE(seen(0));
+    QTest::keyClick(&view, Qt::Key_End);
+    EXPECT_TRUE(seen(199));
+    QTest::keyClick(&view, Qt::Key_Home);
+    EXPECT_TRUE(seen(0));
+    QTest::keyClick(&view, Qt::Key_Down);
+    EXPECT_EQ(turns->property("currentIndex"), 1) << "arrow keys choose a turn";
+}
+
 TEST_F(NotePageTest, a_click_on_the_words_of_a_turn_goes_to_it) {
     model->showTranscript = true;
     open(addCall({line(Speaker::you, 3, 4, "One.")}));
@@ -346,13 +310,164 @@ TEST_F(NotePageTest, the_export_menu_is_used_by_keys_alone) {
     EXPECT_EQ(asked, "Plan.pdf");
 }
 
-TEST_F(NotePageTest, ctrl_alt_t_shows_the_transcript_of_a_call) {
+TEST_F(NotePageTest, alt_t_shows_the_transcript_of_a_call) {
     open(addNote("Plan"));
-    QTest::keyClick(&view, Qt::Key_T, Qt::ControlModifier | Qt::AltModifier);
+    QTest::keyClick(&view, Qt::Key_T, Qt::AltModifier);
     EXPECT_FALSE(model->showTranscript.value());
     open(addCall({}));
-    QTest::keyClick(&view, Qt::Key_T, Qt::ControlModifier | Qt::AltModifier);
+    find<QQuickItem>("title")->forceActiveFocus();
+    QTest::keyClick(&view, Qt::Key_T, Qt::AltModifier);
     EXPECT_TRUE(model->showTranscript.value());
+    EXPECT_EQ(only<NoteModel>()->title(), "Call") << "no field takes it";
+}
+
+TEST_F(NotePageTest, a_problem_of_speech_recognition_leads_to_its_settings) {
+    std::optional<SettingsRow> shown;
+    model->desktop.openSettings = [&shown](SettingsRow row) { shown = row; };
+    const Uuid id = addCall({});
+    open(id);
+    for (const auto& [problem, leads] :
+         std::map<std::string, bool>{{"Speech Recognition is turned off for Varnic.", true}, {nobodyHeard, false}}) {
+        model->update(id, true, [&](Note& note) { note.call->problem = problem; });
+        EXPECT_EQ(find<QQuickItem>("openSettings")->isVisible(), leads) << problem;
+    }
+    model->update(id, true, [](Note& note) { note.call->problem = "Speech Recognition is turned off for Varnic."; });
+    find<QQuickItem>("openSettings")->forceActiveFocus();
+    QTest::keyClick(&view, Qt::Key_Space);
+    EXPECT_EQ(shown, SettingsRow::speech);
+    model->processing = {{id, ProcessingStage::transcribing(0)}};
+    EXPECT_FALSE(find<QQuickItem>("openSettings")->isVisible());
+}
+
+TEST_F(NotePageTest, the_toolbar_has_labels_where_they_fit) {
+    open(addCall({line(Speaker::you, 0, 1, "One.")}));
+    const auto* const button = find<QQuickItem>("transcriptButton");
+    const auto* const toolbar = button->parentItem();
+    for (const auto& [width, labelled] : std::map<int, bool>{{1000, true}, {200, false}}) {
+        view.resize(width, 800);
+        ASSERT_TRUE(QTest::qWaitFor([&, wide = width] { return view.rootObject()->width() == wide; }));
+        EXPECT_EQ(button->property("labelled").toBool(), labelled) << width;
+        EXPECT_GE(toolbar->x(), 0) << "nothing is cut off";
+        EXPECT_EQ(button->property("text"), "Transcript") << "its name stays";
+    }
+}
+
+TEST_F(NotePageTest, a_speed_is_for_all_calls_and_remembered) {
+    open(addCall({}));
+    EXPECT_EQ(CallPlayer::speeds(), QStringList({"0.75×", "1×", "1.25×", "1.5×", "1.75×", "2×"}));
+    EXPECT_EQ(only<CallPlayer>()->speedText(), "1×");
+    only<CallPlayer>()->setSpeedIndex(3);
+    open(addCall({}));
+    EXPECT_EQ(only<CallPlayer>()->speedText(), "1.5×");
+    EXPECT_EQ(only<CallPlayer>()->speedIndex(), 3);
+    model->settings.store().setValue("window/playbackSpeed", "fast");
+    open(addCall({}));
+    EXPECT_EQ(only<CallPlayer>()->speedText(), "1×") << "what is no speed is none";
+}
+
+TEST_F(NotePageTest, a_drag_along_the_timeline_tells_what_was_said_and_goes_there) {
+    openCallWithAudio({line(Speaker::you, 0, 20, "Good morning."), line(Speaker::them, 30, 61, "Let us begin.")});
+    auto* const timeline = find<QQuickItem>("timeline");
+    const auto at = [&](double part) { return timeline->mapToScene({timeline->width() * part, 20}).toPoint(); };
+    QTest::mouseMove(&view, at(0.1));
+    EXPECT_EQ(find("hoverWords")->property("text"), "Good morning.");
+    QTest::mouseMove(&view, at(0.4));
+    EXPECT_FALSE(find<QQuickItem>("hoverWords")->isVisible()) << "nobody speaks";
+    QTest::mousePress(&view, Qt::LeftButton, {}, at(0.1));
+    for (const double part : {0.2, 0.4, 0.6, 0.75}) {
+        QTest::mouseMove(&view, at(part));
+    }
+    EXPECT_EQ(find("hoverWords")->property("text"), "Let us begin.");
+    EXPECT_NEAR(find<QQuickItem>("position")->x(), timeline->width() * 0.75, 2);
+    EXPECT_EQ(only<CallPlayer>()->time(), 0);
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, at(0.75));
+    EXPECT_NEAR(only<CallPlayer>()->time(), 61 * 0.75, 0.5);
+}
+
+TEST_F(NotePageTest, keys_go_ten_seconds_on_or_back_within_the_call) {
+    openCallWithAudio({line(Speaker::you, 0, 20, "Good morning.")});
+    find<QQuickItem>("title")->forceActiveFocus();
+    auto* const player = only<CallPlayer>();
+    for (const auto& [from, key, to] : {std::tuple(30, Qt::Key_Left, 20), std::tuple(30, Qt::Key_Right, 40),
+                                        std::tuple(4, Qt::Key_Left, 0), std::tuple(55, Qt::Key_Right, 61)}) {
+        player->seek(from, false);
+        QTest::keyClick(&view, key, Qt::AltModifier);
+        EXPECT_EQ(player->time(), to);
+        EXPECT_FALSE(player->playing());
+    }
+}
+
+TEST_F(NotePageTest, long_names_push_nothing_out_of_a_narrow_page) {
+    model->settings.yourName = "Aleksandra-Magdalena";
+    const Uuid id = addCall({line(Speaker::you, 0, 3, "Hello.")});
+    model->renameThem(id, "Priya Balasubramaniam-Venkataraman of the Northern Works");
+    open(id);
+    for (const int width : {1000, 380}) {
+        view.resize(width, 800);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return view.rootObject()->width() == width; }));
+        const auto* const title = find<QQuickItem>("title");
+        const qreal edge = title->mapToScene({title->width(), 0}).x();
+        ASSERT_LT(edge, width);
+        for (const char* name : {"yourBar", "stamp", "timeline"}) {
+            const auto* const item = find<QQuickItem>(name);
+            EXPECT_LE(item->mapToScene({item->width(), 0}).x(), edge) << name << " at " << width;
+        }
+        EXPECT_GE(find<QQuickItem>("themName")->width(), 86);
+    }
+}
+
+TEST_F(NotePageTest, a_long_name_shows_its_beginning_unless_it_is_typed_in) {
+    const Uuid id = addCall({});
+    open(id);
+    auto* const name = find<QQuickItem>("themName");
+    const auto shown = [&] { return name->property("cursorRectangle").toRectF().x(); };
+    model->renameThem(id, "Priya Balasubramaniam-Venkataraman of the Northern Works");
+    EXPECT_EQ(name->width(), 160);
+    EXPECT_EQ(name->property("cursorPosition"), 0);
+    name->forceActiveFocus();
+    QTest::keyClick(&view, Qt::Key_End);
+    EXPECT_GT(shown(), 100);
+    type("!");
+    EXPECT_EQ(model->note(id)->call->themName.back(), '!');
+    find<QQuickItem>("title")->forceActiveFocus();
+    EXPECT_LT(shown(), 1);
+}
+
+TEST_F(NotePageTest, keys_scroll_the_page_when_no_field_is_in_use) {
+    std::vector<Block> blocks(160, Block{.text = "A line."});
+    open(addNote("Plan", std::move(blocks)));
+    auto* const sheet = find<QQuickItem>("sheet");
+    const auto place = [sheet] { return sheet->property("contentY").toReal(); };
+    const qreal end = sheet->property("contentHeight").toReal() - sheet->height();
+    ASSERT_GT(end, 2 * sheet->height());
+
+    find<QQuickItem>("title")->forceActiveFocus();
+    QTest::keyClick(&view, Qt::Key_PageDown);
+    EXPECT_EQ(place(), 0) << "the field's own keys";
+
+    // Beside the text.
+    QTest::mouseClick(&view, Qt::LeftButton, {}, sheet->mapToScene({8, sheet->height() - 8}).toPoint());
+    EXPECT_FALSE(find<QQuickItem>("title")->hasActiveFocus());
+    QTest::keyClick(&view, Qt::Key_Down);
+    const qreal step = place();
+    EXPECT_GT(step, 20);
+    QTest::keyClick(&view, Qt::Key_PageDown);
+    EXPECT_GT(place(), step + sheet->height() / 2);
+    EXPECT_LT(place(), step + sheet->height()) << "some lines stay";
+    QTest::keyClick(&view, Qt::Key_PageUp);
+    EXPECT_EQ(place(), step);
+    QTest::keyClick(&view, Qt::Key_End);
+    EXPECT_EQ(place(), end);
+    QTest::keyClick(&view, Qt::Key_PageDown);
+    EXPECT_EQ(place(), end);
+    QTest::keyClick(&view, Qt::Key_Home);
+    EXPECT_EQ(place(), 0);
+    QTest::keyClick(&view, Qt::Key_Up);
+    EXPECT_EQ(place(), 0);
+
+    find<QQuickItem>("export")->forceActiveFocus();
+    QTest::keyClick(&view, Qt::Key_End);
+    EXPECT_EQ(place(), end) << "a button takes none of them";
 }
 
 TEST_F(NotePageTest, sound_that_is_being_written_down_is_not_offered_for_removal) {

@@ -1,3 +1,5 @@
+#include "Varnic/Views/Theme/Native/Fonts.h"
+
 #include <QGuiApplication>
 #include <QtQml/QQmlExtensionPlugin>
 
@@ -16,5 +18,6 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_FONT_DPI", "96");
     const QGuiApplication application(argc, argv);
+    varnic::prepareFonts();
     return RUN_ALL_TESTS();
 }

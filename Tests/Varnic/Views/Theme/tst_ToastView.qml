@@ -3,6 +3,8 @@ import QtTest
 import Varnic.Theme as Theme
 
 Item {
+    id: window
+
     height: 100
     width: 400
 
@@ -33,6 +35,23 @@ Item {
                 });
             keyClick(Qt.Key_Z, Qt.ControlModifier);
             compare(told, ["undone", "dismissed"]);
+        }
+
+        /// The text wraps where it has no room; its button stays where it can be pressed.
+        function test_longTextWrapsAndKeepsItsButton() {
+            const usual = createTemporaryObject(toastComponent, window);
+            const toast = createTemporaryObject(toastComponent, window, {
+                    "maximumWidth": 300,
+                    "text": "Deleted “" + "A title that is rather long ".repeat(4) + "”",
+                    "undoable": true
+                });
+            tryVerify(() => toast.implicitHeight > usual.implicitHeight);
+            verify(toast.implicitWidth <= 300);
+            toast.width = toast.implicitWidth;
+            toast.height = toast.implicitHeight;
+            const undo = findChild(toast, "undo");
+            const place = undo.mapToItem(toast, 0, 0);
+            verify(undo.visible && place.x > 0 && place.x + undo.width <= toast.width - 14);
         }
 
         function test_withoutUndoNothingIsTakenBack() {

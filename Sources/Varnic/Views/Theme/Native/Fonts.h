@@ -2,8 +2,8 @@
 
 namespace varnic {
 
-/// Names stand-ins for the program's fonts where one is not installed, and where emoji come from. To be called once,
-/// when there is an application and before a window is shown.
+/// Adds the program's own fonts, and names stand-ins for fonts that are not installed, and where emoji come from. To be
+/// called once, when there is an application and before a window is shown.
 void prepareFonts();
 
 } // namespace varnic

@@ -1,0 +1,105 @@
+import QtQuick
+import QtQuick.Templates as T
+import Varnic.Study
+import Varnic.Theme as Theme
+
+/// A card that turns over: the question in front, the answer behind. What does not fit is scrolled to.
+T.Control {
+    id: card
+
+    readonly property bool isBackShowing: turn.angle > 90
+    readonly property StudyFace shownFace: isBackShowing ? back : front
+    required property StudyModel study
+
+    Accessible.focusable: true
+    Accessible.name: study.spoken
+    Accessible.role: Accessible.Button
+    focusPolicy: Qt.TabFocus
+    objectName: "studyCard"
+
+    contentItem: Item {
+        transform: Rotation {
+            id: turn
+
+            angle: card.study.flipped ? 180 : 0
+            origin.x: card.width / 2
+            origin.y: card.height / 2
+
+            axis {
+                x: 0
+                y: 1
+                z: 0
+            }
+            Behavior on angle  {
+                enabled: !Theme.Appearance.reduceMotion
+
+                NumberAnimation {
+                    duration: 450
+                    easing.type: Theme.Motion.easing
+                }
+            }
+        }
+
+        StudyFace {
+            id: front
+
+            anchors.fill: parent
+            tag: "Question"
+            tint: Theme.Palette.you
+            visible: !card.isBackShowing
+            words: card.study.question
+        }
+
+        StudyFace {
+            id: back
+
+            anchors.fill: parent
+            objectName: "answerFace"
+            tag: "Answer"
+            tint: Theme.Palette.them
+            visible: card.isBackShowing
+
+            transform: Rotation {
+                angle: 180
+                origin.x: back.width / 2
+                origin.y: back.height / 2
+
+                axis {
+                    x: 0
+                    y: 1
+                    z: 0
+                }
+            }
+        }
+    }
+
+    Accessible.onPressAction: study.flip()
+    Keys.onDownPressed: shownFace.scrollBy(40)
+    Keys.onUpPressed: shownFace.scrollBy(-40)
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_PageDown || event.key === Qt.Key_PageUp) {
+            shownFace.scrollBy(event.key === Qt.Key_PageDown ? height / 2 : -height / 2);
+            event.accepted = true;
+        } else {
+            event.accepted = false;
+        }
+    }
+
+    Theme.FocusRing {
+        corner: Theme.Radius.card
+        visible: card.visualFocus
+    }
+
+    // While an answer turns away, that of the next card is not told.
+    Binding {
+        property: "words"
+        restoreMode: Binding.RestoreNone
+        target: back
+        value: card.study.answer
+        when: card.study.flipped || !card.isBackShowing
+    }
+
+    TapHandler {
+        onTapped: card.study.flip()
+    }
+}

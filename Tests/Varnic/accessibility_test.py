@@ -1,0 +1,236 @@
+"""The desktop program as a screen reader and a keyboard find it: every screen's tree has names, roles, states and
+actions, nothing that doesn't show is told, and the keyboard is somewhere at every moment.
+
+Usage: accessibility_test.py PROGRAM FIXTURES MAKE_CALL [TEST...]     (the system's own Python has pyatspi)
+"""
+
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+from typing import NamedTuple
+
+PROGRAM, FIXTURES, MAKE_CALL = sys.argv[1:4]
+sys.path.insert(0, FIXTURES)
+
+from desktop import Desktop, Program, wait_for  # noqa: E402
+from screen_reader import SOON, ScreenReader  # noqa: E402
+
+MOST_STOPS = 100
+
+
+class Screen(NamedTuple):
+    """How a screen opens from the main window, what tells that it is there, and what must be read on it."""
+
+    name: str
+    steps: tuple  # of key:, type:, and press: and focus:, of a name, or role/name
+    shows: str
+    reads: tuple = ()
+    is_popup: bool = False  # Escape closes it, and leads back
+
+
+FULL = [
+    Screen("all notes", ("key:ctrl+1",), "list/All Notes", ("Calls and notes stay on this computer.", "Varnic", "Level 1")),
+    Screen("calls", ("key:ctrl+2",), "list/Calls"),
+    Screen("notes", ("key:ctrl+3",), "list/Notes"),
+    Screen("to-dos", ("key:ctrl+4",), "list/To-dos", ("Mark done", "tomorrow")),
+    Screen("flashcards", ("key:ctrl+5",), "list/Flashcards", ("1 card", "1 due")),
+    Screen("search", ("key:ctrl+1", "key:ctrl+f", "type:numbers"), "list/Search results", ("0:01",)),
+    Screen("search without results", ("key:ctrl+f", "type:zzz"), "Nothing matches “zzz”", ("Search covers titles",)),
+    Screen("note", ("key:ctrl+3", "press:list item/…Reading list…"), "Not done", ("Thanks for making", "Edited", "words")),
+    Screen("call", ("key:ctrl+2", "press:list item/…Weekly review…"), "Call timeline", ("You spoke", "Call timeline", "Position 0:00")),
+    Screen("transcript", ("press:Transcript",), "panel/Transcript", ("turns", "Them, 0:01")),
+    Screen("main menu", ("key:F10",), "popup menu/Main menu", ("Ctrl+N", "Flashcards", "Show Transcript"), True),
+    Screen("menu of a note in the list", ("key:ctrl+1", "key:shift+F10"), "popup menu/Note", ("Export", "Delete"), True),
+    Screen("export menu", ("press:Export",), "popup menu/Export", ("Markdown",), True),
+    Screen("more menu", ("press:More",), "popup menu/More", ("Delete Note",), True),
+    Screen("set-up", ("key:F10", "press:menu item/Recording Permissions…"), "dialog/Before your first call",
+           ("Microphone", "Allowed"), True),
+    Screen("consent", ("key:ctrl+shift+r",), "dialog/Let people know you’re recording",
+           ("Paste into the chat", "Varnic never records in the background", "Remind me before every recording"), True),
+]
+LIVE = [
+    Screen("live recording", ("key:ctrl+shift+r", "press:Start Recording"), "Stop & Save",
+           ("Recording now", "Live ink line", "microphone", "Recording both sides.", "Pause", "Varnic is recording")),
+    Screen("question before discarding", ("press:Discard",), "dialog/Throw this recording away?",
+           ("won’t be saved", "Keep Recording"), True),
+]
+EMPTY = [
+    Screen("no notes", ("key:ctrl+1",), "Nothing recorded yet", ("Pick a note, or record a call", "then press Record")),
+    Screen("no calls", ("key:ctrl+2",), "list/Calls", ("Nothing recorded yet",)),
+    Screen("no written notes", ("key:ctrl+3",), "No notes yet"),
+    Screen("no to-dos", ("key:ctrl+4",), "Nothing left to do", ("To-dos from your calls and notes gather here.",)),
+    Screen("no flashcards", ("key:ctrl+5",), "No flashcards yet", ("question :: answer",)),
+]
+
+
+class AccessibilityTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = Desktop(pulse=False, quantum=2048)
+        cls.addClassCleanup(cls.desktop.close)
+
+    def start(self, notes):
+        folder = Path(tempfile.mkdtemp(prefix="varnic-accessibility-"))
+        self.addCleanup(shutil.rmtree, folder, ignore_errors=True)
+        if notes:
+            subprocess.run([sys.executable, f"{FIXTURES}/make_library.py", folder, str(notes)], check=True)
+        self.program = Program(self.desktop, PROGRAM, VARNIC_DATA_DIR=str(folder))
+        self.addCleanup(self.program.close)
+        self.reader = ScreenReader(self.program)
+        wait_for(lambda: self.desktop.xdotool("getactivewindow"), "an active window")
+        self.reader.expect_focus(lambda told: told.role in ("list", "list item"), "the keyboard in the list")
+
+    def key(self, *keys):
+        self.desktop.xdotool("key", *keys)
+
+    def take(self, *steps):
+        for step in steps:
+            kind, _, what = step.partition(":")
+            control = tuple(reversed(what.rpartition("/")[::2]))
+            if kind == "key":
+                self.key(what)
+            elif kind == "type":
+                self.key("ctrl+a")
+                self.desktop.xdotool("type", what)
+            elif kind == "focus":
+                self.program.expect(*control).queryComponent().grabFocus()
+                self.reader.expect_focus(lambda told: told.name == control[0], f"the keyboard on {what}")
+            else:
+                self.program.press(*control)
+
+    def open(self, screen):
+        self.take(*screen.steps)
+        wait_for(lambda: self.is_there(screen), f"{screen.name}: {screen.shows}", SOON)
+
+    def is_there(self, screen):
+        return self.program.find(*reversed(screen.shows.rpartition("/")[::2]))
+
+    def close(self, screen, before):
+        """Escape leads out of a popup, and back to where the keyboard was."""
+        if screen.is_popup:
+            self.key("Escape")
+            wait_for(lambda: not self.is_there(screen), f"{screen.name} closed", SOON)
+            self.reader.expect_focus(lambda told: told[:2] == before[:2], f"the keyboard back on {before}")
+
+    def read(self, screens):
+        for screen in screens:
+            with self.subTest(screen.name):
+                before = self.reader.expect_focus()
+                self.open(screen)
+                try:
+                    wait_for(lambda: not self.reader.complaints() and not self.reader.misses(screen.reads), "", SOON)
+                except AssertionError:
+                    self.assertEqual(self.reader.complaints(), [])
+                    self.assertEqual(self.reader.misses(screen.reads), [])
+                if screen.is_popup:
+                    self.close(screen, before)
+
+    def stop_after(self, key, last):
+        """Where a key leads the keyboard from a stop; the same again where it has led nowhere else after a while."""
+        self.key(key)
+        try:
+            return self.reader.expect_focus(lambda told: told != last)
+        except AssertionError:
+            return self.reader.expect_focus()
+
+    def go_around(self, screen):
+        """Tab leads through the screen and round again; arrows and Escape lose nothing on the way."""
+        first = last = self.reader.expect_focus()
+        stops = [first]
+        while True:
+            last = self.stop_after("Tab", last)
+            if last.path == first.path:
+                break
+            stops.append(last)
+            self.assertLess(len(stops), MOST_STOPS, list(map(str, stops)))
+            self.assertTrue(last.name, f"{last} after {stops[-2]}")
+            self.assertNotEqual(last.path, stops[-2].path)
+        self.assertGreater(len(stops), 1)
+        return stops
+
+    def test_everyScreen_isTold(self):
+        self.start(12)
+        self.read(FULL)
+
+    def test_everyLiveScreen_isTold(self):
+        self.start(12)
+        self.read(LIVE)
+
+    def test_everyEmptyScreen_isTold(self):
+        self.start(0)
+        self.read(EMPTY)
+
+    def test_everyScreen_keepsTheKeyboard(self):
+        self.start(12)
+        for screen in FULL + LIVE:
+            with self.subTest(screen.name):
+                before = self.reader.expect_focus()
+                self.open(screen)
+                if "menu" in screen.shows:
+                    for key in ("Down", "Down", "Up", "End", "Home"):
+                        self.key(key)
+                        self.reader.expect_focus(lambda told: told.role == "menu item", f"an entry after {key}")
+                else:
+                    self.go_around(screen)
+                self.close(screen, before)
+                self.key("Escape")
+                self.reader.expect_focus()
+
+    def test_focus_afterEachChange_isWhereItWasOrNear(self):
+        """What is done one after another, and what has the keyboard then."""
+        self.start(12)
+        row = ("list item", "…")
+        for what, steps, (role, name) in [
+            ("a menu closed", ("key:F10", "key:Down", "key:Escape"), row),
+            ("a search left", ("key:ctrl+f", "type:numbers", "key:Escape", "key:Escape"), row),
+            ("another section", ("key:ctrl+4",), row),
+            ("the first again", ("key:ctrl+1",), row),
+            ("its note deleted", ("key:Delete",), row),
+            ("brought back by key", ("key:ctrl+z",), row),
+            ("deleted again and brought back by the button", ("key:Delete", "focus:push button/Undo", "key:space"), row),
+            ("deleted by the page’s menu", ("focus:More", "key:Return", "press:menu item/Delete Note"), row),
+            ("a sheet put off", ("focus:Record call", "key:Return", "key:Escape"), ("push button", "Record call")),
+            ("a recording begun", ("key:Return", "key:Return"), ("push button", "Stop recording")),
+            ("a question put off", ("focus:Discard", "key:Return", "key:Escape"), ("push button", "Discard")),
+            ("the recording stopped", ("focus:Stop & Save", "key:Return"), row),
+        ]:
+            with self.subTest(what):
+                self.take(*steps)
+                self.reader.expect_focus(lambda told: told.role == role and (told.name == name or name == "…"), what)
+
+    def click(self, told):
+        left, top, right, bottom = told.box
+        self.desktop.xdotool("mousemove", (left + right) // 2, (top + bottom) // 2, "click", 1)
+
+    def read_text(self, words, role=None):
+        """A text of the page with these words."""
+        return wait_for(lambda: next((told for told in self.reader.showing() if words in told.name
+                                      and (told.role == role or role is None and told.role != "list item")), None), words)
+
+    def test_shortcuts_inTextThatIsRead_work(self):
+        self.start(12)
+        self.take("key:ctrl+3", "press:list item/…Reading list…")
+        for key, sign in [("F10", "popup menu/Main menu"), ("ctrl+4", "list/To-dos"), ("ctrl+n", "…Untitled…")]:
+            self.click(self.read_text("Thanks for making the time"))
+            self.key(key)
+            wait_for(lambda: self.is_there(Screen(key, (), sign)), f"{sign} after {key}", SOON)
+            self.key("Escape")
+
+    def test_shortcuts_inLiveLine_work(self):
+        self.start(0)
+        call = Path(tempfile.mkdtemp(prefix="varnic-call-"))
+        self.addCleanup(shutil.rmtree, call)
+        subprocess.run([MAKE_CALL, call], check=True, capture_output=True)
+        self.take("press:Record call", "press:Start Recording")
+        self.program.expect("Stop recording")
+        self.addCleanup(self.desktop.sound.stop, self.desktop.sound.play(str(call / "them.caf")))
+        self.click(self.read_text("designs", "list item"))
+        self.key("ctrl+period")
+        self.program.expect("Record call")
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1] + sys.argv[4:], verbosity=2)
