@@ -145,8 +145,13 @@ void Program::openUpdateWindow() {
         QQmlComponent component(&window_.engine(), QUrl("qrc:/qt/qml/Varnic/Update/UpdateWindow.qml"));
         updateWindow_.reset(qobject_cast<QQuickWindow*>(component.create()));
     }
-    if (updateWindow_) {
-        updateWindow_->show();
+    if (!updateWindow_) {
+        return;
+    }
+    // A new window comes to the front where the desktop sees fit: nobody may have asked for it, who is typing.
+    const bool isShown = updateWindow_->isVisible();
+    updateWindow_->show();
+    if (isShown) {
         updateWindow_->raise();
         updateWindow_->requestActivate();
     }
