@@ -16,9 +16,9 @@ using System = PackageOwner::System;
 /// Only the commands of a folder are found.
 class PackageOwnerTest : public testing::Test {
 protected:
-    PackageOwnerTest() { ::setenv("PATH", folder.path().c_str(), 1); }
+    void SetUp() override { ::setenv("PATH", folder.path().c_str(), 1); }
 
-    ~PackageOwnerTest() override { ::setenv("PATH", path.c_str(), 1); }
+    void TearDown() override { ::setenv("PATH", path.c_str(), 1); }
 
     void addCommand(const std::string& name, const std::string& script) const {
         writeFile(folder.path() / name, "#!/bin/sh\n" + script + "\n");
