@@ -416,6 +416,7 @@ TEST_F(UpdaterTest, aBadArchive_isRefusedInOneSentence) {
         check();
         EXPECT_EQ(failure(), message) << name;
         EXPECT_FALSE(updater->stagedApp()) << name;
+        EXPECT_FALSE(fs::exists(folder.path() / "caches/app.brevin.Tiny/BrevinUpdate")) << name;
         updater->installOnQuit();
         EXPECT_EQ(installed(), "0.1.0") << name;
         makeUpdater();
