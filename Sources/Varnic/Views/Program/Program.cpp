@@ -176,8 +176,13 @@ void Program::openUpdateWindow() {
     if (!updateWindow_) {
         updateWindow_ = makeWindow<QQuickWindow>(window_.engine(), "Update/UpdateWindow.qml");
     }
-    if (updateWindow_) {
-        updateWindow_->show();
+    if (!updateWindow_) {
+        return;
+    }
+    // A new window comes to the front where the desktop sees fit: nobody may have asked for it, who is typing.
+    const bool isShown = updateWindow_->isVisible();
+    updateWindow_->show();
+    if (isShown) {
         updateWindow_->raise();
         updateWindow_->requestActivate();
     }
