@@ -87,7 +87,7 @@ public:
         QAccessible::State state;
         state.disabled = !item().isEnabled();
         state.focusable = item().activeFocusOnTab() || said("focusable").toBool();
-        state.focused = item().hasActiveFocus();
+        state.focused = item().hasActiveFocus() || said("focused").toBool(); // a list can say so of its row
         state.checkable = isCheckable();
         state.checked = isChecked();
         state.pressed = item().property("down").toBool();
