@@ -4,15 +4,13 @@
 #include "VarnicCLI/Providers.h"
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCore/AISummariser/KeyStore.h"
+#include "VarnicCore/AISummariser/KeyText.h"
 #include "VarnicCore/Models/Wording.h"
-#include "VarnicCore/Text/Unicode.h"
 #include "VarnicPlatform/KeyStore/CoreDumps.h"
 #include "VarnicPlatform/KeyStore/KeychainStore.h"
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <cstddef>
 #include <stdexcept>
 #include <string>
 
@@ -22,35 +20,21 @@ namespace varnic::cli {
 
 namespace {
 
-/// More bytes than any provider's key has.
-constexpr std::size_t longestKey = 16UL * 1024;
-
 /// Standard input up to its end, or up to the end of the line at a terminal; no more than makes it too long for a key.
 std::string readInput(bool isTerminal) {
     std::string text;
     char byte = 0;
-    while (text.size() <= longestKey && (!isTerminal || Terminal::SilentInput::wait()) &&
+    while (text.size() <= KeyText::longest && (!isTerminal || Terminal::SilentInput::wait()) &&
            ::read(STDIN_FILENO, &byte, 1) == 1 && (!isTerminal || byte != '\n')) {
         text += byte;
     }
     return text;
 }
 
-std::string checkedKey(const std::string& input) {
-    std::string key(Unicode::trim(input));
-    if (key.empty()) {
-        throw std::runtime_error("No key was given, so nothing was changed.");
-    }
-    if (input.size() > longestKey || std::ranges::any_of(key, [](char c) { return c < ' ' || c > '~'; })) {
-        throw std::runtime_error("A key is one line of plain letters, digits and signs.");
-    }
-    return key;
-}
-
 std::string readKey(AIProviderKind provider) {
     forbidCoreDumps();
     if (::isatty(STDIN_FILENO) != 1) {
-        return checkedKey(readInput(false));
+        return KeyText::checked(readInput(false));
     }
     const Terminal::SilentInput silent;
     Terminal::print(stderr, "API key for {} (it isn’t shown): ", title(provider));
@@ -59,7 +43,7 @@ std::string readKey(AIProviderKind provider) {
     if (Terminal::SilentInput::wasInterrupted()) {
         throw std::runtime_error("Stopped. Nothing was changed.");
     }
-    return checkedKey(input);
+    return KeyText::checked(input);
 }
 
 void change(AIProviderKind provider, bool isRemoval) {

@@ -212,7 +212,7 @@ ExitCode record(const Arguments& arguments) {
     model.settings.liveTranscript = !arguments.has("no-live");
     model.settings.localeID = arguments.valueOr("language", model.settings.localeID.value());
     model.settings.yourName = arguments.valueOr("your-name", model.settings.yourName.value());
-    const auto capture = std::make_shared<LiveCapture>();
+    const auto capture = std::make_shared<LiveCapture>(model.settings.devices());
     model.wantedSides.them = !arguments.has("mic-only");
     model.makeCapture = [capture] { return capture; };
     FilingOptions options = FilingOptions::from(arguments);

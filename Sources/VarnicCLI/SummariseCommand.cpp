@@ -61,16 +61,17 @@ std::string advice(AIError::Kind kind, const AISettings& settings) {
 }
 
 /// A request that cannot be made is told before anything is said of sending.
-void checkRequest(const AppModel& model, const CallRecord& call) {
+void checkRequest(AppModel& model, const CallRecord& call) {
     const DigestContext context{.callDate = call.startedAt,
                                 .yourName = model.settings.yourName.value(),
                                 .themName = call.themName,
                                 .source = call.source};
+    const KeyReading key = QCoro::waitFor(model.apiKey.read());
     try {
-        static_cast<void>(model.aiSummariser()->request(call.segments, context, model.region));
+        static_cast<void>(model.aiSummariser(key)->request(call.segments, context, model.region));
     } catch (const AIError& error) {
-        if (error.kind() == AIError::Kind::noKey && model.keys->isLocked(model.settings.ai.value().keyAccount())) {
-            throw std::runtime_error(Wording::shown(KeyStore::lockedSentence));
+        if (error.kind() == AIError::Kind::noKey && !key.problem.empty()) {
+            throw std::runtime_error(Wording::shown(key.problem));
         }
         throw std::runtime_error(error.what() + advice(error.kind(), model.settings.ai.value()));
     }

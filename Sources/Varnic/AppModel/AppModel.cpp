@@ -5,14 +5,15 @@
 #include "Varnic/Background.h"
 #include "Varnic/Recording/RecordingController.h"
 #include "VarnicCore/AISummariser/AISummariser.h"
-#include "VarnicCore/AISummariser/KeyStore.h"
 #include "VarnicCore/AISummariser/SummariserFactory.h"
 #include "VarnicCore/AISummariser/URLSessionTransport.h"
+#include "VarnicCore/Text/Unicode.h"
 #include "VarnicPlatform/Capture/LiveCapture.h"
 #include "VarnicPlatform/KeyStore/KeychainStore.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 #include "VarnicPlatform/Speech/SpeechTranscriber.h"
 
+#include <QPointer>
 #include <QTimer>
 
 #include <glib.h>
@@ -37,7 +38,7 @@ std::shared_ptr<KeyStore> keyStore(bool isScratch) {
     if (isScratch) {
         return std::make_shared<MemoryKeyStore>();
     }
-    return std::make_shared<KeychainStore>("app.brevin.varnic.ai");
+    return std::make_shared<KeychainStore>();
 }
 
 } // namespace
@@ -48,9 +49,13 @@ AppModel::AppModel(AppPlaces places, QObject* parent)
       makeTranscriber([this] {
           return std::make_shared<SpeechTranscriber>(settings.localeID.value(), SpeechModels::dataDirectories());
       }),
-      makeCapture([] { return std::make_shared<LiveCapture>(); }),
+      makeCapture([this] {
+          auto capture = std::make_shared<LiveCapture>(settings.devices());
+          liveCapture_ = capture;
+          return capture;
+      }),
       store_(std::move(places.dataDirectory), std::move(places.spareFolder)),
-      recorder_(std::make_unique<RecordingController>()) {
+      recorder_(std::make_unique<RecordingController>()), isPlaceFixed_(places.isFixed) {
     // Ahead of the views.
     connect(this, &AppModel::notesChanged, this, [this](const ChangedNotes& changed) { rollUps_.take(changed); });
     connect(recorder_.get(), &RecordingController::mustStop, this, [this] {
@@ -65,37 +70,37 @@ AppModel::AppModel(AppPlaces places, QObject* parent)
     };
     settingWatchers_.push_back(settings.hotkeyEnabled.addNotifier(registerAnew));
     settingWatchers_.push_back(settings.hotkey.addNotifier(registerAnew));
+    settingWatchers_.push_back(settings.hotkeyKeys.addNotifier(registerAnew));
+    const auto recordFromThese = [this] {
+        if (const auto capture = liveCapture_.lock()) {
+            capture->choose(settings.devices());
+        }
+    };
+    settingWatchers_.push_back(settings.microphone.addNotifier(recordFromThese));
+    settingWatchers_.push_back(settings.heardOutput.addNotifier(recordFromThese));
 }
 
 AppModel::~AppModel() {
     stopProcessing_.request_stop();
+    apiKey.abandon();
+    cancelLibraryMove();
     flushSaves();
     Background::waitForDone();
 }
 
-bool AppModel::hasKey() const {
-    return !keys->key(settings.ai.value().keyAccount()).value_or("").empty();
-}
-
-void AppModel::setKey(const std::string& value) {
-    const std::string key = QString::fromStdString(value).trimmed().toStdString();
-    const std::string account = settings.ai.value().keyAccount();
-    try {
-        if (key.empty()) {
-            keys->remove(account);
-        } else {
-            keys->setKey(key, account);
-        }
-        Q_EMIT keyChanged();
-    } catch (const std::exception&) {
-        flash({.text =
-                   key.empty() ? "Couldn’t remove the key from the Keychain" : "Couldn’t save the key to the Keychain",
-               .symbol = warningSymbol});
+QCoro::Task<> AppModel::setKey(std::string value) {
+    const bool isRemoval = Unicode::trim(value).empty();
+    const QPointer self(this);
+    const auto problem = co_await (isRemoval ? apiKey.remove() : apiKey.save(std::move(value)));
+    if (self && problem) {
+        flash(
+            {.text = isRemoval ? "Couldn’t remove the key from the Keychain" : "Couldn’t save the key to the Keychain",
+             .symbol = warningSymbol});
     }
 }
 
-std::unique_ptr<AISummariser> AppModel::aiSummariser() const {
-    return SummariserFactory::ai(settings.ai.value(), *keys, transport, anthropicURL);
+std::unique_ptr<AISummariser> AppModel::aiSummariser(const KeyReading& key) const {
+    return SummariserFactory::ai(settings.ai.value(), key.key, transport, anthropicURL);
 }
 
 } // namespace varnic

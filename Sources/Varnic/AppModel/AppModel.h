@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Varnic/AppModel/APIKey.h"
 #include "Varnic/AppModel/AppSettings.h"
 #include "Varnic/AppModel/ChangedNotes.h"
 #include "Varnic/AppModel/Desktop.h"
@@ -8,7 +9,9 @@
 #include "Varnic/AppModel/RollUps.h"
 #include "Varnic/AppModel/ToastMessage.h"
 #include "Varnic/LoopExecutor.h"
+#include "VarnicCore/AISummariser/ServerModels.h"
 #include "VarnicCore/Audio/CaptureSource.h"
+#include "VarnicCore/Editor/NoteHistory.h"
 #include "VarnicCore/Library/Flashcards.h"
 #include "VarnicCore/Library/SharedNotes.h"
 #include "VarnicCore/Library/Todos.h"
@@ -41,8 +44,9 @@ namespace varnic {
 class AISummariser;
 class CallProcessor;
 class HTTPTransport;
-class KeyStore;
+class LibraryMove;
 class LibraryWatch;
+class LiveCapture;
 class RecordingController;
 class RecordingMarkFile;
 class Transcriber;
@@ -110,6 +114,8 @@ public:
     AppSettings settings;
     Desktop desktop;
     std::shared_ptr<KeyStore> keys;
+    /// The key for the provider of the settings, from `keys`.
+    APIKey apiKey{settings, keys};
     std::shared_ptr<HTTPTransport> transport;
     /// The Anthropic API, or a gateway to it.
     std::string anthropicURL{AISettings::anthropicBaseURL};
@@ -125,6 +131,28 @@ public:
     [[nodiscard]] RecordingController& recorder() { return *recorder_; }
 
     [[nodiscard]] const std::filesystem::path& dataDirectory() const { return store_.root(); }
+
+    /// What came of an attempt to move the library.
+    struct LibraryMoved {
+        bool isMoved = false;
+        /// The user's sentence: why it stayed, or what was left behind; empty where all went well.
+        std::string sentence;
+    };
+
+    /// Moves the library with all that it holds into a folder that is empty or can be made, and remembers that place
+    /// for this program and varnic-cli. One can go on working meanwhile, and record, which ends the move. Nothing is
+    /// lost however it ends. Not while a call is recorded, transcribed or summarised, nor where VARNIC_DATA_DIR says
+    /// where the library is.
+    QCoro::Task<LibraryMoved> moveLibrary(std::filesystem::path folder);
+
+    /// Ends a move as soon as it can; its result says so.
+    void cancelLibraryMove() { stopMove_.request_stop(); }
+
+    /// Which part of the library has been copied, 0 to 1, while it moves.
+    QProperty<std::optional<double>> libraryMove;
+
+    /// Why the library can't be moved now, the user's sentence; nothing where it can.
+    [[nodiscard]] std::optional<std::string> whyNotMoveLibrary() const;
 
     [[nodiscard]] std::filesystem::path audioFolder(const Uuid& id) const { return store_.audioFolder(id); }
 
@@ -170,6 +198,26 @@ public:
     QCoro::Task<Recovered> recoverRecordings();
     /// Changes a note; one that comes out the same is not saved.
     void update(Uuid id, bool saveNow, const std::function<void(Note&)>& change);
+
+    /// How an edit is to be undone and saved.
+    struct Edit {
+        EditKind kind = EditKind::structure;
+        /// Where the caret was, for undo to put it back.
+        std::optional<TextPlace> caret;
+        bool saveNow = false;
+    };
+
+    /// As `update`, for what the user does to title and blocks: it can be undone. The change gives where the caret
+    /// goes, if it knows; so does this.
+    std::optional<TextPlace> edit(Uuid id, const Edit& edit,
+                                  const std::function<std::optional<TextPlace>(Note&)>& change);
+    /// Takes the note's last edit back, or makes it again; gives where the caret goes. What has come into the note
+    /// otherwise since stays.
+    std::optional<TextPlace> undo(Uuid id);
+    std::optional<TextPlace> redo(Uuid id);
+    [[nodiscard]] bool canUndo(Uuid id) const;
+    [[nodiscard]] bool canRedo(Uuid id) const;
+
     Uuid newNote(std::string title = {}, std::vector<Block> blocks = {}, Date created = currentDate());
     /// Moves the note to the deleted ones, but never that of a running recording.
     void remove(Uuid id);
@@ -201,12 +249,18 @@ public:
     void grade(Uuid note, Uuid card, Flashcards::Grade grade);
     void renameThem(Uuid id, std::string name);
 
-    // Keys of AI providers.
+    // Keys of AI providers; see `apiKey` for what can be shown of them.
 
-    [[nodiscard]] bool hasKey() const;
-    void setKey(const std::string& value);
-    /// What asks the AI provider of the settings; null where none is to be asked.
-    [[nodiscard]] std::unique_ptr<AISummariser> aiSummariser() const;
+    /// Whether a key for the provider of the settings is known to be there.
+    [[nodiscard]] bool hasKey() const { return apiKey.status.value().state == KeyState::found; }
+
+    /// Saves the key, or removes it where there is nothing but blanks; a toast where that fails.
+    QCoro::Task<> setKey(std::string value);
+    /// What asks the AI provider of the settings with the key that was read; null where none is to be asked.
+    [[nodiscard]] std::unique_ptr<AISummariser> aiSummariser(const KeyReading& key) const;
+
+    /// Asks the compatible server of the settings for its models, with the key if there is one.
+    QCoro::Task<ServerAnswer> askServer();
 
     // Recording.
 
@@ -271,10 +325,10 @@ public:
     void copyHeadsUp();
 
 Q_SIGNALS:
+    /// The library lies in another folder now.
+    void libraryMoved(const std::filesystem::path& folder);
     /// Notes have changed, come or gone.
     void notesChanged(const ChangedNotes& changed = {});
-    /// Whether there is a key for the AI provider may have changed.
-    void keyChanged();
 
 private:
     void scheduleSave(Uuid id, bool immediately, SerialQueue::Work whenSaved = nullptr);
@@ -302,9 +356,14 @@ private:
     bool keepEarlier(Uuid id);
     static ToastMessage callIsBusy();
     [[nodiscard]] ToastMessage undoable(Uuid id, std::string text, std::string symbol);
+    using RestoreEdit = std::optional<NoteHistory::Restored> (NoteHistory::*)(const Note&, Date);
+    std::optional<TextPlace> restoreEdit(Uuid id, RestoreEdit step);
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
+    void switchTo(LibraryMove& move);
 
     SharedNotes notes_;
+    /// Of the notes that were edited since the program's start.
+    std::map<Uuid, NoteHistory> histories_;
     mutable RollUps rollUps_{notes_, region};
     /// Runs what other threads report; outlives the queue of the library.
     LoopExecutor loop_;
@@ -333,8 +392,13 @@ private:
     /// Recordings that died are to be filed, which could not be done yet.
     bool isRecoveryDue_ = false;
     std::deque<std::filesystem::path> waitingImports_;
+    /// Whether the environment says where the library is.
+    bool isPlaceFixed_ = false;
+    std::stop_source stopMove_;
     /// Stops the flows that began since the last cancellation.
     std::stop_source stopProcessing_;
+    /// The capture of the last recording, for devices that are changed meanwhile.
+    std::weak_ptr<LiveCapture> liveCapture_;
     std::vector<QPropertyNotifier> settingWatchers_;
 };
 

@@ -1,11 +1,13 @@
 #include "Varnic/AppModel/AppPlaces.h"
 
+#include "Varnic/AppModel/AppSettings.h"
 #include "VarnicCore/Library/NoteFileReader.h"
 
 #include <fmt/format.h>
 #include <glib.h>
 
 #include <cstdlib>
+#include <stdexcept>
 #include <string_view>
 
 namespace varnic {
@@ -19,32 +21,49 @@ std::string_view environment(const char* name) {
     return value == nullptr ? std::string_view() : value;
 }
 
+std::unique_ptr<QSettings> openSettings(bool isScratch) {
+    return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
+                                       isScratch ? "app.brevin.varnic.selftest" : "Varnic", "settings");
+}
+
+} // namespace
+
 /// For each library a folder of its own, where the desktop keeps what programs have to remember.
-fs::path spareFolderFor(const fs::path& library) {
+fs::path AppPlaces::spareFolderFor(const fs::path& library) {
     std::error_code ignored;
     return fs::path(g_get_user_state_dir()) / "Varnic" / "Unsaved" /
            fmt::format("{:016x}", fingerprintOf(fs::absolute(library, ignored).native()));
 }
 
-} // namespace
-
 std::pair<fs::path, bool> AppPlaces::dataDirectoryFromEnvironment() {
     if (const std::string_view folder = environment("VARNIC_DATA_DIR"); !folder.empty()) {
         return {folder, true};
     }
-    return {fs::path(g_get_user_data_dir()) / "Varnic" / "Library", false};
+    const auto settings = openSettings(false);
+    const fs::path moved = settings->value(AppSettings::libraryFolderKey).toString().toStdString();
+    if (!moved.is_absolute()) {
+        return {fs::path(g_get_user_data_dir()) / "Varnic" / "Library", false};
+    }
+    if (std::error_code ignored; !fs::is_directory(moved / "notes", ignored)) {
+        throw std::runtime_error(fmt::format("The library is in “{}”, which isn’t there now. Connect the disk that it "
+                                             "is on and start Varnic again. To go "
+                                             "without it, remove the line “{}” from “{}”.",
+                                             moved.string(), AppSettings::libraryFolderKey,
+                                             settings->fileName().toStdString()));
+    }
+    return {moved, false};
 }
 
 AppPlaces AppPlaces::fromEnvironment() {
     auto [folder, isScratch] = dataDirectoryFromEnvironment();
-    auto settings = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
-                                                isScratch ? "app.brevin.varnic.selftest" : "Varnic", "settings");
+    auto settings = openSettings(isScratch);
     if (isScratch && environment("VARNIC_SELFTEST") != "persist") {
         settings->clear();
     }
     fs::path spares = spareFolderFor(folder);
     return {.dataDirectory = std::move(folder),
             .spareFolder = std::move(spares),
+            .isFixed = isScratch,
             .isScratch = isScratch,
             .settings = std::move(settings)};
 }

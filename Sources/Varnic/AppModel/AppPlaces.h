@@ -13,16 +13,23 @@ struct AppPlaces {
     std::filesystem::path dataDirectory;
     /// Where notes are kept that the library does not take.
     std::filesystem::path spareFolder;
+    /// The environment says where the library is, so that it can't be moved.
+    bool isFixed = false;
     /// Data and settings are for trying out: no key ring is touched.
     bool isScratch = false;
     std::unique_ptr<QSettings> settings;
 
     /// $VARNIC_DATA_DIR with settings of its own, which are wiped unless VARNIC_SELFTEST is "persist"; else the user's
-    /// library and settings.
+    /// library and settings. Throws as `dataDirectoryFromEnvironment`.
     static AppPlaces fromEnvironment();
 
-    /// The folder alone, and whether it is for trying out; touches no settings.
+    /// The folder alone, and whether it is for trying out; changes no settings. Throws std::runtime_error with the
+    /// user's sentence where the library was moved to a place that isn't there now, as on a disk that is not connected:
+    /// another one must not begin there.
     static std::pair<std::filesystem::path, bool> dataDirectoryFromEnvironment();
+
+    /// Where the notes are kept that the library in this folder does not take.
+    static std::filesystem::path spareFolderFor(const std::filesystem::path& library);
 };
 
 } // namespace varnic

@@ -1,9 +1,14 @@
 #include "Varnic/AppModel/AppSettings.h"
 
+#include "Varnic/AppModel/SettingsFile.h"
+#include "Varnic/AppModel/StoredSettings.h"
+
 #include <QString>
 #include <QVariant>
 
 #include <algorithm>
+#include <chrono>
+#include <utility>
 
 namespace varnic {
 
@@ -13,26 +18,9 @@ QString text(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-std::string readText(const QSettings& store, const char* key, std::string_view otherwise) {
-    return store.value(key, text(otherwise)).toString().toStdString();
-}
-
-/// A Boolean, or `otherwise` where there is none. In an INI file it stands as a word.
-bool readFlag(const QSettings& store, const char* key, bool otherwise) {
-    const QVariant value = store.value(key);
-    if (value.typeId() == QMetaType::Bool || value.toString() == "true" || value.toString() == "false") {
-        return value.toBool();
-    }
-    return otherwise;
-}
-
-AISettings readAI(const QSettings& store) {
-    try {
-        return AISettings::decode(store.value("ai").toByteArray().toStdString());
-    } catch (const std::exception&) {
-        return {};
-    }
-}
+/// While somebody types, it is written once.
+constexpr auto writeDelay = std::chrono::milliseconds(300);
+constexpr const char* versionKey = "version";
 
 std::string firstWord(std::string_view name) {
     const std::size_t start = std::min(name.find_first_not_of(' '), name.size());
@@ -62,16 +50,30 @@ std::optional<HotkeyChoice> hotkeyChoiceFrom(std::string_view raw) {
 }
 
 AppSettings::AppSettings(std::unique_ptr<QSettings> store, std::string_view userName, std::string_view locale)
-    : yourName(readText(*store, "yourName", firstWord(userName))), consentSeen(readFlag(*store, "consentSeen", false)),
-      remindEveryTime(readFlag(*store, "remindEveryTime", false)),
-      headsUpTone(Consent::toneFrom(readText(*store, "headsUpTone", "")).value_or(Consent::Tone::friendly)),
-      showPill(readFlag(*store, "showPill", true)), hotkeyEnabled(readFlag(*store, "hotkeyEnabled", true)),
-      hotkey(hotkeyChoiceFrom(readText(*store, "hotkey", "")).value_or(HotkeyChoice::ctrlOptCmdR)),
-      keepAudio(readFlag(*store, "keepAudio", true)), liveTranscript(readFlag(*store, "liveTranscript", true)),
-      localeID(readText(*store, "localeID", languageTag(locale))), ai(readAI(*store)), store_(std::move(store)) {
+    : AppSettings(StoredSettings(*store), std::move(store), userName, locale) {}
+
+AppSettings::AppSettings(StoredSettings stored, std::unique_ptr<QSettings>&& store, std::string_view userName,
+                         std::string_view locale)
+    : yourName(stored.text("yourName", firstWord(userName))), consentSeen(stored.flag("consentSeen", false)),
+      remindEveryTime(stored.flag("remindEveryTime", false)),
+      headsUpTone(stored.one("headsUpTone", Consent::toneFrom, Consent::Tone::friendly)),
+      showPill(stored.flag("showPill", true)), hotkeyEnabled(stored.flag("hotkeyEnabled", true)),
+      hotkey(stored.one("hotkey", hotkeyChoiceFrom, HotkeyChoice::ctrlOptCmdR)),
+      hotkeyKeys(stored.text("hotkeyKeys", "")), keepAudio(stored.flag("keepAudio", true)),
+      liveTranscript(stored.flag("liveTranscript", true)), localeID(stored.text("localeID", languageTag(locale))),
+      ai(stored.ai("ai")), microphone(stored.device("microphone")), heardOutput(stored.device("heardOutput")),
+      libraryFolder(stored.text(libraryFolderKey, "")), store_(std::move(store)) {
+    readProblem_ = SettingsFile::keepAside(*store_, stored.isDamaged());
+    problem = readProblem_;
+    writeSoon_.setSingleShot(true);
+    writeSoon_.setInterval(writeDelay);
+    QObject::connect(&writeSoon_, &QTimer::timeout, [this] { save(); });
     const auto flag = [](bool value) { return QVariant(value); };
     const auto words = [](const std::string& value) { return QVariant(text(value)); };
     const auto raw = [](auto value) { return QVariant(text(rawValue(value))); };
+    const auto device = [](const DeviceChoice& value) {
+        return QVariant(QByteArray::fromStdString(StoredSettings::encode(value)));
+    };
     keep("yourName", yourName, words);
     keep("consentSeen", consentSeen, flag);
     keep("remindEveryTime", remindEveryTime, flag);
@@ -79,16 +81,32 @@ AppSettings::AppSettings(std::unique_ptr<QSettings> store, std::string_view user
     keep("showPill", showPill, flag);
     keep("hotkeyEnabled", hotkeyEnabled, flag);
     keep("hotkey", hotkey, raw);
+    keep("hotkeyKeys", hotkeyKeys, words);
     keep("keepAudio", keepAudio, flag);
     keep("liveTranscript", liveTranscript, flag);
     keep("localeID", localeID, words);
     keep("ai", ai, [](const AISettings& value) { return QVariant(QByteArray::fromStdString(value.encode())); });
+    keep("microphone", microphone, device);
+    keep("heardOutput", heardOutput, device);
+    keep(libraryFolderKey, libraryFolder, words);
+}
+
+bool AppSettings::save() {
+    writeSoon_.stop();
+    const auto unsaved = SettingsFile::write(*store_);
+    problem = unsaved ? unsaved : readProblem_;
+    return !unsaved;
 }
 
 template <typename Value, typename Encode>
 void AppSettings::keep(const char* key, QProperty<Value>& property, Encode encode) {
-    writers_.push_back(
-        property.addNotifier([this, key, &property, encode] { store_->setValue(key, encode(property.value())); }));
+    writers_.push_back(property.addNotifier([this, key, &property, encode] {
+        store_->setValue(key, encode(property.value()));
+        if (!store_->contains(versionKey)) {
+            store_->setValue(versionKey, SettingsFile::version);
+        }
+        writeSoon_.start();
+    }));
 }
 
 } // namespace varnic

@@ -2,9 +2,11 @@
 
 #include "VarnicCore/AISummariser/AISettings.h"
 #include "VarnicCore/Pipeline/Consent.h"
+#include "VarnicPlatform/Capture/CaptureDevices.h"
 
 #include <QProperty>
 #include <QSettings>
+#include <QTimer>
 
 #include <array>
 #include <functional>
@@ -16,6 +18,8 @@
 
 namespace varnic {
 
+class StoredSettings;
+
 /// The key combinations that can be chosen for the global hotkey.
 enum class HotkeyChoice { ctrlOptCmdR, optShiftR, ctrlShiftR };
 
@@ -26,8 +30,8 @@ inline constexpr std::array allHotkeyChoices{HotkeyChoice::ctrlOptCmdR, HotkeyCh
 std::string_view rawValue(HotkeyChoice choice);
 std::optional<HotkeyChoice> hotkeyChoiceFrom(std::string_view rawValue);
 
-/// The user's settings. Each is read once, when this is made; a later change is written to the store at once. Main
-/// thread.
+/// The user's settings. Each is read once, when this is made; a later change is written to the store at once, and to
+/// the disk after a moment. Main thread.
 class AppSettings {
 public:
     /// `userName` is the user's full name and `locale` the current locale's identifier, the first values of `yourName`
@@ -43,12 +47,30 @@ public:
     QProperty<bool> showPill;
     QProperty<bool> hotkeyEnabled;
     QProperty<HotkeyChoice> hotkey;
+    /// A combination of the user's own in place of the choice, as KeyCombination::parse reads it; empty for the choice.
+    QProperty<std::string> hotkeyKeys;
     /// Whether recordings stay after they have been transcribed.
     QProperty<bool> keepAudio;
     QProperty<bool> liveTranscript;
     /// The spoken language, such as "en-GB".
     QProperty<std::string> localeID;
     QProperty<AISettings> ai;
+    /// The sound devices that calls are recorded from; see CaptureDevices.
+    QProperty<DeviceChoice> microphone;
+    QProperty<DeviceChoice> heardOutput;
+    /// Where the library lies, if it was moved; empty for the usual place. Only a move of the library sets it.
+    QProperty<std::string> libraryFolder;
+
+    /// The devices of both sides.
+    [[nodiscard]] CaptureDevices devices() const {
+        return {.microphone = microphone.value(), .heard = heardOutput.value()};
+    }
+
+    /// The user's sentence about settings that could not be read, or can't be saved; nothing where all is well.
+    QProperty<std::optional<std::string>> problem;
+
+    /// Writes what is not written yet; whether all is on the disk. `problem` says why not.
+    bool save();
 
     /// From here on changes are for this run only, and not written.
     void keepForThisRun() { writers_.clear(); }
@@ -56,11 +78,19 @@ public:
     /// Settings that belong to windows and not to the application.
     [[nodiscard]] QSettings& store() { return *store_; }
 
+    /// What the settings file says of where the library lies.
+    static constexpr const char* libraryFolderKey = "libraryFolder";
+
 private:
+    AppSettings(StoredSettings stored, std::unique_ptr<QSettings>&& store, std::string_view userName,
+                std::string_view locale);
+
     template <typename Value, typename Encode>
     void keep(const char* key, QProperty<Value>& property, Encode encode);
 
     std::unique_ptr<QSettings> store_;
+    std::optional<std::string> readProblem_;
+    QTimer writeSoon_;
     /// What writes a setting as it changes.
     std::vector<QPropertyNotifier> writers_;
 };

@@ -12,8 +12,24 @@
 
 namespace varnic {
 
-/// Where in the program's settings a view leads: their beginning, or the row that is about something.
-enum class SettingsRow { beginning, microphone, systemAudio, speech, summaries };
+/// What the settings window can be opened at.
+enum class SettingsRow {
+    /// The window as it was last.
+    beginning,
+    microphone,
+    /// The sound of the other side.
+    systemAudio,
+    speech,
+    language,
+    library,
+    hotkey,
+    /// Whether AI summaries are offered.
+    summaries,
+    provider,
+    /// The key of the AI provider.
+    key,
+    updates
+};
 
 /// What the flows ask of the desktop. Each does nothing unless the program with a screen, or a test, fills it in.
 /// Called on the main thread.
@@ -29,8 +45,10 @@ struct Desktop {
     /// Puts a text on the clipboard in place of what is there.
     std::function<void(const std::string& text)> copyText = [](const std::string&) {};
     std::function<void(const std::string& url)> openURL = [](const std::string&) {};
-    /// Shows the program's settings at this row.
+    /// Shows the settings window, with this row in view and marked.
     std::function<void(SettingsRow row)> openSettings = [](SettingsRow) {};
+    /// Looks for a newer version, in a window of its own. Null where nothing is known of newer versions.
+    std::function<void()> checkForUpdates = nullptr;
     /// Shows or hides the floating pill, whichever is right now.
     std::function<void()> refreshPill = [] {};
     /// Registers the global hotkey anew, from the settings.

@@ -220,6 +220,7 @@ void AppModel::forget(Uuid id) {
     notes_.erase(id);
     saveTasks_.erase(id);
     unsaved_.erase(id);
+    histories_.erase(id);
     selection = next;
 }
 
@@ -287,8 +288,9 @@ void AppModel::togglePin(Uuid id) {
 }
 
 void AppModel::toggleTodo(Uuid note, Uuid block) {
-    update(note, true, [block](Note& edited) {
+    edit(note, {.saveNow = true}, [block](Note& edited) -> std::optional<TextPlace> {
         NoteEditor::update(block, edited, currentDate(), [](Block& todo) { todo.done = !todo.done; });
+        return std::nullopt;
     });
 }
 

@@ -1,6 +1,9 @@
 #include "Varnic/AppModel/LibraryQueue.h"
 
 #include "Varnic/Background.h"
+#include "VarnicCore/Files/Folders.h"
+#include "VarnicCore/Library/LibraryLock.h"
+#include "VarnicCore/Library/LibraryMove.h"
 #include "VarnicCore/Pipeline/Recovery.h"
 
 #include <exception>
@@ -119,6 +122,35 @@ void LibraryQueue::check(std::optional<std::set<std::string>> names, WhenLooked 
             looked.problem = error.what();
         }
         tell(std::move(looked));
+    });
+}
+
+void LibraryQueue::moveTo(LibraryMove& move, const std::filesystem::path& spareFolder,
+                          const std::function<void()>& keepPlace) {
+    std::exception_ptr failure;
+    std::optional<LibraryLock> lock;
+    queue_.sync([&] {
+        try {
+            lock = LibraryLock::forWriting(root());
+            move.catchUp();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+    });
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+    keepPlace();
+    move.settle();
+    queue_.sync([&] {
+        library_.moved(move.target());
+        try {
+            Folders::moveIfThere(spareFolder_, spareFolder);
+        } catch (const LibraryError&) {
+            // They stay for a start with the library in its old place.
+        }
+        spareFolder_ = spareFolder;
+        spare_ = SpareNotes(spareFolder);
     });
 }
 

@@ -18,6 +18,8 @@
 
 namespace varnic {
 
+class LibraryMove;
+
 struct DeadRecording;
 
 /// The library on disk behind a queue of its own, so that the main thread never waits for a disk: what is asked for is
@@ -54,7 +56,7 @@ public:
 
     /// Notes that the library does not take are kept in the spare folder meanwhile.
     LibraryQueue(std::filesystem::path root, std::filesystem::path spareFolder)
-        : library_(std::move(root)), spare_(std::move(spareFolder)) {}
+        : library_(std::move(root)), spareFolder_(std::move(spareFolder)), spare_(spareFolder_) {}
 
     [[nodiscard]] const std::filesystem::path& root() const { return library_.store().root(); }
 
@@ -88,6 +90,11 @@ public:
     /// The reported changes are known from here on; looks whether the files have changed again since.
     void accept(std::vector<NoteChange> changes, WhenLooked tell);
 
+    /// Brings the copy of a library that moves up to date, with all that was asked for before, and lets `keepPlace`
+    /// note where the library is; nothing is asked for meanwhile. From then on the copy is the library, with a spare
+    /// folder of its own. Waits for that; throws what the two throw, and then the library is where it was.
+    void moveTo(LibraryMove& move, const std::filesystem::path& spareFolder, const std::function<void()>& keepPlace);
+
     /// Returns when all that was asked for is on disk.
     void flush() {
         queue_.sync([] {});
@@ -97,6 +104,7 @@ private:
     void takeInSpares(Date now);
 
     SharedLibrary library_;
+    std::filesystem::path spareFolder_;
     SpareNotes spare_;
     /// Last, so that its work ends before the library does.
     SerialQueue queue_;

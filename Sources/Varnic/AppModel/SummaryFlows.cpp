@@ -3,7 +3,7 @@
 #include "Varnic/Background.h"
 #include "VarnicCore/AISummariser/AIError.h"
 #include "VarnicCore/AISummariser/AISummariser.h"
-#include "VarnicCore/AISummariser/KeyStore.h"
+#include "VarnicCore/AISummariser/SummariserFactory.h"
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 
@@ -34,8 +34,7 @@ QCoro::Task<> AppModel::runAI(Uuid id) {
     if (stored == nullptr || !callActions(*stored, {}).summarise) {
         co_return;
     }
-    const std::shared_ptr<Summariser> summariser = aiSummariser();
-    if (!summariser) {
+    if (!settings.ai.value().enabled) {
         co_return;
     }
     change(aiRunning, [id](auto& running) { running.insert(id); });
@@ -44,14 +43,21 @@ QCoro::Task<> AppModel::runAI(Uuid id) {
     std::optional<CallDigest> digest;
     std::string problem;
     const std::stop_token stop = stopProcessing_.get_token();
-    const auto work = [summariser, segments = stored->call->segments, told = context(*stored->call), stop] {
-        return summariser->digest(segments, told, stop);
+    // As all is now, whatever changes while the key is waited for.
+    const auto digestWith = [asked = settings.ai.value(), transport = transport, url = anthropicURL,
+                             segments = stored->call->segments, told = context(*stored->call),
+                             stop](const std::optional<std::string>& key) {
+        return SummariserFactory::ai(asked, key, transport, url)->digest(segments, told, stop);
     };
+    const KeyReading key = co_await apiKey.read();
+    if (!self) {
+        co_return;
+    }
+    const auto work = [digestWith, key = key.key] { return digestWith(key); };
     try {
         digest = co_await inBackground(work);
     } catch (const AIError& error) {
-        const bool isLocked = error.kind() == AIError::Kind::noKey && keys->isLocked(settings.ai.value().keyAccount());
-        problem = isLocked ? KeyStore::lockedSentence : error.what();
+        problem = error.kind() == AIError::Kind::noKey && !key.problem.empty() ? key.problem : error.what();
     } catch (const std::exception& error) {
         problem = error.what();
     }

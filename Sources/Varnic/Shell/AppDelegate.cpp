@@ -28,7 +28,7 @@ std::optional<std::string> environmentVariable(const char* name) {
 
 AppDelegate::AppDelegate(AppModel& model, QObject* parent)
     : QObject(parent), model_(model), menus_(varnic::menus(model, [this] { terminateSoon(); })), pill_(model),
-      notifications_(model), eventsNotifier_(events_.descriptor(), QSocketNotifier::Read) {
+      notifications_(model), eventsNotifier_(events_.descriptor(), QSocketNotifier::Read), loginStart_(events_) {
     hooks.environment = environmentVariable;
     // Not quit(), which a window that is merely hidden when it is closed could refuse.
     hooks.quit = [] { QCoreApplication::exit(); };
@@ -188,8 +188,8 @@ void AppDelegate::applyHotkey() {
         hotkey_->statusChanged = [this](const Hotkey::Status& status) { takeHotkeyStatus(status); };
     }
     std::optional<KeyCombination> combination;
-    if (model_.settings.hotkeyEnabled.value()) {
-        combination = keys(model_.settings.hotkey.value());
+    if (model_.settings.hotkeyEnabled.value() && !isHotkeyPaused_) {
+        combination = keys(model_.settings);
     }
     hotkey_->registerCombination(combination, [this](const std::string& activationToken) {
         QMetaObject::invokeMethod(
@@ -198,12 +198,18 @@ void AppDelegate::applyHotkey() {
     });
 }
 
+void AppDelegate::setHotkeyPaused(bool isPaused) {
+    if (std::exchange(isHotkeyPaused_, isPaused) != isPaused && hotkey_) {
+        model_.desktop.applyHotkey();
+    }
+}
+
 void AppDelegate::takeHotkeyStatus(const Hotkey::Status& status) {
     hotkeyNote = status.message;
+    hotkeyState = status.state;
     if (status.state == Hotkey::State::taken) {
-        model_.flash(
-            {.text = fmt::format("{} is taken by another program", keys(model_.settings.hotkey.value()).title()),
-             .symbol = "exclamationmark.triangle"});
+        model_.flash({.text = fmt::format("{} is taken by another program", keys(model_.settings).title()),
+                      .symbol = "exclamationmark.triangle"});
     }
 }
 

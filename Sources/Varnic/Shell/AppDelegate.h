@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Varnic/AppModel/AppModel.h"
+#include "Varnic/Shell/LoginStart.h"
 #include "Varnic/Shell/Menus.h"
 #include "Varnic/Shell/Notifications.h"
 #include "Varnic/Shell/PillController.h"
@@ -92,6 +93,13 @@ public:
 
     /// How the global hotkey fares, for the settings; empty while it is off.
     QProperty<std::string> hotkeyNote;
+    /// The same for programs. Where it is not registered, Hotkey::command can be bound in the desktop's settings.
+    QProperty<Hotkey::State> hotkeyState{Hotkey::State::off};
+
+    /// While true the hotkey does nothing, so that its keys can be pressed to choose another.
+    void setHotkeyPaused(bool isPaused);
+
+    [[nodiscard]] LoginStart& loginStart() { return loginStart_; }
 
     /// They don’t change; what they say does.
     [[nodiscard]] const Menus& menus() const { return menus_; }
@@ -116,7 +124,9 @@ private:
     Notifications notifications_;
     DesktopEvents events_;
     QSocketNotifier eventsNotifier_;
+    LoginStart loginStart_;
     std::unique_ptr<Hotkey> hotkey_;
+    bool isHotkeyPaused_ = false;
     std::unique_ptr<SleepWatch> sleepWatch_;
     std::function<void()> sleepDone_;
     bool isLaunched_ = false;

@@ -31,8 +31,22 @@ MenuEntry recordCall(AppModel& model) {
             [&model] { return SessionLogic::toggle(model.recorder().state(), true) != SessionLogic::Action::none; }};
 }
 
+MenuEntry settings(AppModel& model) {
+    return {.text = always("Settings…"), .shortcut = "Ctrl+,", .perform = [&model] {
+                model.desktop.openSettings(SettingsRow::beginning);
+            }};
+}
+
 MenuEntry quitEntry(const std::function<void()>& quit) {
     return {.text = always("Quit"), .shortcut = "Ctrl+Q", .perform = quit};
+}
+
+MenuEntry checkForUpdates(AppModel& model) {
+    return {.text = always("Check for Updates…"),
+            .shortcut = "",
+            .perform = [&model] { model.desktop.checkForUpdates(); },
+            .isEnabled = [&model] { return model.desktop.checkForUpdates != nullptr; },
+            .beginsGroup = true};
 }
 
 Menu fileMenu(AppModel& model, const std::function<void()>& quit) {
@@ -41,10 +55,12 @@ Menu fileMenu(AppModel& model, const std::function<void()>& quit) {
              {.text = always("Import Recording…"),
               .shortcut = "Ctrl+Shift+I",
               .perform = [&model] { model.chooseImport(); }},
+             settings(model),
              {.text = always("Close Window"),
               .shortcut = "Ctrl+W",
               .perform = [&model] { model.desktop.closeWindow(); },
               .beginsGroup = true},
+             checkForUpdates(model),
              quitEntry(quit)}};
 }
 
@@ -80,6 +96,7 @@ std::vector<MenuEntry> trayMenu(AppModel& model, const std::function<void()>& qu
              .shortcut = "",
              .perform = [&model] { model.desktop.activate(); },
              .beginsGroup = true},
+            settings(model),
             quitEntry(quit)};
 }
 

@@ -2,19 +2,20 @@
 
 namespace varnic {
 
-bool KeyStore::remove(const std::string& account) {
-    const bool isThere = key(account).has_value();
-    setKey(std::nullopt, account);
+bool KeyStore::removeNow(const std::string& account, const std::stop_token& stop) {
+    const bool isThere = readNow(account, stop).key.has_value();
+    setNow(std::nullopt, account, stop);
     return isThere;
 }
 
-std::optional<std::string> MemoryKeyStore::key(const std::string& account) const {
+KeyReading MemoryKeyStore::readNow(const std::string& account, const std::stop_token& /*stop*/) const {
     const std::scoped_lock guard(lock_);
     const auto found = keys_.find(account);
-    return found == keys_.end() ? std::nullopt : std::optional(found->second);
+    return found == keys_.end() ? KeyReading() : KeyReading::found(found->second);
 }
 
-void MemoryKeyStore::setKey(const std::optional<std::string>& key, const std::string& account) {
+void MemoryKeyStore::setNow(const std::optional<std::string>& key, const std::string& account,
+                            const std::stop_token& /*stop*/) {
     const std::scoped_lock guard(lock_);
     if (key) {
         keys_.insert_or_assign(account, *key);

@@ -18,6 +18,9 @@ public:
 
     [[nodiscard]] bool hasHost() const { return !host_.empty(); }
 
+    /// Whether a user's name or a password stands in it.
+    [[nodiscard]] bool hasUser() const { return userInfo_.has_value(); }
+
     /// As it was written, an IPv6 address in brackets.
     [[nodiscard]] std::string host() const;
 

@@ -1,65 +1,15 @@
 #include "VarnicCore/Editor/NoteEditor.h"
 
 #include "VarnicCore/Editor/BlockAccess.h"
+#include "VarnicCore/Editor/TypedForms.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace varnic::NoteEditor {
 
 namespace {
-
-struct Shortcut {
-    std::string_view prefix;
-    BlockKind kind;
-    bool done;
-};
-
-/// Longer prefixes stand before those that they begin with.
-constexpr std::array shortcuts{
-    Shortcut{"### ", BlockKind::subheading, false}, Shortcut{"## ", BlockKind::subheading, false},
-    Shortcut{"# ", BlockKind::heading, false},      Shortcut{"- [ ] ", BlockKind::todo, false},
-    Shortcut{"- [x] ", BlockKind::todo, true},      Shortcut{"[ ] ", BlockKind::todo, false},
-    Shortcut{"[] ", BlockKind::todo, false},        Shortcut{"[x] ", BlockKind::todo, true},
-    Shortcut{"- ", BlockKind::bullet, false},       Shortcut{"* ", BlockKind::bullet, false},
-    Shortcut{"• ", BlockKind::bullet, false},       Shortcut{"> ", BlockKind::quote, false},
-};
-
-/// What separates the two sides of a flashcard as typed.
-constexpr std::string_view cardSeparator = " :: ";
-
-const Shortcut* findShortcut(const Block& block) {
-    const auto* const found = std::ranges::find_if(shortcuts, [&](const Shortcut& shortcut) {
-        const bool fits =
-            block.kind == BlockKind::paragraph || (block.kind == BlockKind::bullet && shortcut.kind == BlockKind::todo);
-        return fits && block.text.starts_with(shortcut.prefix);
-    });
-    return found == shortcuts.end() ? nullptr : found;
-}
-
-struct CardSides {
-    std::string front;
-    std::string back;
-};
-
-std::optional<CardSides> cardSides(std::string_view text) {
-    const auto separator = text.find(cardSeparator);
-    if (separator == std::string_view::npos) {
-        return std::nullopt;
-    }
-    const auto front = Unicode::trimBlanks(text.substr(0, separator));
-    const auto back = Unicode::trimBlanks(text.substr(separator + cardSeparator.size()));
-    if (front.empty() || back.empty()) {
-        return std::nullopt;
-    }
-    return CardSides{std::string(front), std::string(back)};
-}
-
-bool isListItem(BlockKind kind) {
-    return kind == BlockKind::todo || kind == BlockKind::bullet;
-}
 
 /// The words that a block keeps when its kind changes.
 std::string wordsOf(const Block& block) {
@@ -161,7 +111,7 @@ std::optional<ReturnResult> pressReturn(Uuid id, Note& note, Date now) {
         return LeftList{id};
     }
     Block fresh;
-    fresh.kind = isListItem(block->kind) ? block->kind : BlockKind::paragraph;
+    fresh.kind = continued(block->kind);
     const Uuid freshId = fresh.id;
     insert(std::move(fresh), id, note, now);
     return NewBlock{freshId};
@@ -187,31 +137,11 @@ bool applyShortcut(Uuid id, Note& note, Date now) {
     if (block == note.blocks.end()) {
         return false;
     }
-    if (const Shortcut* shortcut = findShortcut(*block)) {
-        update(id, note, now, [shortcut](Block& changed) {
-            changed.kind = shortcut->kind;
-            changed.done = shortcut->done;
-            changed.text.erase(0, shortcut->prefix.size());
-        });
-        return true;
-    }
-    if (block->kind != BlockKind::paragraph) {
+    std::optional<Block> meant = asTyped(*block);
+    if (!meant) {
         return false;
     }
-    if (Unicode::trimBlanks(block->text) == "---") {
-        setKind(BlockKind::divider, id, note, now);
-        return true;
-    }
-    auto sides = cardSides(block->text);
-    if (!sides) {
-        return false;
-    }
-    update(id, note, now, [&sides](Block& changed) {
-        changed.kind = BlockKind::flashcard;
-        changed.text = std::move(sides->front);
-        changed.back = std::move(sides->back);
-        changed.card = CardState{};
-    });
+    update(id, note, now, [&meant](Block& changed) { changed = std::move(*meant); });
     return true;
 }
 

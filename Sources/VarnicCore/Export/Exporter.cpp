@@ -147,11 +147,11 @@ bool isListItem(const Block& block) {
 }
 
 /// The items of one list follow each other without blank lines.
-void addBlocks(Lines& lines, const Note& note, const ExportOptions& options) {
-    for (auto block = note.blocks.begin(); block != note.blocks.end(); ++block) {
+void addBlocks(Lines& lines, const std::vector<Block>& blocks, const Note& note, const ExportOptions& options) {
+    for (auto block = blocks.begin(); block != blocks.end(); ++block) {
         addBlock(lines, *block, note, options);
         const auto next = block + 1;
-        if (isListItem(*block) && (next == note.blocks.end() || next->kind != block->kind)) {
+        if (isListItem(*block) && (next == blocks.end() || next->kind != block->kind)) {
             lines.emplace_back();
         }
     }
@@ -175,13 +175,11 @@ void addTranscript(Lines& lines, const Note& note, const ExportOptions& options)
     }
 }
 
-/// The lines as one text that ends in exactly one newline.
+/// The lines as one text without newlines at its end.
 std::string joined(const Lines& lines) {
     std::string text = fmt::format("{}", fmt::join(lines, "\n"));
-    while (text.ends_with('\n')) {
-        text.pop_back();
-    }
-    return text + "\n";
+    text.erase(text.find_last_not_of('\n') + 1);
+    return text;
 }
 
 } // namespace
@@ -223,11 +221,17 @@ std::string markdown(const Note& note, const ExportOptions& options, const Regio
     if (note.call) {
         addSpaced(lines, "*" + metaLine(*note.call, region) + "*");
     }
-    addBlocks(lines, note, options);
+    addBlocks(lines, note.blocks, note, options);
     if (const EmailDraft* email = ExportParts::email(note, options)) {
         addEmail(lines, *email);
     }
     addTranscript(lines, note, options);
+    return joined(lines) + "\n";
+}
+
+std::string markdown(const std::vector<Block>& blocks, const Note& note, const ExportOptions& options) {
+    Lines lines;
+    addBlocks(lines, blocks, note, options);
     return joined(lines);
 }
 

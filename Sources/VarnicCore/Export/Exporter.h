@@ -26,6 +26,9 @@ std::string metaLine(const CallRecord& call, const Region& region);
 /// The note as Markdown that MarkdownImport reads back. Ends in exactly one newline.
 std::string markdown(const Note& note, const ExportOptions& options, const Region& region);
 
+/// Some blocks of the note as they stand in that file, without a newline at the end.
+std::string markdown(const std::vector<Block>& blocks, const Note& note, const ExportOptions& options);
+
 /// The note as the bytes of a file. The same note gives the same bytes, where the same fonts are installed. Throws
 /// std::runtime_error where a Word file cannot be put together.
 std::string data(const Note& note, ExportFormat format, const ExportOptions& options, const Region& region);

@@ -80,7 +80,8 @@ std::vector<Block> dueCards(const Note& note, Date now) {
 std::optional<Date> nextDue(const Note& note, Date now) {
     std::optional<Date> next;
     for (const Block& block : note.blocks) {
-        const bool isToCome = block.kind == BlockKind::flashcard && block.card && block.card->due > now;
+        const bool isCard = block.kind == BlockKind::flashcard && !block.text.empty();
+        const bool isToCome = isCard && block.card && block.card->due > now;
         if (isToCome && (!next || *block.card->due < *next)) {
             next = block.card->due;
         }

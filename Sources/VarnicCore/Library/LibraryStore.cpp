@@ -120,6 +120,18 @@ LibraryStore::LibraryStore(fs::path root) : root_(std::move(root)) {
     disk_ = diskOf(root_);
 }
 
+void LibraryStore::moved(const fs::path& root) {
+    const auto follow = [&](fs::path& file) { file = root / file.lexically_relative(root_); };
+    for (UnreadableFile& file : unreadable_) {
+        follow(file.path);
+    }
+    for (auto& [id, version] : versions_) {
+        follow(version.file);
+    }
+    root_ = root;
+    disk_ = diskOf(root_);
+}
+
 fs::path LibraryStore::url(const Uuid& id) const {
     return notesDir() / (id.text() + std::string(noteExtension));
 }

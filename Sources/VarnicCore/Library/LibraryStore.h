@@ -48,6 +48,9 @@ public:
 
     [[nodiscard]] const std::filesystem::path& root() const { return root_; }
 
+    /// The same library lies there from here on.
+    void moved(const std::filesystem::path& root);
+
     /// The files that the last `loadAll` could not read. They stay on disk as they are.
     [[nodiscard]] const std::vector<UnreadableFile>& unreadable() const { return unreadable_; }
 

@@ -85,6 +85,13 @@ std::vector<Note> SharedLibrary::loadAll(Date now) {
     return notes;
 }
 
+void SharedLibrary::moved(const fs::path& root) {
+    for (auto& [id, known] : known_) {
+        known.version.file = root / known.version.file.lexically_relative(store_.root());
+    }
+    store_.moved(root);
+}
+
 /// Throws LibraryError where it cannot be found out whether there is anything.
 SharedLibrary::Found SharedLibrary::look(const fs::path& file, Date now) {
     NoteFileReader reader;

@@ -47,6 +47,9 @@ public:
     /// A version that was only loaded is not in memory: `base`, if not null, is the note as it was loaded.
     std::optional<Note> save(const Note& note, Date now, const Note* base = nullptr);
 
+    /// The same library lies there from here on, file by file as it was.
+    void moved(const std::filesystem::path& root);
+
     /// The fingerprint of what is known of the note; 0 where nothing is.
     [[nodiscard]] std::uint64_t knownFingerprint(const Uuid& id) const;
 

@@ -2,6 +2,7 @@
 
 #include <glib.h>
 #include <unicode/locid.h>
+#include <unicode/numsys.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
 
@@ -36,7 +37,21 @@ seconds offsetAt(const Zone& zone, sys_seconds moment) {
 } // namespace
 
 Region Region::user() {
-    return {icu::Locale::getDefault().getName(), ""};
+    const std::string locale = icu::Locale::getDefault().getName();
+    return {.locale = locale, .timeZone = "", .dateLocale = inEnglish(locale)};
+}
+
+std::string Region::inEnglish(const std::string& locale) {
+    UErrorCode status = U_ZERO_ERROR;
+    icu::Locale whole(locale.c_str());
+    const std::unique_ptr<icu::NumberingSystem> digits(icu::NumberingSystem::createInstance(whole, status));
+    whole.addLikelySubtags(status); // a language alone has a region too
+    icu::Locale english("en", whole.getCountry());
+    english.setKeywordValue("calendar", "gregorian", status);
+    if (digits) {
+        english.setKeywordValue("numbers", digits->getName(), status);
+    }
+    return U_SUCCESS(status) != 0 ? english.getName() : "en";
 }
 
 bool Region::hasKnownZone() const {
@@ -95,9 +110,10 @@ std::string Region::format(Date date, std::string_view pattern) const {
     const auto moment = floor<seconds>(date);
     const seconds offset = offsetAt(zoneOrUtc(timeZone), moment);
     UErrorCode status = U_ZERO_ERROR;
-    icu::SimpleDateFormat formatter(icu::UnicodeString::fromUTF8(pattern), icu::Locale(locale.c_str()), status);
+    icu::SimpleDateFormat formatter(icu::UnicodeString::fromUTF8(pattern), icu::Locale(localeOfDates().c_str()),
+                                    status);
     if (U_FAILURE(status) != 0) {
-        throw std::runtime_error("The dates of this language cannot be written: " + locale);
+        throw std::runtime_error("The dates of this language cannot be written: " + localeOfDates());
     }
     // The formatter is given the wall clock's reading as though it were UTC, so that the zone's rules come from one
     // source only.

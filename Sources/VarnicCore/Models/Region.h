@@ -12,13 +12,20 @@ namespace varnic {
 /// Where and in which language the user lives: what turns moments into days and days into words. The calendar is the
 /// Gregorian one. Zone rules are the system's (the tz database that the system keeps current), through GLib.
 struct Region {
-    /// ICU locale, such as "en_GB".
+    /// ICU locale, such as "en_GB": how titles are sorted and, without a `dateLocale`, what dates are written like.
     std::string locale = "en_US";
     /// IANA zone name, such as "Europe/Berlin"; empty for the system's own zone.
     std::string timeZone = "UTC";
+    /// ICU locale of the words and digits of dates; empty where that is `locale` too.
+    std::string dateLocale;
 
-    /// The locale and zone of this user on this system.
+    /// The locale and zone of this user on this system. Dates stand in sentences of the program and so are in its
+    /// language.
     static Region user();
+
+    /// ICU locale of the program's language, English, for users of a locale: with the digits and the first day of the
+    /// week that they are used to.
+    static std::string inEnglish(const std::string& locale);
 
     /// Whether the system knows the zone. The functions below treat an unknown zone as UTC.
     [[nodiscard]] bool hasKnownZone() const;
@@ -33,7 +40,10 @@ struct Region {
     /// others: in this zone where none is named, the first moment of a day without a time. Nothing for anything else.
     [[nodiscard]] std::optional<Date> moment(std::string_view text) const;
 
-    /// The moment in the pattern (Unicode's date field symbols, such as "EEE d MMM") and this locale's words.
+    /// The locale that dates are written in.
+    [[nodiscard]] const std::string& localeOfDates() const { return dateLocale.empty() ? locale : dateLocale; }
+
+    /// The moment in the pattern (Unicode's date field symbols, such as "EEE d MMM") and the words of `localeOfDates`.
     [[nodiscard]] std::string format(Date date, std::string_view pattern) const;
 
     bool operator==(const Region&) const = default;

@@ -48,12 +48,12 @@ Distance distance(Date date, Date now, const Region& region) {
 
 std::string relativeDate(Date date, Date now, const Region& region) {
     UErrorCode status = U_ZERO_ERROR;
-    const icu::RelativeDateTimeFormatter formatter(icu::Locale(region.locale.c_str()), status);
+    const icu::RelativeDateTimeFormatter formatter(icu::Locale(region.localeOfDates().c_str()), status);
     const auto [count, unit] = distance(date, now, region);
     icu::UnicodeString text;
     formatter.format(static_cast<double>(count), unit, text, status);
     if (U_FAILURE(status) != 0) {
-        throw std::runtime_error("Relative dates of this language cannot be written: " + region.locale);
+        throw std::runtime_error("Relative dates of this language cannot be written: " + region.localeOfDates());
     }
     return Unicode::utf8(text);
 }

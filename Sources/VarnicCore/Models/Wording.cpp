@@ -26,6 +26,8 @@ constexpr std::array phrases{
     Phrase{"System Settings", "Settings"},
     Phrase{"macOS", "Linux"},
     Phrase{"menu-bar icon", "tray icon"},
+    Phrase{"Meet, Teams or FaceTime", "Meet or Teams"},
+    Phrase{"Teams, FaceTime or browser", "Teams or browser"},
 };
 
 } // namespace

@@ -3,6 +3,8 @@
 #include "VarnicCore/Audio/CaptureError.h"
 #include "VarnicCore/Audio/CaptureSource.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 namespace varnic {
@@ -64,6 +66,13 @@ void CaptureSupervisor::watch() {
     connection_.every(tick, [this] { tend(); });
 }
 
+void CaptureSupervisor::choose(const CaptureDevices& devices) {
+    const SoundConnection::Lock lock(connection_);
+    microphone_.choose(devices.microphone);
+    heard_ = devices.heard;
+    onChange();
+}
+
 void CaptureSupervisor::close() {
     const SoundConnection::Lock lock(connection_);
     connection_.stopTicking();
@@ -96,7 +105,7 @@ void CaptureSupervisor::onChange() {
     }
     microphone_.verify(connection_.graph());
     if (programs_) {
-        programs_->relink(connection_.graph());
+        programs_->relink(connection_.graph(), heardOutput());
         const bool wasExpected = expectsPrograms_.exchange(programs_->isPlaying());
         if (programs_->isPlaying() && !wasExpected) {
             programsWatchdog_.attempted(HostClock::now());
@@ -117,6 +126,7 @@ void CaptureSupervisor::tend() {
     if (wantsPrograms_) {
         tendPrograms(now);
     }
+    updateNotice();
 }
 
 /// Whether there is a connection.
@@ -140,8 +150,24 @@ void CaptureSupervisor::tendMicrophone(double now) {
     for (const std::string& problem : microphone_.tend(connection_.core(), connection_.graph(), now)) {
         addProblem(problem);
     }
+    updateNotice();
+}
+
+/// The output that the user has chosen; null where that is none in particular, or isn't there.
+const SoundNode* CaptureSupervisor::heardOutput() const {
+    const auto outputs = connection_.graph().outputs();
+    const auto found = std::ranges::find(outputs, heard_.name, &SoundNode::name);
+    return heard_.isDefault() || found == outputs.end() ? nullptr : *found;
+}
+
+void CaptureSupervisor::updateNotice() {
+    std::optional<std::string> notice = microphone_.notice();
+    if (!notice && wantsPrograms_ && !heard_.isDefault() && heardOutput() == nullptr) {
+        notice = fmt::format("“{}” is gone — recording all that programs play instead.",
+                             heard_.label.empty() ? heard_.name : heard_.label);
+    }
     const std::scoped_lock lock(wordsLock_);
-    notice_ = microphone_.notice();
+    notice_ = std::move(notice);
 }
 
 void CaptureSupervisor::tendPrograms(double now) {

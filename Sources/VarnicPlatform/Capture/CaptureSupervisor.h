@@ -35,6 +35,9 @@ public:
     /// From here on what was opened is kept open.
     void watch();
 
+    /// What is recorded from here on, also while it is.
+    void choose(const CaptureDevices& devices);
+
     /// Ends both sides: nothing comes into the rings any more.
     void close();
 
@@ -42,7 +45,7 @@ public:
     [[nodiscard]] std::vector<std::string> problems() const;
     void addProblem(const std::string& sentence);
 
-    /// See MicrophoneSide::notice. Any thread.
+    /// See MicrophoneSide::notice; else that the chosen output is gone. Any thread.
     [[nodiscard]] std::optional<std::string> notice() const;
 
     /// Whether audio of other programs ought to be coming in. Any thread.
@@ -55,10 +58,13 @@ private:
     void tendMicrophone(double now);
     void tendPrograms(double now);
     void makePrograms(double now);
+    [[nodiscard]] const SoundNode* heardOutput() const;
+    void updateNotice();
 
     FrameRing& programsRing_;
     bool wantsMicrophone_ = false;
     bool wantsPrograms_ = false;
+    DeviceChoice heard_;
     Watchdog programsWatchdog_;
     double retryAt_ = 0;
     double retryDelay_ = 0;

@@ -55,7 +55,12 @@ CaptureError nothingStarted(const std::vector<std::string>& problems) {
 /// What lives from start to stop.
 class LiveCapture::Session {
 public:
-    explicit Session(double hostStart) : hostStart_(hostStart), supervisor_(you_.ring, them_.ring) {}
+    Session(double hostStart, const CaptureDevices& devices)
+        : hostStart_(hostStart), supervisor_(you_.ring, them_.ring) {
+        choose(devices);
+    }
+
+    void choose(const CaptureDevices& devices) { supervisor_.choose(devices); }
 
     /// The sides that started, which are kept open from here on; what went wrong with others is among the problems.
     std::vector<Speaker> open(bool withMic, bool withSystem) {
@@ -157,7 +162,7 @@ private:
     std::jthread drainer_;
 };
 
-LiveCapture::LiveCapture() = default;
+LiveCapture::LiveCapture(CaptureDevices devices) : devices_(std::move(devices)) {}
 
 LiveCapture::~LiveCapture() {
     LiveCapture::stop();
@@ -169,18 +174,27 @@ std::vector<Speaker> LiveCapture::start(double hostStart, WantedSides wanted, De
     if (!wanted.you && !wanted.them) {
         throw CaptureError::nothingToRecord();
     }
-    const auto session = std::make_shared<Session>(hostStart);
+    const auto session = std::make_shared<Session>(hostStart, chosen());
     session->run(std::move(deliver));
     const std::vector<Speaker> sides = session->open(wanted.you, wanted.them);
     {
         const std::scoped_lock lock(lock_);
         session_ = session;
+        session->choose(devices_); // which may have been changed meanwhile
     }
     if (sides.empty()) {
         session->close();
         throw nothingStarted(session->problems());
     }
     return sides;
+}
+
+void LiveCapture::choose(const CaptureDevices& devices) {
+    const std::scoped_lock lock(lock_);
+    devices_ = devices;
+    if (session_) {
+        session_->choose(devices);
+    }
 }
 
 void LiveCapture::stop() {
@@ -212,6 +226,11 @@ bool LiveCapture::expects(Speaker speaker) const {
 std::uint64_t LiveCapture::lostFrames() const {
     const auto session = current();
     return session ? session->lostFrames() : 0;
+}
+
+CaptureDevices LiveCapture::chosen() const {
+    const std::scoped_lock lock(lock_);
+    return devices_;
 }
 
 std::shared_ptr<LiveCapture::Session> LiveCapture::current() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VarnicCore/Audio/CaptureSource.h"
+#include "VarnicPlatform/Capture/CaptureDevices.h"
 
 #include <atomic>
 #include <cstdint>
@@ -9,14 +10,18 @@
 
 namespace varnic {
 
-/// The real audio of a call, from PipeWire: the default microphone, in mono, and all that other programs play, in
-/// stereo; both at 48,000 Hz and in step with the HostClock however fast the devices' clocks run. It follows default
-/// devices and programs as they change, lets another microphone stand in for one that delivers nothing, and comes back
-/// by itself when a device or the server does; until then a side delivers nothing.
+/// The real audio of a call, from PipeWire: a microphone, in mono, and what other programs play, in stereo; both at
+/// 48,000 Hz and in step with the HostClock however fast the devices' clocks run. Unless devices are chosen, that is
+/// the default microphone and all that programs play. It follows default devices and programs as they change, lets
+/// another microphone stand in for one that delivers nothing, and comes back by itself when a device or the server
+/// does; until then a side delivers nothing.
 class LiveCapture : public CaptureSource {
 public:
-    LiveCapture();
+    explicit LiveCapture(CaptureDevices devices = {});
     ~LiveCapture() override;
+
+    /// Records from these from here on, also while it runs. Any thread.
+    void choose(const CaptureDevices& devices);
 
     /// How often any LiveCapture of this process was started.
     static int startCount() { return starts; }
@@ -41,9 +46,11 @@ private:
 
     inline static std::atomic<int> starts = 0;
 
+    [[nodiscard]] CaptureDevices chosen() const;
     [[nodiscard]] std::shared_ptr<Session> current() const;
 
     mutable std::mutex lock_;
+    CaptureDevices devices_;
     /// The running one or, for its problems, the last.
     std::shared_ptr<Session> session_;
 };

@@ -16,6 +16,12 @@ constexpr const char* gone = "The microphone is gone.";
 
 } // namespace
 
+void MicrophoneSide::choose(const DeviceChoice& choice) {
+    chosen_ = choice.name;
+    chosenLabel_ = choice.label.empty() ? choice.name : choice.label;
+    isFixed_ = !choice.isDefault();
+}
+
 std::vector<std::string> MicrophoneSide::tend(pw_core* core, const SoundGraph& graph, double now) {
     std::vector<std::string> problems;
     const auto microphones = graph.microphones();
@@ -79,16 +85,16 @@ void MicrophoneSide::followMove(const SoundGraph& graph, const std::vector<const
     chosenLabel_ = linked->label();
 }
 
-/// The microphone that ought to be recorded; null where there is none. A default that changes while the chosen one is
-/// there is the user's new choice. One that takes the place of a chosen one that is gone is the session manager's, and
-/// counts only until that returns.
+/// The microphone that ought to be recorded; null where there is none. Unless the user has chosen one, a default that
+/// changes while the chosen one is there is the user's new choice. One that takes the place of a chosen one that is
+/// gone is the session manager's, and counts only until that returns.
 const SoundNode* MicrophoneSide::choose(const std::vector<const SoundNode*>& microphones) {
     if (microphones.empty()) {
         return nullptr;
     }
     const SoundNode* offered = microphones.front();
     auto chosen = std::ranges::find(microphones, chosen_, &SoundNode::name);
-    if (chosen_.empty() || (chosen != microphones.end() && offered->name != default_)) {
+    if (chosen_.empty() || (!isFixed_ && chosen != microphones.end() && offered->name != default_)) {
         chosen_ = offered->name;
         chosenLabel_ = offered->label();
         chosen = microphones.begin();

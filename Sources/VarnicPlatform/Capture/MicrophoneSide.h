@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VarnicPlatform/Capture/CaptureDevices.h"
 #include "VarnicPlatform/Capture/FrameRing.h"
 #include "VarnicPlatform/Capture/MicrophoneStream.h"
 #include "VarnicPlatform/Capture/SoundGraph.h"
@@ -12,12 +13,16 @@
 
 namespace varnic {
 
-/// The audio of the chosen microphone on its way into the ring or, while that one delivers nothing or is gone, the
-/// audio of another one that does. A microphone that only delivers silence delivers: it may be muted for a reason.
+/// The audio of the chosen microphone, the system's default unless the user has chosen one, on its way into the ring
+/// or, while that one delivers nothing or is gone, the audio of another one that does. A microphone that only delivers
+/// silence delivers: it may be muted for a reason.
 /// Called with the loop locked or in its thread.
 class MicrophoneSide {
 public:
     explicit MicrophoneSide(FrameRing& ring) : ring_(ring) {}
+
+    /// What is recorded from here on; by default what the system has for its default.
+    void choose(const DeviceChoice& choice);
 
     /// Opens, changes and mends what has to be; to be called some times a second. Gives what went wrong, a sentence
     /// each.
@@ -54,6 +59,8 @@ private:
     /// The chosen microphone's name, and its name for people.
     std::string chosen_;
     std::string chosenLabel_;
+    /// Whether the user has chosen it, so that a change of the default says nothing.
+    bool isFixed_ = false;
     /// The name of the system's default when it was last looked at.
     std::string default_;
     std::optional<std::string> notice_;

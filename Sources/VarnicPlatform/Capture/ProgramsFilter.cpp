@@ -58,8 +58,8 @@ ProgramsFilter::~ProgramsFilter() {
     }
 }
 
-void ProgramsFilter::relink(const SoundGraph& graph) {
-    const auto wanted = wantedLinks(graph);
+void ProgramsFilter::relink(const SoundGraph& graph, const SoundNode* output) {
+    const auto wanted = wantedLinks(graph, output);
     std::erase_if(links_, [&](const auto& link) { return !wanted.contains(link.first); });
     for (const auto& [ends, program] : wanted) {
         if (!links_.contains(ends)) {
@@ -103,20 +103,23 @@ void ProgramsFilter::process(const spa_io_position* position) {
 }
 
 /// The links there ought to be, and the program that each comes from.
-std::map<ProgramsFilter::Ends, std::uint32_t> ProgramsFilter::wantedLinks(const SoundGraph& graph) const {
+std::map<ProgramsFilter::Ends, std::uint32_t> ProgramsFilter::wantedLinks(const SoundGraph& graph,
+                                                                          const SoundNode* output) const {
     std::map<Ends, std::uint32_t> wanted;
     if (hasFailed()) {
         return wanted;
     }
     const std::uint32_t own = pw_filter_get_node_id(filter_);
-    const auto programs = graph.programs();
-    for (const auto& [from, output] : graph.ports()) {
-        if (!output.isOutput || std::ranges::find(programs, output.node, &SoundNode::id) == programs.end()) {
+    auto programs = graph.programs();
+    std::erase_if(programs,
+                  [&](const SoundNode* program) { return output != nullptr && !graph.isLinked(program->id, *output); });
+    for (const auto& [from, source] : graph.ports()) {
+        if (!source.isOutput || std::ranges::find(programs, source.node, &SoundNode::id) == programs.end()) {
             continue;
         }
         for (const auto& [to, input] : graph.ports()) {
-            if (input.node == own && !input.isOutput && belongs(output.channel, input.channel == sides[0] ? 0 : 1)) {
-                wanted[{from, to}] = output.node;
+            if (input.node == own && !input.isOutput && belongs(source.channel, input.channel == sides[0] ? 0 : 1)) {
+                wanted[{from, to}] = source.node;
             }
         }
     }

@@ -13,7 +13,7 @@
 
 namespace varnic {
 
-/// All that other programs play, added up into a ring, in stereo at the graph's rate. It is linked to each program's
+/// What other programs play, added up into a ring, in stereo at the graph's rate. It is linked to each program's
 /// stream beside the output that plays it. Made, called and destroyed with the loop locked or in its thread.
 class ProgramsFilter {
 public:
@@ -22,8 +22,9 @@ public:
     ProgramsFilter& operator=(const ProgramsFilter&) = delete;
     ~ProgramsFilter();
 
-    /// Makes and drops links for the programs that are there now.
-    void relink(const SoundGraph& graph);
+    /// Makes and drops links for the programs that are there now: those that play into the output or, where that is
+    /// null, all of them.
+    void relink(const SoundGraph& graph, const SoundNode* output);
 
     /// Whether a program that it is linked to plays.
     [[nodiscard]] bool isPlaying() const { return isPlaying_; }
@@ -44,7 +45,7 @@ private:
     using Ends = std::pair<std::uint32_t, std::uint32_t>;
 
     void process(const spa_io_position* position);
-    [[nodiscard]] std::map<Ends, std::uint32_t> wantedLinks(const SoundGraph& graph) const;
+    [[nodiscard]] std::map<Ends, std::uint32_t> wantedLinks(const SoundGraph& graph, const SoundNode* output) const;
     [[nodiscard]] std::unique_ptr<pw_proxy, Destroy> makeLink(Ends ends) const;
 
     pw_core* core_;

@@ -145,8 +145,12 @@ const SoundNode* SoundGraph::microphone() const {
     return found.empty() ? nullptr : found.front();
 }
 
+std::vector<const SoundNode*> SoundGraph::outputs() const {
+    return devices("Audio/Sink", defaultSink_);
+}
+
 const SoundNode* SoundGraph::output() const {
-    const auto found = devices("Audio/Sink", defaultSink_);
+    const auto found = outputs();
     return found.empty() ? nullptr : found.front();
 }
 
@@ -180,6 +184,12 @@ bool SoundGraph::reachesOutput(std::uint32_t node) const {
     return std::ranges::any_of(links_, [&](const auto& entry) {
         const auto to = nodes_.find(entry.second.inputNode);
         return entry.second.outputNode == node && to != nodes_.end() && isDevice(to->second, "Audio/Sink");
+    });
+}
+
+bool SoundGraph::isLinked(std::uint32_t node, const SoundNode& into) const {
+    return std::ranges::any_of(links_, [&](const auto& entry) {
+        return entry.second.outputNode == node && entry.second.inputNode == into.id;
     });
 }
 

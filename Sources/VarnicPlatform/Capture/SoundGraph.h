@@ -59,7 +59,9 @@ public:
     [[nodiscard]] std::vector<const SoundNode*> microphones() const;
     /// The first of them; null where there is none.
     [[nodiscard]] const SoundNode* microphone() const;
-    /// The default output, or the best other one; null where there is none.
+    /// The outputs, the default one first, then the best of the others.
+    [[nodiscard]] std::vector<const SoundNode*> outputs() const;
+    /// The first of them; null where there is none.
     [[nodiscard]] const SoundNode* output() const;
     /// Whether there is a device or a program's stream at all.
     [[nodiscard]] bool hasSound() const;
@@ -72,6 +74,8 @@ public:
     [[nodiscard]] const SoundNode* microphoneOf(std::uint32_t node) const;
     /// Whether the node is linked into an output.
     [[nodiscard]] bool reachesOutput(std::uint32_t node) const;
+    /// Whether the node is linked into that one.
+    [[nodiscard]] bool isLinked(std::uint32_t node, const SoundNode& into) const;
 
 private:
     struct Bound;

@@ -20,22 +20,13 @@ namespace varnic::FrontProgram {
 
 namespace {
 
-template <typename Value>
-using Reply = std::unique_ptr<Value, decltype(&std::free)>;
-
-/// Window managers' properties have names (Extended Window Manager Hints); X's own have fixed numbers.
-xcb_atom_t atom(xcb_connection_t* x, std::string_view name) {
-    const auto cookie = xcb_intern_atom(x, 1, static_cast<std::uint16_t>(name.size()), name.data());
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(x, cookie, nullptr), std::free);
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
-
-/// A property's bytes; empty where the window hasn't got it.
+/// A property's bytes; empty where the window hasn't got it. Window managers' properties have names (Extended Window
+/// Manager Hints); X's own have fixed numbers.
 std::string property(xcb_connection_t* x, xcb_window_t window, xcb_atom_t name, xcb_atom_t type) {
     /// In units of four bytes.
     constexpr std::uint32_t longest = 256;
     const auto cookie = xcb_get_property(x, 0, window, name, type, 0, longest);
-    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(x, cookie, nullptr), std::free);
+    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(x, cookie, nullptr), std::free);
     if (!reply) {
         return {};
     }
@@ -52,7 +43,7 @@ std::uint32_t number(const std::string& bytes) {
 }
 
 xcb_window_t activeWindow(xcb_connection_t* x) {
-    const xcb_atom_t name = atom(x, "_NET_ACTIVE_WINDOW");
+    const xcb_atom_t name = xAtom(x, "_NET_ACTIVE_WINDOW");
     for (auto screen = xcb_setup_roots_iterator(xcb_get_setup(x)); screen.rem > 0; xcb_screen_next(&screen)) {
         if (const auto window = number(property(x, screen.data->root, name, XCB_ATOM_WINDOW)); window != XCB_NONE) {
             return window;
@@ -87,7 +78,7 @@ std::optional<std::string> identifier() {
             return std::string(*identifier);
         }
     }
-    const auto process = static_cast<pid_t>(number(property(x, window, atom(x, "_NET_WM_PID"), XCB_ATOM_CARDINAL)));
+    const auto process = static_cast<pid_t>(number(property(x, window, xAtom(x, "_NET_WM_PID"), XCB_ATOM_CARDINAL)));
     return process > 0 ? RunningPrograms::identifier(process) : std::nullopt;
 }
 

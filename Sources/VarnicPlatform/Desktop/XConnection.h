@@ -2,9 +2,23 @@
 
 #include <xcb/xcb.h>
 
+#include <cstdint>
+#include <cstdlib>
 #include <memory>
+#include <string_view>
 
 namespace varnic {
+
+/// An answer of the X server, which its receiver frees.
+template <typename Value>
+using XReply = std::unique_ptr<Value, decltype(&std::free)>;
+
+/// The number of a name on the connection's server. Waits for the answer; XCB_ATOM_NONE where there is none.
+inline xcb_atom_t xAtom(xcb_connection_t* x, std::string_view name) {
+    const auto cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(x, cookie, nullptr), std::free);
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
 
 /// A connection of our own to the X server of DISPLAY. One thread at a time.
 class XConnection {

@@ -39,6 +39,9 @@ public:
     /// The token, if there is one, gives the right to come to the front.
     using Action = std::function<void(const std::string& activationToken)>;
 
+    /// What users bind to keys in their desktop's settings where it offers no hotkey.
+    static constexpr const char* command = "varnic --toggle-recording";
+
     /// Who has the keys.
     enum class System { x11, portal };
 

@@ -60,8 +60,10 @@ void X11Hotkey::start() {
 
 void X11Hotkey::grab() {
     ungrab();
-    codes_ = keys_->keyCodes();
-    if (grabKeys()) {
+    codes_ = keys_->keyCodes(combination);
+    if (codes_.empty()) {
+        report({Hotkey::State::unavailable, fmt::format("This keyboard has no key for {}.", combination.title())});
+    } else if (grabKeys()) {
         report({Hotkey::State::registered, fmt::format("{} works in every program.", combination.title())});
     } else {
         // Some states of the locks may be free; a hotkey that works now and then is worse than none.

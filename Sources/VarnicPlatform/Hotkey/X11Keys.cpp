@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <set>
 #include <span>
+#include <string_view>
 #include <utility>
 
 namespace varnic {
@@ -13,7 +14,6 @@ namespace varnic {
 namespace {
 
 // Key symbols, by the X protocol's appendix.
-constexpr xcb_keysym_t smallR = 0x72;
 constexpr xcb_keysym_t altLeft = 0xffe9;
 constexpr xcb_keysym_t altRight = 0xffea;
 constexpr xcb_keysym_t superLeft = 0xffeb;
@@ -21,8 +21,23 @@ constexpr xcb_keysym_t superRight = 0xffec;
 constexpr xcb_keysym_t numLock = 0xff7f;
 constexpr xcb_keysym_t scrollLock = 0xff14;
 
-/// The kernel's number of the key with R on Latin keyboards (KEY_R), as X counts.
-constexpr xcb_keycode_t placeOfR = 19 + 8;
+/// The letters in their places on Latin keyboards, and the kernel's number of the first key of each row (KEY_Q, KEY_A,
+/// KEY_Z).
+constexpr std::array<std::pair<std::string_view, int>, 3> letterRows{
+    {{"qwertyuiop", 16}, {"asdfghjkl", 30}, {"zxcvbnm", 44}}};
+
+/// X counts from here.
+constexpr int firstKeyCode = 8;
+
+std::vector<xcb_keycode_t> placeOf(xcb_keysym_t letter) {
+    for (const auto& [letters, first] : letterRows) {
+        const std::size_t at = letter < 0x80 ? letters.find(static_cast<char>(letter)) : std::string_view::npos;
+        if (at != std::string_view::npos) {
+            return {static_cast<xcb_keycode_t>(first + firstKeyCode + static_cast<int>(at))};
+        }
+    }
+    return {};
+}
 
 template <typename Value>
 using Owned = std::unique_ptr<Value, decltype(&std::free)>;
@@ -35,7 +50,7 @@ void X11Keys::refresh(xcb_mapping_notify_event_t& event) {
     xcb_refresh_keyboard_mapping(symbols_.get(), &event);
 }
 
-std::vector<xcb_keycode_t> X11Keys::keyCodes(xcb_keysym_t symbol) const {
+std::vector<xcb_keycode_t> X11Keys::keyCodesOf(xcb_keysym_t symbol) const {
     const Owned<xcb_keycode_t> found(xcb_key_symbols_get_keycode(symbols_.get(), symbol), std::free);
     std::vector<xcb_keycode_t> codes;
     for (const xcb_keycode_t* code = found.get(); code != nullptr && *code != XCB_NO_SYMBOL; ++code) {
@@ -44,9 +59,9 @@ std::vector<xcb_keycode_t> X11Keys::keyCodes(xcb_keysym_t symbol) const {
     return codes;
 }
 
-std::vector<xcb_keycode_t> X11Keys::keyCodes() const {
-    std::vector<xcb_keycode_t> codes = keyCodes(smallR);
-    return codes.empty() ? std::vector{placeOfR} : codes;
+std::vector<xcb_keycode_t> X11Keys::keyCodes(const KeyCombination& combination) const {
+    std::vector<xcb_keycode_t> codes = keyCodesOf(combination.key);
+    return codes.empty() ? placeOf(combination.key) : codes;
 }
 
 X11Keys::Modifiers X11Keys::modifiers() const {
@@ -63,7 +78,7 @@ X11Keys::Modifiers X11Keys::modifiers() const {
     const std::size_t width = reply->keycodes_per_modifier;
     const auto mask = [&](std::initializer_list<xcb_keysym_t> symbols, std::uint16_t otherwise) {
         for (const xcb_keysym_t symbol : symbols) {
-            for (const xcb_keycode_t code : keyCodes(symbol)) {
+            for (const xcb_keycode_t code : keyCodesOf(symbol)) {
                 const auto at = std::ranges::find(keys, code);
                 if (at != keys.end()) {
                     return static_cast<std::uint16_t>(1U << (static_cast<std::size_t>(at - keys.begin()) / width));

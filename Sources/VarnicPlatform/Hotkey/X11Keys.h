@@ -19,8 +19,9 @@ public:
     /// Takes over a change of the layout.
     void refresh(xcb_mapping_notify_event_t& event);
 
-    /// The keys that give an R. Where the layout has none, as Cyrillic ones, the key in its place on a Latin keyboard.
-    [[nodiscard]] std::vector<xcb_keycode_t> keyCodes() const;
+    /// The keys that give the combination's symbol. Where the layout has no such letter, as Cyrillic ones have none,
+    /// the key in its place on a Latin keyboard. None for another symbol that the keyboard hasn't got.
+    [[nodiscard]] std::vector<xcb_keycode_t> keyCodes(const KeyCombination& combination) const;
 
     /// The combination's modifiers with each combination of locks, since a lock counts as a modifier too.
     [[nodiscard]] std::vector<std::uint16_t> modifierStates(const KeyCombination& combination) const;
@@ -37,7 +38,7 @@ private:
         std::uint16_t scrollLock = 0;
     };
 
-    [[nodiscard]] std::vector<xcb_keycode_t> keyCodes(xcb_keysym_t symbol) const;
+    [[nodiscard]] std::vector<xcb_keycode_t> keyCodesOf(xcb_keysym_t symbol) const;
     [[nodiscard]] Modifiers modifiers() const;
 
     xcb_connection_t* connection_;

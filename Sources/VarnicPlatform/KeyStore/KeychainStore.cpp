@@ -1,8 +1,8 @@
 #include "VarnicPlatform/KeyStore/KeychainStore.h"
 
 #include "VarnicPlatform/KeyStore/CoreDumps.h"
+#include "VarnicPlatform/KeyStore/KeyRingCall.h"
 
-#include <gio/gio.h>
 #include <libsecret/secret.h>
 
 #include <memory>
@@ -29,38 +29,6 @@ const SecretSchema& schema() {
     return schema;
 }
 
-/// Receives an error of GLib's.
-class Failure {
-public:
-    Failure() = default;
-    Failure(const Failure&) = delete;
-    Failure& operator=(const Failure&) = delete;
-
-    ~Failure() { g_clear_error(&error_); }
-
-    GError** receiver() {
-        g_clear_error(&error_);
-        return &error_;
-    }
-
-    [[nodiscard]] bool happened() const { return error_ != nullptr; }
-
-    /// The message without the bus's own words in front.
-    std::string message() {
-        if (error_ == nullptr) {
-            return "No reason was given";
-        }
-        if (g_error_matches(error_, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) == TRUE) {
-            return "No key ring is running";
-        }
-        g_dbus_error_strip_remote_error(error_);
-        return error_->message;
-    }
-
-private:
-    GError* error_ = nullptr;
-};
-
 struct FreeItems {
     void operator()(GList* items) const { g_list_free_full(items, g_object_unref); }
 };
@@ -68,75 +36,103 @@ struct FreeItems {
 using Items = std::unique_ptr<GList, FreeItems>;
 
 /// Whether the first of the items is kept in a locked ring.
-bool isLocked(const Items& items) {
+bool isFirstLocked(const Items& items) {
     return items && SECRET_IS_ITEM(items->data) && secret_item_get_locked(SECRET_ITEM(items->data)) == TRUE;
 }
 
 /// What is stored for the account. A search, since a look-up would ask the user to unlock the ring.
-Items found(const std::string& service, const std::string& account, GError** error) {
-    return Items(secret_password_search_sync(&schema(), SECRET_SEARCH_NONE, nullptr, error, "service", service.c_str(),
-                                             "account", account.c_str(), nullptr));
+Items found(const std::string& service, const std::string& account, KeyRingCall& call) {
+    return Items(secret_password_search_sync(&schema(), SECRET_SEARCH_NONE, call.cancellable(), call.receiver(),
+                                             "service", service.c_str(), "account", account.c_str(), nullptr));
 }
 
 using Secret = std::unique_ptr<SecretValue, decltype(&secret_value_unref)>;
 
-bool clear(const std::string& service, const std::string& account, GError** error) {
-    return secret_password_clear_sync(&schema(), nullptr, error, "service", service.c_str(), "account", account.c_str(),
-                                      nullptr) == TRUE;
+bool clear(const std::string& service, const std::string& account, KeyRingCall& call) {
+    return secret_password_clear_sync(&schema(), call.cancellable(), call.receiver(), "service", service.c_str(),
+                                      "account", account.c_str(), nullptr) == TRUE;
+}
+
+bool store(const std::string& service, const std::string& account, const std::string& key, KeyRingCall& call) {
+    const std::string label = "Varnic: API key for " + account;
+    return secret_password_store_sync(&schema(), SECRET_COLLECTION_DEFAULT, label.c_str(), key.c_str(),
+                                      call.cancellable(), call.receiver(), "service", service.c_str(), "account",
+                                      account.c_str(), nullptr) == TRUE;
+}
+
+KeyReading notRead(const KeyRingCall& call) {
+    return {.state = call.state(), .key = std::nullopt, .problem = "The key can’t be read: " + call.message() + "."};
 }
 
 } // namespace
 
-KeychainStore::KeychainStore(std::string service) : service_(std::move(service)) {}
+KeychainStore::KeychainStore(std::string service) : KeychainStore(std::move(service), Patience()) {}
 
-std::optional<std::string> KeychainStore::key(const std::string& account) const {
-    Failure failure;
-    const Items items = found(service_, account, failure.receiver());
+KeychainStore::KeychainStore(std::string service, Patience patience)
+    : service_(std::move(service)), patience_(patience) {}
+
+KeyReading KeychainStore::readNow(const std::string& account, const std::stop_token& stop) const {
+    KeyRingCall call(patience_.answer, stop);
+    const Items items = found(service_, account, call);
+    if (call.failed()) {
+        return notRead(call);
+    }
     if (!items) {
-        return std::nullopt;
+        return {};
+    }
+    if (isFirstLocked(items)) {
+        return {.state = KeyState::locked, .key = std::nullopt, .problem = lockedSentence};
     }
     forbidCoreDumps();
     const Secret secret(
-        secret_retrievable_retrieve_secret_sync(SECRET_RETRIEVABLE(items->data), nullptr, failure.receiver()),
+        secret_retrievable_retrieve_secret_sync(SECRET_RETRIEVABLE(items->data), call.cancellable(), call.receiver()),
         secret_value_unref);
     const gchar* text = secret ? secret_value_get_text(secret.get()) : nullptr;
-    return text == nullptr ? std::nullopt : std::optional<std::string>(text);
+    return text == nullptr ? notRead(call) : KeyReading::found(text);
 }
 
-void KeychainStore::setKey(const std::optional<std::string>& key, const std::string& account) {
-    Failure ignored;
-    clear(service_, account, ignored.receiver());
+void KeychainStore::setNow(const std::optional<std::string>& key, const std::string& account,
+                           const std::stop_token& stop) {
+    // A ring that doesn't even find keys is not waited for as one that asks the user is.
+    const KeyReading before = readNow(account, stop);
+    KeyRingCall call(patience_.user, stop);
     if (!key || key->empty()) {
+        if (before.state == KeyState::found || before.state == KeyState::locked) {
+            clear(service_, account, call);
+        }
         return;
     }
+    constexpr const char* beginning = "The key couldn’t be saved in the keychain: ";
+    if (before.state == KeyState::noKeyRing) {
+        throw KeyStoreError(std::string(beginning) + "No key ring is running", before.state);
+    }
+    if (before.state == KeyState::unanswered) {
+        throw KeyStoreError(std::string(beginning) + "The key ring doesn’t answer", before.state);
+    }
     forbidCoreDumps();
-    Failure failure;
-    const std::string label = "Varnic: API key for " + account;
-    if (secret_password_store_sync(&schema(), SECRET_COLLECTION_DEFAULT, label.c_str(), key->c_str(), nullptr,
-                                   failure.receiver(), "service", service_.c_str(), "account", account.c_str(),
-                                   nullptr) == FALSE) {
-        throw KeyStoreError("The key couldn’t be saved in the keychain: " + failure.message());
+    // It takes the place of an older one, which a failure leaves.
+    if (!store(service_, account, *key, call)) {
+        throw KeyStoreError(beginning + call.message(), call.failed() ? call.state() : KeyState::failed);
     }
 }
 
-bool KeychainStore::remove(const std::string& account) {
-    Failure failure;
-    const bool isThere = found(service_, account, failure.receiver()) != nullptr;
-    if (isThere && clear(service_, account, failure.receiver())) {
+bool KeychainStore::removeNow(const std::string& account, const std::stop_token& stop) {
+    KeyRingCall search(patience_.answer, stop);
+    const bool isThere = found(service_, account, search) != nullptr;
+    if (search.failed()) {
+        throw KeyStoreError(search.message() + ", so nothing was removed.", search.state());
+    }
+    if (!isThere) {
+        return false;
+    }
+    KeyRingCall call(patience_.user, stop);
+    if (clear(service_, account, call)) {
         return true;
     }
-    if (isLocked(account)) {
-        throw KeyStoreError("The keychain is locked, so nothing was removed.");
+    if (readNow(account, stop).state == KeyState::locked) {
+        throw KeyStoreError("The keychain is locked, so nothing was removed.", KeyState::locked);
     }
-    if (isThere || failure.happened()) {
-        throw KeyStoreError(failure.message() + ", so nothing was removed.");
-    }
-    return false;
-}
-
-bool KeychainStore::isLocked(const std::string& account) const {
-    Failure ignored;
-    return varnic::isLocked(found(service_, account, ignored.receiver()));
+    throw KeyStoreError(call.message() + ", so nothing was removed.", call.failed() ? call.state() : KeyState::failed);
 }
 
 } // namespace varnic

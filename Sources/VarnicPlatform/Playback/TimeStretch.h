@@ -10,8 +10,8 @@ class SoundTouch;
 
 namespace varnic {
 
-/// Makes audio faster or slower and leaves its pitch. Takes and gives interleaved samples as a PlaybackQueue takes them.
-/// One thread at a time.
+/// Makes audio faster or slower and leaves its pitch. Takes and gives interleaved samples as a PlaybackQueue takes
+/// them. One thread at a time.
 class TimeStretch {
 public:
     TimeStretch();

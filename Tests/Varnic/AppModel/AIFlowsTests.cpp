@@ -29,14 +29,14 @@ public:
 
 /// A ring that the user doesn't unlock.
 class LockedKeys final : public KeyStore {
-public:
-    [[nodiscard]] std::optional<std::string> key(const std::string& /*account*/) const override { return {}; }
-
-    void setKey(const std::optional<std::string>& /*key*/, const std::string& /*account*/) override {
-        throw KeyStoreError("locked");
+    [[nodiscard]] KeyReading readNow(const std::string& /*account*/, const std::stop_token& /*stop*/) const override {
+        return {.state = KeyState::locked, .key = std::nullopt, .problem = lockedSentence};
     }
 
-    [[nodiscard]] bool isLocked(const std::string& /*account*/) const override { return true; }
+    void setNow(const std::optional<std::string>& /*key*/, const std::string& /*account*/,
+                const std::stop_token& /*stop*/) override {
+        throw KeyStoreError("locked", KeyState::locked);
+    }
 };
 
 class AIFlowTests : public CallFlowsTests {
@@ -137,9 +137,9 @@ TEST_F(AIFlowTests, runAI_keyLocked_saysSo) {
     model->settings.ai = AISettings{.enabled = true};
     QCoro::waitFor(model->runAI(id));
     EXPECT_EQ(model->aiError.value().at(id), KeyStore::lockedSentence);
-    model->setKey("sk-new");
+    QCoro::waitFor(model->setKey("sk-new"));
     EXPECT_EQ(toastText(), "Couldn’t save the key to the Keychain");
-    model->setKey(" ");
+    QCoro::waitFor(model->setKey(" "));
     EXPECT_EQ(toastText(), "Couldn’t remove the key from the Keychain");
 }
 

@@ -48,6 +48,10 @@ TEST_F(MenusTest, transcript_itsKeysAreThePages) {
 TEST_F(MenusTest, entries_doWhatTheySay) {
     std::string copied;
     model->desktop.closeWindow = [this] { asked.emplace_back("close"); };
+    model->desktop.openSettings = [this](SettingsRow row) {
+        EXPECT_EQ(row, SettingsRow::beginning);
+        asked.emplace_back("settings");
+    };
     model->desktop.copyText = [&copied](const std::string& text) { copied = text; };
     entry("New Note").perform();
     ASSERT_EQ(model->notes().size(), 1U);
@@ -62,9 +66,18 @@ TEST_F(MenusTest, entries_doWhatTheySay) {
     EXPECT_FALSE(model->showTranscript.value());
     entry("Recording Permissions…").perform();
     EXPECT_TRUE(model->showSetup.value());
+    entry("Settings…").perform();
     entry("Close Window").perform();
     entry("Quit").perform();
-    EXPECT_THAT(asked, ElementsAre("close", "quit"));
+    EXPECT_THAT(asked, ElementsAre("settings", "close", "quit"));
+}
+
+TEST_F(MenusTest, checkForUpdates_isThereWhereThereIsAFeed) {
+    EXPECT_FALSE(entry("Check for Updates…").isEnabled());
+    model->desktop.checkForUpdates = [this] { asked.emplace_back("check"); };
+    EXPECT_TRUE(entry("Check for Updates…").isEnabled());
+    entry("Check for Updates…").perform();
+    EXPECT_THAT(asked, ElementsAre("check"));
 }
 
 TEST_F(MenusTest, going_clearsTheSearchAndSelectsTheFirstNoteOfTheList) {
@@ -89,7 +102,7 @@ TEST_F(MenusTest, tray_recordsWritesOpensAndQuits) {
         texts.push_back(one.text());
         one.perform();
     }
-    EXPECT_THAT(texts, ElementsAre("Record Call", "New Note", "Open Varnic", "Quit"));
+    EXPECT_THAT(texts, ElementsAre("Record Call", "New Note", "Open Varnic", "Settings…", "Quit"));
     EXPECT_THAT(asked, ElementsAre("activate", "activate", "quit")) << "a new note and the window show";
     EXPECT_EQ(model->notes().size(), 1U);
     ASSERT_TRUE(waitUntil([this] { return isRecording(model->recorder().state()); }));

@@ -77,6 +77,14 @@ TEST(Flashcards, isDue_fromTheMomentOfItsDate) {
     EXPECT_FALSE(Flashcards::isDue(paragraph, noon));
 }
 
+TEST(Flashcards, nextDue_isTheSoonestOfTheCardsToCome) {
+    const auto at = [](int hours) { return noon + std::chrono::hours(hours); };
+    Note note(noon, "Deck");
+    EXPECT_EQ(Flashcards::nextDue(note, noon), std::nullopt);
+    note.blocks = {cardDue(noon), cardDue(at(3)), cardDue(at(2)), cardDue(std::nullopt), cardDue(at(1), "")};
+    EXPECT_EQ(Flashcards::nextDue(note, noon), at(2));
+}
+
 Note noteOf(std::string title, int due, int resting) {
     Note note(noon, std::move(title));
     for (int i = 0; i < due; ++i) {

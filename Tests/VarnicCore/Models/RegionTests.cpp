@@ -1,7 +1,11 @@
 #include "VarnicCore/Models/Region.h"
+#include "VarnicCore/Models/RelativeDate.h"
 
 #include <gtest/gtest.h>
+#include <unicode/calendar.h>
 
+#include <chrono>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -43,6 +47,35 @@ TEST(Region, format_usesTheZonesWallClockAndTheLocalesWords) {
     EXPECT_EQ((Region{"en_US", "Europe/Berlin"}.format(date, "EEEE d MMMM yyyy, HH:mm")),
               "Wednesday 4 June 2025, 00:30");
     EXPECT_EQ((Region{"de_DE", "UTC"}.format(date, "EEE d MMM")), "Di. 3 Juni");
+}
+
+struct English {
+    const char* locale;
+    const char* date;
+    const char* distance;
+    UCalendarDaysOfWeek weekBegins;
+};
+
+TEST(Region, inEnglish_keepsTheUsersDigitsAndWeek) {
+    const Date date = parseDate("2025-06-03T22:30:00Z");
+    const Date now = date + std::chrono::minutes(29);
+    for (const English& user : {
+             English{"de_DE.UTF-8", "Tue 3 Jun 2025, 22:30", "29 minutes ago", UCAL_MONDAY},
+             English{"de", "Tue 3 Jun 2025, 22:30", "29 minutes ago", UCAL_MONDAY},
+             English{"en_US", "Tue 3 Jun 2025, 22:30", "29 minutes ago", UCAL_SUNDAY},
+             English{"th_TH", "Tue 3 Jun 2025, 22:30", "29 minutes ago", UCAL_SUNDAY},
+             English{"ar_EG", "Tue ٣ Jun ٢٠٢٥, ٢٢:٣٠", "٢٩ minutes ago", UCAL_SATURDAY},
+             English{"fa_IR", "Tue ۳ Jun ۲۰۲۵, ۲۲:۳۰", "۲۹ minutes ago", UCAL_SATURDAY},
+             English{"C", "Tue 3 Jun 2025, 22:30", "29 minutes ago", UCAL_SUNDAY},
+         }) {
+        const Region region{.locale = user.locale, .dateLocale = Region::inEnglish(user.locale)};
+        EXPECT_EQ(region.format(date, "EEE d MMM yyyy, HH:mm"), user.date) << user.locale;
+        EXPECT_EQ(relativeDate(date, now, region), user.distance) << user.locale;
+        UErrorCode status = U_ZERO_ERROR;
+        const std::unique_ptr<icu::Calendar> calendar(
+            icu::Calendar::createInstance(icu::Locale(region.dateLocale.c_str()), status));
+        EXPECT_EQ(calendar->getFirstDayOfWeek(status), user.weekBegins) << user.locale;
+    }
 }
 
 } // namespace

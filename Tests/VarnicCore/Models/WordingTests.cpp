@@ -24,6 +24,9 @@ TEST(Wording, shown_speaksOfThisPlatform) {
         {"Recording your side only — their side needs Screen Recording.",
          "Recording your side only — the computer’s sound can’t be heard."},
         {"this Mac, and this Mac’s Keychain", "this computer, and this computer’s key ring"},
+        {"Start a Zoom, Meet, Teams or FaceTime call, then press Record.",
+         "Start a Zoom, Meet or Teams call, then press Record."},
+        {"any Zoom, Meet, Teams, FaceTime or browser call", "any Zoom, Meet, Teams or browser call"},
         {"", ""},
     };
     for (const Case& one : cases) {

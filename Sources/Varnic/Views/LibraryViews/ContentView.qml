@@ -124,12 +124,12 @@ FocusScope {
 
     Loader {
         active: Library.showConsent
-        source: "ConsentSheet.qml"
+        source: "qrc:/qt/qml/Varnic/SettingsViews/ConsentSheet.qml"
     }
 
     Loader {
         active: Library.showSetup
-        source: "SetupSheet.qml"
+        source: "qrc:/qt/qml/Varnic/SettingsViews/SetupSheet.qml"
     }
 
     Loader {

@@ -3,7 +3,6 @@
 #include "Varnic/Shell/Menus.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Wording.h"
-#include "VarnicPlatform/Capture/Permissions.h"
 
 #include <filesystem>
 #include <utility>
@@ -59,10 +58,10 @@ QString Library::emptyTitle() const {
 }
 
 QString Library::emptyDetail() const {
-    return section() == Notes
-               ? QStringLiteral("Headings, to-dos, tables and flashcards — press Ctrl+N.")
-               : QStringLiteral("Start a Zoom, Meet, Teams or FaceTime call, then press Record. No bot joins; both "
-                                "sides are written down here.");
+    return QString::fromStdString(
+        Wording::shown(section() == Notes ? "Headings, to-dos, tables and flashcards — press Ctrl+N."
+                                          : "Start a Zoom, Meet, Teams or FaceTime call, then press Record. No bot "
+                                            "joins; both sides are written down here."));
 }
 
 QString Library::privacyText() {
@@ -88,12 +87,6 @@ void Library::openHit(const QString& note, double time) {
     model_.selection = id;
     if (id && time >= 0) {
         model_.seek = AppModel::Seek{*id, time};
-    }
-}
-
-void Library::openSettings(const QString& pane) {
-    if (!Permissions::openSettings(pane.toStdString())) {
-        model_.flash({.text = "No settings program was found", .symbol = "exclamationmark.triangle"});
     }
 }
 

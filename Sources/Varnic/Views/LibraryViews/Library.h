@@ -101,9 +101,6 @@ public:
     /// Transcribes recordings that were dropped on the window.
     Q_INVOKABLE void importFiles(const QList<QUrl>& files);
 
-    /// Opens the desktop's settings, see Permissions::openSettings.
-    Q_INVOKABLE void openSettings(const QString& pane);
-
     Q_INVOKABLE void load() { model_.load(); }
 
     Q_INVOKABLE void dismissLoadProblem() { model_.loadProblem = std::nullopt; }

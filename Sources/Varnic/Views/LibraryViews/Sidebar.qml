@@ -14,7 +14,7 @@ Rectangle {
         anchors.left: parent.left
         anchors.leftMargin: Theme.Space.l
         anchors.top: parent.top
-        anchors.topMargin: Theme.Space.m
+        anchors.topMargin: Theme.Space.s
         height: 28
         spacing: Theme.Space.s
 

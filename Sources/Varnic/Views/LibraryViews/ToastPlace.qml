@@ -48,7 +48,7 @@ Item {
                 symbol: Toast.symbol
                 text: Toast.text
                 undoable: Toast.undoable
-                visible: opacity > 0
+                visible: moving.shows || opacity > 0
 
                 onDismissed: Toast.dismiss()
                 onUndone: Toast.undo()

@@ -7,6 +7,11 @@ import Varnic.Theme as Theme
 Item {
     id: pill
 
+    /// What the button is for. The window around shows it, for a tip within would lie on the button.
+    readonly property string help: "Stop recording and save"
+    /// The pointer rests on the button.
+    readonly property bool wantsHelp: stop.hovered && stop.enabled && !stop.isAnswered
+
     Accessible.name: "Varnic is recording"
     Accessible.role: Accessible.Grouping
     implicitHeight: 44
@@ -74,13 +79,13 @@ Item {
     Theme.PlainButton {
         id: stop
 
+        Accessible.description: pill.help
         Accessible.name: "Stop recording"
         anchors.right: parent.right
         anchors.rightMargin: 10
         anchors.verticalCenter: parent.verticalCenter
         corner: 12
         enabled: LiveCall.isRecording
-        help: "Stop recording and save"
         implicitHeight: 24
         implicitWidth: 24
 

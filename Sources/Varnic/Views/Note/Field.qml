@@ -9,6 +9,8 @@ FocusScope {
     property real bottomPadding: 0
     property color color: Theme.Palette.ink
     property font font: Theme.Typo.body
+    /// Whether typing is undone here, rather than by whom `undoWanted` and `redoWanted` tell.
+    property bool hasHistory: true
     /// Return breaks the line.
     property bool lineBreaks: false
     property string placeholder
@@ -16,8 +18,10 @@ FocusScope {
     property string text
 
     signal edited(string text)
+    signal redoWanted
     /// Return was pressed where it breaks no line.
     signal returned
+    signal undoWanted
 
     /// Leaves it for the next control.
     function goOn() {
@@ -56,6 +60,12 @@ FocusScope {
             if (!field.lineBreaks && (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)) {
                 event.accepted = true;
                 field.returned();
+            } else if (!field.hasHistory && event.matches(StandardKey.Undo)) {
+                event.accepted = true;
+                field.undoWanted();
+            } else if (!field.hasHistory && event.matches(StandardKey.Redo)) {
+                event.accepted = true;
+                field.redoWanted();
             }
         }
         Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)

@@ -48,6 +48,10 @@ bool hasSameLines(const Note& a, const Note& b) {
 NoteModel::NoteModel(QObject* parent) : QObject(parent), blank_(std::make_shared<const Note>(Date())), note_(blank_) {
     clock_.setInterval(1min);
     connect(&clock_, &QTimer::timeout, this, &NoteModel::changed);
+    footerDelay_.setSingleShot(true);
+    footerDelay_.setInterval(300ms);
+    connect(&footerDelay_, &QTimer::timeout, this, &NoteModel::footerChanged);
+    connect(this, &NoteModel::changed, &footerDelay_, qOverload<>(&QTimer::start));
 }
 
 void NoteModel::componentComplete() {
@@ -140,7 +144,10 @@ QString NoteModel::title() const {
 }
 
 void NoteModel::setTitle(const QString& title) {
-    edit([&title](Note& note) { note.title = title.toStdString(); });
+    app_->edit(id_, {.kind = EditKind::typing}, [&title](Note& note) -> std::optional<TextPlace> {
+        note.title = title.toStdString();
+        return std::nullopt;
+    });
 }
 
 QString NoteModel::titlePlaceholder() const {
@@ -265,6 +272,14 @@ bool NoteModel::transcriptShown() const {
 
 void NoteModel::setTranscriptShown(bool shown) {
     app_->showTranscript = shown;
+}
+
+void NoteModel::undo() {
+    app_->undo(id_);
+}
+
+void NoteModel::redo() {
+    app_->redo(id_);
 }
 
 void NoteModel::focusFirstBlock() {

@@ -31,7 +31,7 @@ class NoteModel : public QObject, public QQmlParserStatus {
     /// The note of a running recording cannot be deleted.
     Q_PROPERTY(bool canDelete READ canDelete NOTIFY changed)
     /// Words, reading time and when it was edited.
-    Q_PROPERTY(QStringList footer READ footer NOTIFY changed)
+    Q_PROPERTY(QStringList footer READ footer NOTIFY footerChanged)
     /// When the call was and how long it took.
     Q_PROPERTY(QString eyebrow READ eyebrow NOTIFY changed)
     Q_PROPERTY(QString yourName READ yourName NOTIFY changed)
@@ -127,6 +127,9 @@ public:
     [[nodiscard]] bool transcriptShown() const;
     void setTranscriptShown(bool shown);
 
+    /// Takes the last edit of title and blocks back, or makes it again.
+    Q_INVOKABLE void undo();
+    Q_INVOKABLE void redo();
     /// Asks the editor to go to the first block; makes one where there is none.
     Q_INVOKABLE void focusFirstBlock();
     Q_INVOKABLE void exportAs(int format);
@@ -142,6 +145,8 @@ public:
 Q_SIGNALS:
     /// Something of the note, or what the page says of it.
     void changed();
+    /// A little later than what it counts, for it goes through the whole text.
+    void footerChanged();
     /// The lines of the call, its length or the names of its sides.
     void transcriptChanged();
     void transcriptShownChanged();
@@ -168,6 +173,7 @@ private:
     std::vector<QPropertyNotifier> watchers_;
     /// "Edited 5 minutes ago" grows older by itself.
     QTimer clock_;
+    QTimer footerDelay_;
 };
 
 } // namespace varnic

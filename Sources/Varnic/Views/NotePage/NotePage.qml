@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Templates as T
+import Varnic.BlockEditor
 import Varnic.Note
 import Varnic.NotePage
 import Varnic.Theme as Theme
@@ -18,7 +18,7 @@ FocusScope {
     Theme.ScrollKeys {
         id: keys
 
-        page: sheet
+        page: editor.sheet
     }
 
     NoteModel {
@@ -48,73 +48,66 @@ FocusScope {
         note: theNote
     }
 
-    Flickable {
-        id: sheet
+    BlockEditor {
+        id: editor
 
-        objectName: "sheet"
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: panel.left
         anchors.top: toolbar.bottom
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
-        contentHeight: content.implicitHeight + Theme.Space.l + 80
-        contentWidth: width
+        focus: true
+        note: theNote
 
-        T.ScrollBar.vertical: Theme.ThinScrollBar {
+        footer: NoteFooter {
+            bottomPadding: 80
+            note: theNote
         }
+        header: Item {
+            implicitHeight: content.y + content.implicitHeight + (theNote.isCall ? Theme.Space.s : 0)
+            width: editor.width
 
-        // A press beside the text leaves the field that one was in, for the keys to scroll.
-        TapHandler {
-            onTapped: eventPoint => {
-                if (!content.contains(content.mapFromItem(null, eventPoint.scenePosition))) {
-                    sheet.forceActiveFocus(Qt.MouseFocusReason);
+            Connections {
+                function onLeftAtTop() {
+                    titleField.forceActiveFocus(Qt.BacktabFocusReason);
                 }
+
+                target: editor
             }
-        }
 
-        Column {
-            id: content
+            Column {
+                id: content
 
-            width: Math.min(Theme.PageWidth.max, sheet.width - 2 * Theme.Space.xxl)
-            x: (sheet.width - width) / 2
-            y: Theme.Space.l
+                width: editor.columnWidth
+                x: (parent.width - width) / 2
+                y: Theme.Space.l
 
-            Repeater {
-                model: theNote.isCall ? 1 : 0
+                Repeater {
+                    model: theNote.isCall ? 1 : 0
 
-                CallHeader {
+                    CallHeader {
+                        note: theNote
+                        width: content.width
+                    }
+                }
+
+                TitleField {
+                    id: titleField
+
+                    bottomPadding: theNote.isCall ? Theme.Space.m : Theme.Space.l
+                    focus: true
                     note: theNote
-                    width: content.width
+                    width: parent.width
                 }
-            }
 
-            TitleField {
-                bottomPadding: theNote.isCall ? Theme.Space.m : Theme.Space.l
-                focus: true
-                note: theNote
-                width: parent.width
-            }
+                Repeater {
+                    model: theNote.isCall ? 1 : 0
 
-            Repeater {
-                model: theNote.isCall ? 1 : 0
-
-                CallSection {
-                    note: theNote
-                    player: thePlayer
-                    width: content.width
+                    CallSection {
+                        note: theNote
+                        player: thePlayer
+                        width: content.width
+                    }
                 }
-            }
-
-            BlockList {
-                note: theNote
-                topPadding: theNote.isCall ? Theme.Space.s : 0
-                width: parent.width
-            }
-
-            NoteFooter {
-                note: theNote
-                width: parent.width
             }
         }
     }

@@ -38,6 +38,7 @@ Theme.PlainButton {
     Theme.PaperMenu {
         id: menu
 
+        title: "Playback speed"
         width: 120
 
         Instantiator {

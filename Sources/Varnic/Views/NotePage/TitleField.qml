@@ -10,10 +10,13 @@ Field {
 
     Accessible.name: "Title"
     font: Theme.Typo.pageTitle
+    hasHistory: false
     placeholder: note.titlePlaceholder
     objectName: "title"
     text: note.title
 
     onEdited: text => note.title = text
+    onRedoWanted: note.redo()
+    onUndoWanted: note.undo()
     onReturned: note.focusFirstBlock()
 }

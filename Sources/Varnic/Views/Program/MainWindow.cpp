@@ -25,7 +25,8 @@ void MainWindow::activate() {
     if (window_->windowStates().testFlag(Qt::WindowMinimized)) {
         window_->setWindowStates(window_->windowStates() & ~Qt::WindowMinimized);
     }
-    window_->show();
+    // Not show(), which takes a window back to its normal size.
+    window_->setVisible(true);
     window_->raise();
     window_->requestActivate();
 }

@@ -1,6 +1,8 @@
 #include "Varnic/Views/Program/Program.h"
 
 #include "Varnic/AppModel/AppPlaces.h"
+#include "Varnic/Background.h"
+#include "Varnic/LoopExecutor.h"
 #include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/Program/FileDialogs.h"
 #include "Varnic/Views/Program/QuitDialog.h"
@@ -12,26 +14,52 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QIcon>
-#include <QQmlComponent>
+#include <QStandardPaths>
 #include <QUrl>
+
+#include <filesystem>
+#include <utility>
 
 namespace varnic {
 
+namespace {
+
+/// The window of a QML file; null where that cannot be loaded.
+template <typename Window>
+std::unique_ptr<Window> makeWindow(QQmlEngine& engine, const char* file) {
+    QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/qt/qml/Varnic/") + file));
+    std::unique_ptr<QObject> made(component.create());
+    if (qobject_cast<Window*>(made.get()) == nullptr) {
+        qWarning("%s", qPrintable(component.errorString()));
+        return nullptr;
+    }
+    return std::unique_ptr<Window>(qobject_cast<Window*>(made.release()));
+}
+
+/// What packages install beside the program describes one that lies in no bundle.
+brevin::UpdaterConfiguration updaterConfiguration() {
+    const auto path = [](const QString& text) { return std::filesystem::path(text.toStdString()); };
+    return brevin::UpdaterConfiguration::of(
+        path(QCoreApplication::applicationFilePath()),
+        path(QCoreApplication::applicationDirPath()) / "../share/varnic/Info.plist",
+        path(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation)));
+}
+
+} // namespace
+
 Program::Program(AppPlaces places)
-    : model_(std::move(places)), delegate_(model_), window_(ViewContext{.model = model_, .shell = &delegate_}),
+    : model_(std::move(places)), delegate_(model_),
+      updater_(updaterConfiguration(), model_.settings.store(), updaterHost()),
+      window_(ViewContext{.model = model_, .shell = &delegate_, .updater = &updater_}),
       signals_([this] { delegate_.terminate(AppDelegate::Occasion::system); }) {
     fillInDesktop();
+    delegate_.hooks.startKit = [this] { updater_.start(); };
     delegate_.hooks.ask = [this](QuitQuestion question) {
         window_.activate();
         return QuitDialog::ask(&window_.window(), std::move(question));
     };
     delegate_.notifications().isWindowInFront = [this] { return window_.isInFront(); };
-    delegate_.pill().present = [this] { presentPill(); };
-    delegate_.pill().orderOut = [this] {
-        if (pill_) {
-            pill_->hide();
-        }
-    };
+    makePill();
     connect(&window_.window(), &QWindow::visibleChanged, this, [this](bool isVisible) {
         wasShown_ = wasShown_ || isVisible;
         quitIfForsaken();
@@ -42,9 +70,18 @@ Program::Program(AppPlaces places)
     connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { delegate_.finishBeforeLogout(); });
 }
 
+brevin::Updater::Host Program::updaterHost() {
+    return {.inBackground = Background::start,
+            .onMainThread = [loop = &LoopExecutor::main()](auto work) { loop->post(std::move(work)); },
+            .openWindow = [this] { openUpdateWindow(); },
+            .openURL = [this](const std::string& url) { model_.desktop.openURL(url); },
+            .terminate = [this] { delegate_.terminate(); }};
+}
+
 void Program::fillInDesktop() {
     model_.desktop.activate = [this] { window_.activate(); };
     model_.desktop.closeWindow = [this] { window_.window().close(); };
+    model_.desktop.openSettings = [this](SettingsRow row) { openSettings(row); };
     model_.desktop.playSound = [](const std::string& name) { Sounds::play(name); };
     model_.desktop.copyText = [](const std::string& text) {
         QGuiApplication::clipboard()->setText(QString::fromStdString(text));
@@ -52,15 +89,37 @@ void Program::fillInDesktop() {
     model_.desktop.openURL = [](const std::string& url) {
         QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(url)));
     };
+    if (updater_.isOn()) {
+        model_.desktop.checkForUpdates = [this] { updater_.check(true); };
+    }
     model_.desktop.chooseRecording = [this](std::string message) {
-        return FileDialogs::chooseRecording(&window_.window(), std::move(message));
+        return FileDialogs::chooseRecording(windowInFront(), std::move(message));
     };
     model_.desktop.chooseFolder = [this](std::string message) {
-        return FileDialogs::chooseFolder(&window_.window(), std::move(message));
+        return FileDialogs::chooseFolder(windowInFront(), std::move(message));
     };
     model_.desktop.chooseDestination = [this](std::string fileName) {
-        return FileDialogs::chooseDestination(&window_.window(), std::move(fileName));
+        return FileDialogs::chooseDestination(windowInFront(), std::move(fileName));
     };
+}
+
+/// Wayland has no word for a window in front of the others, and gives one that opens the keyboard.
+void Program::makePill() {
+    PillController& controller = delegate_.pill();
+    if (QGuiApplication::platformName().startsWith("wayland")) {
+        notice_.emplace(model_);
+        controller.present = [this] { notice_->present(); };
+        controller.orderOut = [this] { notice_->orderOut(); };
+    } else {
+        pill_.emplace(window_);
+        controller.present = [this] { pill_->present(); };
+        controller.orderOut = [this] { pill_->orderOut(); };
+    }
+}
+
+/// Above which dialogs open.
+QWindow* Program::windowInFront() const {
+    return settings_ && settings_->isActive() ? static_cast<QWindow*>(settings_.get()) : &window_.window();
 }
 
 void Program::start(const Request& request) {
@@ -80,6 +139,7 @@ void Program::start(const Request& request) {
 void Program::launch() {
     QGuiApplication::setWindowIcon(QIcon::fromTheme("app.brevin.Varnic"));
     tray_.emplace(model_, delegate_.menus().tray);
+    tray_->clicked = [this](const QRect& icon) { toggleMenuBar(icon); };
     delegate_.applicationDidFinishLaunching();
     quitIfForsaken();
 }
@@ -88,9 +148,13 @@ bool Program::isProcessing() const {
     return !model_.processing.value().empty() || model_.isImporting.value();
 }
 
+bool Program::isSettingsVisible() const {
+    return settings_ && settings_->isVisible();
+}
+
 /// Without a tray a closed window would leave a program that nobody sees. It ends once all is recorded and transcribed.
 void Program::quitIfForsaken() {
-    const QuitRule::Situation now{.isWindowVisible = window_.isVisible() || !wasShown_,
+    const QuitRule::Situation now{.isWindowVisible = window_.isVisible() || isSettingsVisible() || !wasShown_,
                                   .hasTray = !tray_ || tray_->isReachable(),
                                   .isRecording = isBusy(model_.recorder().state()),
                                   .isProcessing = isProcessing()};
@@ -99,7 +163,8 @@ void Program::quitIfForsaken() {
         QMetaObject::invokeMethod(
             this,
             [this] {
-                if (!window_.isVisible() && !isBusy(model_.recorder().state()) && !isProcessing()) {
+                if (!window_.isVisible() && !isSettingsVisible() && !isBusy(model_.recorder().state()) &&
+                    !isProcessing()) {
                     delegate_.terminate();
                 }
             },
@@ -107,14 +172,39 @@ void Program::quitIfForsaken() {
     }
 }
 
-void Program::presentPill() {
-    if (!pill_) {
-        QQmlComponent component(&window_.engine(), QUrl("qrc:/qt/qml/Varnic/LiveView/Pill.qml"));
-        pill_.reset(qobject_cast<QQuickWindow*>(component.create()));
+void Program::openUpdateWindow() {
+    if (!updateWindow_) {
+        updateWindow_ = makeWindow<QQuickWindow>(window_.engine(), "Update/UpdateWindow.qml");
     }
-    if (pill_) {
-        pill_->show();
-        pill_->raise();
+    if (updateWindow_) {
+        updateWindow_->show();
+        updateWindow_->raise();
+        updateWindow_->requestActivate();
+    }
+}
+
+void Program::openSettings(SettingsRow row) {
+    if (!settings_) {
+        settings_ = makeWindow<SettingsWindow>(window_.engine(), "SettingsViews/Settings.qml");
+        if (settings_) {
+            connect(settings_.get(), &QWindow::visibleChanged, this, &Program::quitIfForsaken);
+        }
+    }
+    if (settings_) {
+        settings_->open(row);
+    }
+}
+
+void Program::toggleMenuBar(const QRect& icon) {
+    if (!menuBar_) {
+        menuBar_ = makeWindow<MenuBarWindow>(window_.engine(), "SettingsViews/MenuBar.qml");
+        if (menuBar_) {
+            menuBar_->openProgram = [this] { window_.activate(); };
+            menuBar_->quitProgram = [this] { delegate_.terminate(); };
+        }
+    }
+    if (menuBar_) {
+        menuBar_->toggleAt(icon);
     }
 }
 

@@ -1,15 +1,19 @@
 #pragma once
 
+#include "BrevinKit/Updater/Updater.h"
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Shell/AppDelegate.h"
+#include "Varnic/Shell/RecordingNotice.h"
 #include "Varnic/Shell/Request.h"
 #include "Varnic/Shell/TerminationSignals.h"
 #include "Varnic/Views/Program/MainWindow.h"
+#include "Varnic/Views/Program/PillPresence.h"
 #include "Varnic/Views/Program/ReadOnlyTextKeys.h"
 #include "Varnic/Views/Program/TrayIcon.h"
+#include "Varnic/Views/SettingsViews/MenuBarWindow.h"
+#include "Varnic/Views/SettingsViews/SettingsWindow.h"
 
 #include <QObject>
-#include <QQuickWindow>
 
 #include <memory>
 #include <optional>
@@ -33,16 +37,28 @@ public:
 private:
     void launch();
     void fillInDesktop();
+    void makePill();
     [[nodiscard]] bool isProcessing() const;
+    [[nodiscard]] bool isSettingsVisible() const;
+    [[nodiscard]] QWindow* windowInFront() const;
     void quitIfForsaken();
-    void presentPill();
+    void openSettings(SettingsRow row);
+    void toggleMenuBar(const QRect& icon);
+    brevin::Updater::Host updaterHost();
+    void openUpdateWindow();
 
     AppModel model_;
     AppDelegate delegate_;
+    brevin::Updater updater_;
     ReadOnlyTextKeys readOnlyTextKeys_;
     MainWindow window_;
     std::optional<TrayIcon> tray_;
-    std::unique_ptr<QQuickWindow> pill_;
+    /// One of the two.
+    std::optional<PillPresence> pill_;
+    std::optional<RecordingNotice> notice_;
+    std::unique_ptr<SettingsWindow> settings_;
+    std::unique_ptr<MenuBarWindow> menuBar_;
+    std::unique_ptr<QQuickWindow> updateWindow_;
     TerminationSignals signals_;
     QPropertyNotifier processingWatcher_;
     QPropertyNotifier importWatcher_;

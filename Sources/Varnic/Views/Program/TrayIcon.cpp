@@ -1,12 +1,14 @@
 #include "Varnic/Views/Program/TrayIcon.h"
 
 #include "Varnic/Recording/RecordingController.h"
+#include "Varnic/Views/SettingsViews/RecentCalls.h"
 #include "Varnic/Views/Theme/Native/NibMark.h"
 #include "VarnicCore/Pipeline/SessionState.h"
 
 #include <QIcon>
 #include <QPainter>
 #include <QPixmap>
+#include <QString>
 
 #include <utility>
 
@@ -60,20 +62,28 @@ TrayIcon::TrayIcon(AppModel& model, const std::vector<MenuEntry>& entries, QObje
     time_->setEnabled(false);
     for (const MenuEntry& entry : entries) {
         if (entry.beginsGroup) {
-            menu_.addSeparator();
+            callsEnd_ = menu_.addSeparator();
         }
         entries_.emplace_back(entry, menu_.addAction(QString(), this, entry.perform));
     }
     icon_.setContextMenu(&menu_);
-    connect(&icon_, &QSystemTrayIcon::activated, this, [&model](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick) {
-            model.desktop.activate();
-        }
-    });
+    connect(&icon_, &QSystemTrayIcon::activated, this, &TrayIcon::activated);
+    connect(&menu_, &QMenu::aboutToShow, this, &TrayIcon::refreshCalls);
+    connect(&model, &AppModel::notesChanged, this, &TrayIcon::refreshCalls);
     connect(&model.recorder(), &RecordingController::stateChanged, this, &TrayIcon::refresh);
     connect(&model.recorder(), &RecordingController::ticked, this, &TrayIcon::refresh);
     refresh();
+    refreshCalls();
     icon_.show();
+}
+
+void TrayIcon::activated(QSystemTrayIcon::ActivationReason reason) {
+    const QRect place = icon_.geometry();
+    if (reason == QSystemTrayIcon::Trigger && !place.isEmpty()) {
+        clicked(place);
+    } else if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick) {
+        model_.desktop.activate();
+    }
 }
 
 bool TrayIcon::isReachable() const {
@@ -99,6 +109,25 @@ void TrayIcon::refresh() {
     time_->setText("Recording · " + text);
     time_->setVisible(label.showsDot);
     label_ = label;
+}
+
+void TrayIcon::refreshCalls() {
+    qDeleteAll(std::exchange(calls_, {}));
+    const std::vector<RecentCall> recent = RecentCall::of(model_);
+    if (!recent.empty()) {
+        calls_ << new QAction(&menu_) << new QAction(QStringLiteral("Recent calls"), &menu_);
+        calls_.front()->setSeparator(true);
+        calls_.back()->setEnabled(false);
+    }
+    for (const RecentCall& call : recent) {
+        // An ampersand would be the mark of a key.
+        QString text = call.title + " · " + call.date;
+        text.replace('&', "&&");
+        auto* const action = new QAction(text, &menu_); // the menu owns it
+        connect(action, &QAction::triggered, this, [this, id = call.id] { RecentCall::open(model_, id); });
+        calls_ << action;
+    }
+    menu_.insertActions(callsEnd_, calls_);
 }
 
 } // namespace varnic

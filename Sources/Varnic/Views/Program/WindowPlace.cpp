@@ -16,6 +16,17 @@ constexpr const char* maximizedKey = "window/maximized";
 /// How much of a title bar must be on a screen, in points.
 constexpr QSize grip(120, 30);
 
+/// What a new window leaves of the screen for its frame, which is not known before it is shown, in points.
+constexpr QSize frame(12, 44);
+
+/// The same for a panel, where the desktop doesn't say what its panels take.
+constexpr int panel = 48;
+
+QSize roomOn(const QScreen& screen) {
+    const QSize room = screen.availableSize() - frame;
+    return screen.availableSize() == screen.size() ? room - QSize(0, panel) : room;
+}
+
 } // namespace
 
 WindowPlace::WindowPlace(QWindow& window, QSettings& store, QObject* parent)
@@ -26,12 +37,28 @@ WindowPlace::WindowPlace(QWindow& window, QSettings& store, QObject* parent)
     }
     if (const QRect saved = store.value(rectangleKey).toRect(); saved.isValid() && !screens.empty()) {
         window.setGeometry(fit(saved, screens));
+    } else if (const QScreen* screen = QGuiApplication::primaryScreen(); screen != nullptr && !saved.isValid()) {
+        window.resize(window.size().boundedTo(roomOn(*screen)));
     }
     normal_ = window.geometry();
     if (store.value(maximizedKey).toBool()) {
         window.setWindowStates(Qt::WindowMaximized);
     }
     window.installEventFilter(this);
+    // The size of a maximised window may come before the word that it is maximised.
+    settling_.setSingleShot(true);
+    settling_.setInterval(300);
+    connect(&settling_, &QTimer::timeout, this, &WindowPlace::takePlace);
+}
+
+void WindowPlace::takePlace() {
+    if (window_.windowStates() == Qt::WindowNoState) {
+        normal_ = window_.geometry();
+    }
+}
+
+WindowPlace::~WindowPlace() {
+    save();
 }
 
 QRect WindowPlace::fit(const QRect& saved, const std::vector<QRect>& screens) {
@@ -50,8 +77,8 @@ QRect WindowPlace::fit(const QRect& saved, const std::vector<QRect>& screens) {
 
 bool WindowPlace::eventFilter(QObject* watched, QEvent* event) {
     const auto type = event->type();
-    if ((type == QEvent::Resize || type == QEvent::Move) && window_.windowStates() == Qt::WindowNoState) {
-        normal_ = window_.geometry();
+    if (type == QEvent::Resize || type == QEvent::Move) {
+        settling_.start();
     } else if (type == QEvent::Close || type == QEvent::Hide) {
         save();
     }
@@ -59,6 +86,9 @@ bool WindowPlace::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void WindowPlace::save() {
+    if (settling_.isActive()) {
+        takePlace();
+    }
     store_.setValue(rectangleKey, normal_);
     store_.setValue(maximizedKey, window_.windowStates().testFlag(Qt::WindowMaximized));
 }

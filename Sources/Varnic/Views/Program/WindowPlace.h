@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QRect>
 #include <QSettings>
+#include <QTimer>
 #include <QWindow>
 
 #include <vector>
@@ -15,8 +16,9 @@ class WindowPlace : public QObject {
     Q_OBJECT
 
 public:
-    /// Puts the window where it was, before it is shown.
+    /// Puts the window where it was, before it is shown; one that is new, in the middle of the screen.
     WindowPlace(QWindow& window, QSettings& store, QObject* parent = nullptr);
+    ~WindowPlace() override;
 
     void save();
 
@@ -28,10 +30,13 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void takePlace();
+
     QWindow& window_;
     QSettings& store_;
     /// The place while the window was not maximised.
     QRect normal_;
+    QTimer settling_;
 };
 
 } // namespace varnic

@@ -7,8 +7,8 @@
 
 namespace varnic {
 
-/// When something that is still to come is due, for the end of a sentence: "at 14:05", "tomorrow", "on Friday 13 March",
-/// "on Friday 1 January 2027".
+/// When something that is still to come is due, for the end of a sentence: "at 14:05", "tomorrow", "on Friday 13
+/// March", "on Friday 1 January 2027".
 std::string dueDay(Date due, Date now, const Region& region);
 
 } // namespace varnic

@@ -54,6 +54,7 @@ T.Control {
             id: back
 
             anchors.fill: parent
+            objectName: "answerFace"
             tag: "Answer"
             tint: Theme.Palette.them
             visible: card.isBackShowing

@@ -51,8 +51,7 @@ const Block* StudyModel::card(const Uuid& id) const {
         return nullptr;
     }
     const auto found = std::ranges::find(note->blocks, id, &Block::id);
-    const bool isCard =
-        found != note->blocks.end() && found->kind == BlockKind::flashcard && !found->text.empty();
+    const bool isCard = found != note->blocks.end() && found->kind == BlockKind::flashcard && !found->text.empty();
     return isCard ? &*found : nullptr;
 }
 
@@ -75,8 +74,7 @@ void StudyModel::take(const ChangedNotes& notes) {
     const auto asked = askedId();
     std::erase_if(queue_, [this, now = currentDate()](QueuedCard& queued) {
         const Block* block = card(queued.id);
-        const bool isGone =
-            block == nullptr || (block->card != queued.schedule && !Flashcards::isDue(*block, now));
+        const bool isGone = block == nullptr || (block->card != queued.schedule && !Flashcards::isDue(*block, now));
         if (!isGone) {
             queued.schedule = block->card;
         }
@@ -97,7 +95,7 @@ QString StudyModel::toGo() const {
     return QString::number(queue_.size()) + " to go";
 }
 
-std::string StudyModel::side(std::string Block::*words) const {
+std::string StudyModel::side(std::string Block::* words) const {
     const Block* asked = queue_.empty() ? nullptr : card(queue_.front().id);
     return asked == nullptr ? std::string() : asked->*words;
 }

@@ -105,7 +105,7 @@ private:
     [[nodiscard]] const Note* deck() const;
     [[nodiscard]] const Block* card(const Uuid& id) const;
     [[nodiscard]] std::optional<Uuid> askedId() const;
-    [[nodiscard]] std::string side(std::string Block::*words) const;
+    [[nodiscard]] std::string side(std::string Block::* words) const;
 
     AppModel* model_ = nullptr;
     Uuid deckId_;

@@ -10,6 +10,15 @@ Theme.Sheet {
     readonly property StudyModel study: StudyModel {
     }
 
+    /// The keyboard goes to the card, or to the way out when there is none.
+    function takeFocus() {
+        if (study.hasCard) {
+            card.forceActiveFocus();
+        } else {
+            head.focusDone();
+        }
+    }
+
     height: Math.min(520, (parent ? parent.height : 0) - 2 * Theme.Space.xl)
     name: "Flashcards: " + study.title
     objectName: "studySheet"
@@ -93,15 +102,12 @@ Theme.Sheet {
     // The button that was pressed is gone with its side of the card.
     Connections {
         function onChanged() {
-            if (sheet.study.hasCard) {
-                card.forceActiveFocus();
-            } else {
-                head.focusDone();
-            }
+            sheet.takeFocus();
         }
 
         target: sheet.study
     }
 
     onClosed: study.close()
+    onOpened: takeFocus()
 }

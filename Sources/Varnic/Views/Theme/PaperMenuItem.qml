@@ -10,6 +10,8 @@ T.MenuItem {
     property bool isDestructive
     /// As the user reads them; may be empty.
     property string keys
+    /// Before the text; may be empty.
+    property string symbol
 
     Accessible.description: keys
     Accessible.name: text
@@ -43,9 +45,19 @@ T.MenuItem {
     contentItem: Item {
         opacity: item.enabled ? 1 : 0.45
 
-        Text {
+        Theme.Symbol {
             anchors.left: parent.left
             anchors.leftMargin: Theme.Space.m
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.Palette.inkSoft
+            name: item.symbol
+            size: 13
+            visible: item.symbol !== ""
+        }
+
+        Text {
+            anchors.left: parent.left
+            anchors.leftMargin: item.symbol === "" ? Theme.Space.m : Theme.Space.m + 22
             anchors.verticalCenter: parent.verticalCenter
             color: item.isDestructive ? Theme.Palette.record : Theme.Palette.ink
             font: item.font

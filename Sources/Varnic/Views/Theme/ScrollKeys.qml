@@ -17,21 +17,33 @@ QtObject {
         return (item as TextInput)?.readOnly === false || (item as TextEdit)?.readOnly === false;
     }
 
+    /// To the beginning or the end. Of a list they are known for sure only once the rows there have been made.
+    function jump(toEnd: bool) {
+        const list = page as ListView;
+        if (toEnd) {
+            list?.positionViewAtEnd();
+        } else {
+            list?.positionViewAtBeginning();
+        }
+        page.contentY = toEnd ? last : first;
+    }
+
     function take(event: var) {
         if (event.modifiers & ~Qt.KeypadModifier || isField(page.Window.activeFocusItem)) {
             return;
         }
         const most = page.height - 48;
         const ways = {
-            [Qt.Key_Up]: page.contentY - step,
-            [Qt.Key_Down]: page.contentY + step,
-            [Qt.Key_PageUp]: page.contentY - most,
-            [Qt.Key_PageDown]: page.contentY + most,
-            [Qt.Key_Home]: first,
-            [Qt.Key_End]: last
+            [Qt.Key_Up]: -step,
+            [Qt.Key_Down]: step,
+            [Qt.Key_PageUp]: -most,
+            [Qt.Key_PageDown]: most
         };
-        if (event.key in ways && ways[event.key] !== page.contentY) {
-            page.contentY = Math.min(Math.max(ways[event.key], first), last);
+        if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
+            jump(event.key === Qt.Key_End);
+            event.accepted = true;
+        } else if (ways[event.key]) {
+            page.contentY = Math.min(Math.max(page.contentY + ways[event.key], first), last);
             event.accepted = true;
         }
     }

@@ -22,6 +22,12 @@ QtObject {
             "pointSize": 15.5 * 0.75,
             "italic": true
         })
+    /// Of a to-do that is done.
+    readonly property font bodyDone: Qt.font({
+            "family": serif,
+            "pointSize": 15.5 * 0.75,
+            "strikeout": true
+        })
     readonly property font spoken: of(serif, 15, Font.Normal)
     readonly property font liveSpoken: of(serif, 22, Font.Normal)
     readonly property font rowTitle: of(sans, 13.5, Font.DemiBold)

@@ -3,6 +3,7 @@
 #include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/LibraryViews/DeckListModel.h"
 #include "Varnic/Views/LibraryViews/Library.h"
+#include "Varnic/Views/LibraryViews/MainMenu.h"
 #include "Varnic/Views/LibraryViews/NoteActions.h"
 #include "Varnic/Views/LibraryViews/NoteListModel.h"
 #include "Varnic/Views/LibraryViews/RecordAction.h"
@@ -16,6 +17,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -295,6 +297,15 @@ TEST_F(ListModels, badges_count_and_hide_at_none) {
     add("Plan", 0, {todo("Write"), Block::flashcard("Q", "A"), Block::flashcard("R", "A")});
     ASSERT_TRUE(changed.count() > 0 || changed.wait());
     EXPECT_THAT(column(sections, SectionModel::badge), ElementsAre("", "", "1", "2"));
+}
+
+TEST_F(ListModels, menu_tells_a_pages_keys_without_taking_them_from_it) {
+    const MainMenu menu(*model, menus(*model, [] {}).window);
+    const auto captions = column(menu, MainMenu::caption);
+    const auto row = static_cast<std::size_t>(std::ranges::find(captions, "Show Transcript") - captions.begin());
+    EXPECT_EQ(column(menu, MainMenu::shortcutText).at(row), "Alt+T");
+    EXPECT_EQ(column(menu, MainMenu::shortcut).at(row), "");
+    EXPECT_EQ(column(menu, MainMenu::shortcut).front(), "Ctrl+N");
 }
 
 } // namespace

@@ -131,7 +131,8 @@ TEST_F(MainWindowTest, arrows_go_from_the_search_into_the_results_and_back) {
 }
 
 TEST_F(MainWindowTest, deck_is_studied_by_keys) {
-    const Uuid id = model->newNote("Capitals", {Block::flashcard("Peru?", "Lima"), Block::flashcard("Cuba?", "Havana")});
+    const Uuid id =
+        model->newNote("Capitals", {Block::flashcard("Peru?", "Lima"), Block::flashcard("Cuba?", "Havana")});
     model->section = LibrarySection::cards;
     open("deckList");
     const auto box = [&](std::size_t card) { return model->note(id)->blocks[card].card->box; };
@@ -141,8 +142,13 @@ TEST_F(MainWindowTest, deck_is_studied_by_keys) {
     press(Qt::Key_2);
     EXPECT_EQ(box(0), 1);
     press(Qt::Key_Space);
+    ASSERT_TRUE(waitUntil([this] { return shown("answerFace") != nullptr; }));
     press(Qt::Key_2);
     EXPECT_EQ(box(0), 2);
+    // The card turns back with the answer that was graded, not with that of the next card.
+    ASSERT_NE(shown("answerFace"), nullptr);
+    EXPECT_EQ(shown("answerFace")->property("words"), "Lima");
+    ASSERT_TRUE(waitUntil([this] { return shown("answerFace") == nullptr; }));
     press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(box(0), 1);
     press(Qt::Key_3);
@@ -167,7 +173,8 @@ TEST_F(MainWindowTest, title_over_todos_is_a_button_that_opens_the_note) {
     });
     ASSERT_NE(button, items.end());
     ASSERT_NE(model->selection.value(), id);
-    QAccessible::queryAccessibleInterface(*button)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QAccessible::queryAccessibleInterface(*button)->actionInterface()->doAction(
+        QAccessibleActionInterface::pressAction());
     EXPECT_EQ(model->selection.value(), id);
 }
 

@@ -148,7 +148,8 @@ TEST_F(LiveRecordingViewTests, buttonsAreWholeHoweverNarrowThePageIs) {
             EXPECT_TRUE(waitUntil([&] {
                 const QRectF box = item(name)->mapRectToScene(item(name)->boundingRect());
                 return QRectF(0, 0, width, 600).contains(box) && box.width() >= item(name)->implicitWidth();
-            })) << name << " at " << width;
+            })) << name
+                << " at " << width;
         }
     }
 }

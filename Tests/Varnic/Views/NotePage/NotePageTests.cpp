@@ -1,7 +1,6 @@
-#include "Varnic/AppModel/ScratchModel.h"
-#include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/Note/NoteModel.h"
 #include "Varnic/Views/NotePage/CallPlayer.h"
+#include "Varnic/Views/NotePage/NotePageTest.h"
 #include "Varnic/Views/NotePage/SummaryModel.h"
 #include "Varnic/Views/NotePage/TranscriptModel.h"
 #include "VarnicCore/Audio/AudioMix.h"
@@ -28,88 +27,6 @@
 
 namespace varnic {
 namespace {
-
-/// The first object of that name (any, if empty) in what an item shows. Rows of repeaters and lists have no QObject
-/// parent, so a search by those does not find them.
-template <typename Type>
-Type* within(QQuickItem* item, const QString& name) {
-    for (QObject* own : QObjectList{item} + item->children()) {
-        if (auto* const found = qobject_cast<Type*>(own); found && (name.isEmpty() || found->objectName() == name)) {
-            return found;
-        }
-    }
-    for (QQuickItem* child : item->childItems()) {
-        if (auto* const found = within<Type>(child, name)) {
-            return found;
-        }
-    }
-    return nullptr;
-}
-
-/// A page in a window, on a library of its own.
-class NotePageTest : public testing::Test {
-protected:
-    /// A page that has been left is deleted while there is an application.
-    void TearDown() override { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
-
-    /// Shows what the library has open.
-    void open(Uuid id) {
-        model->selection = id;
-        if (view.source().isEmpty()) {
-            view.engine()->addImportPath("qrc:/qt/qml");
-            ViewContext{.model = *model}.giveTo(*view.engine());
-            view.setResizeMode(QQuickView::SizeRootObjectToView);
-            view.resize(1000, 800);
-            view.setSource(QUrl("qrc:/qt/qml/Varnic/NotePage/Detail.qml"));
-        }
-        view.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
-    }
-
-    Uuid addNote(std::string title, std::vector<Block> blocks = {}) {
-        return model->newNote(std::move(title), std::move(blocks));
-    }
-
-    Uuid addCall(std::vector<Segment> segments) {
-        const Uuid id = addNote("Call");
-        model->update(id, true, [&](Note& note) {
-            note.call = CallRecord();
-            note.call->startedAt = parseDate("2026-03-10T09:30:00Z");
-            note.call->duration = 61;
-            note.call->segments = std::move(segments);
-        });
-        return id;
-    }
-
-    /// Opens a call with a silent recording that can be played.
-    void openCallWithAudio(std::vector<Segment> segments) {
-        const Uuid id = addCall(std::move(segments));
-        std::filesystem::create_directories(model->audioFolder(id));
-        AudioMix::write(std::vector<float>(std::size_t{61} * 48'000), model->audioFolder(id) / "them.m4a", true);
-        model->update(id, true, [](Note& note) { note.call->tracks = {Speaker::them}; });
-        open(id);
-        ASSERT_TRUE(QTest::qWaitFor([this] { return only<CallPlayer>()->available(); }));
-    }
-
-    template <typename Type = QObject>
-    Type* find(const char* name) {
-        return within<Type>(view.rootObject(), name);
-    }
-
-    template <typename Type>
-    Type* only() {
-        return find<Type>("");
-    }
-
-    void type(const QString& text) {
-        for (const QChar letter : text) {
-            QTest::keyClick(&view, letter.toLatin1());
-        }
-    }
-
-    ScratchModel model;
-    QQuickView view;
-};
 
 Segment line(Speaker who, double from, double to, const char* words) {
     return {who, from, to, words};
@@ -293,6 +210,33 @@ TEST_F(NotePageTest, return_on_a_turn_goes_to_it) {
     QTest::keyClick(&view, Qt::Key_Return);
     EXPECT_EQ(only<CallPlayer>()->time(), 4);
     EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::isCurrent), QStringList({"false", "true"}));
+}
+
+TEST_F(NotePageTest, keys_page_through_the_transcript) {
+    model->showTranscript = true;
+    std::vector<Segment> lines;
+    for (int i = 0; i < 200; ++i) {
+        lines.push_back(line(i % 2 == 0 ? Speaker::you : Speaker::them, i * 5, i * 5 + 1,
+                             i > 100 ? "A turn of many more words than one line of the panel has room for." : "Yes."));
+    }
+    open(addCall(std::move(lines)));
+    auto* const turns = find<QQuickItem>("turns");
+    turns->forceActiveFocus();
+    const auto seen = [&](int row) {
+        QQuickItem* item = nullptr;
+        QMetaObject::invokeMethod(turns, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, item), Q_ARG(int, row));
+        const qreal y = item == nullptr ? -1 : item->mapToItem(turns, QPointF()).y();
+        return y >= 0 && y + item->height() <= turns->height();
+    };
+    ASSERT_TRUE(seen(0));
+    QTest::keyClick(&view, Qt::Key_PageDown);
+    EXPECT_FALSE(seen(0));
+    QTest::keyClick(&view, Qt::Key_End);
+    EXPECT_TRUE(seen(199));
+    QTest::keyClick(&view, Qt::Key_Home);
+    EXPECT_TRUE(seen(0));
+    QTest::keyClick(&view, Qt::Key_Down);
+    EXPECT_EQ(turns->property("currentIndex"), 1) << "arrow keys choose a turn";
 }
 
 TEST_F(NotePageTest, a_click_on_the_words_of_a_turn_goes_to_it) {

@@ -1,0 +1,63 @@
+#include "Varnic/AppModel/SettingsFile.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+
+namespace varnic {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A name beside the file that is free.
+fs::path freeName(const fs::path& file, const std::string& ending) {
+    fs::path name = file.string() + ending;
+    std::error_code ignored;
+    for (int i = 2; fs::exists(fs::symlink_status(name, ignored)); ++i) {
+        name = fmt::format("{}{}-{}", file.string(), ending, i);
+    }
+    return name;
+}
+
+} // namespace
+
+std::optional<std::string> SettingsFile::keepAside(const QSettings& store, bool isDamaged) {
+    const fs::path file = store.fileName().toStdString();
+    std::error_code failure;
+    if (!fs::exists(fs::symlink_status(file, failure))) {
+        return std::nullopt;
+    }
+    if (store.status() == QSettings::AccessError) {
+        // What can't be read can't be copied either.
+        const fs::path aside = freeName(file, ".unreadable");
+        fs::rename(file, aside, failure);
+        return failure ? fmt::format("The settings in “{}” can’t be read, so they are as at first.", file.string())
+                       : fmt::format("The settings can’t be read, so they are as at first. Their file is kept as “{}”.",
+                                     aside.string());
+    }
+    if (const int written = store.value("version", version).toInt(); written > version) {
+        const fs::path aside = file.string() + fmt::format(".version-{}", written);
+        fs::copy_file(file, aside, fs::copy_options::skip_existing, failure);
+        return "The settings are from a later version of Varnic. What this one doesn’t know of them is left as it is.";
+    }
+    if (isDamaged || store.status() == QSettings::FormatError) {
+        const fs::path aside = freeName(file, ".damaged");
+        fs::copy_file(file, aside, failure);
+        return "Some settings can’t be read and are as at first." +
+               (failure ? "" : fmt::format(" The file as it was is kept as “{}”.", aside.string()));
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> SettingsFile::write(const QSettings& store) {
+    // Shares what is to be written; but a store's status tells of its first failure forever.
+    QSettings now(store.fileName(), store.format());
+    now.sync();
+    if (now.status() != QSettings::AccessError) {
+        return std::nullopt;
+    }
+    return fmt::format("The settings can’t be saved: “{}” can’t be written.", store.fileName().toStdString());
+}
+
+} // namespace varnic

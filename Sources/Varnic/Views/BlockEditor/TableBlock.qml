@@ -1,0 +1,127 @@
+import QtQuick
+import QtQuick.Layouts
+import Varnic.BlockEditor
+import Varnic.Theme as Theme
+
+// Delegates use ids of this file; `pragma ComponentBehavior: Bound`, meant for that, is incomplete in Qt 6.4.
+// qmllint disable unqualified
+
+/// A table; its first row is its header.
+Item {
+    id: block
+
+    required property string blockId
+    /// Row by row.
+    required property list<string> cells
+    required property int columns
+    required property EditorSurface surface
+
+    signal addColumnWanted
+    signal addRowWanted
+    signal removeColumnWanted(column: int)
+    signal removeRowWanted(tableRow: int)
+
+    /// Opens the options of a cell.
+    function showOptions(cell: Item, column: int, tableRow: int) {
+        options.active = true;
+        options.item.open(cell, column, tableRow);
+    }
+
+    implicitHeight: buttons.y + buttons.height + 6
+
+    Rectangle {
+        id: frame
+
+        border.color: Theme.Palette.rule
+        border.width: 1
+        color: Theme.Palette.surface
+        implicitHeight: grid.implicitHeight
+        radius: Theme.Radius.card
+        width: parent.width
+        y: 6
+
+        Rectangle {
+            color: Theme.Palette.wash
+            height: Math.min(parent.height - 2, grid.headHeight - 1)
+            opacity: 0.7
+            radius: Theme.Radius.card - 1
+            width: parent.width - 2
+            x: 1
+            y: 1
+        }
+
+        GridLayout {
+            id: grid
+
+            readonly property real headHeight: cellItems.count > 0 ? cellItems.itemAt(0).height : 0
+
+            columnSpacing: 0
+            columns: Math.max(1, block.columns)
+            rowSpacing: 0
+            width: parent.width
+
+            Repeater {
+                id: cellItems
+
+                // Their number: a list of texts would make all cells anew with every key.
+                model: block.cells.length
+
+                TableCell {
+                    Layout.fillHeight: true
+                    Layout.fillWidth: true
+                    Layout.preferredWidth: 1
+                    blockId: block.blockId
+                    column: index % grid.columns
+                    surface: block.surface
+                    tableRow: index / grid.columns
+                    words: block.cells[index] ?? ""
+
+                    onOptionsWanted: block.showOptions(this, column, tableRow)
+                }
+            }
+        }
+    }
+
+    Row {
+        id: buttons
+
+        anchors.left: parent.left
+        anchors.top: frame.bottom
+        anchors.topMargin: Theme.Space.s
+        spacing: Theme.Space.s
+
+        Theme.QuietButton {
+            compact: true
+            help: "Add Row"
+            symbol: "plus"
+            text: "Row"
+
+            onClicked: block.addRowWanted()
+        }
+
+        Theme.QuietButton {
+            compact: true
+            help: "Add Column"
+            symbol: "plus"
+            text: "Column"
+
+            onClicked: block.addColumnWanted()
+        }
+    }
+
+    Loader {
+        id: options
+
+        active: false
+
+        sourceComponent: CellMenu {
+            columns: block.columns
+            rows: block.cells.length / Math.max(1, block.columns)
+
+            onAddColumnWanted: block.addColumnWanted()
+            onAddRowWanted: block.addRowWanted()
+            onRemoveColumnWanted: column => block.removeColumnWanted(column)
+            onRemoveRowWanted: tableRow => block.removeRowWanted(tableRow)
+        }
+    }
+}

@@ -1,0 +1,25 @@
+#include "Varnic/Views/SettingsViews/FolderView.h"
+
+#include "Varnic/Background.h"
+#include "VarnicPlatform/Desktop/FileManager.h"
+
+#include <QPointer>
+
+#include <system_error>
+
+namespace varnic {
+
+QCoro::Task<> showFolder(AppModel& model, std::filesystem::path folder) {
+    const QPointer self(&model);
+    const auto show = [folder = std::move(folder)] {
+        std::error_code ignored;
+        std::filesystem::create_directories(folder, ignored);
+        return FileManager::showFolder(folder);
+    };
+    const bool isShown = co_await inBackground(show);
+    if (self && !isShown) {
+        self->flash({.text = "No file manager was found", .symbol = "exclamationmark.triangle"});
+    }
+}
+
+} // namespace varnic

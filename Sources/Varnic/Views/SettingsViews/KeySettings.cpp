@@ -1,0 +1,72 @@
+#include "Varnic/Views/SettingsViews/KeySettings.h"
+
+#include "Varnic/Views/Context/ViewContext.h"
+#include "VarnicCore/Models/Wording.h"
+
+#include <QPointer>
+
+#include <chrono>
+#include <utility>
+
+namespace varnic {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// How long the button says that the key is saved.
+constexpr auto moment = 2s;
+
+} // namespace
+
+KeySettings* KeySettings::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
+    return new KeySettings(ViewContext::of(*engine).model);
+}
+
+KeySettings::KeySettings(AppModel& model, QObject* parent) : QObject(parent), model_(model) {
+    justSaved_.setSingleShot(true);
+    justSaved_.setInterval(moment);
+    connect(&justSaved_, &QTimer::timeout, this, &KeySettings::changed);
+    statusWatcher_ = model.apiKey.status.addNotifier([this] { Q_EMIT changed(); });
+    // What went wrong with one provider's key says nothing of another's.
+    providerWatcher_ = model.settings.ai.addNotifier([this] { take(std::nullopt); });
+}
+
+QString KeySettings::savedText() {
+    return QString::fromStdString(Wording::shown("•••••••• saved in your Keychain"));
+}
+
+QString KeySettings::problem() const {
+    const std::string& problem = problem_.empty() ? model_.apiKey.status.value().problem : problem_;
+    return QString::fromStdString(Wording::shown(problem));
+}
+
+void KeySettings::take(const std::optional<std::string>& problem) {
+    problem_ = problem.value_or("");
+    Q_EMIT changed();
+}
+
+QCoro::Task<> KeySettings::saveKey(std::string pasted) {
+    const QPointer self(this);
+    auto saving = model_.apiKey.save(std::move(pasted));
+    const std::optional<std::string> problem = co_await saving;
+    if (!self) {
+        co_return;
+    }
+    if (!problem) {
+        justSaved_.start();
+        Q_EMIT saved();
+    }
+    take(problem);
+}
+
+QCoro::Task<> KeySettings::removeKey() {
+    const QPointer self(this);
+    auto removing = model_.apiKey.remove();
+    const std::optional<std::string> problem = co_await removing;
+    if (self) {
+        take(problem);
+    }
+}
+
+} // namespace varnic

@@ -1,0 +1,65 @@
+#include "Varnic/Views/SettingsViews/MenuBarWindow.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace varnic {
+
+namespace {
+
+/// Points between icon and window.
+constexpr int gap = 6;
+
+} // namespace
+
+MenuBarWindow::MenuBarWindow(QWindow* parent) : QQuickWindow(parent) {
+    setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+}
+
+QRect MenuBarWindow::place(const QRect& icon, const QSize& size, const QRect& screen) {
+    QRect place(QPoint(), size);
+    place.moveCenter(icon.center());
+    if (icon.center().y() > screen.center().y()) {
+        place.moveBottom(icon.top() - gap);
+    } else {
+        place.moveTop(icon.bottom() + gap);
+    }
+    place.moveLeft(std::clamp(place.left(), screen.left(), std::max(screen.left(), screen.right() - size.width())));
+    place.moveTop(std::clamp(place.top(), screen.top(), std::max(screen.top(), screen.bottom() - size.height())));
+    return place;
+}
+
+void MenuBarWindow::toggleAt(const QRect& icon) {
+    if (isVisible()) {
+        hide();
+        return;
+    }
+    Q_EMIT aboutToShow();
+    const QScreen* iconScreen = QGuiApplication::screenAt(icon.center());
+    if (iconScreen == nullptr) {
+        iconScreen = QGuiApplication::primaryScreen();
+    }
+    setGeometry(place(icon, size(), iconScreen->availableGeometry()));
+    show();
+    raise();
+    requestActivate();
+}
+
+void MenuBarWindow::openVarnic() {
+    hide();
+    openProgram();
+}
+
+void MenuBarWindow::quit() {
+    hide();
+    quitProgram();
+}
+
+void MenuBarWindow::focusOutEvent(QFocusEvent* event) {
+    QQuickWindow::focusOutEvent(event);
+    hide();
+}
+
+} // namespace varnic

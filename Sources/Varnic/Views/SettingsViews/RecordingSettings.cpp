@@ -1,0 +1,86 @@
+#include "Varnic/Views/SettingsViews/RecordingSettings.h"
+
+#include "Varnic/Background.h"
+#include "Varnic/Views/Context/ViewContext.h"
+#include "VarnicCore/Models/Wording.h"
+#include "VarnicPlatform/Speech/SpeechModel.h"
+
+#include <QLocale>
+#include <QPointer>
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace varnic {
+
+namespace {
+
+/// "en" of "en-GB".
+std::string_view languageOf(std::string_view tag) {
+    return tag.substr(0, tag.find('-'));
+}
+
+} // namespace
+
+RecordingSettings* RecordingSettings::create(const QQmlEngine* engine, const QJSEngine* /*scripts*/) {
+    return new RecordingSettings(ViewContext::of(*engine).model);
+}
+
+RecordingSettings::RecordingSettings(AppModel& model, QObject* parent) : QObject(parent), model_(model) {
+    const auto follow = [this](auto& property) {
+        watchers_.push_back(property.addNotifier([this] { Q_EMIT changed(); }));
+    };
+    follow(model.settings.localeID);
+    follow(model.settings.liveTranscript);
+    follow(model.settings.keepAudio);
+}
+
+QCoro::Task<> RecordingSettings::lookForLanguages() {
+    const QPointer self(this);
+    const auto list = [reader = QLocale().name().toStdString()] {
+        return Permissions::onDeviceLanguages(SpeechModels::installed(SpeechModels::dataDirectories()), reader);
+    };
+    std::vector<Permissions::Language> found = co_await inBackground(list);
+    if (self && found != languages_) {
+        languages_ = std::move(found);
+        Q_EMIT changed();
+    }
+}
+
+QList<QString> RecordingSettings::languages() const {
+    QList<QString> names;
+    for (const Permissions::Language& language : languages_) {
+        names << QString::fromStdString(language.name);
+    }
+    return names;
+}
+
+/// A model for "en" takes "en-GB" too.
+int RecordingSettings::language() const {
+    const std::string locale = model_.settings.localeID.value();
+    for (const std::string_view tag : {std::string_view(locale), languageOf(locale)}) {
+        const auto found = std::ranges::find(languages_, tag, &Permissions::Language::id);
+        if (found != languages_.end()) {
+            return static_cast<int>(found - languages_.begin());
+        }
+    }
+    return -1;
+}
+
+void RecordingSettings::setLanguage(int language) {
+    model_.settings.localeID = languages_.at(static_cast<std::size_t>(language)).id;
+}
+
+QString RecordingSettings::otherLanguage() const {
+    const QString tag = QString::fromStdString(model_.settings.localeID.value());
+    const QString name = QLocale::languageToString(QLocale(tag).language());
+    return QLocale(tag).language() == QLocale::C ? tag : name;
+}
+
+QString RecordingSettings::languageNote() {
+    return QString::fromStdString(
+        Wording::shown("Only languages with a speech model on this Mac are listed. Audio never leaves your Mac."));
+}
+
+} // namespace varnic

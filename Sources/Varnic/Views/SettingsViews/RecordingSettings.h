@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Varnic/AppModel/AppModel.h"
+#include "VarnicPlatform/Capture/Permissions.h"
+
+#include <QObject>
+#include <QQmlEngine>
+#include <QtQmlIntegration>
+
+#include <vector>
+
+namespace varnic {
+
+/// The transcript's language and what is kept of a call. Main thread.
+class RecordingSettings : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    /// The languages that can be recognised here, by their names.
+    Q_PROPERTY(QList<QString> languages READ languages NOTIFY changed)
+    /// Which of them holds, or -1.
+    Q_PROPERTY(int language READ language WRITE setLanguage NOTIFY changed)
+    /// The language that holds, where it is none of them.
+    Q_PROPERTY(QString otherLanguage READ otherLanguage NOTIFY changed)
+    Q_PROPERTY(QString languageNote READ languageNote CONSTANT)
+    Q_PROPERTY(bool liveTranscript READ liveTranscript WRITE setLiveTranscript NOTIFY changed)
+    Q_PROPERTY(bool keepAudio READ keepAudio WRITE setKeepAudio NOTIFY changed)
+
+public:
+    static RecordingSettings* create(const QQmlEngine* engine, const QJSEngine* scripts);
+
+    explicit RecordingSettings(AppModel& model, QObject* parent = nullptr);
+
+    [[nodiscard]] QList<QString> languages() const;
+    [[nodiscard]] int language() const;
+    void setLanguage(int language);
+    [[nodiscard]] QString otherLanguage() const;
+    [[nodiscard]] static QString languageNote();
+
+    [[nodiscard]] bool liveTranscript() const { return model_.settings.liveTranscript.value(); }
+
+    void setLiveTranscript(bool isLive) { model_.settings.liveTranscript = isLive; }
+
+    [[nodiscard]] bool keepAudio() const { return model_.settings.keepAudio.value(); }
+
+    void setKeepAudio(bool keeps) { model_.settings.keepAudio = keeps; }
+
+    /// Looks which languages there are models for.
+    Q_INVOKABLE void look() { lookForLanguages(); }
+
+    Q_INVOKABLE void importRecording() { model_.chooseImport(); }
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    QCoro::Task<> lookForLanguages();
+
+    AppModel& model_;
+    std::vector<Permissions::Language> languages_;
+    std::vector<QPropertyNotifier> watchers_;
+};
+
+} // namespace varnic

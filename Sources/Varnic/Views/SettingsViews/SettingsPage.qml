@@ -1,0 +1,46 @@
+import QtQuick
+import QtQuick.Templates as T
+import Varnic.Theme as Theme
+
+/// The sections of a tab, which scroll. What the keyboard is on is in view.
+Flickable {
+    id: page
+
+    default property alias sections: column.data
+
+    /// Scrolls as little as shows the item.
+    function reveal(item: Item) {
+        const top = item.mapToItem(column, 0, 0).y - Theme.Space.l;
+        const bottom = top + item.height + 2 * Theme.Space.l;
+        contentY = Math.max(0, Math.min(contentHeight - height, Math.max(Math.min(contentY, top), bottom - height)));
+    }
+
+    boundsBehavior: Flickable.StopAtBounds
+    clip: true
+    contentHeight: column.height + 2 * Theme.Space.xl
+
+    T.ScrollBar.vertical: Theme.ThinScrollBar {
+    }
+
+    Connections {
+        function onActiveFocusItemChanged() {
+            const item = page.Window.activeFocusItem;
+            for (let above = item; above; above = above.parent) {
+                if (above === column) {
+                    page.reveal(item);
+                }
+            }
+        }
+
+        target: page.Window.window
+    }
+
+    Column {
+        id: column
+
+        spacing: Theme.Space.xl
+        width: page.width - 2 * Theme.Space.xl
+        x: Theme.Space.xl
+        y: Theme.Space.xl
+    }
+}
