@@ -11,13 +11,19 @@ T.Control {
     readonly property StudyFace shownFace: isBackShowing ? back : front
     required property StudyModel study
 
-    Accessible.focusable: true
-    Accessible.name: study.spoken
-    Accessible.role: Accessible.Button
+    // Qt replaces the role of a control by its own, of which this has none: what stands in it says what it is.
+    Accessible.ignored: true
     focusPolicy: Qt.TabFocus
     objectName: "studyCard"
 
     contentItem: Item {
+        Accessible.focusable: true
+        Accessible.focused: card.activeFocus
+        Accessible.name: card.study.spoken
+        Accessible.role: Accessible.Button
+
+        Accessible.onPressAction: card.study.flip()
+
         transform: Rotation {
             id: turn
 
@@ -73,7 +79,6 @@ T.Control {
         }
     }
 
-    Accessible.onPressAction: study.flip()
     Keys.onDownPressed: shownFace.scrollBy(40)
     Keys.onUpPressed: shownFace.scrollBy(-40)
     Keys.onPressed: event => {
