@@ -67,7 +67,7 @@ LIVE = [
 ]
 # Each in turn; the first opens the window.
 SETTINGS = [
-    Screen("general settings", ("key:ctrl+comma",), "page tab/General", ("Appearance",)),
+    Screen("general settings", ("key:ctrl+comma",), "page tab/General", ("Your name", "Starting a recording")),
     Screen("recording settings", ("press:page tab/Recording",), "page tab/Recording"),
     Screen("summary settings", ("press:page tab/Summaries",), "page tab/Summaries"),
     Screen("about", ("press:page tab/About",), "page tab/About"),
@@ -236,7 +236,7 @@ class AccessibilityTest(unittest.TestCase):
 
     def read_text(self, words, role=None):
         """A text of the page with these words."""
-        return wait_for(lambda: next((told for told in self.reader.showing() if words in told.name
+        return wait_for(lambda: next((told for told in self.reader.showing() if words in (told.name + told.text)
                                       and (told.role == role or role is None and told.role != "list item")), None), words)
 
     def test_shortcuts_inTextThatIsRead_work(self):
