@@ -75,7 +75,6 @@ Item {
         }
     }
 
-    Accessible.onPressAction: study.flip()
     Keys.onDownPressed: shownFace.scrollBy(40)
     Keys.onUpPressed: shownFace.scrollBy(-40)
     Keys.onPressed: event => {
