@@ -40,12 +40,12 @@ class Settings:
     def state(self, node, name):
         return node.getState().contains(getattr(self.program.pyatspi, f"STATE_{name}"))
 
-    def nodes(self):
+    def nodes(self, state="SHOWING"):
         queue = [self.window]
         while queue:
             node = queue.pop(0)
             try:
-                if node is self.window or self.state(node, "SHOWING"):
+                if node is self.window or self.state(node, state):
                     yield node
                     queue += [child for child in node if child]
             except Exception:  # it went away while we looked
@@ -117,9 +117,9 @@ class Settings:
         return text.getText(0, text.characterCount)
 
     def read(self):
-        """What the controls of the tab hold, by their names."""
+        """What the controls of the tab hold, by their names, also of those to which it has to be scrolled."""
         held = {}
-        for node in self.nodes():
+        for node in self.nodes("VISIBLE"):
             role = node.getRoleName()
             if role == "check box":
                 held[node.name] = self.state(node, "CHECKED")
@@ -150,6 +150,18 @@ class SettingsTest(unittest.TestCase):
         self.folder = Path(tempfile.mkdtemp(prefix="varnic-settings-"))
         self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
         self.library = self.folder / "data/Varnic/Library"
+        self.add_model("de")
+
+    def add_model(self, locale):
+        """Installs the English model once more, as one for another language."""
+        model = Path(PROGRAM).parent.parent / "share/varnic/models/moonshine-tiny-en"
+        copy = self.folder / "data/varnic/models" / locale
+        copy.mkdir(parents=True)
+        for file in model.iterdir():
+            (copy / file.name).symlink_to(file)
+        manifest = json.loads((model / "model.json").read_text()) | {"id": locale, "name": locale, "locales": [locale]}
+        (copy / "model.json").unlink()
+        (copy / "model.json").write_text(json.dumps(manifest))
 
     def start(self):
         program = Program(self.desktop, PROGRAM, XDG_CONFIG_HOME=str(self.folder / "config"), VARNIC_DATA_DIR="",
@@ -197,7 +209,7 @@ class SettingsTest(unittest.TestCase):
         settings.press("Allow")
         choose("Recording", "Your microphone", "Virtual headset")
         choose("Recording", "Their side", "Virtual speakers")
-        choose("Recording", "Language", "English")
+        choose("Recording", "Language", "German")
         for name in ["Show the transcript live while recording", "Keep call audio after transcribing"]:
             turn("Recording", name)
 
@@ -230,7 +242,7 @@ class SettingsTest(unittest.TestCase):
         settings.tab("Recording")
         settings.press("Allow")
         settings.choose("Your microphone", "Virtual headset")
-        settings.choose("Language", "English")
+        settings.choose("Language", "German")
         settings.turn("Keep call audio after transcribing")
         settings.close()
 
@@ -246,7 +258,7 @@ class SettingsTest(unittest.TestCase):
         program.expect("Record call")
         note = wait_for(lambda: next((note for note in self.notes() if note["call"].get("segments")), None), "the call")
         self.assertEqual({segment["speaker"] for segment in note["call"]["segments"]}, {"you", "them"})
-        self.assertEqual(note["call"]["language"], "en")
+        self.assertEqual(note["call"]["language"], "de")
         self.assertIn("Ada", json.dumps(note["call"]["digest"]["email"]))
         wait_for(lambda: not list(self.library.glob("audio/*/*.m4a")), "no audio kept")
 
