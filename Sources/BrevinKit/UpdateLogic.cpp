@@ -72,6 +72,14 @@ bool isNewer(std::string_view candidate, std::string_view current) {
     return compare(candidate, current) == std::strong_ordering::greater;
 }
 
+bool isVersion(std::string_view text) {
+    constexpr std::size_t longest = 64;
+    constexpr std::string_view others = ".-+";
+    return !text.empty() && text.size() <= longest && isDigit(text.front()) && std::ranges::all_of(text, [&](char c) {
+        return isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || others.contains(c);
+    });
+}
+
 bool verify(std::span<const std::uint8_t> data, std::string_view signature, std::string_view publicKey) {
     const auto signatureBytes = decodeBase64<crypto_sign_BYTES>(signature);
     const auto keyBytes = decodeBase64<crypto_sign_PUBLICKEYBYTES>(publicKey);

@@ -25,6 +25,9 @@ namespace UpdateLogic {
 /// equals "1.1"), everything else by its code points.
 bool isNewer(std::string_view candidate, std::string_view current);
 
+/// Whether the text can be a version at all: a digit, and then up to 63 letters, digits, dots, hyphens or plus signs.
+bool isVersion(std::string_view text);
+
 /// Whether `signature` is the Ed25519 signature (RFC 8032) of the data by the key. Both are base64 in its canonical
 /// form with padding; false for anything else.
 bool verify(std::span<const std::uint8_t> data, std::string_view signature, std::string_view publicKey);

@@ -7,6 +7,7 @@
 #include <exception>
 #include <memory>
 #include <new>
+#include <optional>
 
 namespace http {
 
@@ -42,6 +43,11 @@ void prepareLibrary() {
     if (prepared != CURLE_OK) {
         throw Error(Kind::other, curl_easy_strerror(prepared));
     }
+}
+
+bool isSecure(const std::string& url) {
+    constexpr std::string_view scheme = "https://";
+    return curl_strnequal(url.c_str(), scheme.data(), scheme.size()) != 0;
 }
 
 HeaderList headerList(const Request& request) {
@@ -104,7 +110,7 @@ class Exchange {
 public:
     Exchange(const Request& request, const Receiver& receiver)
         : easy_(made(Easy(curl_easy_init()))), multi_(made(Multi(curl_multi_init()))), headers_(headerList(request)),
-          receiver_(receiver), longestStill_(request.timeout) {
+          receiver_(receiver), longestStill_(request.timeout), mayRedirect_(request.mostRedirects > 0) {
         set(CURLOPT_URL, request.url.c_str());
         set(CURLOPT_PROTOCOLS_STR, "http,https");
         if (request.method == "GET" && request.body.empty()) {
@@ -165,6 +171,13 @@ public:
         throw Cancellation();
     }
 
+    /// Where the response that has been received says to go on; nothing for one that has been given to the receiver.
+    [[nodiscard]] std::optional<std::string> redirection() const {
+        const char* target = nullptr;
+        curl_easy_getinfo(easy_.get(), CURLINFO_REDIRECT_URL, &target);
+        return isHeldBack() && target != nullptr ? std::optional<std::string>(target) : std::nullopt;
+    }
+
 private:
     template <typename Value>
     void set(CURLoption option, Value value) {
@@ -201,6 +214,9 @@ private:
         return static_cast<int>(status);
     }
 
+    /// Whether the response may only say where to go on.
+    [[nodiscard]] bool isHeldBack() const { return mayRedirect_ && status() / 100 == 3; }
+
     [[nodiscard]] curl_off_t bytesMoved() const {
         curl_off_t sent = 0;
         curl_easy_getinfo(easy_.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
@@ -216,20 +232,23 @@ private:
             headEnded_ = false;
         } else if ((line == "\r\n" || line == "\n") && !headEnded_) { // Not those that may follow the body.
             headEnded_ = true;
-            if (status() >= 200) { // One more head follows "100 Continue".
+            if (status() >= 200 && !isHeldBack()) { // One more head follows "100 Continue".
                 receiver_.head(status());
             }
         }
     }
 
     void addBytes(std::string_view bytes) {
+        const bool isTaken = !isHeldBack();
         const std::uint64_t room = receiver_.longest - received_;
         for (std::string_view rest = bytes.substr(0, room); !rest.empty();) {
             const std::string_view next = rest.substr(0, progressStep - received_ % progressStep);
             rest.remove_prefix(next.size());
-            receiver_.body(next);
+            if (isTaken) {
+                receiver_.body(next);
+            }
             received_ += next.size();
-            if (received_ % progressStep == 0) {
+            if (isTaken && received_ % progressStep == 0) {
                 receiver_.progress(received_);
             }
         }
@@ -259,6 +278,7 @@ private:
     HeaderList headers_;
     const Receiver& receiver_;
     Milliseconds longestStill_;
+    bool mayRedirect_;
     std::size_t headSize_ = 0;
     bool headEnded_ = false;
     /// Bytes of the body.
@@ -271,7 +291,21 @@ private:
 
 int send(const Request& request, const Receiver& receiver, const std::stop_token& stop) {
     prepareLibrary();
-    return Exchange(request, receiver).finish(stop);
+    Request next = request;
+    while (true) {
+        Exchange exchange(next, receiver);
+        const int status = exchange.finish(stop);
+        const auto target = exchange.redirection();
+        if (!target || !isSecure(next.url) || !isSecure(*target) || next.method != "GET") {
+            if (next.mostRedirects > 0 && status / 100 == 3) {
+                receiver.head(status); // Held back until now.
+            }
+            return status;
+        }
+        next.url = *target;
+        next.headers.clear();
+        --next.mostRedirects;
+    }
 }
 
 } // namespace http

@@ -14,8 +14,8 @@
 #include <vector>
 
 /// A client for HTTP and HTTPS. Nothing is kept between requests: no cookies, no cache, no connections. Certificates
-/// are verified against the system's authorities, or those in $SSL_CERT_FILE. Redirects are not followed: their status
-/// is the response's.
+/// are verified against the system's authorities, or those in $SSL_CERT_FILE. Redirects are followed only where a
+/// request says so; else their status is the response's.
 namespace http {
 
 /// It may carry a key: never write it to a log.
@@ -32,6 +32,9 @@ struct Request {
     std::optional<std::chrono::milliseconds> overallTimeout;
     /// Whether it goes where the environment's proxy settings say.
     bool usesProxy = true;
+    /// So many redirects of a GET are followed, each only from HTTPS to HTTPS and without the headers. Where it is not
+    /// 0, the body of a redirect that is not followed may be left out.
+    int mostRedirects = 0;
 };
 
 /// Bytes of a body between two calls of `Receiver::progress`.

@@ -12,6 +12,7 @@
 #include <optional>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 namespace http {
 namespace {
@@ -171,6 +172,30 @@ TEST_F(Client, send_overTLS_needsATrustedCertificate) {
     EXPECT_EQ(sentence, "The server’s certificate isn’t trusted, so nothing was sent.");
     ::setenv("SSL_CERT_FILE", server.certificate().c_str(), 1);
     EXPECT_EQ(failure(request), std::nullopt);
+    ::unsetenv("SSL_CERT_FILE");
+}
+
+TEST_F(Client, redirects_areFollowedFromHTTPSToHTTPSAsOftenAsAllowed) {
+    ::setenv("SSL_CERT_FILE", server.certificate().c_str(), 1);
+
+    struct Case {
+        std::string url;
+        int mostRedirects;
+        int status;
+    };
+
+    const std::vector<Case> cases{
+        {server.secureURL("hops-3"), 3, 200}, {server.secureURL("hops-3"), 2, 302},
+        {server.secureURL("hops-1"), 0, 302}, {server.secureURL("redirect"), 3, 302}, // To HTTP.
+        {server.url("hops-1"), 3, 302},
+    };
+    for (const auto& [url, mostRedirects, status] : cases) {
+        EXPECT_EQ(failure({.url = url, .headers = {{"X-Key", "secret"}}, .mostRedirects = mostRedirects}),
+                  std::nullopt);
+        EXPECT_THAT(statuses, ElementsAre(status)) << url << " " << mostRedirects;
+        EXPECT_EQ(status == 200, nlohmann::json::accept(body)) << body;
+        EXPECT_THAT(body, testing::Not(testing::HasSubstr("secret")));
+    }
     ::unsetenv("SSL_CERT_FILE");
 }
 

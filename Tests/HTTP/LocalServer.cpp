@@ -14,10 +14,13 @@
 
 namespace varnic {
 
-LocalServer::LocalServer() {
-    std::string python = "python3";
-    std::string script = VARNIC_FIXTURES "/ai_server.py";
-    std::array<char*, 3> words{python.data(), script.data(), nullptr};
+LocalServer::LocalServer(const std::string& script, std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"python3", VARNIC_FIXTURES "/" + script});
+    std::vector<char*> words;
+    for (std::string& argument : arguments) {
+        words.push_back(argument.data());
+    }
+    words.push_back(nullptr);
     int output = -1;
     constexpr auto flags = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_DO_NOT_REAP_CHILD);
     if (g_spawn_async_with_pipes(nullptr, words.data(), nullptr, flags, nullptr, nullptr, &process_, &input_, &output,

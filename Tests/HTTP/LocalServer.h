@@ -1,16 +1,20 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <sys/types.h>
 
 namespace varnic {
 
-/// The server of ai_server.py as a process of its own, as long as the object lives.
+/// The server of ai_server.py, or of another script beside it that begins in the same way, as a process of its own, as
+/// long as the object lives.
 class LocalServer {
 public:
     /// Throws std::runtime_error where it does not start.
-    LocalServer();
+    LocalServer() : LocalServer("ai_server.py", {}) {}
+
+    LocalServer(const std::string& script, std::vector<std::string> arguments);
     LocalServer(const LocalServer&) = delete;
     LocalServer& operator=(const LocalServer&) = delete;
     ~LocalServer();

@@ -47,6 +47,8 @@ struct Desktop {
     std::function<void(const std::string& url)> openURL = [](const std::string&) {};
     /// Shows the settings window, with this row in view and marked.
     std::function<void(SettingsRow row)> openSettings = [](SettingsRow) {};
+    /// Looks for a newer version, in a window of its own. Null where nothing is known of newer versions.
+    std::function<void()> checkForUpdates = nullptr;
     /// Shows or hides the floating pill, whichever is right now.
     std::function<void()> refreshPill = [] {};
     /// Registers the global hotkey anew, from the settings.

@@ -41,6 +41,14 @@ MenuEntry quitEntry(const std::function<void()>& quit) {
     return {.text = always("Quit"), .shortcut = "Ctrl+Q", .perform = quit};
 }
 
+MenuEntry checkForUpdates(AppModel& model) {
+    return {.text = always("Check for Updates…"),
+            .shortcut = "",
+            .perform = [&model] { model.desktop.checkForUpdates(); },
+            .isEnabled = [&model] { return model.desktop.checkForUpdates != nullptr; },
+            .beginsGroup = true};
+}
+
 Menu fileMenu(AppModel& model, const std::function<void()>& quit) {
     return {"File",
             {newNote(model),
@@ -52,6 +60,7 @@ Menu fileMenu(AppModel& model, const std::function<void()>& quit) {
               .shortcut = "Ctrl+W",
               .perform = [&model] { model.desktop.closeWindow(); },
               .beginsGroup = true},
+             checkForUpdates(model),
              quitEntry(quit)}};
 }
 

@@ -1,3 +1,4 @@
+#include "BrevinKit/Updater/Installation.h"
 #include "Varnic/AppModel/AppPlaces.h"
 #include "Varnic/Shell/CommandLine.h"
 #include "Varnic/Shell/SingleInstance.h"
@@ -12,10 +13,14 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <iterator>
 #include <optional>
 #include <span>
+#include <system_error>
 #include <thread>
+
+#include <unistd.h>
 
 namespace {
 
@@ -34,6 +39,15 @@ std::optional<int> answer(int argc, char** argv) {
     }
     std::fputs(line.answer->c_str(), line.exitCode == 0 ? stdout : stderr);
     return line.exitCode;
+}
+
+/// Where an update was cut off so that only the old program is left, beside its place: moves it there and runs it anew.
+void goBackToPlace(char** argv) {
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (const auto place = brevin::Installation::putBack(program)) {
+        ::execv(place->c_str(), argv);
+    }
 }
 
 int refuse(const std::string& problem) {
@@ -71,6 +85,7 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    goBackToPlace(argv);
     if (const auto code = answer(argc, argv)) {
         return *code;
     }

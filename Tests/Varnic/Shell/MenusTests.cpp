@@ -67,6 +67,14 @@ TEST_F(MenusTest, entries_doWhatTheySay) {
     EXPECT_THAT(asked, ElementsAre("settings", "close", "quit"));
 }
 
+TEST_F(MenusTest, checkForUpdates_isThereWhereThereIsAFeed) {
+    EXPECT_FALSE(entry("Check for Updates…").isEnabled());
+    model->desktop.checkForUpdates = [this] { asked.emplace_back("check"); };
+    EXPECT_TRUE(entry("Check for Updates…").isEnabled());
+    entry("Check for Updates…").perform();
+    EXPECT_THAT(asked, ElementsAre("check"));
+}
+
 TEST_F(MenusTest, going_clearsTheSearchAndSelectsTheFirstNoteOfTheList) {
     const Uuid note = model->newNote("A note");
     for (const auto& [text, section, selection] : {std::tuple("Calls", LibrarySection::calls, std::optional<Uuid>()),

@@ -3,6 +3,10 @@
 class QObject;
 class QQmlEngine;
 
+namespace brevin {
+class Updater;
+}
+
 namespace varnic {
 
 class AppDelegate;
@@ -14,6 +18,8 @@ struct ViewContext {
     AppModel& model;
     /// Null where views are shown without the program around them, as single pages are in tests.
     AppDelegate* shell = nullptr;
+    /// Null as well there.
+    brevin::Updater* updater = nullptr;
 
     /// Makes this the context of the engine, before any QML is loaded.
     void giveTo(QQmlEngine& engine) const;

@@ -1,6 +1,8 @@
 #include "Varnic/Views/Program/Program.h"
 
 #include "Varnic/AppModel/AppPlaces.h"
+#include "Varnic/Background.h"
+#include "Varnic/LoopExecutor.h"
 #include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/Program/FileDialogs.h"
 #include "Varnic/Views/Program/QuitDialog.h"
@@ -13,7 +15,11 @@
 #include <QDesktopServices>
 #include <QIcon>
 #include <QQmlComponent>
+#include <QStandardPaths>
 #include <QUrl>
+
+#include <filesystem>
+#include <utility>
 
 namespace varnic {
 
@@ -31,12 +37,24 @@ std::unique_ptr<Window> makeWindow(QQmlEngine& engine, const char* file) {
     return std::unique_ptr<Window>(qobject_cast<Window*>(made.release()));
 }
 
+/// What packages install beside the program describes one that lies in no bundle.
+brevin::UpdaterConfiguration updaterConfiguration() {
+    const auto path = [](const QString& text) { return std::filesystem::path(text.toStdString()); };
+    return brevin::UpdaterConfiguration::of(
+        path(QCoreApplication::applicationFilePath()),
+        path(QCoreApplication::applicationDirPath()) / "../share/varnic/Info.plist",
+        path(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation)));
+}
+
 } // namespace
 
 Program::Program(AppPlaces places)
-    : model_(std::move(places)), delegate_(model_), window_(ViewContext{.model = model_, .shell = &delegate_}),
+    : model_(std::move(places)), delegate_(model_),
+      updater_(updaterConfiguration(), model_.settings.store(), updaterHost()),
+      window_(ViewContext{.model = model_, .shell = &delegate_, .updater = &updater_}),
       signals_([this] { delegate_.terminate(AppDelegate::Occasion::system); }) {
     fillInDesktop();
+    delegate_.hooks.startKit = [this] { updater_.start(); };
     delegate_.hooks.ask = [this](QuitQuestion question) {
         window_.activate();
         return QuitDialog::ask(&window_.window(), std::move(question));
@@ -58,6 +76,14 @@ Program::Program(AppPlaces places)
     connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { delegate_.finishBeforeLogout(); });
 }
 
+brevin::Updater::Host Program::updaterHost() {
+    return {.inBackground = Background::start,
+            .onMainThread = [loop = &LoopExecutor::main()](auto work) { loop->post(std::move(work)); },
+            .openWindow = [this] { openUpdateWindow(); },
+            .openURL = [this](const std::string& url) { model_.desktop.openURL(url); },
+            .terminate = [this] { delegate_.terminate(); }};
+}
+
 void Program::fillInDesktop() {
     model_.desktop.activate = [this] { window_.activate(); };
     model_.desktop.closeWindow = [this] { window_.window().close(); };
@@ -69,6 +95,9 @@ void Program::fillInDesktop() {
     model_.desktop.openURL = [](const std::string& url) {
         QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(url)));
     };
+    if (updater_.isOn()) {
+        model_.desktop.checkForUpdates = [this] { updater_.check(true); };
+    }
     model_.desktop.chooseRecording = [this](std::string message) {
         return FileDialogs::chooseRecording(windowInFront(), std::move(message));
     };
@@ -132,6 +161,17 @@ void Program::quitIfForsaken() {
                 }
             },
             Qt::QueuedConnection);
+    }
+}
+
+void Program::openUpdateWindow() {
+    if (!updateWindow_) {
+        updateWindow_ = makeWindow<QQuickWindow>(window_.engine(), "Update/UpdateWindow.qml");
+    }
+    if (updateWindow_) {
+        updateWindow_->show();
+        updateWindow_->raise();
+        updateWindow_->requestActivate();
     }
 }
 

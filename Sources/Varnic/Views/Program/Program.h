@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BrevinKit/Updater/Updater.h"
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Shell/AppDelegate.h"
 #include "Varnic/Shell/Request.h"
@@ -41,14 +42,18 @@ private:
     void presentPill();
     void openSettings(SettingsRow row);
     void toggleMenuBar(const QRect& icon);
+    brevin::Updater::Host updaterHost();
+    void openUpdateWindow();
 
     AppModel model_;
     AppDelegate delegate_;
+    brevin::Updater updater_;
     MainWindow window_;
     std::optional<TrayIcon> tray_;
     std::unique_ptr<QQuickWindow> pill_;
     std::unique_ptr<SettingsWindow> settings_;
     std::unique_ptr<MenuBarWindow> menuBar_;
+    std::unique_ptr<QQuickWindow> updateWindow_;
     TerminationSignals signals_;
     QPropertyNotifier processingWatcher_;
     QPropertyNotifier importWatcher_;
