@@ -65,13 +65,6 @@ LIVE = [
     Screen("question before discarding", ("press:Discard",), "dialog/Throw this recording away?",
            ("won’t be saved", "Keep Recording"), True),
 ]
-# Each in turn; the first opens the window.
-SETTINGS = [
-    Screen("general settings", ("key:ctrl+comma",), "page tab/General", ("Your name", "Starting a recording")),
-    Screen("recording settings", ("press:page tab/Recording",), "page tab/Recording"),
-    Screen("summary settings", ("press:page tab/Summaries",), "page tab/Summaries"),
-    Screen("about", ("press:page tab/About",), "page tab/About"),
-]
 EMPTY = [
     Screen("no notes", ("key:ctrl+1",), "Nothing recorded yet", ("Pick a note, or record a call", "then press Record")),
     Screen("no calls", ("key:ctrl+2",), "list/Calls", ("Nothing recorded yet",)),
@@ -173,10 +166,6 @@ class AccessibilityTest(unittest.TestCase):
     def test_everyLiveScreen_isTold(self):
         self.start(12)
         self.read(LIVE)
-
-    def test_settings_areTold(self):
-        self.start(0)
-        self.read(SETTINGS)
 
     def test_everyEmptyScreen_isTold(self):
         self.start(0)
