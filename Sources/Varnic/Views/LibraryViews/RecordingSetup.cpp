@@ -51,21 +51,24 @@ QCoro::Task<> RecordingSetup::look() {
         co_return;
     }
     const QPointer self(this);
-    const auto survey = [locale = model_->settings.localeID.value()] { return Permissions::survey(true, locale); };
-    const Permissions::States states = co_await inBackground(survey);
+    const auto survey = [locale = model_->settings.localeID.value(), reader = model_->region.locale] {
+        return Permissions::look(true, locale, reader);
+    };
+    const Permissions::Findings findings = co_await inBackground(survey);
     if (self) {
         isLooking_ = false;
-        show(states);
+        show(findings);
     }
 }
 
-void RecordingSetup::show(const Permissions::States& states) {
+void RecordingSetup::show(const Permissions::Findings& findings) {
     std::vector<SetupRow> rows;
-    for (const Permission& permission : Permissions::described(states, model_->settings.localeID.value())) {
+    for (const Permission& permission :
+         Permissions::described(findings, model_->settings.localeID.value(), model_->region.locale)) {
         rows.push_back(row(static_cast<int>(rows.size()), permission));
     }
     setRows(std::move(rows));
-    states_ = states;
+    states_ = findings.states;
     Q_EMIT stateChanged();
 }
 

@@ -59,7 +59,7 @@ Q_SIGNALS:
 
 private:
     QCoro::Task<> look();
-    void show(const Permissions::States& states);
+    void show(const Permissions::Findings& findings);
 
     AppModel* model_ = nullptr;
     QTimer tick_;
