@@ -69,7 +69,7 @@ void Program::start(const Request& request) {
     }
     // A press of the desktop's own shortcut records without a window in the way of the call; the reminder, the pill and
     // the tray show what goes on.
-    if (request.kind == Request::Kind::toggleRecording) {
+    if (request.kind == Request::Kind::toggleRecording || request.kind == Request::Kind::background) {
         QMetaObject::invokeMethod(this, &Program::launch, Qt::QueuedConnection);
     } else {
         window_.activate();
