@@ -14,7 +14,12 @@ namespace fs = std::filesystem;
 
 constexpr const char* versionKey = "version";
 
+/// Nothing of what is no file.
 std::string bytesOf(const fs::path& file) {
+    std::error_code ignored;
+    if (!fs::is_regular_file(file, ignored)) {
+        return {};
+    }
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
 }
