@@ -69,7 +69,7 @@ public:
     void go(const TextPlace& place);
     /// Removes what is selected over several blocks; the caret goes where it was.
     void removeSelection();
-    void copySelection() const;
+    void copySelection(QClipboard::Mode mode) const;
     /// Whether it was pasted; a line is left to the field.
     bool paste(BlockField& field, QClipboard::Mode mode);
     void undo();

@@ -129,6 +129,8 @@ protected:
         const Parsed parsed = parse(note);
         id = addNote("Plan", parsed.blocks);
         open(id);
+        // A new note asks for the focus.
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !model->focusBlock.value(); }));
         place(parsed.blocks[parsed.block].id, parsed.part, parsed.caret);
     }
 
@@ -239,6 +241,13 @@ INSTANTIATE_TEST_SUITE_P(
                     KeyCase{"shift_left_goes_over_the_border", "pone\np^two", "<S-Left><S-Left><Delete>", "pon^two"},
                     KeyCase{"a_selection_can_shrink_again", "pone^\nptwo", "<S-Right><S-Left>x", "ponex^\nptwo"},
                     KeyCase{"select_all_twice_is_the_note", "pone^\nhtwo\n=", "<C-a><C-a><Delete>x", "px^"},
+                    KeyCase{"the_menu_turns_a_block_into_another", "pone^", "<Menu><Down><Right><Down><Down><Down><Return>!",
+                            "tone!^"},
+                    KeyCase{"escape_ends_a_selection_where_it_was_led", "po^ne\nptwo", "<S-Down><Escape>x",
+                            "pone\nptx^wo"},
+                    KeyCase{"end_of_the_line_a_selection_was_led_to", "po^ne\nptwo", "<S-Down><End>x", "pone\nptwox^"},
+                    KeyCase{"end_of_the_note_from_a_selection", "po^ne\nptwo\npthree", "<S-Down><C-End>x",
+                            "pone\nptwo\npthreex^"},
                     KeyCase{"arrow_ends_a_selection", "pone^\nptwo", "<S-Down><Right>x", "pone\nptwox^"},
                     KeyCase{"undo_takes_a_word_back", "pone^", " two<C-z>", "pone ^"},
                     KeyCase{"undo_of_a_sign_leaves_what_was_typed", "p^", "# <C-z>", "p# ^"},
@@ -351,6 +360,17 @@ TEST_F(BlockEditorTest, an_input_method_writes_in_the_place_of_what_is_selected)
     EXPECT_EQ(now(), "po你^wo");
 }
 
+// A method drops what it composes when the focus moves, and the first letter of it would be lost.
+TEST_F(BlockEditorTest, the_focus_is_where_an_input_method_will_write) {
+    start("po^ne\nptwo\npthree");
+    press("<S-Down><S-Down>");
+    const QQuickItem* const focused = view.activeFocusItem();
+    QInputMethodEvent composing(QStringLiteral("n"), {});
+    QCoreApplication::sendEvent(view.activeFocusItem(), &composing);
+    EXPECT_EQ(now(), "po^hree");
+    EXPECT_EQ(view.activeFocusItem(), focused);
+}
+
 TEST_F(BlockEditorTest, undo_belongs_to_the_toast_that_offers_it) {
     start("pone^");
     press("x");
@@ -366,6 +386,28 @@ TEST_F(BlockEditorTest, a_ragged_table_can_be_typed_in_where_cells_are_missing) 
     place(model->note(id)->blocks[0].id, 3, 0);
     press("d");
     EXPECT_EQ(now(), "|a,b;c,d^");
+}
+
+TEST_F(BlockEditorTest, a_page_is_what_is_seen_at_once) {
+    std::string note = "p^line";
+    for (int line = 1; line < 100; ++line) {
+        note += "\npline";
+    }
+    start(note);
+    const auto line = [this] { return std::ranges::count(now().substr(0, now().find('^')), '\n'); };
+    press("<PgDown>");
+    const auto page = line();
+    EXPECT_GT(page, 15);
+    press("<PgDown>");
+    EXPECT_NEAR(static_cast<double>(line()), 2.0 * static_cast<double>(page), 2);
+    press("<PgUp><PgUp>");
+    EXPECT_LT(line(), 3);
+    auto* const sheet = find<QQuickItem>("sheet");
+    sheet->setProperty("contentY", 1'500); // as a wheel does
+    QCoreApplication::processEvents();
+    EXPECT_EQ(sheet->property("contentY"), 1'500);
+    press("x");
+    EXPECT_LT(sheet->property("contentY").toInt(), 100);
 }
 
 TEST_F(BlockEditorTest, rows_out_of_sight_are_not_made) {
