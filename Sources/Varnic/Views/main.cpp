@@ -20,6 +20,7 @@
 #include <span>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include <unistd.h>
 
@@ -64,7 +65,13 @@ int run(int argc, char** argv) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const CommandLine line = CommandLine::parse(QCoreApplication::arguments());
 
-    const auto [library, isScratch] = varnic::AppPlaces::dataDirectoryFromEnvironment();
+    std::pair<std::filesystem::path, bool> place;
+    try {
+        place = varnic::AppPlaces::dataDirectoryFromEnvironment();
+    } catch (const std::exception& error) {
+        return refuse(error.what());
+    }
+    const auto& [library, isScratch] = place;
     SingleInstance instance(library, SingleInstance::busNameFor(library, isScratch));
     switch (instance.claim(line.request)) {
     case SingleInstance::Outcome::handedOver:
@@ -79,6 +86,8 @@ int run(int argc, char** argv) {
     // Listing the installed fonts takes long; it goes on beside the rest up to the first text, which waits for it.
     const std::jthread fonts([] { QFontDatabase::families(); });
     varnic::Program program(varnic::AppPlaces::fromEnvironment());
+    QObject::connect(&program.model(), &varnic::AppModel::libraryMoved, &instance,
+                     [&instance](const std::filesystem::path& folder) { instance.follow(folder); });
     instance.setHandler([&program](const varnic::Request& request) { program.perform(request); });
     program.start(line.request);
     return QApplication::exec();
