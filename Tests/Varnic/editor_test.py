@@ -246,6 +246,18 @@ class EditorTest(unittest.TestCase):
             wait_for(lambda: f"other {number}" in self.shown(), "what the other has written")
             self.assertEqual(self.focused(), (mine, len(mine)))
 
+    def test_pageKeys_takeTheCaretAlong(self):
+        self.start(*(f"line {number}" for number in range(200)))
+        self.go("line 0")
+        places = []
+        for key in ("Next", "Next", "Prior", "Prior"):
+            before = self.focused()
+            self.key(key)
+            wait_for(lambda: self.focused() not in (None, before), "the caret elsewhere")
+            places.append(int(self.focused()[0].split()[1]))
+        self.assertGreater(places[0], 15)
+        self.assertEqual(places, [places[0], 2 * places[0], places[0], 0])
+
     def test_deadKeys_composeLetters(self):
         self.start("caf")
         subprocess.run(["setxkbmap", "us", "-variant", "intl"], check=True)

@@ -71,6 +71,7 @@ void BlockField::place(int position) {
     if (isText()) {
         editor_->setProperty("cursorPosition", std::clamp(position, 0, length()));
     }
+    surface_->revealCaret(); // also where the caret has been there while the list was scrolled
 }
 
 void BlockField::select(int from, int to) {

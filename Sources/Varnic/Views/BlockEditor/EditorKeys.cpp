@@ -366,7 +366,10 @@ bool EditorKeys::move(BlockField& field, Operation operation) {
         goal_.reset();
     }
     if (operation == QTextCursor::Start || operation == QTextCursor::End) {
-        leaveSelection(edge(operation == QTextCursor::End));
+        if (!forward) {
+            surface_.scrollToBeginning();
+        }
+        leaveSelection(edge(forward));
         return true;
     }
     if (selection.isActive()) {

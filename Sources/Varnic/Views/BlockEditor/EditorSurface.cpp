@@ -293,6 +293,10 @@ void EditorSurface::revealCaret() {
     }
 }
 
+void EditorSurface::scrollToBeginning() {
+    QMetaObject::invokeMethod(list_, "positionViewAtBeginning");
+}
+
 void EditorSurface::scrollPage(bool down) {
     BlockField* const before = find(focused_);
     const QPointF at =

@@ -74,6 +74,8 @@ public:
     bool paste(BlockField& field, QClipboard::Mode mode);
     void undo();
     void redo();
+    /// To what stands above the blocks; the caret stays.
+    void scrollToBeginning();
     /// By a screen, with the caret.
     void scrollPage(bool down);
 
