@@ -42,7 +42,8 @@ std::vector<Block> blocksOf(std::size_t count) {
     std::vector<Block> blocks(count);
     for (std::size_t i = 0; i < count; ++i) {
         blocks[i].kind = kinds.at(i % kinds.size());
-        blocks[i].text = fmt::format("The {}th line of a note says what was agreed, and who does what before the next call.", i);
+        blocks[i].text =
+            fmt::format("The {}th line of a note says what was agreed, and who does what before the next call.", i);
     }
     return blocks;
 }
