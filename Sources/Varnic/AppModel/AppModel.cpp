@@ -91,7 +91,9 @@ AppModel::~AppModel() {
 QCoro::Task<> AppModel::setKey(std::string value) {
     const bool isRemoval = Unicode::trim(value).empty();
     const QPointer self(this);
-    const auto problem = co_await (isRemoval ? apiKey.remove() : apiKey.save(std::move(value)));
+    // Not in one expression: g++ 12 destroys the task of a conditional in a co_await twice.
+    auto changing = isRemoval ? apiKey.remove() : apiKey.save(std::move(value));
+    const auto problem = co_await changing;
     if (self && problem) {
         flash(
             {.text = isRemoval ? "Couldn’t remove the key from the Keychain" : "Couldn’t save the key to the Keychain",
