@@ -5,6 +5,7 @@
 #include "VarnicCore/Models/PlaceholderBlocks.h"
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -61,10 +62,11 @@ Block block(BlockKind kind, std::string text) {
 Note launchCall(const Days& days) {
     Note note = filed(record("Mira", "Zoom", days.ago(0, 11h), DemoCall::lines()), days);
     note.pinned = true;
-    std::erase_if(note.blocks, [](const Block& each) { return each.text.empty() && isPlaceholder(each); });
-    note.blocks.push_back(block(BlockKind::subheading, "After the call"));
-    note.blocks.push_back(
-        block(BlockKind::paragraph, "Mira sounded keen on the bundle — check the Intel numbers before Friday."));
+    // Under the heading of the notes, where the user would write.
+    const auto place = note.blocks.erase(std::ranges::find_if(note.blocks, isBlank));
+    note.blocks.insert(place, {block(BlockKind::subheading, "After the call"),
+                               block(BlockKind::paragraph,
+                                     "Mira sounded keen on the bundle — check the Intel numbers before Friday.")});
     return note;
 }
 
@@ -101,8 +103,8 @@ Note designReview(const Days& days) {
 
 Note interview(const Days& days) {
     const Lines lines{
-        {you, "Hello Owen, thank you for taking the time this afternoon."},
-        {them, "Happy to be here. I have been looking forward to this."},
+        {you, "Hello Owen. Did you find the link all right?"},
+        {them, "Yes, thanks. Happy to be here."},
         {you, "Tell me about the project that you are most proud of."},
         {them, "At my last company I rebuilt the sync engine, and support requests fell by half within three months."},
         {you, "What would you do differently today?"},

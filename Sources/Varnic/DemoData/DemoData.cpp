@@ -45,6 +45,9 @@ std::vector<Note> notes(Date now, const Region& region) {
     const Days days{now, region};
     std::vector<Note> all = calls(days);
     std::ranges::move(writtenNotes(days), std::back_inserter(all));
+    for (Note& note : all) {
+        note.modified = std::min(note.modified, now); // what is told of today may still be to come
+    }
     return all;
 }
 
