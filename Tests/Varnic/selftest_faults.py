@@ -16,7 +16,7 @@ APP = "Sources/Varnic"
 # By name: the file, what stands there, what to put in its place, and the sentence that breaks.
 FAULTS = {
     "no-reminder": (f"{APP}/AppModel/RecordingFlows.cpp", "const bool seen = settings.consentSeen.value()",
-                    "const bool seen = true || settings.consentSeen.value()",
+                    "const bool seen = !settings.consentSeen.value()",
                     "first Record shows the consent reminder and doesn’t record"),
     "pill-stays": (f"{APP}/Shell/PillController.cpp", "if (isVisible_) {", "if (isVisible_ = true; isVisible_) {",
                    "the pill goes away after stopping"),
@@ -30,10 +30,10 @@ FAULTS = {
     "tick-lost": ("Sources/VarnicCore/Editor/DigestSections.cpp", "block.kind == BlockKind::todo && block.done;",
                   "block.kind == BlockKind::todo && !block.done;", "…keeping the to-do you ticked"),
     "no-undo": (f"{APP}/AppModel/Editing.cpp", "restore(*removed);", "", "Undo brings it back"),
-    "audio-left": (f"{APP}/Recording/RecordingController.cpp", "fs::remove_all(folder_, ignored);", "",
+    "audio-left": (f"{APP}/Recording/RecordingController.cpp", "fs::remove_all(folder_, ignored);", "ignored.clear();",
                    "Discard leaves no note and no audio"),
     "real-capture": (f"{APP}/AppModel/RecordingFlows.cpp", "const auto capture = makeCapture();",
-                     "const auto capture = makeCapture(); LiveCapture().start(0, {}, [](auto, auto, auto) {});",
+                     "const auto capture = makeCapture(); try { LiveCapture().start(0, {}, [](auto, auto, auto) {}); } catch (...) {}",
                      "the real microphone/screen capture was never started"),
     "clipboard-taken": (f"{APP}/Views/Program/Program.cpp", "delegate_.applicationDidFinishLaunching();",
                         "delegate_.applicationDidFinishLaunching(); QGuiApplication::clipboard()->setText(\"mine\");",

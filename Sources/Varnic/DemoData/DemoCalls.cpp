@@ -103,7 +103,7 @@ Note designReview(const Days& days) {
 
 Note interview(const Days& days) {
     const Lines lines{
-        {you, "Hello Owen. Did you find the link all right?"},
+        {you, "Hello Owen!"},
         {them, "Yes, thanks. Happy to be here."},
         {you, "Tell me about the project that you are most proud of."},
         {them, "At my last company I rebuilt the sync engine, and support requests fell by half within three months."},
