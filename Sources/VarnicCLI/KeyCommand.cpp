@@ -67,7 +67,7 @@ ExitCode key(const Arguments& arguments) {
         throw UsageError("say set or remove, and the provider");
     }
     const AIProviderKind provider = providerNamed(words[1]);
-    if (AppPlaces::dataDirectoryFromEnvironment().second) {
+    if (AppPlaces::isScratchByEnvironment()) {
         throw std::runtime_error("With VARNIC_DATA_DIR set no key ring is touched, so nothing was changed.");
     }
     change(provider, words[0] == "remove");

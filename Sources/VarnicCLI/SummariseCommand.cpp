@@ -48,7 +48,7 @@ std::string advice(AIError::Kind kind, const AISettings& settings) {
     switch (kind) {
     case AIError::Kind::noKey:
     case AIError::Kind::badKey:
-        return AppPlaces::dataDirectoryFromEnvironment().second
+        return AppPlaces::isScratchByEnvironment()
                    ? "\nBut with VARNIC_DATA_DIR set no key ring is used."
                    : fmt::format("\nHere that is: varnic-cli key set {}", settings.keyAccount());
     case AIError::Kind::noModel:

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <map>
 #include <sstream>
 #include <stdexcept>
 #include <vector>
@@ -137,13 +138,15 @@ TEST_F(Installing, script_killedBehindAnyLine_leavesAWholeAppForTheNextStart) {
 
 TEST_F(Installing, script_killedInTheMiddleOfACommand_leavesAWholeApp) {
     const fs::path commands = folder.path() / "commands";
-    for (const std::string command : {"cp", "rm", "mv"}) {
+    const std::map<std::string, std::string> halves{
+        {"cp", "mkdir -p \"$3\"; cp \"$2/Contents/Info.plist\" \"$3\""},
+        {"rm", "[ -e \"$2\" ] || exit 0; rm -rf \"$2/Contents/bin\""},
+        {"mv", ":"},
+    };
+    for (const auto& [command, half] : halves) {
         for (const bool canExchange : {true, false}) {
             prepare(canExchange);
             // Half of the work is done when the shell dies.
-            const std::string half = command == "cp"   ? "mkdir -p \"$3\"; cp \"$2/Contents/Info.plist\" \"$3\""
-                                     : command == "rm" ? "rm -rf \"$2/Contents/bin\""
-                                                       : ":";
             writeFile(commands / command, "#!/bin/sh\nPATH=/usr/bin:/bin\n" + half + "\nkill -9 $PPID\n");
             fs::permissions(commands / command, fs::perms(0755));
             run(Installation::script, commands);

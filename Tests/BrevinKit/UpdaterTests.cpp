@@ -154,7 +154,7 @@ TEST_F(UpdaterTest, start_checksByItselfAgainAndAgain) {
     writeFeed();
     updater = std::make_unique<Updater>(quick, settings, host.host());
     updater->start();
-    EXPECT_TRUE(host.waitUntil([this] { return ask("count/feed.json") >= "3"; }));
+    EXPECT_TRUE(host.waitUntil([this] { return std::stoi(ask("count/feed.json")) >= 3; }));
     EXPECT_EQ(openings, 0);
     quick.feedURL = std::nullopt;
     updater = std::make_unique<Updater>(quick, settings, host.host());
@@ -268,7 +268,12 @@ TEST_F(UpdaterTest, aBadFeed_isToldToTheUserAlone) {
     const std::vector<std::pair<std::string, std::function<std::string()>>> cases{
         {"HTML", [&] { return serve("<!DOCTYPE html><html>It works!</html>"); }},
         {"empty", [&] { return serve(""); }},
-        {"50 MB", [&] { return serve(good + std::string(50'000'000, ' ')); }},
+        {"50 MB",
+         [&] {
+             std::string padded = good;
+             padded.resize(50'000'000, ' ');
+             return serve(padded);
+         }},
         {"without an end", [&] { return serve(good), server.secureURL("endless/feed.json"); }},
         {"cut", [&] { return server.secureURL("cut/feed.json"); }},
         {"not there", [&] { return server.secureURL("none.json"); }},
@@ -411,6 +416,7 @@ TEST_F(UpdaterTest, aBadArchive_isRefusedInOneSentence) {
         check();
         EXPECT_EQ(failure(), message) << name;
         EXPECT_FALSE(updater->stagedApp()) << name;
+        EXPECT_FALSE(fs::exists(folder.path() / "caches/app.brevin.Tiny/BrevinUpdate")) << name;
         updater->installOnQuit();
         EXPECT_EQ(installed(), "0.1.0") << name;
         makeUpdater();

@@ -4,6 +4,7 @@ in what the program does.
 Usage: settings_test.py PROGRAM FIXTURES MAKE_CALL [TEST...]     (the system's own Python has pyatspi)
 """
 
+import base64
 import json
 import shutil
 import subprocess
@@ -20,6 +21,12 @@ from desktop import Desktop, Program, wait_for  # noqa: E402
 
 # A window of settings is small; no chain of stops for the Tab key is as long as this.
 MANY_STOPS = 40
+
+
+def in_capitals(token):
+    """A token of a model, which stands in base64, unless it is no text."""
+    text = base64.b64decode(token)
+    return token if text.startswith(b"<") else base64.b64encode(text.upper()).decode()
 
 
 class Settings:
@@ -116,18 +123,12 @@ class Settings:
         text = field.queryText()
         return text.getText(0, text.characterCount)
 
-    def read(self):
-        """What the controls of the tab hold, by their names."""
-        held = {}
-        for node in self.nodes():
-            role = node.getRoleName()
-            if role == "check box":
-                held[node.name] = self.state(node, "CHECKED")
-            elif role == "combo box":
-                held[node.name] = node.description
-            elif role == "text":
-                held[node.name] = self.value(node)
-        return held
+    def holds(self, name):
+        """What a control holds, to which it goes."""
+        node = self.go_to(lambda node: node.name == name and node.getRoleName() in ("check box", "combo box", "text"), name)
+        if node.getRoleName() == "check box":
+            return self.state(node, "CHECKED")
+        return node.description if node.getRoleName() == "combo box" else self.value(node)
 
     def close(self):
         self.key("Escape")
@@ -150,6 +151,20 @@ class SettingsTest(unittest.TestCase):
         self.folder = Path(tempfile.mkdtemp(prefix="varnic-settings-"))
         self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
         self.library = self.folder / "data/Varnic/Library"
+        self.add_model("de")
+
+    def add_model(self, locale):
+        """Installs the English model once more, as one for another language that is written in capitals."""
+        model = Path(PROGRAM).parent.parent / "share/varnic/models/moonshine-tiny-en"
+        copy = self.folder / "data/varnic/models" / locale
+        copy.mkdir(parents=True)
+        manifest = json.loads((model / "model.json").read_text()) | {"id": locale, "name": locale, "locales": [locale]}
+        (copy / "model.json").write_text(json.dumps(manifest))
+        tokens = [line.rpartition(" ")[::2] for line in (model / "tokens.txt").read_text().splitlines()]
+        (copy / "tokens.txt").write_text("".join(f"{in_capitals(token)} {number}\n" for token, number in tokens))
+        for name in manifest["files"].values():
+            if not (copy / name).exists():
+                (copy / name).symlink_to(model / name)
 
     def start(self):
         program = Program(self.desktop, PROGRAM, XDG_CONFIG_HOME=str(self.folder / "config"), VARNIC_DATA_DIR="",
@@ -197,7 +212,7 @@ class SettingsTest(unittest.TestCase):
         settings.press("Allow")
         choose("Recording", "Your microphone", "Virtual headset")
         choose("Recording", "Their side", "Virtual speakers")
-        choose("Recording", "Language", "English")
+        choose("Recording", "Language", "German")
         for name in ["Show the transcript live while recording", "Keep call audio after transcribing"]:
             turn("Recording", name)
 
@@ -217,7 +232,8 @@ class SettingsTest(unittest.TestCase):
         self.assertEqual(settings.at(), "Summaries", "the window keeps its tab")
         for tab, values in wanted.items():
             settings.tab(tab)
-            wait_for(lambda: values.items() <= settings.read().items(), f"{tab}: {values}")
+            for name, value in values.items():
+                wait_for(lambda: settings.holds(name) == value, f"{name}: {value}")
 
     def test_settings_showInTheNextCall(self):
         program = self.start()
@@ -230,7 +246,7 @@ class SettingsTest(unittest.TestCase):
         settings.tab("Recording")
         settings.press("Allow")
         settings.choose("Your microphone", "Virtual headset")
-        settings.choose("Language", "English")
+        settings.choose("Language", "German")
         settings.turn("Keep call audio after transcribing")
         settings.close()
 
@@ -241,12 +257,12 @@ class SettingsTest(unittest.TestCase):
         # The default microphone is silent; your words come from the one that was chosen.
         for name in [self.sound.feed(str(self.call / "you.caf"), "headset"), self.sound.play(str(self.call / "them.caf"))]:
             self.addCleanup(self.sound.stop, name)
-        wait_for(lambda: any("designs" in name for name in program.names()), "a live line")
+        wait_for(lambda: any("DESIGNS" in name for name in program.names()), "a live line in capitals")
         self.desktop.xdotool("key", "ctrl+shift+r")
         program.expect("Record call")
-        note = wait_for(lambda: next((note for note in self.notes() if note["call"].get("segments")), None), "the call")
+        note = wait_for(lambda: next((note for note in self.notes() if note["call"].get("digest")), None), "the call")
         self.assertEqual({segment["speaker"] for segment in note["call"]["segments"]}, {"you", "them"})
-        self.assertEqual(note["call"]["language"], "en")
+        self.assertTrue(all(segment["text"].isupper() for segment in note["call"]["segments"]), note["call"]["segments"])
         self.assertIn("Ada", json.dumps(note["call"]["digest"]["email"]))
         wait_for(lambda: not list(self.library.glob("audio/*/*.m4a")), "no audio kept")
 
@@ -259,6 +275,29 @@ class SettingsTest(unittest.TestCase):
         settings.close()
         program.press("Summarise with tiny")
         wait_for(lambda: self.notes()[0]["title"] == "Launch plan", "the AI’s summary")
+
+    def test_trayIcon_opensTheLatestCallsBesideIt(self):
+        subprocess.run([sys.executable, Path(FIXTURES) / "make_library.py", self.library, "9"], check=True)
+        program = self.start()
+        tray = wait_for(lambda: self.place("--class", "trayer"), "the tray")
+
+        def click():
+            self.desktop.xdotool("mousemove", tray["X"] + tray["WIDTH"] // 2, tray["Y"] + tray["HEIGHT"] // 2, "click", 1)
+
+        click()
+        wait_for(lambda: (shown := self.place("--name", "Varnic in the tray")) and shown["Y"] + shown["HEIGHT"] <= tray["Y"],
+                 "what the tray icon opens, above the icon")
+        self.desktop.xdotool("key", "Escape")
+        wait_for(lambda: not self.windows("Varnic in the tray"), "Escape to close it")
+        click()
+        program.press("Call with Ann", "push button")
+        wait_for(lambda: not self.windows("Varnic in the tray"), "the call chosen")
+        wait_for(lambda: Settings.value(program.expect("Title")) == "Call with Ann", "the call’s page")
+
+    def place(self, *query):
+        """Where a window is, by X, Y, WIDTH and HEIGHT."""
+        shell = self.desktop.xdotool("search", "--onlyvisible", *query, "getwindowgeometry", "--shell").split()
+        return {name: int(value) for name, _, value in (line.partition("=") for line in shell)}
 
 
 if __name__ == "__main__":

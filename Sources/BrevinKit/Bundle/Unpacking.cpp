@@ -115,11 +115,14 @@ private:
         }
         switch (archive_entry_filetype(entry)) {
         case AE_IFREG:
-            return writeFile(folder_ / path, mode);
+            writeFile(folder_ / path, mode);
+            break;
         case AE_IFDIR:
-            return makeFolder(path, mode);
+            makeFolder(path, mode);
+            break;
         case AE_IFLNK:
-            return makeLink(folder_ / path, names.size(), textOf(archive_entry_symlink_utf8(entry)));
+            makeLink(folder_ / path, names.size(), textOf(archive_entry_symlink_utf8(entry)));
+            break;
         default:
             refused();
         }

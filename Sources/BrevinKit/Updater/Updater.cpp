@@ -14,6 +14,7 @@
 #include <exception>
 #include <expected>
 #include <string_view>
+#include <system_error>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -185,11 +186,18 @@ void Updater::fetch(const UpdateFeed& feed, bool userInitiated) {
     const auto work = [download = *feed.download, expected, publish, stop = stop_.get_token(),
                        folder = Staging::folder(configuration_.caches, configuration_.identifier)] {
         Staging::prepare(folder);
-        const fs::path zip = folder / "update.zip";
-        Fetch::archive(download, zip, publish, stop);
-        const fs::path app = Staging::unpack(zip, download.edSignature, expected.publicKey);
-        Staging::validate(app, expected);
-        return app;
+        try {
+            const fs::path zip = folder / "update.zip";
+            Fetch::archive(download, zip, publish, stop);
+            const fs::path app = Staging::unpack(zip, download.edSignature, expected.publicKey);
+            Staging::validate(app, expected);
+            return app;
+        } catch (...) {
+            // Nobody could use what is there, least of all on a full disk.
+            std::error_code ignored;
+            fs::remove_all(folder, ignored);
+            throw;
+        }
     };
     inBackground(work, [this, feed, userInitiated](std::expected<fs::path, std::exception_ptr> outcome) {
         if (!outcome) {

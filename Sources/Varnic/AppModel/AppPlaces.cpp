@@ -35,6 +35,10 @@ fs::path AppPlaces::spareFolderFor(const fs::path& library) {
            fmt::format("{:016x}", fingerprintOf(fs::absolute(library, ignored).native()));
 }
 
+bool AppPlaces::isScratchByEnvironment() {
+    return !environment("VARNIC_DATA_DIR").empty();
+}
+
 std::pair<fs::path, bool> AppPlaces::dataDirectoryFromEnvironment() {
     if (const std::string_view folder = environment("VARNIC_DATA_DIR"); !folder.empty()) {
         return {folder, true};

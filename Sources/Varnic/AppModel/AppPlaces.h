@@ -31,6 +31,9 @@ struct AppPlaces {
     /// another one must not begin there.
     static std::pair<std::filesystem::path, bool> dataDirectoryFromEnvironment();
 
+    /// Whether the environment says where the library is, which is one for trying out then.
+    static bool isScratchByEnvironment();
+
     /// Where the notes are kept that the library in this folder does not take.
     static std::filesystem::path spareFolderFor(const std::filesystem::path& library);
 };

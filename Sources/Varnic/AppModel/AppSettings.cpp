@@ -62,8 +62,12 @@ AppSettings::AppSettings(StoredSettings stored, std::unique_ptr<QSettings>&& sto
       hotkeyKeys(stored.text("hotkeyKeys", "")), keepAudio(stored.flag("keepAudio", true)),
       liveTranscript(stored.flag("liveTranscript", true)), localeID(stored.text("localeID", languageTag(locale))),
       ai(stored.ai("ai")), microphone(stored.device("microphone")), heardOutput(stored.device("heardOutput")),
-      libraryFolder(stored.text(libraryFolderKey, "")), store_(std::move(store)) {
-    readProblem_ = SettingsFile::keepAside(*store_, stored.isDamaged());
+      startsAtLogin(stored.flag("startsAtLogin", false)), libraryFolder(stored.text(libraryFolderKey, "")),
+      store_(std::move(store)) {
+    readProblem_ = SettingsFile::keepAside(*store_, !stored.damaged().empty());
+    if (!SettingsFile::isLater(*store_)) {
+        damaged_ = stored.damaged();
+    }
     problem = readProblem_;
     writeSoon_.setSingleShot(true);
     writeSoon_.setInterval(writeDelay);
@@ -88,6 +92,7 @@ AppSettings::AppSettings(StoredSettings stored, std::unique_ptr<QSettings>&& sto
     keep("ai", ai, [](const AISettings& value) { return QVariant(QByteArray::fromStdString(value.encode())); });
     keep("microphone", microphone, device);
     keep("heardOutput", heardOutput, device);
+    keep("startsAtLogin", startsAtLogin, flag);
     keep(libraryFolderKey, libraryFolder, words);
 }
 
@@ -101,6 +106,10 @@ bool AppSettings::save() {
 template <typename Value, typename Encode>
 void AppSettings::keep(const char* key, QProperty<Value>& property, Encode encode) {
     writers_.push_back(property.addNotifier([this, key, &property, encode] {
+        // The file is kept aside, and another start shall not find the same again.
+        for (const char* damaged : std::exchange(damaged_, {})) {
+            store_->remove(damaged);
+        }
         store_->setValue(key, encode(property.value()));
         if (!store_->contains(versionKey)) {
             store_->setValue(versionKey, SettingsFile::version);

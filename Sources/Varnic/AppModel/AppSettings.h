@@ -58,6 +58,8 @@ public:
     /// The sound devices that calls are recorded from; see CaptureDevices.
     QProperty<DeviceChoice> microphone;
     QProperty<DeviceChoice> heardOutput;
+    /// What the desktop said last of the start at login, where it can't be looked at; see LoginStart.
+    QProperty<bool> startsAtLogin;
     /// Where the library lies, if it was moved; empty for the usual place. Only a move of the library sets it.
     QProperty<std::string> libraryFolder;
 
@@ -90,6 +92,8 @@ private:
 
     std::unique_ptr<QSettings> store_;
     std::optional<std::string> readProblem_;
+    /// Keys of values that could not be read and still stand in the store.
+    std::vector<const char*> damaged_;
     QTimer writeSoon_;
     /// What writes a setting as it changes.
     std::vector<QPropertyNotifier> writers_;

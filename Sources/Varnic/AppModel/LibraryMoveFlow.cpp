@@ -82,6 +82,7 @@ QCoro::Task<AppModel::LibraryMoved> AppModel::moveLibrary(std::filesystem::path 
     }
     libraryMove = std::nullopt;
     if (!problem.empty()) {
+        problem = whyNotMoveLibrary().value_or(problem); // such as a recording of our own that has begun
         const auto drop = [&move] { move.reset(); };
         co_await inBackground(drop);
         co_return {.isMoved = false, .sentence = problem};

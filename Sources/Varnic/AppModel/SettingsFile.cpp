@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 namespace varnic {
 
@@ -10,17 +12,30 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A name beside the file that is free.
-fs::path freeName(const fs::path& file, const std::string& ending) {
+constexpr const char* versionKey = "version";
+
+std::string bytesOf(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// A name beside the file that is free, or of a file that holds the same, as another start has made it.
+fs::path nameAside(const fs::path& file, const std::string& ending) {
     fs::path name = file.string() + ending;
     std::error_code ignored;
-    for (int i = 2; fs::exists(fs::symlink_status(name, ignored)); ++i) {
+    const std::string bytes = bytesOf(file);
+    const auto holdsTheSame = [&] { return !bytes.empty() && bytesOf(name) == bytes; };
+    for (int i = 2; fs::exists(fs::symlink_status(name, ignored)) && !holdsTheSame(); ++i) {
         name = fmt::format("{}{}-{}", file.string(), ending, i);
     }
     return name;
 }
 
 } // namespace
+
+bool SettingsFile::isLater(const QSettings& store) {
+    return store.value(versionKey, version).toInt() > version;
+}
 
 std::optional<std::string> SettingsFile::keepAside(const QSettings& store, bool isDamaged) {
     const fs::path file = store.fileName().toStdString();
@@ -30,20 +45,20 @@ std::optional<std::string> SettingsFile::keepAside(const QSettings& store, bool 
     }
     if (store.status() == QSettings::AccessError) {
         // What can't be read can't be copied either.
-        const fs::path aside = freeName(file, ".unreadable");
+        const fs::path aside = nameAside(file, ".unreadable");
         fs::rename(file, aside, failure);
         return failure ? fmt::format("The settings in “{}” can’t be read, so they are as at first.", file.string())
                        : fmt::format("The settings can’t be read, so they are as at first. Their file is kept as “{}”.",
                                      aside.string());
     }
-    if (const int written = store.value("version", version).toInt(); written > version) {
-        const fs::path aside = file.string() + fmt::format(".version-{}", written);
+    if (isLater(store)) {
+        const fs::path aside = fmt::format("{}.version-{}", file.string(), store.value(versionKey).toInt());
         fs::copy_file(file, aside, fs::copy_options::skip_existing, failure);
         return "The settings are from a later version of Varnic. What this one doesn’t know of them is left as it is.";
     }
     if (isDamaged || store.status() == QSettings::FormatError) {
-        const fs::path aside = freeName(file, ".damaged");
-        fs::copy_file(file, aside, failure);
+        const fs::path aside = nameAside(file, ".damaged");
+        fs::copy_file(file, aside, fs::copy_options::skip_existing, failure);
         return "Some settings can’t be read and are as at first." +
                (failure ? "" : fmt::format(" The file as it was is kept as “{}”.", aside.string()));
     }

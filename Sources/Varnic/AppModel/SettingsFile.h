@@ -11,6 +11,9 @@ namespace varnic::SettingsFile {
 /// The version of the settings that this program writes. Those of a later one are read as far as they are known.
 inline constexpr int version = 1;
 
+/// Whether the settings are from a later version.
+bool isLater(const QSettings& store);
+
 /// To be called once all settings have been read, and before any is written. A file of which something can't be read
 /// (`isDamaged` where that is a value) or that is from a later version is kept aside under another name, since settings
 /// that are written later replace what it holds. The user's sentence about that; nothing where all is well.

@@ -21,7 +21,9 @@ bool StoredSettings::flag(const char* key, bool otherwise) {
     if (value.typeId() == QMetaType::Bool || value.toString() == "true" || value.toString() == "false") {
         return value.toBool();
     }
-    isDamaged_ = isDamaged_ || value.isValid();
+    if (value.isValid()) {
+        damaged_.push_back(key);
+    }
     return otherwise;
 }
 
@@ -30,7 +32,7 @@ AISettings StoredSettings::ai(const char* key) {
     try {
         return stored.isEmpty() ? AISettings() : AISettings::decode(stored.toStdString());
     } catch (const std::exception&) {
-        isDamaged_ = true;
+        damaged_.push_back(key);
         return {};
     }
 }
@@ -44,7 +46,7 @@ DeviceChoice StoredSettings::device(const char* key) {
         const nlohmann::json object = nlohmann::json::parse(stored.toStdString());
         return {.name = object.at("name").get<std::string>(), .label = object.at("label").get<std::string>()};
     } catch (const nlohmann::json::exception&) {
-        isDamaged_ = true;
+        damaged_.push_back(key);
         return {};
     }
 }

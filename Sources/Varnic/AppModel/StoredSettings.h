@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace varnic {
 
@@ -17,8 +18,8 @@ public:
     /// The store must outlive this.
     explicit StoredSettings(const QSettings& store) : store_(store) {}
 
-    /// Whether a value was there that could not be read.
-    [[nodiscard]] bool isDamaged() const { return isDamaged_; }
+    /// The keys of the values that could not be read.
+    [[nodiscard]] const std::vector<const char*>& damaged() const { return damaged_; }
 
     // Each gives `otherwise` where there is none that can be read.
 
@@ -32,7 +33,9 @@ public:
     [[nodiscard]] Value one(const char* key, std::optional<Value> (*from)(std::string_view), Value otherwise) {
         const std::string name = text(key, "");
         const std::optional<Value> value = from(name);
-        isDamaged_ = isDamaged_ || (!value && !name.empty());
+        if (!value && !name.empty()) {
+            damaged_.push_back(key);
+        }
         return value.value_or(otherwise);
     }
 
@@ -40,7 +43,7 @@ public:
 
 private:
     const QSettings& store_;
-    bool isDamaged_ = false;
+    std::vector<const char*> damaged_;
 };
 
 } // namespace varnic

@@ -28,7 +28,8 @@ std::optional<std::string> environmentVariable(const char* name) {
 
 AppDelegate::AppDelegate(AppModel& model, QObject* parent)
     : QObject(parent), model_(model), menus_(varnic::menus(model, [this] { terminateSoon(); })), pill_(model),
-      notifications_(model), eventsNotifier_(events_.descriptor(), QSocketNotifier::Read), loginStart_(events_) {
+      notifications_(model), eventsNotifier_(events_.descriptor(), QSocketNotifier::Read),
+      loginStart_(events_, model.settings) {
     hooks.environment = environmentVariable;
     // Not quit(), which a window that is merely hidden when it is closed could refuse.
     hooks.quit = [] { QCoreApplication::exit(); };
@@ -97,6 +98,8 @@ void AppDelegate::carryOut(const Request& request) {
         break;
     case Request::Kind::toggleRecording:
         model_.toggleRecording();
+        break;
+    case Request::Kind::background:
         break;
     }
 }

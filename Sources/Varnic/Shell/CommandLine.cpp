@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <QUrl>
 
+#include <fmt/format.h>
+
 #include <array>
 
 namespace varnic {
@@ -50,7 +52,8 @@ CommandLine CommandLine::parse(const QStringList& words) {
                                     "Start or stop a recording, in the program that runs if one does.");
     const QCommandLineOption help({"h", "help"}, "Show this help.");
     const QCommandLineOption version({"v", "version"}, "Show the version.");
-    parser.addOptions({toggle, help, version});
+    const QCommandLineOption background("background", "Start without a window, with an icon in the tray.");
+    parser.addOptions({toggle, background, help, version});
     parser.addPositionalArgument("file", "Recordings to write down as notes.", "[file…]");
 
     constexpr int usageError = 2;
@@ -66,14 +69,21 @@ CommandLine CommandLine::parse(const QStringList& words) {
         return {.request = {}, .answer = "varnic " VARNIC_VERSION "\n"};
     }
     const QStringList names = parser.positionalArguments();
+    const auto refused = [](const char* reason) {
+        return CommandLine{
+            .request = {}, .answer = fmt::format("varnic: {}; see varnic --help\n", reason), .exitCode = usageError};
+    };
     if (parser.isSet(toggle) && !names.isEmpty()) {
-        return {.request = {},
-                .answer = "varnic: --toggle-recording takes no files; see varnic --help\n",
-                .exitCode = usageError};
+        return refused("--toggle-recording takes no files");
+    }
+    if (parser.isSet(background) && (parser.isSet(toggle) || !names.isEmpty())) {
+        return refused("--background goes with nothing else");
     }
     Request request{.activationToken = launchToken()};
     if (parser.isSet(toggle)) {
         request.kind = Request::Kind::toggleRecording;
+    } else if (parser.isSet(background)) {
+        request.kind = Request::Kind::background;
     } else if (!names.isEmpty()) {
         request.kind = Request::Kind::importFiles;
         for (const QString& name : names) {

@@ -1,22 +1,28 @@
 #pragma once
 
-#include "VarnicPlatform/Desktop/DesktopEvents.h"
+#include "VarnicPlatform/Desktop/BackgroundPortal.h"
 
 #include <QObject>
 #include <QProperty>
 
+#include <memory>
+#include <optional>
 #include <string>
 
 namespace varnic {
 
+class AppSettings;
+class DesktopEvents;
+
 /// Whether Varnic is started in the background when the user logs in; off unless asked for. It is an entry of the
-/// desktop and not a setting of ours, since the desktop's own settings may take it away. Main thread.
+/// desktop and not a setting of ours, since the desktop's own settings may take it away; in a sandbox, where it can't
+/// be looked at, it is what the desktop said last. Main thread.
 class LoginStart : public QObject {
     Q_OBJECT
 
 public:
-    /// The events must outlive this.
-    explicit LoginStart(DesktopEvents& events, QObject* parent = nullptr);
+    /// Both must outlive this. In a sandbox the desktop's portal is asked.
+    LoginStart(DesktopEvents& events, AppSettings& settings, bool isSandboxed = BackgroundPortal::isNeeded());
 
     QProperty<bool> isOn{false};
     /// The user's sentence about what the desktop refused; empty where all went well.
@@ -28,8 +34,15 @@ public:
     /// Changes it; `isOn` follows, at once or when the desktop has answered, or doesn't where that says no.
     void set(bool shallStart);
 
+Q_SIGNALS:
+    /// What `set` asked for has been done or refused, so that a switch shows again what is.
+    void answered();
+
 private:
-    DesktopEvents& events_;
+    void take(std::optional<bool> starts, bool wasWanted);
+
+    AppSettings& settings_;
+    std::unique_ptr<BackgroundPortal> portal_;
 };
 
 } // namespace varnic

@@ -12,7 +12,9 @@ struct Request {
         /// Show the window.
         activate,
         importFiles,
-        toggleRecording
+        toggleRecording,
+        /// Start without a window; nothing for a program that runs already.
+        background
     };
 
     Kind kind = Kind::activate;

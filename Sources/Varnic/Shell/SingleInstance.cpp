@@ -52,6 +52,11 @@ QDBusMessage call(const QString& busName, const Request& request) {
         message = method("ActivateAction");
         message << QString(ApplicationInterface::toggleRecording) << QVariantList() << data;
         break;
+    case Request::Kind::background:
+        // Whoever answers runs.
+        message = QDBusMessage::createMethodCall(busName, ApplicationInterface::objectPath(busName),
+                                                 "org.freedesktop.DBus.Peer", "Ping");
+        break;
     }
     message.setAutoStartService(false);
     return message;
@@ -123,6 +128,17 @@ bool SingleInstance::takeLibrary() {
         problem_ = error.what();
     }
     return lock_.has_value();
+}
+
+void SingleInstance::follow(std::filesystem::path library) {
+    library_ = std::move(library);
+    try {
+        if (auto lock = LibraryLock::forApplication(library_)) {
+            lock_ = std::move(lock);
+        }
+    } catch (const LibraryError&) {
+        // The name on the bus tells of this program all the same.
+    }
 }
 
 void SingleInstance::releaseName() {

@@ -43,6 +43,9 @@ public:
     /// To be asked once, before anything of the library or the settings is touched.
     Outcome claim(const Request& request);
 
+    /// The library lies there now; this program is the one that works on it.
+    void follow(std::filesystem::path library);
+
     /// The user's sentence for a refusal.
     [[nodiscard]] const std::string& problem() const { return problem_; }
 

@@ -88,8 +88,14 @@ int run(int argc, char** argv) {
     const CommandLine line = CommandLine::parse(QCoreApplication::arguments());
 
     const std::unique_ptr<QTemporaryDir> demo = demoFolder();
-    const auto [library, isScratch] = demo ? std::pair(varnic::AppPlaces::forDemo(pathOf(*demo)).dataDirectory, true)
-                                           : varnic::AppPlaces::dataDirectoryFromEnvironment();
+    std::pair<std::filesystem::path, bool> place;
+    try {
+        place = demo ? std::pair(varnic::AppPlaces::forDemo(pathOf(*demo)).dataDirectory, true)
+                     : varnic::AppPlaces::dataDirectoryFromEnvironment();
+    } catch (const std::exception& error) {
+        return refuse(error.what());
+    }
+    const auto& [library, isScratch] = place;
     SingleInstance instance(library, SingleInstance::busNameFor(library, isScratch));
     switch (instance.claim(line.request)) {
     case SingleInstance::Outcome::handedOver:
@@ -104,6 +110,8 @@ int run(int argc, char** argv) {
     // Listing the installed fonts takes long; it goes on beside the rest up to the first text, which waits for it.
     const std::jthread fonts([] { QFontDatabase::families(); });
     varnic::Program program(demo ? varnic::AppPlaces::forDemo(pathOf(*demo)) : varnic::AppPlaces::fromEnvironment());
+    QObject::connect(&program.model(), &varnic::AppModel::libraryMoved, &instance,
+                     [&instance](const std::filesystem::path& folder) { instance.follow(folder); });
     instance.setHandler([&program](const varnic::Request& request) { program.perform(request); });
     program.start(line.request);
     return QApplication::exec();

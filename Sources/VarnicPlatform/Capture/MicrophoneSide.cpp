@@ -73,7 +73,9 @@ void MicrophoneSide::close() {
     notice_.reset();
 }
 
-/// A stream that is moved away from a microphone that is there was moved by the user.
+/// A stream that is moved away from a microphone that is there was moved by the user. But where the user has chosen one
+/// in the settings, only a volume control says so: a session manager lets a stream follow the default once its target
+/// was that.
 void MicrophoneSide::followMove(const SoundGraph& graph, const std::vector<const SoundNode*>& microphones) {
     const SoundNode* linked = current_ ? current_->linked(graph) : nullptr;
     if (linked == nullptr || linked->id == current_->source() ||
@@ -81,6 +83,9 @@ void MicrophoneSide::followMove(const SoundGraph& graph, const std::vector<const
         return;
     }
     current_->follow(*linked);
+    if (isFixed_ && !graph.isMoved(current_->node())) {
+        return;
+    }
     chosen_ = linked->name;
     chosenLabel_ = linked->label();
 }

@@ -71,7 +71,11 @@ void MicrophoneStream::verify(const SoundGraph& graph) {
 }
 
 const SoundNode* MicrophoneStream::linked(const SoundGraph& graph) const {
-    return stream_ == nullptr ? nullptr : graph.microphoneOf(pw_stream_get_node_id(stream_));
+    return stream_ == nullptr ? nullptr : graph.microphoneOf(node());
+}
+
+std::uint32_t MicrophoneStream::node() const {
+    return stream_ == nullptr ? PW_ID_ANY : pw_stream_get_node_id(stream_);
 }
 
 void MicrophoneStream::follow(const SoundNode& source) {

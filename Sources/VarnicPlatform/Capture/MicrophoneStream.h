@@ -25,6 +25,9 @@ public:
 
     [[nodiscard]] const std::string& label() const { return label_; }
 
+    /// Its own node.
+    [[nodiscard]] std::uint32_t node() const;
+
     /// From here on the audio goes into the ring; before, it is dropped. No other stream may push into it any more.
     void deliverTo(FrameRing& ring) { ring_ = &ring; }
 

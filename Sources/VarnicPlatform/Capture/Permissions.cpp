@@ -1,19 +1,24 @@
 #include "VarnicPlatform/Capture/Permissions.h"
 
 #include "VarnicCore/Audio/CaptureError.h"
+#include "VarnicCore/Files/Folders.h"
 #include "VarnicPlatform/Capture/SoundSurvey.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <glib.h>
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace varnic::Permissions {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 PermissionState grantedIf(bool works) {
     return works ? PermissionState::granted : PermissionState::denied;
@@ -44,41 +49,101 @@ icu::Locale localeOf(std::string tag) {
     return icu::Locale::createCanonical(tag.c_str());
 }
 
+/// A language's name for a reader, or its tag where it has none.
+std::string nameOf(const std::string& tag, const std::string& reader) {
+    icu::UnicodeString shown;
+    std::string name;
+    localeOf(tag).getDisplayName(localeOf(reader), shown).toUTF8String(name);
+    return name.empty() ? tag : name;
+}
+
+/// What keeps all sound away; nothing where PipeWire has it.
+std::optional<std::string> soundRemedy(const Surroundings& there) {
+    if (!there.isReachable) {
+        return "PipeWire isn’t running, so nothing can be heard. Log out and in again, or start it with “systemctl "
+               "--user start pipewire wireplumber”. It is in the packages pipewire and wireplumber.";
+    }
+    if (!there.hasSound) {
+        return "PipeWire is running, but has no sound devices. If PulseAudio runs the sound, install pipewire-pulse in "
+               "its place.";
+    }
+    return std::nullopt;
+}
+
+std::string microphoneRemedy(const Surroundings& there) {
+    if (auto remedy = soundRemedy(there)) {
+        return std::move(*remedy);
+    }
+    const std::string found =
+        there.output.empty() ? "" : fmt::format(" There is only “{}” to listen with.", there.output);
+    return fmt::format("No microphone was found.{} Plug one in, or choose one in the sound settings.", found);
+}
+
+std::string speechRemedy(const Surroundings& there, const std::string& language) {
+    const std::string others =
+        there.languages.empty() ? "" : fmt::format(" There are models for {}.", fmt::join(there.languages, ", "));
+    return fmt::format("No speech model is installed for {}.{} Put one into the models folder, or choose another "
+                       "language; calls are recorded without one, and can be transcribed later.",
+                       language, others);
+}
+
 } // namespace
 
 States survey(bool saidYes, std::string_view locale, const std::vector<SpeechModel>& models) {
+    return override || !saidYes ? override.value_or(States()) : look(true, locale, "en", models).states;
+}
+
+Findings look(bool saidYes, std::string_view locale, const std::string& reader,
+              const std::vector<SpeechModel>& models) {
     if (override) {
-        return *override;
-    }
-    if (!saidYes) {
-        return {};
+        return {.states = *override, .there = {}};
     }
     const SoundSurvey sound = soundSurvey();
-    return {.mic = grantedIf(sound.microphone.has_value()),
-            .screen = grantedIf(sound.hasSound),
-            .speech = grantedIf(SpeechModels::choose(models, locale).has_value())};
+    Findings findings{.states = {},
+                      .there = {.isReachable = sound.isReachable,
+                                .hasSound = sound.hasSound,
+                                .output = sound.output.value_or(""),
+                                .languages = {}}};
+    for (const Language& language : onDeviceLanguages(models, reader)) {
+        findings.there.languages.push_back(language.name);
+    }
+    if (saidYes) {
+        findings.states = {.mic = grantedIf(sound.microphone.has_value()),
+                           .screen = grantedIf(sound.hasSound),
+                           .speech = grantedIf(SpeechModels::choose(models, locale).has_value())};
+    }
+    return findings;
 }
 
 std::array<Permission, 3> described(const States& states, std::string_view locale) {
+    return described(Findings{.states = states, .there = {}}, locale, "en");
+}
+
+std::array<Permission, 3> described(const Findings& findings, std::string_view locale, const std::string& reader) {
+    const auto& [states, there] = findings;
     return {Permission{.state = states.mic,
                        .title = "Microphone",
                        .purpose = "Your side.",
-                       .remedy = "No microphone was found. Plug one in, or choose one in the sound settings.",
+                       .remedy = microphoneRemedy(there),
                        .pane = "Privacy_Microphone"},
             Permission{.state = states.screen,
                        .title = "System Audio",
                        .purpose = "Their side.",
-                       .remedy = "PipeWire runs no sound here, so the other side can’t be heard. Install pipewire and "
-                                 "wireplumber, and pipewire-pulse in place of PulseAudio.",
+                       .remedy = soundRemedy(there).value_or(
+                           "PipeWire runs no sound here, so the other side can’t be heard. Install pipewire and "
+                           "wireplumber, and pipewire-pulse in place of PulseAudio."),
                        .pane = "Privacy_ScreenCapture"},
             Permission{.state = states.speech,
                        .title = "Speech Recognition",
                        .purpose = "The transcript, on this computer.",
-                       .remedy = fmt::format("No speech model is installed for {}. Put one into "
-                                             "~/.local/share/varnic/models; calls are recorded without one, and can be "
-                                             "transcribed later.",
-                                             locale),
+                       .remedy = speechRemedy(there, nameOf(std::string(locale), reader)),
                        .pane = "Privacy_SpeechRecognition"}};
+}
+
+fs::path modelsFolder() {
+    const fs::path folder = SpeechModels::dataDirectories().front() / "varnic" / "models";
+    Folders::make(folder);
+    return folder;
 }
 
 bool openSettings(std::string_view pane) {
@@ -96,12 +161,7 @@ std::vector<Language> onDeviceLanguages(const std::vector<SpeechModel>& models, 
     }
     std::vector<Language> languages;
     for (const std::string& id : ids) {
-        icu::UnicodeString shown;
-        Language& language = languages.emplace_back(id, "");
-        localeOf(id).getDisplayName(localeOf(reader), shown).toUTF8String(language.name);
-        if (language.name.empty()) {
-            language.name = id;
-        }
+        languages.push_back({.id = id, .name = nameOf(id, reader)});
     }
     std::ranges::stable_sort(languages, {}, &Language::name);
     return languages;

@@ -3,6 +3,7 @@
 #include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <array>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -40,6 +41,22 @@ struct States {
     bool operator==(const States&) const = default;
 };
 
+/// What there is, for the words about what is missing.
+struct Surroundings {
+    /// See SoundSurvey.
+    bool isReachable = true;
+    bool hasSound = true;
+    /// The output that is there in place of a microphone; empty for none.
+    std::string output;
+    /// The languages of the speech models, as the user calls them.
+    std::vector<std::string> languages;
+};
+
+struct Findings {
+    States states;
+    Surroundings there;
+};
+
 /// What `survey` gives when set, with nothing asked of the system. Set before other threads ask.
 inline std::optional<States> override;
 
@@ -48,8 +65,20 @@ inline std::optional<States> override;
 States survey(bool saidYes, std::string_view locale,
               const std::vector<SpeechModel>& models = SpeechModels::installed(SpeechModels::dataDirectories()));
 
-/// Microphone, system audio and speech recognition, in this order; `locale` is the language to transcribe.
+/// The same with what there is; `reader` is the locale to name languages in.
+Findings look(bool saidYes, std::string_view locale, const std::string& reader,
+              const std::vector<SpeechModel>& models = SpeechModels::installed(SpeechModels::dataDirectories()));
+
+/// Microphone, system audio and speech recognition, in this order, with what to do where one is missing; `locale` is
+/// the language to transcribe.
+std::array<Permission, 3> described(const Findings& findings, std::string_view locale, const std::string& reader);
+
+/// The same where only the states are known.
 std::array<Permission, 3> described(const States& states, std::string_view locale);
+
+/// Where the user puts speech models; see docs/models.md for what goes there. Makes the folder where it is missing.
+/// Throws LibraryError.
+std::filesystem::path modelsFolder();
 
 /// Opens the desktop's settings for "Privacy_Microphone", "Privacy_ScreenCapture" or "Privacy_SpeechRecognition"; false
 /// where no program for that is found.

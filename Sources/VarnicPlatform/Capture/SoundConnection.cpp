@@ -63,6 +63,7 @@ SoundConnection::~SoundConnection() {
 bool SoundConnection::open() {
     isLost_ = false;
     answered_ = 0;
+    asked_ = 0;
     core_ = pw_context_connect(context_.get(), nullptr, 0);
     if (core_ == nullptr) {
         return false;
@@ -103,6 +104,10 @@ bool SoundConnection::settle(double seconds) {
         }
     }
     return true;
+}
+
+void SoundConnection::ask() {
+    asked_ = pw_core_sync(core_, PW_ID_CORE, answered_);
 }
 
 void SoundConnection::every(double seconds, std::function<void()> function) {

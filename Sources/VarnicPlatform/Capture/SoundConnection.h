@@ -55,6 +55,11 @@ public:
     /// Waits until the server has told all that there is: false where it does not answer within so many seconds.
     [[nodiscard]] bool settle(double seconds);
 
+    /// Asks the server to answer behind what it has been asked before, and whether it has; for those that can't wait.
+    void ask();
+
+    [[nodiscard]] bool hasAnswered() const { return answered_ == asked_; }
+
     /// Calls the function in the loop's thread again and again, until `stopTicking`.
     void every(double seconds, std::function<void()> function);
     void stopTicking();
@@ -78,6 +83,7 @@ private:
     spa_source* timer_ = nullptr;
     bool isLost_ = false;
     int answered_ = 0;
+    int asked_ = 0;
 };
 
 } // namespace varnic

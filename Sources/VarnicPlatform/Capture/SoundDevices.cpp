@@ -10,8 +10,10 @@ namespace varnic {
 
 namespace {
 
-/// Seconds between two attempts to reach a server that is gone.
-constexpr double retryInterval = 0.5;
+/// Seconds between two looks at the connection.
+constexpr double tick = 0.1;
+/// The first answer comes behind the list of objects, the second behind what was asked of them on hearing of it.
+constexpr int answersToWaitFor = 2;
 
 std::vector<SoundDevice> devices(const std::vector<const SoundNode*>& nodes) {
     std::vector<SoundDevice> devices;
@@ -28,6 +30,8 @@ public:
     explicit Connection(SoundDevices& owner) : sound([&owner] { owner.look(); }) {}
 
     SoundConnection sound;
+    /// Answers of the server until all that there is has been told.
+    int awaited = 0;
     /// What was told last.
     std::optional<SoundDeviceList> told;
 };
@@ -35,7 +39,7 @@ public:
 SoundDevices::SoundDevices(Changed changed)
     : changed_(std::move(changed)), connection_(std::make_unique<Connection>(*this)) {
     const SoundConnection::Lock lock(connection_->sound);
-    connection_->sound.every(retryInterval, [this] { tend(); });
+    connection_->sound.every(tick, [this] { tend(); });
     tend();
 }
 
@@ -51,20 +55,23 @@ void SoundDevices::tend() {
     if (sound.isLost()) {
         sound.close();
     }
-    if (!sound.isOpen()) {
-        static_cast<void>(sound.open());
+    if (!sound.isOpen() && sound.open()) {
+        connection_->awaited = answersToWaitFor;
+        sound.ask();
+    } else if (sound.isOpen() && connection_->awaited > 0 && sound.hasAnswered()) {
+        --connection_->awaited;
+        sound.ask();
     }
     look();
 }
 
 void SoundDevices::look() {
-    // The first objects are told while the graph is being made.
-    if (!connection_) {
-        return;
-    }
     SoundConnection& sound = connection_->sound;
     SoundDeviceList list;
     if (sound.isOpen() && !sound.isLost()) {
+        if (connection_->awaited > 0) {
+            return;
+        }
         const SoundGraph& graph = sound.graph();
         list = {.isReachable = true,
                 .hasSound = graph.hasSound(),

@@ -114,9 +114,12 @@ struct SoundGraph::Events {
     static constexpr pw_metadata_events metadata{
         .version = PW_VERSION_METADATA_EVENTS,
         .property =
-            [](void* data, std::uint32_t /*subject*/, const char* key, const char* /*type*/, const char* value) {
-                if (key != nullptr && value != nullptr) {
-                    static_cast<Bound*>(data)->graph->setDefault(key, value);
+            [](void* data, std::uint32_t subject, const char* key, const char* /*type*/, const char* value) {
+                SoundGraph* graph = static_cast<Bound*>(data)->graph;
+                if (key != nullptr && subject != PW_ID_CORE) {
+                    graph->setTarget(subject, key, value);
+                } else if (key != nullptr && value != nullptr) {
+                    graph->setDefault(key, value);
                 }
                 return 0;
             },
@@ -235,6 +238,7 @@ void SoundGraph::remove(std::uint32_t id) {
     links_.erase(id);
     clients_.erase(id);
     bound_.erase(id);
+    moved_.erase(id);
     onChange_();
 }
 
@@ -284,6 +288,18 @@ void SoundGraph::setDefault(const std::string& key, const char* value) {
         defaultSink_ = parsed["name"];
     }
     onChange_();
+}
+
+void SoundGraph::setTarget(std::uint32_t node, const std::string& key, const char* value) {
+    if (key != "target.object" && key != "target.node") {
+        return;
+    }
+    // With -1 the session manager notes that the stream is on the default device, as it wants to go on with that.
+    if (value != nullptr && std::string_view(value) != "-1") {
+        moved_.insert(node);
+    } else if (key == "target.object") {
+        moved_.erase(node);
+    }
 }
 
 bool SoundGraph::isMicrophone(const SoundNode& node) const {

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -72,6 +73,10 @@ public:
 
     /// The microphone that is linked into the node; null where none is.
     [[nodiscard]] const SoundNode* microphoneOf(std::uint32_t node) const;
+
+    /// Whether a volume control has been told where the node's audio is to come from or go to.
+    [[nodiscard]] bool isMoved(std::uint32_t node) const { return moved_.contains(node); }
+
     /// Whether the node is linked into an output.
     [[nodiscard]] bool reachesOutput(std::uint32_t node) const;
     /// Whether the node is linked into that one.
@@ -88,6 +93,7 @@ private:
     void judge(std::uint32_t id, const pw_node_info& info);
     void judgeClient(std::uint32_t id, const pw_client_info& info);
     void setDefault(const std::string& key, const char* value);
+    void setTarget(std::uint32_t node, const std::string& key, const char* value);
     [[nodiscard]] bool isMicrophone(const SoundNode& node) const;
     /// Devices of a kind, the default one first, then the best.
     [[nodiscard]] std::vector<const SoundNode*> devices(const char* mediaClass, const std::string& defaultName) const;
@@ -101,6 +107,8 @@ private:
     /// Clients whose information has come, and whether they are this program.
     std::map<std::uint32_t, bool> clients_;
     std::map<std::uint32_t, std::unique_ptr<Bound>> bound_;
+    /// Streams that the user has moved.
+    std::set<std::uint32_t> moved_;
     std::string defaultSource_;
     std::string defaultSink_;
 };

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <glib.h>
 
+#include <cstdlib>
 #include <memory>
 #include <system_error>
 
@@ -38,7 +39,10 @@ std::string quoted(const std::string& program) {
 } // namespace
 
 fs::path Autostart::file() {
-    return fs::path(g_get_user_config_dir()) / "autostart" / "app.brevin.Varnic.desktop";
+    const char* configured = std::getenv("XDG_CONFIG_HOME");
+    const fs::path folder =
+        configured != nullptr && *configured == '/' ? fs::path(configured) : fs::path(g_get_home_dir()) / ".config";
+    return folder / "autostart" / "app.brevin.Varnic.desktop";
 }
 
 bool Autostart::isOn() {

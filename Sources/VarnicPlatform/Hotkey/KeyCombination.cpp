@@ -48,6 +48,9 @@ std::optional<std::string> KeyCombination::problem() const {
     if (KeyNames::isForTyping(key) && !control && !alt && !super) {
         return "Hold Ctrl, Alt or Super with it, or else it would be missing when you type.";
     }
+    if (control && alt && KeyNames::isFunctionKey(key)) {
+        return "Ctrl and Alt with this key take you to another console.";
+    }
     return std::nullopt;
 }
 

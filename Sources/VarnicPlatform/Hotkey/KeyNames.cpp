@@ -55,10 +55,6 @@ bool isDigit(std::uint32_t key) {
     return key >= '0' && key <= '9';
 }
 
-bool isFunctionKey(std::uint32_t key) {
-    return key >= firstFunctionKey && key < firstFunctionKey + functionKeys;
-}
-
 const Row* rowOf(std::uint32_t key) {
     const auto* const found = std::ranges::find(rows, key, &Row::key);
     return found == rows.end() ? nullptr : found;
@@ -78,7 +74,7 @@ std::string KeyNames::symbolName(std::uint32_t key) {
     if (isLetter(key) || isDigit(key)) {
         return std::string(1, static_cast<char>(key));
     }
-    if (isFunctionKey(key)) {
+    if (KeyNames::isFunctionKey(key)) {
         return fmt::format("F{}", key - firstFunctionKey + 1);
     }
     const Row* row = rowOf(key);
@@ -101,6 +97,10 @@ std::optional<std::uint32_t> KeyNames::fromTitle(std::string_view title) {
         }
     }
     return std::nullopt;
+}
+
+bool KeyNames::isFunctionKey(std::uint32_t key) {
+    return key >= firstFunctionKey && key < firstFunctionKey + functionKeys;
 }
 
 bool KeyNames::isForTyping(std::uint32_t key) {

@@ -17,6 +17,9 @@ std::string symbolName(std::uint32_t key);
 /// The key with this title.
 std::optional<std::uint32_t> fromTitle(std::string_view title);
 
+/// Whether it is one of F1 to F24.
+bool isFunctionKey(std::uint32_t key);
+
 /// Whether it writes something, so that it takes a modifier to be a hotkey.
 bool isForTyping(std::uint32_t key);
 

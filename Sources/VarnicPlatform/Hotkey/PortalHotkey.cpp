@@ -1,6 +1,6 @@
 #include "VarnicPlatform/Hotkey/PortalHotkey.h"
 
-#include "VarnicPlatform/Hotkey/PortalMessages.h"
+#include "VarnicPlatform/Desktop/PortalMessages.h"
 
 #include <fmt/format.h>
 #include <systemd/sd-bus.h>

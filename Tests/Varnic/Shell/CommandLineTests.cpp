@@ -23,6 +23,7 @@ TEST(CommandLine, parse_givesTheRequest) {
     const std::vector<Case> cases{
         {{"varnic"}, {Request::Kind::activate, {}, "token"}},
         {{"varnic", "--toggle-recording"}, {Request::Kind::toggleRecording, {}, "token"}},
+        {{"varnic", "--background"}, {Request::Kind::background, {}, "token"}},
         {{"varnic", "a call.m4a", "../b.wav"},
          {Request::Kind::importFiles, {here / "a call.m4a", here.parent_path() / "b.wav"}, "token"}},
         {{"varnic", "/x/ü.mp3", "file:///x/a%20b.mp3"},
@@ -46,6 +47,7 @@ TEST(CommandLine, parse_answersInsteadOfRunning) {
     for (const auto& [words, exitCode, answer] :
          {Case{{"varnic", "--version"}, 0, "varnic " VARNIC_VERSION "\n"},
           Case{{"varnic", "--help"}, 0, "--toggle-recording"}, Case{{"varnic", "-h"}, 0, "[file…]"},
+          Case{{"varnic", "--background", "--toggle-recording"}, 2, "nothing else"},
           Case{{"varnic", "--togle"}, 2, "togle"},
           Case{{"varnic", "--toggle-recording", "a.m4a"}, 2, "takes no files"}}) {
         const CommandLine line = CommandLine::parse(words);

@@ -55,6 +55,33 @@ TEST_F(HotkeyWiringTest, settings_registerAnewAtOnce) {
     EXPECT_TRUE(comesToRecord(false));
 }
 
+TEST_F(HotkeyWiringTest, keysOfTheUsersOwn_takeTheChoicesPlaceAtOnce) {
+    launch();
+    model->settings.hotkeyKeys = "Alt+Shift+F9";
+    EXPECT_EQ(delegate.hotkeyNote.value(), "Alt+Shift+F9 works in every program.");
+    EXPECT_EQ(delegate.hotkeyState.value(), Hotkey::State::registered);
+    press("ctrl+alt+super+r");
+    press("alt+shift+F9");
+    ASSERT_TRUE(comesToRecord(true));
+    capture->play(Speaker::you, 0, 1);
+    press("alt+shift+F9");
+    EXPECT_TRUE(comesToRecord(false));
+    for (const char* useless : {"R", "brainwave", ""}) {
+        model->settings.hotkeyKeys = useless;
+        EXPECT_EQ(delegate.hotkeyNote.value(), "Ctrl+Alt+Super+R works in every program.") << useless;
+    }
+}
+
+TEST(HotkeyKeys, pressed_givesWhatCanBeStored) {
+    EXPECT_EQ(pressed(Qt::Key_K, Qt::ControlModifier | Qt::MetaModifier)->title(), "Ctrl+Super+K");
+    EXPECT_EQ(pressed(Qt::Key_F12, Qt::NoModifier)->title(), "F12");
+    EXPECT_EQ(pressed(Qt::Key_PageUp, Qt::AltModifier | Qt::ShiftModifier)->title(), "Alt+Shift+Page Up");
+    EXPECT_EQ(pressed(Qt::Key_5, Qt::AltModifier | Qt::KeypadModifier)->title(), "Alt+5");
+    for (const Qt::Key key : {Qt::Key_Control, Qt::Key_Super_L, Qt::Key_AltGr, Qt::Key_unknown, Qt::Key_Escape}) {
+        EXPECT_EQ(pressed(key, Qt::ControlModifier), std::nullopt) << key;
+    }
+}
+
 TEST_F(HotkeyWiringTest, takenCombination_isTold) {
     launch();
     ScratchModel other;

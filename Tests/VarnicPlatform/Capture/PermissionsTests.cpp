@@ -50,6 +50,29 @@ TEST_F(PermissionsTest, survey_noServer_speechGrantedWhereAModelFits) {
     EXPECT_EQ(Permissions::survey(true, "fr", models), (Permissions::States{denied, denied, denied}));
 }
 
+TEST_F(PermissionsTest, look_tellsWhatIsMissingAndWhatIsThere) {
+    const auto remedies = [this](const char* locale) {
+        const auto findings = Permissions::look(true, locale, "en", models);
+        std::vector<std::string> said;
+        for (const Permission& one : Permissions::described(findings, locale, "en")) {
+            said.push_back(one.state == denied ? one.remedy : "");
+        }
+        return said;
+    };
+    using testing::HasSubstr;
+    startSystem({"--no-source"});
+    EXPECT_THAT(remedies("fr-FR"),
+                ElementsAre(HasSubstr("There is only “Virtual test-sink” to listen with."), IsEmpty(),
+                            testing::AllOf(HasSubstr("for French (France)"),
+                                           HasSubstr("models for English, German, Portuguese (Brazil)."))));
+    system.reset();
+    startSystem({"--no-nodes", "--no-session", "--no-pulse"});
+    EXPECT_THAT(remedies("en"), ElementsAre(HasSubstr("no sound devices"), HasSubstr("no sound devices"), IsEmpty()));
+    system.reset();
+    setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
+    EXPECT_THAT(remedies("en"), ElementsAre(HasSubstr("isn’t running"), HasSubstr("isn’t running"), IsEmpty()));
+}
+
 TEST_F(PermissionsTest, survey_overridden_givesThatUnasked) {
     Permissions::override = {.mic = granted, .screen = denied, .speech = notAsked};
     EXPECT_EQ(Permissions::survey(false, "en", models), *Permissions::override);

@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 #include <libsecret/secret.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <stop_token>
 #include <string>
+#include <thread>
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -14,6 +17,8 @@
 
 namespace varnic {
 namespace {
+
+using namespace std::chrono_literals;
 
 /// What a write says that fails; empty for one that succeeds.
 std::string failureOfWriting(KeychainStore& store, const std::optional<std::string>& key) {
@@ -52,6 +57,42 @@ bool isDumpedAfter(void (*work)()) {
     std::filesystem::remove(std::filesystem::temp_directory_path() / ("core." + std::to_string(child)));
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGABRT);
     return WCOREDUMP(status);
+}
+
+/// The process that keeps the keys of this session.
+pid_t processOfTheRing() {
+    GDBusConnection* bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    GVariant* answer = g_dbus_connection_call_sync(
+        bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "GetConnectionUnixProcessID",
+        g_variant_new("(s)", "org.freedesktop.secrets"), nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);
+    guint32 process = 0;
+    g_variant_get(answer, "(u)", &process);
+    g_variant_unref(answer);
+    g_object_unref(bus);
+    return static_cast<pid_t>(process);
+}
+
+/// Lets the ring take calls and answer none, as one does that waits for something itself.
+class HeldRing {
+public:
+    HeldRing() { ::kill(process_, SIGSTOP); }
+
+    HeldRing(const HeldRing&) = delete;
+    HeldRing& operator=(const HeldRing&) = delete;
+
+    ~HeldRing() { ::kill(process_, SIGCONT); }
+
+private:
+    pid_t process_ = processOfTheRing();
+};
+
+KeyState stateOfWriting(KeychainStore& store, const std::optional<std::string>& key, const std::stop_token& stop = {}) {
+    try {
+        store.setKey(key, "anthropic", stop);
+        return KeyState::found;
+    } catch (const KeyStoreError& error) {
+        return error.state();
+    }
 }
 
 void lockTheRing() {
@@ -117,11 +158,40 @@ TEST(LockedKeyRing, key_isNothingAndWritingSaysWhy) {
     const std::string failure = failureOfWriting(store, "sk-new");
     EXPECT_TRUE(failure.starts_with("The key couldn’t be saved in the keychain: ")) << failure;
     EXPECT_EQ(failure.find("sk-new"), std::string::npos) << failure;
+    const KeyReading reading = store.read("anthropic");
+    EXPECT_EQ(reading.state, KeyState::locked) << "and the old key is still there";
+    EXPECT_EQ(reading.problem, KeyStore::lockedSentence);
+}
+
+TEST(HungKeyRing, everyCall_endsAndSaysWhy) {
+    KeychainStore store("app.brevin.varnic.test", {.answer = 200ms, .user = 200ms});
+    store.setKey("sk-old", "anthropic");
+    {
+        const HeldRing held;
+        const KeyReading reading = store.read("anthropic");
+        EXPECT_EQ(reading.state, KeyState::unanswered);
+        EXPECT_EQ(reading.problem, "The key can’t be read: The key ring doesn’t answer.");
+        EXPECT_EQ(stateOfWriting(store, "sk-new"), KeyState::unanswered);
+        EXPECT_EQ(failureOfRemoving(store), "The key ring doesn’t answer, so nothing was removed.");
+    }
+    EXPECT_EQ(KeychainStore("app.brevin.varnic.test").key("anthropic"), "sk-old");
+}
+
+TEST(HungKeyRing, aCallThatNobodyWaitsFor_ends) {
+    // Longer than any test may take.
+    KeychainStore store("app.brevin.varnic.test", {.answer = 1h, .user = 1h});
+    const HeldRing held;
+    std::stop_source stop;
+    std::jthread other([&stop] { stop.request_stop(); });
+    EXPECT_EQ(store.read("anthropic", stop.get_token()).state, KeyState::unanswered);
+    EXPECT_EQ(stateOfWriting(store, "sk-new", stop.get_token()), KeyState::unanswered);
 }
 
 TEST(AbsentKeyRing, key_isNothingAndWritingSaysWhy) {
     KeychainStore store;
     EXPECT_EQ(store.key("anthropic"), std::nullopt);
+    EXPECT_EQ(store.read("anthropic").state, KeyState::noKeyRing);
+    EXPECT_EQ(store.read("anthropic").problem, "The key can’t be read: No key ring is running.");
     EXPECT_FALSE(store.isLocked("anthropic"));
     EXPECT_EQ(failureOfRemoving(store), "No key ring is running, so nothing was removed.");
     EXPECT_EQ(failureOfWriting(store, std::nullopt), "");

@@ -20,7 +20,9 @@ FocusScope {
 
     signal toggled
 
-    Accessible.ignored: kind !== "heading" && kind !== "subheading"
+    // Below the title, which is the first level.
+    Accessible.description: kind === "heading" ? "Level 2" : "Level 3"
+    Accessible.ignored: words === "" || (kind !== "heading" && kind !== "subheading")
     Accessible.name: words
     Accessible.role: Accessible.Heading
     implicitHeight: Math.max(line.implicitHeight, tags.implicitHeight)

@@ -22,7 +22,7 @@ TextEdit {
     persistentSelection: true
     selectByMouse: true
     selectedTextColor: color
-    selectionColor: Theme.Palette.youWash
+    selectionColor: Theme.Palette.selection
     textFormat: TextEdit.PlainText
     wrapMode: TextEdit.Wrap
 

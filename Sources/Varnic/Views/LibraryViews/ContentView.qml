@@ -108,7 +108,6 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.bottomMargin: Theme.Space.l
         anchors.horizontalCenter: parent.horizontalCenter
-        maximumWidth: Math.min(560, view.width - 2 * Theme.Space.l)
         z: 2
     }
 

@@ -96,9 +96,7 @@ Item {
         Theme.Symbol {
             id: done
 
-            readonly property string help: "All caught up"
-
-            Accessible.name: help
+            Accessible.name: "All caught up"
             Accessible.role: Accessible.Graphic
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.Palette.ok
@@ -115,7 +113,7 @@ Item {
                 anchors.fill: parent
 
                 sourceComponent: Theme.HelpTip {
-                    text: done.help
+                    text: "All caught up"
                     visible: true
                 }
             }

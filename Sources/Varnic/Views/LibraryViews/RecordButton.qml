@@ -6,6 +6,8 @@ import Varnic.Theme as Theme
 Theme.PlainButton {
     id: button
 
+    readonly property font digits: Theme.Typo.tabular(13, Font.DemiBold)
+
     Accessible.name: RecordAction.accessibleName
     enabled: RecordAction.isEnabled
     help: RecordAction.help
@@ -36,37 +38,29 @@ Theme.PlainButton {
             }
 
             // As wide as the widest text, so that nothing moves when a recording starts or its time grows.
-            Item {
+            Text {
                 anchors.verticalCenter: parent.verticalCenter
-                height: text.implicitHeight
-                width: Math.max(idle.implicitWidth, hour.implicitWidth)
-
-                Theme.TabularText {
-                    id: idle
-
-                    font: Theme.Typo.uiStrong
-                    opacity: 0
-                    text: "Record Call"
-                }
-
-                Theme.TabularText {
-                    id: hour
-
-                    font: Theme.Typo.uiStrong
-                    opacity: 0
-                    text: "Stop · 0:00:00"
-                }
-
-                Theme.TabularText {
-                    id: text
-
-                    color: "white"
-                    font: Theme.Typo.uiStrong
-                    text: RecordAction.isBusy ? RecordAction.stopText : idle.text
-                }
+                color: "white"
+                font: button.digits
+                text: RecordAction.isBusy ? RecordAction.stopText : idle.text
+                width: Math.ceil(Math.max(idle.advanceWidth, hour.advanceWidth))
             }
         }
     }
 
     onClicked: RecordAction.toggle()
+
+    TextMetrics {
+        id: idle
+
+        font: button.digits
+        text: "Record Call"
+    }
+
+    TextMetrics {
+        id: hour
+
+        font: button.digits
+        text: "Stop · 0:00:00"
+    }
 }

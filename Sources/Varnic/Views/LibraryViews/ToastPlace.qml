@@ -6,9 +6,6 @@ import Varnic.Theme as Theme
 Item {
     id: place
 
-    /// How wide a notice may become before its text wraps.
-    required property real maximumWidth
-
     implicitHeight: notice.height
     implicitWidth: notice.width
 
@@ -42,7 +39,7 @@ Item {
                 id: view
 
                 enabled: moving.shows
-                maximumWidth: place.maximumWidth
+                maximumWidth: Math.min(560, Window.width - 2 * Theme.Space.l)
                 objectName: "toast"
                 opacity: 0
                 symbol: Toast.symbol

@@ -46,19 +46,16 @@ Item {
         visible: !row.isHeader
     }
 
-    Loader {
+    TodoHeader {
         id: header
 
-        active: row.isHeader
         anchors.bottom: parent.bottom
+        isCurrent: row.isCurrent && row.isFocused
+        text: row.text
+        visible: row.isHeader
         width: parent.width
 
-        sourceComponent: TodoHeader {
-            isCurrent: row.isCurrent && row.isFocused
-            text: row.text
-
-            onClicked: row.choose()
-        }
+        onClicked: row.choose()
     }
 
     Theme.PlainButton {

@@ -1,40 +1,26 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Varnic.LiveView
 import Varnic.Theme as Theme
 
 /// Asks before a recording is thrown away. It goes away by itself when the recording ends otherwise.
-T.Dialog {
+Theme.Sheet {
     id: dialog
 
-    anchors.centerIn: T.Overlay.overlay
-    closePolicy: T.Popup.CloseOnEscape
-    focus: true
-    implicitHeight: implicitContentHeight + topPadding + bottomPadding
-    implicitWidth: 380
-    modal: true
-    padding: Theme.Space.xl
-    title: "Throw this recording away?"
+    name: "Throw this recording away?"
+    visible: false
+    width: 380
 
-    T.Overlay.modal: Rectangle {
-        color: Qt.alpha("black", 0.25)
-    }
-    background: Rectangle {
-        border.color: Theme.Palette.rule
-        border.width: 1
-        color: Theme.Palette.surface
-        radius: Theme.Radius.card
-    }
-    contentItem: ColumnLayout {
+    ColumnLayout {
         spacing: Theme.Space.m
+        width: parent.width
 
         Theme.Heading {
             Layout.fillWidth: true
             color: Theme.Palette.ink
             font: Theme.Typo.subheading
             level: 1
-            text: dialog.title
+            text: dialog.name
             wrapMode: Text.Wrap
         }
 

@@ -70,7 +70,10 @@ void PillWindow::follow(const QPointF& point) {
 bool PillWindow::event(QEvent* event) {
     const bool isTaken = QQuickWindow::event(event);
     const auto* mouse = event->isPointerEvent() ? dynamic_cast<const QMouseEvent*>(event) : nullptr;
-    if (mouse != nullptr && !mouse->buttons().testFlag(Qt::LeftButton)) {
+    if (mouse == nullptr) {
+        return isTaken;
+    }
+    if (!mouse->buttons().testFlag(Qt::LeftButton)) {
         grip_.reset();
     } else if (grip_ && event->type() == QEvent::MouseMove) {
         const QPoint pointer = mouse->globalPosition().toPoint();

@@ -65,7 +65,7 @@ Item {
         wrapMode: Text.WordWrap
     }
 
-    Text {
+    Theme.Label {
         id: stamp
 
         anchors.right: stop.left

@@ -50,7 +50,7 @@ FocusScope {
         font: field.font
         selectByMouse: true
         selectedTextColor: Theme.Palette.ink
-        selectionColor: Theme.Palette.youWash
+        selectionColor: Theme.Palette.selection
         textFormat: TextEdit.PlainText
         width: field.width
         wrapMode: TextEdit.Wrap

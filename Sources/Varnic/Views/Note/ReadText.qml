@@ -12,7 +12,7 @@ TextEdit {
     readOnly: true
     selectByMouse: true
     selectedTextColor: color
-    selectionColor: Theme.Palette.youWash
+    selectionColor: Theme.Palette.selection
     textFormat: TextEdit.PlainText
     wrapMode: TextEdit.Wrap
 }

@@ -141,7 +141,7 @@ void Program::start(const Request& request) {
     }
     // A press of the desktop's own shortcut records without a window in the way of the call; the reminder, the pill and
     // the tray show what goes on.
-    if (request.kind == Request::Kind::toggleRecording) {
+    if (request.kind == Request::Kind::toggleRecording || request.kind == Request::Kind::background) {
         QMetaObject::invokeMethod(this, &Program::launch, Qt::QueuedConnection);
     } else {
         window_.activate();
@@ -189,8 +189,13 @@ void Program::openUpdateWindow() {
     if (!updateWindow_) {
         updateWindow_ = makeWindow<QQuickWindow>(window_.engine(), "Update/UpdateWindow.qml");
     }
-    if (updateWindow_) {
-        updateWindow_->show();
+    if (!updateWindow_) {
+        return;
+    }
+    // A new window comes to the front where the desktop sees fit: nobody may have asked for it, who is typing.
+    const bool isShown = updateWindow_->isVisible();
+    updateWindow_->show();
+    if (isShown) {
         updateWindow_->raise();
         updateWindow_->requestActivate();
     }

@@ -28,8 +28,11 @@ public:
     /// Makes everything but shows and loads nothing. Throws std::runtime_error when the window cannot be made.
     explicit Program(AppPlaces places);
 
-    /// Shows the window, unless the request is for a recording alone, and begins the start of the program.
+    /// Shows the window, unless the request is for a recording alone or for no window, and begins the start of the
+    /// program.
     void start(const Request& request);
+
+    [[nodiscard]] AppModel& model() { return model_; }
 
     /// Does what another start of the program asks.
     void perform(const Request& request) { delegate_.perform(request); }

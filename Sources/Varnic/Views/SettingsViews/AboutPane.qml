@@ -75,6 +75,10 @@ SettingsPage {
         }
     }
 
+    UpdateRows {
+        visible: page.reading === "" && hasUpdater
+    }
+
     LicencePage {
         text: page.reading === "licence" ? AboutVarnic.licence : page.reading === "thirdParties" ? AboutVarnic.thirdParties : ""
         textFormat: page.reading === "thirdParties" ? Text.MarkdownText : Text.PlainText

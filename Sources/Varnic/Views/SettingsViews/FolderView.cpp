@@ -5,17 +5,13 @@
 
 #include <QPointer>
 
-#include <system_error>
+#include <utility>
 
 namespace varnic {
 
 QCoro::Task<> showFolder(AppModel& model, std::filesystem::path folder) {
     const QPointer self(&model);
-    const auto show = [folder = std::move(folder)] {
-        std::error_code ignored;
-        std::filesystem::create_directories(folder, ignored);
-        return FileManager::showFolder(folder);
-    };
+    const auto show = [folder = std::move(folder)] { return FileManager::showFolder(folder); };
     const bool isShown = co_await inBackground(show);
     if (self && !isShown) {
         self->flash({.text = "No file manager was found", .symbol = "exclamationmark.triangle"});

@@ -6,8 +6,7 @@
 
 namespace varnic {
 
-/// Shows a folder, which is made if it isn't there, in the desktop's file manager. A toast where there is none. Main
-/// thread.
+/// Shows a folder in the desktop's file manager; a toast where there is none. Main thread.
 QCoro::Task<> showFolder(AppModel& model, std::filesystem::path folder);
 
 } // namespace varnic

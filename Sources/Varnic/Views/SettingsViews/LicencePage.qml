@@ -39,7 +39,7 @@ Column {
         readOnly: true
         selectByMouse: true
         selectedTextColor: Theme.Palette.ink
-        selectionColor: Theme.Palette.youWash
+        selectionColor: Theme.Palette.selection
         width: parent.width
         wrapMode: TextEdit.Wrap
     }

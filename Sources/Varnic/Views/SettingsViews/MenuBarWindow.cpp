@@ -36,15 +36,26 @@ void MenuBarWindow::toggleAt(const QRect& icon) {
         hide();
         return;
     }
+    icon_ = icon;
     Q_EMIT aboutToShow();
-    const QScreen* iconScreen = QGuiApplication::screenAt(icon.center());
-    if (iconScreen == nullptr) {
-        iconScreen = QGuiApplication::primaryScreen();
-    }
-    setGeometry(place(icon, size(), iconScreen->availableGeometry()));
+    takePlace();
     show();
     raise();
     requestActivate();
+}
+
+void MenuBarWindow::takePlace() {
+    const QScreen* iconScreen = QGuiApplication::screenAt(icon_.center());
+    if (iconScreen == nullptr) {
+        iconScreen = QGuiApplication::primaryScreen();
+    }
+    setPosition(place(icon_, size(), iconScreen->availableGeometry()).topLeft());
+}
+
+/// Its rows come and go while it shows, and must not grow over the icon.
+void MenuBarWindow::resizeEvent(QResizeEvent* event) {
+    QQuickWindow::resizeEvent(event);
+    takePlace();
 }
 
 void MenuBarWindow::openVarnic() {

@@ -35,6 +35,12 @@ Q_SIGNALS:
 
 protected:
     void focusOutEvent(QFocusEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void takePlace();
+
+    QRect icon_;
 };
 
 } // namespace varnic

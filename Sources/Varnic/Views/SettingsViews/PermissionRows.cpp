@@ -3,8 +3,8 @@
 #include "Varnic/Background.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/SettingsViews/FolderView.h"
+#include "VarnicCore/Files/LibraryError.h"
 #include "VarnicCore/Models/Wording.h"
-#include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <QPointer>
 
@@ -68,23 +68,23 @@ QCoro::Task<> PermissionRows::look() {
         co_return;
     }
     const QPointer self(this);
-    const auto survey = [saidYes = isAllowed(), locale = model_->settings.localeID.value()] {
-        return Permissions::survey(saidYes, locale);
-    };
-    const Permissions::States states = co_await inBackground(survey);
+    const auto survey = [saidYes = isAllowed(), locale = model_->settings.localeID.value(),
+                         reader = model_->region.locale] { return Permissions::look(saidYes, locale, reader); };
+    const Permissions::Findings findings = co_await inBackground(survey);
     if (self) {
         isLooking_ = false;
-        show(states);
+        show(findings);
     }
 }
 
-void PermissionRows::show(const Permissions::States& states) {
+void PermissionRows::show(const Permissions::Findings& findings) {
     std::vector<SetupRow> rows;
-    for (const Permission& permission : Permissions::described(states, model_->settings.localeID.value())) {
+    for (const Permission& permission :
+         Permissions::described(findings, model_->settings.localeID.value(), model_->region.locale)) {
         rows.push_back(row(static_cast<int>(rows.size()), permission, inSettings_));
     }
     setRows(std::move(rows));
-    states_ = states;
+    states_ = findings.states;
     Q_EMIT stateChanged();
 }
 
@@ -114,12 +114,20 @@ void PermissionRows::open(int row) {
         return;
     }
     if (row == speechRow) {
-        showFolder(*model_, SpeechModels::dataDirectories().front() / "varnic" / "models");
+        showModels();
         return;
     }
     const auto described = Permissions::described(states_, model_->settings.localeID.value());
     if (!Permissions::openSettings(described.at(static_cast<std::size_t>(row)).pane)) {
         model_->flash({.text = "No settings program was found", .symbol = "exclamationmark.triangle"});
+    }
+}
+
+void PermissionRows::showModels() {
+    try {
+        showFolder(*model_, Permissions::modelsFolder());
+    } catch (const LibraryError& error) {
+        model_->flash({.text = error.what(), .symbol = "exclamationmark.triangle"});
     }
 }
 

@@ -69,7 +69,8 @@ Q_SIGNALS:
 
 private:
     QCoro::Task<> look();
-    void show(const Permissions::States& states);
+    void showModels();
+    void show(const Permissions::Findings& findings);
 
     AppModel* model_ = nullptr;
     QTimer tick_;

@@ -14,6 +14,10 @@ SettingsWindow {
     title: "Settings"
     width: 600
 
+    Theme.FocusKeeper {
+        window: tabs.Window.window
+    }
+
     FocusScope {
         anchors.fill: parent
         focus: true

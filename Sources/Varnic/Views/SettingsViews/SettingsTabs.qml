@@ -43,6 +43,7 @@ Rectangle {
                 required property string modelData
 
                 Accessible.name: text
+                Accessible.onPressAction: bar.chosen(index)
                 Accessible.selectable: true
                 Accessible.selected: isCurrent
                 checked: isCurrent

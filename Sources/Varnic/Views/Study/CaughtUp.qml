@@ -20,9 +20,7 @@ Item {
             size: 34
         }
 
-        Text {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
+        Theme.Label {
             color: Theme.Palette.ink
             font: Theme.Typo.subheading
             horizontalAlignment: Text.AlignHCenter
@@ -31,9 +29,7 @@ Item {
             wrapMode: Text.Wrap
         }
 
-        Text {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
+        Theme.Label {
             color: Theme.Palette.inkFaint
             font: Theme.Typo.ui
             horizontalAlignment: Text.AlignHCenter
@@ -42,9 +38,7 @@ Item {
             wrapMode: Text.Wrap
         }
 
-        Text {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
+        Theme.Label {
             color: Theme.Palette.inkSoft
             font: Theme.Typo.ui
             horizontalAlignment: Text.AlignHCenter

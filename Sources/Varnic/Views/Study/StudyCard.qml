@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Templates as T
 import Varnic.Study
 import Varnic.Theme as Theme
 
 /// A card that turns over: the question in front, the answer behind. What does not fit is scrolled to.
-T.Control {
+Item {
     id: card
 
     readonly property bool isBackShowing: turn.angle > 90
@@ -14,10 +13,12 @@ T.Control {
     Accessible.focusable: true
     Accessible.name: study.spoken
     Accessible.role: Accessible.Button
-    focusPolicy: Qt.TabFocus
+    activeFocusOnTab: true
     objectName: "studyCard"
 
-    contentItem: Item {
+    Item {
+        anchors.fill: parent
+
         transform: Rotation {
             id: turn
 
@@ -58,6 +59,7 @@ T.Control {
             tag: "Answer"
             tint: Theme.Palette.them
             visible: card.isBackShowing
+            words: card.study.answer
 
             transform: Rotation {
                 angle: 180
@@ -73,7 +75,6 @@ T.Control {
         }
     }
 
-    Accessible.onPressAction: study.flip()
     Keys.onDownPressed: shownFace.scrollBy(40)
     Keys.onUpPressed: shownFace.scrollBy(-40)
     Keys.onPressed: event => {
@@ -83,20 +84,6 @@ T.Control {
         } else {
             event.accepted = false;
         }
-    }
-
-    Theme.FocusRing {
-        corner: Theme.Radius.card
-        visible: card.visualFocus
-    }
-
-    // While an answer turns away, that of the next card is not told.
-    Binding {
-        property: "words"
-        restoreMode: Binding.RestoreNone
-        target: back
-        value: card.study.answer
-        when: card.study.flipped || !card.isBackShowing
     }
 
     TapHandler {

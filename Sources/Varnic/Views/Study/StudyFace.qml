@@ -8,7 +8,7 @@ Rectangle {
 
     required property string tag
     required property color tint
-    property string words
+    required property string words
 
     /// By so many points down the text, as far as it goes.
     function scrollBy(distance: real) {

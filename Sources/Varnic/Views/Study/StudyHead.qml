@@ -19,20 +19,17 @@ RowLayout {
     Column {
         Layout.fillWidth: true
 
-        Text {
-            Accessible.name: text
-            Accessible.role: Accessible.Heading
+        Theme.Heading {
             color: Theme.Palette.ink
             elide: Text.ElideRight
             font: Theme.Typo.subheading
+            level: 1
             text: head.study.title
             textFormat: Text.PlainText
             width: parent.width
         }
 
-        Text {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
+        Theme.Label {
             color: Theme.Palette.inkFaint
             font: Theme.Typo.caption
             text: "Flashcards · " + head.study.toGo

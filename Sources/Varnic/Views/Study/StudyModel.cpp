@@ -32,12 +32,13 @@ void StudyModel::begin() {
     queue_.clear();
     grades_.clear();
     isFlipped_ = false;
+    answer_.clear();
     if (const Note* note = deck()) {
         for (const Block& due : Flashcards::dueCards(*note, currentDate())) {
             queue_.push_back({due.id, due.card});
         }
     }
-    Q_EMIT changed();
+    tell();
 }
 
 const Note* StudyModel::deck() const {
@@ -67,7 +68,7 @@ void StudyModel::take(const ChangedNotes& notes) {
         queue_.clear();
         grades_.clear();
         isFlipped_ = false;
-        Q_EMIT changed();
+        tell();
         close();
         return;
     }
@@ -83,7 +84,7 @@ void StudyModel::take(const ChangedNotes& notes) {
     if (askedId() != asked) {
         isFlipped_ = false;
     }
-    Q_EMIT changed();
+    tell();
 }
 
 QString StudyModel::title() const {
@@ -104,8 +105,12 @@ QString StudyModel::question() const {
     return QString::fromStdString(side(&Block::text));
 }
 
-QString StudyModel::answer() const {
-    return QString::fromStdString(side(&Block::back));
+/// An answer stays as it was while its card turns away, for the next one is not to be seen yet.
+void StudyModel::tell() {
+    if (isFlipped_) {
+        answer_ = QString::fromStdString(side(&Block::back));
+    }
+    Q_EMIT changed();
 }
 
 QString StudyModel::spoken() const {
@@ -128,7 +133,7 @@ QString StudyModel::comeback() const {
 void StudyModel::flip() {
     if (hasCard()) {
         isFlipped_ = !isFlipped_;
-        Q_EMIT changed();
+        tell();
     }
 }
 
@@ -149,7 +154,7 @@ void StudyModel::grade(Grade grade) {
         queue_.push_back({id, after});
     }
     isFlipped_ = false;
-    Q_EMIT changed();
+    tell();
 }
 
 void StudyModel::undo() {
@@ -170,7 +175,7 @@ void StudyModel::undo() {
         queue_.push_front({last.card, block->card});
     }
     isFlipped_ = block != nullptr;
-    Q_EMIT changed();
+    tell();
 }
 
 bool StudyModel::press(int key, int modifiers) {

@@ -25,8 +25,9 @@ class StudyModel : public QObject, public QQmlParserStatus {
     /// "3 to go".
     Q_PROPERTY(QString toGo READ toGo NOTIFY changed)
     Q_PROPERTY(bool hasCard READ hasCard NOTIFY changed)
-    /// The two sides of the card that is asked; empty without one.
+    /// Of the card that is asked; empty without one.
     Q_PROPERTY(QString question READ question NOTIFY changed)
+    /// The answer that shows, or else the one that showed last.
     Q_PROPERTY(QString answer READ answer NOTIFY changed)
     /// Whether the answer shows.
     Q_PROPERTY(bool flipped READ isFlipped NOTIFY changed)
@@ -57,7 +58,8 @@ public:
     [[nodiscard]] bool hasCard() const { return !queue_.empty(); }
 
     [[nodiscard]] QString question() const;
-    [[nodiscard]] QString answer() const;
+
+    [[nodiscard]] QString answer() const { return answer_; }
 
     [[nodiscard]] bool isFlipped() const { return isFlipped_; }
 
@@ -101,6 +103,7 @@ private:
     };
 
     void begin();
+    void tell();
     void take(const ChangedNotes& notes);
     [[nodiscard]] const Note* deck() const;
     [[nodiscard]] const Block* card(const Uuid& id) const;
@@ -111,6 +114,7 @@ private:
     Uuid deckId_;
     std::deque<QueuedCard> queue_;
     bool isFlipped_ = false;
+    QString answer_;
     /// One for each that was given, the last one at the end.
     std::vector<GivenGrade> grades_;
     /// The note changes by what is done here.

@@ -30,6 +30,8 @@ QtObject {
     readonly property color them: dark ? "#EF9474" : "#B04A2E"
     /// Your tint.
     readonly property color youWash: Qt.rgba(you.r, you.g, you.b, dark ? 0.14 : 0.09)
+    /// Behind selected text; opaque, since the text is drawn once more over it.
+    readonly property color selection: Qt.tint(paper, youWash)
     /// Their tint.
     readonly property color themWash: Qt.rgba(them.r, them.g, them.b, dark ? 0.14 : 0.09)
     /// Recording marks.

@@ -15,7 +15,7 @@ T.TextField {
     rightPadding: 10
     selectByMouse: true
     selectedTextColor: Theme.Palette.ink
-    selectionColor: Theme.Palette.youWash
+    selectionColor: Theme.Palette.selection
     verticalAlignment: TextInput.AlignVCenter
 
     background: Rectangle {

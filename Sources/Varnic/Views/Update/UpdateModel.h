@@ -28,7 +28,8 @@ class UpdateModel : public QObject {
                    automaticallyDownloadsChanged)
     /// One line for the settings; may be empty.
     Q_PROPERTY(QString status READ status NOTIFY changed)
-    Q_PROPERTY(Phase phase READ phase NOTIFY changed)
+    Q_PROPERTY(bool isChecking READ isChecking NOTIFY changed)
+    Q_PROPERTY(bool isDownloading READ isDownloading NOTIFY changed)
     // What the window says in the phase; empty for nothing.
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString detail READ detail NOTIFY changed)
@@ -44,7 +45,6 @@ class UpdateModel : public QObject {
 
 public:
     enum Phase { idle, checking, upToDate, available, downloading, ready, failed };
-    Q_ENUM(Phase)
 
     static UpdateModel* create(const QQmlEngine* engine, const QJSEngine* scripts);
 
@@ -57,6 +57,11 @@ public:
     void setAutomaticallyDownloads(bool downloads);
     [[nodiscard]] QString status() const;
     [[nodiscard]] Phase phase() const;
+
+    [[nodiscard]] bool isChecking() const { return phase() == checking; }
+
+    [[nodiscard]] bool isDownloading() const { return phase() == downloading; }
+
     [[nodiscard]] QString title() const;
     [[nodiscard]] QString detail() const;
     [[nodiscard]] QString notes() const;

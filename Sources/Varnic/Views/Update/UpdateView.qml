@@ -44,7 +44,7 @@ FocusScope {
         Theme.Spinner {
             Layout.alignment: Qt.AlignHCenter
             size: 20
-            visible: UpdateModel.phase === UpdateModel.checking
+            visible: UpdateModel.isChecking
         }
 
         DetailText {
@@ -59,7 +59,7 @@ FocusScope {
             implicitHeight: 6
             implicitWidth: 260
             value: UpdateModel.progress
-            visible: UpdateModel.phase === UpdateModel.downloading
+            visible: UpdateModel.isDownloading
 
             background: Rectangle {
                 color: Theme.Palette.wash

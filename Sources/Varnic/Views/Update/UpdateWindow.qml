@@ -24,7 +24,7 @@ Window {
     }
 
     Shortcut {
-        sequences: [StandardKey.Cancel, StandardKey.Close]
+        sequences: ["Esc", "Ctrl+W"]
 
         onActivated: window.close()
     }

@@ -68,6 +68,7 @@ TEST_F(Study, failed_card_returns_behind_the_others_until_it_is_known) {
     EXPECT_EQ(study.spoken(), "Answer: A1");
     study.grade(StudyModel::Again);
     EXPECT_EQ(study.spoken(), "Question: Q2");
+    EXPECT_EQ(study.answer(), "A1"); // which turns away now
     EXPECT_EQ(study.toGo(), "2 to go");
     answer(StudyModel::Easy);
     EXPECT_EQ(study.question(), "Q1");

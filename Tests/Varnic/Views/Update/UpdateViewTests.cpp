@@ -42,7 +42,7 @@ protected:
         brevin::makeBundle(folder.path() / "Tiny.app", "0.1.0");
     }
 
-    ~UpdateViewTests() override { ::unsetenv("SSL_CERT_FILE"); }
+    void TearDown() override { ::unsetenv("SSL_CERT_FILE"); }
 
     void show(bool isInPlace) {
         brevin::writeFile(folder.path() / "feed.json", feed.encode());

@@ -62,6 +62,8 @@ public:
     [[nodiscard]] QAccessible::Role role() const override {
         for (const auto& [name, role] : {std::pair("QQuickCheckBox", QAccessible::CheckBox),
                                          std::pair("QQuickRadioButton", QAccessible::RadioButton),
+                                         std::pair("QQuickTabButton", QAccessible::PageTab),
+                                         std::pair("QQuickItemDelegate", QAccessible::ListItem),
                                          std::pair("QQuickMenuItem", QAccessible::MenuItem)}) {
             if (item().inherits(name)) {
                 return role;
@@ -87,9 +89,11 @@ public:
         QAccessible::State state;
         state.disabled = !item().isEnabled();
         state.focusable = item().activeFocusOnTab() || said("focusable").toBool();
-        state.focused = item().hasActiveFocus();
+        state.focused = item().hasActiveFocus() || said("focused").toBool(); // a list can say so of its row
         state.checkable = isCheckable();
         state.checked = isChecked();
+        state.selectable = said("selectable").toBool();
+        state.selected = said("selected").toBool();
         state.pressed = item().property("down").toBool();
         state.invisible = window() == nullptr || !window()->isVisible() || !item().isVisible() || rect().isEmpty() ||
                           qFuzzyIsNull(item().opacity());
@@ -106,7 +110,7 @@ public:
             return {};
         }
         QStringList names{pressAction()};
-        if (isCheckable()) {
+        if (isCheckable() && role() != QAccessible::PageTab) {
             names.prepend(toggleAction());
         }
         if (state().focusable) {
@@ -121,10 +125,8 @@ public:
         }
         if (action == setFocusAction()) {
             item().forceActiveFocus(Qt::OtherFocusReason);
-        } else if (item().inherits("QQuickCheckBox")) {
-            item().setProperty("checked", !isChecked());
-        } else if (item().inherits("QQuickRadioButton")) {
-            item().setProperty("checked", true);
+        } else if (isCheckedByItself()) {
+            item().setProperty("checked", item().property("autoExclusive").toBool() || !isChecked());
         } else {
             QMetaObject::invokeMethod(told(object()), "pressAction");
         }
@@ -145,6 +147,12 @@ private:
     [[nodiscard]] bool isCheckable() const { return item().property("checkable").toBool() || isSwitch(); }
 
     [[nodiscard]] bool isChecked() const { return item().property(isSwitch() ? "isOn" : "checked").toBool(); }
+
+    /// What is done with it follows from that, rather than from a press.
+    [[nodiscard]] bool isCheckedByItself() const {
+        return item().property("checkable").toBool() && !item().inherits("QQuickButton") &&
+               !item().inherits("QQuickMenuItem");
+    }
 
     [[nodiscard]] bool isSwitch() const { return item().property("isSwitch").toBool(); }
 };

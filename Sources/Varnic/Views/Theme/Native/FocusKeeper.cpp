@@ -119,7 +119,8 @@ void FocusKeeper::setWindow(QQuickWindow* window) {
 }
 
 void FocusKeeper::look() {
-    if (window_ == nullptr) {
+    // A window that isn't in front has no place for the keyboard, and finds its own again when it comes to the front.
+    if (window_ == nullptr || !window_->isActive()) {
         return;
     }
     QQuickItem* const now = stopAt(window_->activeFocusItem());

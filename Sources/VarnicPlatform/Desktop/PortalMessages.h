@@ -16,6 +16,8 @@ struct Response {
     bool isGranted = false;
     /// The results that are texts or paths.
     std::map<std::string, std::string> texts;
+    /// The results that are Booleans.
+    std::map<std::string, bool> flags;
     /// How the desktop calls the keys of the first shortcut; empty where it doesn't tell.
     std::string trigger;
 };

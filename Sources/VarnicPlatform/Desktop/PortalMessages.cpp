@@ -1,4 +1,4 @@
-#include "VarnicPlatform/Hotkey/PortalMessages.h"
+#include "VarnicPlatform/Desktop/PortalMessages.h"
 
 #include <systemd/sd-bus.h>
 
@@ -46,6 +46,15 @@ bool readText(sd_bus_message* message, const char* name, std::string_view type, 
     return true;
 }
 
+bool readFlag(sd_bus_message* message, const char* name, std::string_view type, std::map<std::string, bool>& flags) {
+    int flag = 0;
+    if (type != "b" || sd_bus_message_read_basic(message, 'b', &flag) <= 0) {
+        return false;
+    }
+    flags.insert_or_assign(name, flag != 0);
+    return true;
+}
+
 /// Reads the shortcuts that were bound, of which there is one.
 void readShortcuts(sd_bus_message* message, std::string& trigger) {
     if (sd_bus_message_enter_container(message, SD_BUS_TYPE_ARRAY, "(sa{sv})") <= 0) {
@@ -83,7 +92,7 @@ std::optional<Response> readResponse(sd_bus_message* message) {
             readShortcuts(message, response.trigger);
             return true;
         }
-        return readText(message, name, type, response.texts);
+        return readText(message, name, type, response.texts) || readFlag(message, name, type, response.flags);
     });
     return isRead ? std::optional(std::move(response)) : std::nullopt;
 }
