@@ -6,6 +6,8 @@
 #include "VarnicCore/Summariser/ExtractiveSummariser.h"
 
 #include <algorithm>
+#include <chrono>
+#include <optional>
 #include <string>
 #include <utility>
 

@@ -1,5 +1,6 @@
 #include "Varnic/DemoData/DemoNotes.h"
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <utility>

@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
+#include <optional>
+#include <vector>
 
 namespace varnic {
 

@@ -19,6 +19,10 @@
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace varnic {
 

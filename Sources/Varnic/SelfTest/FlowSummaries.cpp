@@ -7,8 +7,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <exception>
 #include <fstream>
 #include <iterator>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace varnic {
 

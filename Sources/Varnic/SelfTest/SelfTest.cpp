@@ -11,6 +11,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
+#include <optional>
 #include <string_view>
 
 namespace varnic::SelfTest {
