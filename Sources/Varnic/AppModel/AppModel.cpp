@@ -91,6 +91,7 @@ AppModel::~AppModel() {
 QCoro::Task<> AppModel::setKey(std::string value) {
     const bool isRemoval = Unicode::trim(value).empty();
     const QPointer self(this);
+    // Not in one expression: g++ 12 destroys the task of a conditional in a co_await twice.
     auto changing = isRemoval ? apiKey.remove() : apiKey.save(std::move(value));
     const auto problem = co_await changing;
     if (self && problem) {

@@ -58,6 +58,15 @@ std::pair<fs::path, bool> AppPlaces::dataDirectoryFromEnvironment() {
     return {moved, false};
 }
 
+AppPlaces AppPlaces::forDemo(const fs::path& folder) {
+    return {.dataDirectory = folder / "Library",
+            .spareFolder = folder / "Unsaved",
+            .isFixed = true,
+            .isScratch = true,
+            .settings = std::make_unique<QSettings>(QString::fromStdString((folder / "settings.ini").string()),
+                                                    QSettings::IniFormat)};
+}
+
 AppPlaces AppPlaces::fromEnvironment() {
     auto [folder, isScratch] = dataDirectoryFromEnvironment();
     auto settings = openSettings(isScratch);

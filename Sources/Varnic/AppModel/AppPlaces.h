@@ -23,6 +23,9 @@ struct AppPlaces {
     /// library and settings. Throws as `dataDirectoryFromEnvironment`.
     static AppPlaces fromEnvironment();
 
+    /// All of it in this folder, for a demonstration: nothing of the user's is read or written.
+    static AppPlaces forDemo(const std::filesystem::path& folder);
+
     /// The folder alone, and whether it is for trying out; changes no settings. Throws std::runtime_error with the
     /// user's sentence where the library was moved to a place that isn't there now, as on a disk that is not connected:
     /// another one must not begin there.

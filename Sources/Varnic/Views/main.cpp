@@ -1,5 +1,7 @@
 #include "BrevinKit/Updater/Installation.h"
 #include "Varnic/AppModel/AppPlaces.h"
+#include "Varnic/DemoData/DemoData.h"
+#include "Varnic/SelfTest/SelfTest.h"
 #include "Varnic/Shell/CommandLine.h"
 #include "Varnic/Shell/SingleInstance.h"
 #include "Varnic/Views/Program/Program.h"
@@ -10,14 +12,17 @@
 #include <QFile>
 #include <QFontDatabase>
 #include <QMessageBox>
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <iterator>
+#include <memory>
 #include <optional>
 #include <span>
+#include <stdexcept>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -58,6 +63,23 @@ int refuse(const std::string& problem) {
     return 1;
 }
 
+std::filesystem::path pathOf(const QTemporaryDir& folder) {
+    return folder.path().toStdString();
+}
+
+/// Where a demonstration keeps what a program writes, gone at its end; null where there is to be none. Throws
+/// std::runtime_error where it can't be made.
+std::unique_ptr<QTemporaryDir> demoFolder() {
+    if (!varnic::DemoData::isAskedFor()) {
+        return nullptr;
+    }
+    auto folder = std::make_unique<QTemporaryDir>();
+    if (!folder->isValid()) {
+        throw std::runtime_error(folder->errorString().toStdString());
+    }
+    return folder;
+}
+
 int run(int argc, char** argv) {
     QApplication application(argc, argv);
     QGuiApplication::setApplicationDisplayName("Varnic");
@@ -65,9 +87,11 @@ int run(int argc, char** argv) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const CommandLine line = CommandLine::parse(QCoreApplication::arguments());
 
+    const std::unique_ptr<QTemporaryDir> demo = demoFolder();
     std::pair<std::filesystem::path, bool> place;
     try {
-        place = varnic::AppPlaces::dataDirectoryFromEnvironment();
+        place = demo ? std::pair(varnic::AppPlaces::forDemo(pathOf(*demo)).dataDirectory, true)
+                     : varnic::AppPlaces::dataDirectoryFromEnvironment();
     } catch (const std::exception& error) {
         return refuse(error.what());
     }
@@ -85,7 +109,7 @@ int run(int argc, char** argv) {
     varnic::prepareFonts();
     // Listing the installed fonts takes long; it goes on beside the rest up to the first text, which waits for it.
     const std::jthread fonts([] { QFontDatabase::families(); });
-    varnic::Program program(varnic::AppPlaces::fromEnvironment());
+    varnic::Program program(demo ? varnic::AppPlaces::forDemo(pathOf(*demo)) : varnic::AppPlaces::fromEnvironment());
     QObject::connect(&program.model(), &varnic::AppModel::libraryMoved, &instance,
                      [&instance](const std::filesystem::path& folder) { instance.follow(folder); });
     instance.setHandler([&program](const varnic::Request& request) { program.perform(request); });
@@ -99,6 +123,10 @@ int main(int argc, char** argv) {
     goBackToPlace(argv);
     if (const auto code = answer(argc, argv)) {
         return *code;
+    }
+    if (const auto refusal = varnic::SelfTest::isAskedFor() ? varnic::SelfTest::refusal() : std::nullopt) {
+        std::puts(refusal->c_str());
+        return 0; // the line is the verdict
     }
     try {
         return run(argc, argv);

@@ -32,12 +32,16 @@ std::map<Speaker, std::vector<std::string>> script() {
 }
 
 std::vector<Segment> segments(double start, double pace) {
+    return timed(lines(), start, pace);
+}
+
+std::vector<Segment> timed(const std::vector<std::pair<Speaker, std::string>>& spoken, double start, double pace) {
     constexpr double secondsAWord = 0.36;
     constexpr double extra = 0.4;
     constexpr double pause = 0.7;
     std::vector<Segment> transcript;
     double time = start;
-    for (const auto& [speaker, text] : lines()) {
+    for (const auto& [speaker, text] : spoken) {
         const double length = static_cast<double>(TextKit::wordCount(text)) * secondsAWord * pace + extra;
         transcript.emplace_back(speaker, time, time + length, text);
         time += length + pause;

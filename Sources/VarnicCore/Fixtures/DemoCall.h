@@ -21,4 +21,7 @@ std::map<Speaker, std::vector<std::string>> script();
 /// seconds.
 std::vector<Segment> segments(double start, double pace);
 
+/// The same of other lines.
+std::vector<Segment> timed(const std::vector<std::pair<Speaker, std::string>>& spoken, double start, double pace);
+
 } // namespace varnic::DemoCall

@@ -33,6 +33,9 @@ EditorSurface {
     ListView {
         id: view
 
+        /// Where the top was before what stands above the blocks took its height.
+        property real topBefore: 0
+
         objectName: "sheet"
         anchors.fill: parent
         boundsBehavior: Flickable.StopAtBounds
@@ -83,6 +86,14 @@ EditorSurface {
             id: theBlocks
 
             note: ground.note
+        }
+
+        // A list keeps its first row in place while its header grows, and so would leave the top of a page.
+        onOriginYChanged: {
+            if (Math.abs(contentY - topBefore) < 1) {
+                contentY = originY;
+            }
+            topBefore = originY;
         }
     }
 

@@ -2,8 +2,10 @@
 
 #include "Varnic/AppModel/AppPlaces.h"
 #include "Varnic/Background.h"
+#include "Varnic/DemoData/DemoData.h"
 #include "Varnic/LoopExecutor.h"
 #include "Varnic/Recording/RecordingController.h"
+#include "Varnic/SelfTest/SelfTest.h"
 #include "Varnic/Views/Program/FileDialogs.h"
 #include "Varnic/Views/Program/QuitDialog.h"
 #include "Varnic/Views/Program/QuitRule.h"
@@ -53,11 +55,7 @@ Program::Program(AppPlaces places)
       window_(ViewContext{.model = model_, .shell = &delegate_, .updater = &updater_}),
       signals_([this] { delegate_.terminate(AppDelegate::Occasion::system); }) {
     fillInDesktop();
-    delegate_.hooks.startKit = [this] { updater_.start(); };
-    delegate_.hooks.ask = [this](QuitQuestion question) {
-        window_.activate();
-        return QuitDialog::ask(&window_.window(), std::move(question));
-    };
+    fillInHooks();
     delegate_.notifications().isWindowInFront = [this] { return window_.isInFront(); };
     makePill();
     connect(&window_.window(), &QWindow::visibleChanged, this, [this](bool isVisible) {
@@ -76,6 +74,21 @@ brevin::Updater::Host Program::updaterHost() {
             .openWindow = [this] { openUpdateWindow(); },
             .openURL = [this](const std::string& url) { model_.desktop.openURL(url); },
             .terminate = [this] { delegate_.terminate(); }};
+}
+
+void Program::fillInHooks() {
+    delegate_.hooks.startKit = [this] {
+        // What only shows or tests the program asks nobody for a newer one.
+        if (!SelfTest::isAskedFor() && !DemoData::isAskedFor()) {
+            updater_.start();
+        }
+    };
+    delegate_.hooks.runSelfTest = [this] { return SelfTest::run(model_, delegate_); };
+    delegate_.hooks.loadDemo = [](AppModel& model) { DemoData::load(model); };
+    delegate_.hooks.ask = [this](QuitQuestion question) {
+        window_.activate();
+        return QuitDialog::ask(&window_.window(), std::move(question));
+    };
 }
 
 void Program::fillInDesktop() {

@@ -40,6 +40,7 @@ public:
 private:
     void launch();
     void fillInDesktop();
+    void fillInHooks();
     void makePill();
     [[nodiscard]] bool isProcessing() const;
     [[nodiscard]] bool isSettingsVisible() const;

@@ -98,6 +98,28 @@ TEST_F(NotePageTest, return_in_the_title_goes_to_the_first_block_and_breaks_no_l
     EXPECT_EQ(focused(), model->note(id)->blocks.front().id.text());
 }
 
+TEST_F(NotePageTest, a_page_that_is_longer_than_its_window_opens_at_its_top) {
+    const Uuid first = addCall({Segment(Speaker::you, 0, 1, "Hello.")});
+    const Uuid second = addCall({Segment(Speaker::them, 0, 1, "Goodbye.")});
+    for (const Uuid& id : {first, second}) {
+        model->update(id, true, [](Note& note) {
+            constexpr std::size_t lines = 24;
+            note.blocks.resize(lines);
+            for (Block& block : note.blocks) {
+                block.id = Uuid::random();
+                block.text = "A line of its own.";
+            }
+        });
+    }
+    for (const Uuid& id : {first, second}) {
+        open(id);
+        view.grabWindow(); // lays all out
+        const auto* const sheet = find<QQuickItem>("sheet");
+        EXPECT_LT(sheet->property("originY").toReal(), 0);
+        EXPECT_EQ(sheet->property("contentY").toReal(), sheet->property("originY").toReal());
+    }
+}
+
 TEST_F(NotePageTest, footer_counts_words) {
     const Uuid id = addNote("");
     open(id);
