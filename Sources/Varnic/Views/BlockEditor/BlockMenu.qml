@@ -12,6 +12,8 @@ Theme.PaperMenu {
     required property BlocksModel blocks
     property int row: -1
 
+    title: "Block options"
+
     function open(row: int, item: Item) {
         menu.row = row;
         popup(item, 0, Math.min(item.height, 22) + 2);

@@ -15,6 +15,8 @@ Theme.PaperMenu {
     signal removeColumnWanted(column: int)
     signal removeRowWanted(tableRow: int)
 
+    title: "Cell options"
+
     function open(cell: Item, column: int, tableRow: int) {
         menu.column = column;
         menu.tableRow = tableRow;

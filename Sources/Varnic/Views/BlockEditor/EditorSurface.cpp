@@ -30,6 +30,8 @@ qreal distance(qreal point, qreal from, qreal to) {
 } // namespace
 
 EditorSurface::EditorSurface(QQuickItem* parent) : QQuickItem(parent) {
+    // Else it would have the keyboard itself, which none of its texts then answers.
+    setFlag(ItemIsFocusScope);
     setFiltersChildMouseEvents(true);
     setAcceptedMouseButtons(Qt::LeftButton);
     scroller_.setInterval(30ms);

@@ -93,8 +93,6 @@ Q_SIGNALS:
     void dropLineChanged();
     /// The caret is moved up from the first line.
     void leftAtTop();
-    /// The options of the block of this row are wanted.
-    void optionsWanted(int row);
 
 protected:
     bool childMouseEventFilter(QQuickItem* item, QEvent* event) override;
