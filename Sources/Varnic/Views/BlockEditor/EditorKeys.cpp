@@ -258,7 +258,8 @@ bool EditorKeys::pressTab(BlockField& field, bool forward) {
         return true;
     }
     if (next == nullptr) {
-        return false;
+        surface_.leave(field, forward);
+        return true;
     }
     next->place(next->length());
     return true;
