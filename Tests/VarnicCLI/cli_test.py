@@ -470,6 +470,23 @@ class BadInput(CommandLine):
                 with self.subTest(command):
                     self.assertIn("notes” couldn’t be read: ", self.fails(*command, library=library))
 
+    def test_a_library_that_was_moved_is_found_and_a_missing_one_is_not_begun_anew(self):
+        moved = self.folder / "synchronised" / "Varnic"
+        self.environment |= {"XDG_CONFIG_HOME": str(self.folder / "config"), "XDG_DATA_HOME": str(self.folder / "data")}
+        (self.folder / "note.md").write_text("# Moved along\n\nHere.\n")
+        self.succeed("import", self.folder / "note.md", library=moved)
+        settings = self.folder / "config" / "Varnic" / "settings.ini"
+        settings.parent.mkdir(parents=True)
+        settings.write_text(f"[General]\nlibraryFolder={moved}\n")
+        del self.environment["VARNIC_DATA_DIR"]
+        self.assertIn("Moved along", self.succeed("list"))
+        self.assertNotIn("Moved along", self.succeed("list", library=self.folder / "other"))
+        moved.rename(self.folder / "unplugged")
+        error = self.fails("list")
+        self.assertIn("isn’t there now", error)
+        self.assertIn(str(settings), error)
+        self.assertFalse(moved.exists())
+
     def test_damaged_notes_are_told_and_left_alone_and_the_others_load(self):
         notes = self.library / "notes"
         notes.mkdir(parents=True)

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 namespace varnic {
 
@@ -14,9 +15,28 @@ namespace fs = std::filesystem;
 
 constexpr const char* versionKey = "version";
 
+/// Nothing of what is no file.
 std::string bytesOf(const fs::path& file) {
+    std::error_code ignored;
+    if (!fs::is_regular_file(file, ignored)) {
+        return {};
+    }
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// Whether each line is one of an INI file. A store's status tells that only to the first of a process that reads it.
+bool isWellFormed(const std::string& bytes) {
+    std::istringstream lines(bytes);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t start = line.find_first_not_of(" \t\r");
+        const bool isSaying = start != std::string::npos && line[start] != ';';
+        const char needed = isSaying && line[start] == '[' ? ']' : '=';
+        if (isSaying && line.find(needed) == std::string::npos) {
+            return false;
+        }
+    }
+    return true;
 }
 
 /// A name beside the file that is free, or of a file that holds the same, as another start has made it.
@@ -56,7 +76,7 @@ std::optional<std::string> SettingsFile::keepAside(const QSettings& store, bool 
         fs::copy_file(file, aside, fs::copy_options::skip_existing, failure);
         return "The settings are from a later version of Varnic. What this one doesn’t know of them is left as it is.";
     }
-    if (isDamaged || store.status() == QSettings::FormatError) {
+    if (isDamaged || !isWellFormed(bytesOf(file))) {
         const fs::path aside = nameAside(file, ".damaged");
         fs::copy_file(file, aside, fs::copy_options::skip_existing, failure);
         return "Some settings can’t be read and are as at first." +

@@ -1,6 +1,7 @@
 #include "Varnic/Shell/SingleInstance.h"
 
 #include "Varnic/EventLoop.h"
+#include "VarnicCore/Library/LibraryLock.h"
 #include "VarnicCore/Library/LibraryStore.h"
 #include "VarnicCore/TemporaryFolder.h"
 #include "VarnicPlatform/Desktop/ChildProgram.h"
@@ -13,6 +14,8 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <unistd.h>
 
 namespace varnic {
 namespace {
@@ -91,6 +94,26 @@ TEST_F(SingleInstanceTest, toggle_startsTheProgramAndThenWorksTheRunningOne) {
     EXPECT_EQ(first->wait(), 0);
     ASSERT_EQ(stored().size(), 1U);
     EXPECT_FALSE(stored().front().call->segments.empty());
+}
+
+TEST_F(SingleInstanceTest, background_startsWithoutAWindowAndLeavesARunningProgramAlone) {
+    const auto first = start({"--background"});
+    EXPECT_EQ(first->readLine(), "ready");
+    EXPECT_EQ(outcome({"--background"}), std::pair(std::string("handed over\n"), 0));
+    EXPECT_EQ(outcome({}), std::pair(std::string("handed over\n"), 0));
+    EXPECT_EQ(first->readLine(), "window the-token") << "once, for the one who asked for it";
+    first->signal(SIGTERM);
+    EXPECT_EQ(first->wait(), 0);
+}
+
+TEST_F(SingleInstanceTest, follow_marksTheProgramInTheLibrarysNewPlace) {
+    SingleInstance instance(library, "app.brevin.Varnic.Moving");
+    ASSERT_EQ(instance.claim({}), SingleInstance::Outcome::first);
+    const fs::path moved = folder.path() / "moved";
+    fs::create_directory(moved);
+    instance.follow(moved);
+    EXPECT_EQ(LibraryLock::application(moved), ::getpid());
+    EXPECT_EQ(LibraryLock::application(library), std::nullopt);
 }
 
 TEST_F(SingleInstanceTest, file_isImportedByTheRunningProgram) {

@@ -24,8 +24,9 @@ TEST_F(ChosenDevicesTest, microphone_isRecordedWhateverTheDefaultIs) {
     EXPECT_TRUE(recorder.comesToHear(Speaker::you, otherTone));
     run("default-source second");
     run("default-source test-mic");
-    EXPECT_TRUE(recorder.comesToMiss(Speaker::you, micTone));
+    speakIntoBoth(); // A player may fall silent while its microphone is left and taken again.
     EXPECT_TRUE(recorder.comesToHear(Speaker::you, otherTone));
+    EXPECT_TRUE(recorder.comesToMiss(Speaker::you, micTone));
     EXPECT_EQ(recorder.capture.notice(), std::nullopt);
 }
 

@@ -24,8 +24,10 @@ void BlockField::componentComplete() {
         document_->setUndoRedoEnabled(false);
         sync_.setEditor(editor_);
         connect(&sync_, &TextSync::edited, this, [this](const QString& typed) { surface_->type(*this, typed); });
-        // Of an item made in QML, only signals by their names can be connected to.
-        connect(editor_, SIGNAL(cursorRectangleChanged()), surface_, SLOT(revealCaret()));
+        // Of an item made in QML, only signals by their names can be connected to. Not to cursorRectangleChanged, which
+        // also comes with scrolling.
+        connect(editor_, SIGNAL(cursorPositionChanged()), surface_, SLOT(revealCaret()));
+        connect(editor_, SIGNAL(preeditTextChanged()), surface_, SLOT(revealCaret()));
     }
     surface_->add(*this);
 }
@@ -69,6 +71,7 @@ void BlockField::place(int position) {
     if (isText()) {
         editor_->setProperty("cursorPosition", std::clamp(position, 0, length()));
     }
+    surface_->revealCaret(); // also where the caret has been there while the list was scrolled
 }
 
 void BlockField::select(int from, int to) {

@@ -7,7 +7,8 @@ import Varnic.Theme as Theme
 
 /// What can be done with a block.
 Theme.PaperMenu {
-    id: menu
+    // Not `menu`, which to an entry is the menu that it is in.
+    id: options
 
     required property BlocksModel blocks
     property int row: -1
@@ -15,7 +16,7 @@ Theme.PaperMenu {
     title: "Block options"
 
     function open(row: int, item: Item) {
-        menu.row = row;
+        options.row = row;
         popup(item, 0, Math.min(item.height, 22) + 2);
     }
 
@@ -25,16 +26,16 @@ Theme.PaperMenu {
         title: "Turn Into"
 
         Instantiator {
-            model: menu.blocks.kindTitles
+            model: options.blocks.kindTitles
 
             Theme.PaperMenuItem {
                 required property int index
                 required property string modelData
 
-                symbol: menu.blocks.kindSymbols[index]
+                symbol: options.blocks.kindSymbols[index]
                 text: modelData
 
-                onTriggered: menu.blocks.turnInto(menu.row, index)
+                onTriggered: options.blocks.turnInto(options.row, index)
             }
 
             onObjectAdded: (index, object) => kinds.insertItem(index, object)
@@ -46,14 +47,14 @@ Theme.PaperMenu {
         keys: "Alt+Up"
         text: "Move Up"
 
-        onTriggered: menu.blocks.moveBy(menu.row, -1)
+        onTriggered: options.blocks.moveBy(options.row, -1)
     }
 
     Theme.PaperMenuItem {
         keys: "Alt+Down"
         text: "Move Down"
 
-        onTriggered: menu.blocks.moveBy(menu.row, 1)
+        onTriggered: options.blocks.moveBy(options.row, 1)
     }
 
     Theme.PaperMenuRule {
@@ -63,6 +64,6 @@ Theme.PaperMenu {
         isDestructive: true
         text: "Delete Block"
 
-        onTriggered: menu.blocks.remove(menu.row)
+        onTriggered: options.blocks.remove(options.row)
     }
 }

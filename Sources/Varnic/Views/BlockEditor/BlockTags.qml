@@ -16,7 +16,6 @@ Loader {
     width: active ? implicitWidth : 0
 
     sourceComponent: Row {
-        leftPadding: Theme.Space.s
         spacing: Theme.Space.s
         topPadding: 4
 

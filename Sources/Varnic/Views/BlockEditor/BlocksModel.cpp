@@ -6,6 +6,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
 
 namespace varnic {
 
@@ -78,11 +80,23 @@ void BlocksModel::readBlocks() {
     if (note_->app() == nullptr) {
         return;
     }
-    std::vector<BlockRow> blocks;
-    for (const Block& block : note_->note().blocks) {
-        blocks.push_back({block, block.owner ? note_->name(*block.owner) : std::string()});
+    const std::vector<Block>& blocks = note_->note().blocks;
+    const auto shown = [this](const Block& block) {
+        return BlockRow{block, block.owner ? note_->name(*block.owner) : std::string()};
+    };
+    if (std::ranges::equal(rows(), blocks, {}, &BlockRow::id, &Block::id)) {
+        // As with most keys: of a long note, only what has changed is copied.
+        for (std::size_t row = 0; row < blocks.size(); ++row) {
+            if (blocks[row].owner || !(static_cast<const Block&>(rows()[row]) == blocks[row])) {
+                changeRow(row, shown(blocks[row]));
+            }
+        }
+        return;
     }
-    setRows(std::move(blocks));
+    std::vector<BlockRow> fresh;
+    fresh.reserve(blocks.size());
+    std::ranges::transform(blocks, std::back_inserter(fresh), shown);
+    setRows(std::move(fresh));
 }
 
 int BlocksModel::rowOf(const Uuid& block) const {

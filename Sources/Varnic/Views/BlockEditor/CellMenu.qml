@@ -3,54 +3,55 @@ import Varnic.Theme as Theme
 
 /// What can be done with a cell's row and column.
 Theme.PaperMenu {
-    id: menu
+    // Not `menu`, which to an entry is the menu that it is in.
+    id: options
 
     property int column
     required property int columns
     required property int rows
     property int tableRow
 
+    title: "Cell options"
+
     signal addColumnWanted
     signal addRowWanted
     signal removeColumnWanted(column: int)
     signal removeRowWanted(tableRow: int)
 
-    title: "Cell options"
-
     function open(cell: Item, column: int, tableRow: int) {
-        menu.column = column;
-        menu.tableRow = tableRow;
+        options.column = column;
+        options.tableRow = tableRow;
         popup(cell, 8, cell.height - 4);
     }
 
     Theme.PaperMenuItem {
         text: "Add Row"
 
-        onTriggered: menu.addRowWanted()
+        onTriggered: options.addRowWanted()
     }
 
     Theme.PaperMenuItem {
         text: "Add Column"
 
-        onTriggered: menu.addColumnWanted()
+        onTriggered: options.addColumnWanted()
     }
 
     Theme.PaperMenuRule {
     }
 
     Theme.PaperMenuItem {
-        enabled: menu.rows > 1
+        enabled: options.rows > 1
         isDestructive: true
         text: "Delete Row"
 
-        onTriggered: menu.removeRowWanted(menu.tableRow)
+        onTriggered: options.removeRowWanted(options.tableRow)
     }
 
     Theme.PaperMenuItem {
-        enabled: menu.columns > 1
+        enabled: options.columns > 1
         isDestructive: true
         text: "Delete Column"
 
-        onTriggered: menu.removeColumnWanted(menu.column)
+        onTriggered: options.removeColumnWanted(options.column)
     }
 }

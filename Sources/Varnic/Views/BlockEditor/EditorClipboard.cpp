@@ -40,11 +40,11 @@ bool holdsMarkdownTable(const QString& text) {
 
 } // namespace
 
-void copy(const Note& note, const TextSpan& span, const ExportOptions& options) {
+void copy(QClipboard::Mode mode, const Note& note, const TextSpan& span, const ExportOptions& options) {
     auto* const data = new BlocksMimeData(BlockSelection::blocks(span, note));
     data->setText(text(BlockSelection::plainText(span, note)));
     data->setData(markdownType, QByteArray::fromStdString(BlockSelection::markdown(span, note, options)));
-    QGuiApplication::clipboard()->setMimeData(data);
+    QGuiApplication::clipboard()->setMimeData(data, mode);
 }
 
 bool holdsBlocks(QClipboard::Mode mode, bool anything) {

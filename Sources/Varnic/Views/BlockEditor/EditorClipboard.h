@@ -10,7 +10,7 @@
 /// Blocks on the clipboard: as Markdown and as plain text for other programs, and whole for this one. Main thread.
 namespace varnic::EditorClipboard {
 
-void copy(const Note& note, const TextSpan& span, const ExportOptions& options);
+void copy(QClipboard::Mode mode, const Note& note, const TextSpan& span, const ExportOptions& options);
 
 /// Whether there is more on the clipboard than a line of text, or with `anything`, whether there is text at all.
 bool holdsBlocks(QClipboard::Mode mode, bool anything);

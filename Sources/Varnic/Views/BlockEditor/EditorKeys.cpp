@@ -143,7 +143,7 @@ bool EditorKeys::pressCommand(BlockField& field, const QKeyEvent& key) {
         return true;
     }
     if (selection.isActive() && (key.matches(QKeySequence::Copy) || key.matches(QKeySequence::Cut))) {
-        surface_.copySelection();
+        surface_.copySelection(QClipboard::Clipboard);
         if (key.matches(QKeySequence::Cut)) {
             surface_.removeSelection();
         }
@@ -176,7 +176,7 @@ bool EditorKeys::pressCommand(BlockField& field, const QKeyEvent& key) {
         return pressDelete(field);
     case Qt::Key_Escape:
         if (selection.isActive()) {
-            selection.clear();
+            leaveSelection(selection.head());
             return true;
         }
         return false;
@@ -359,6 +359,12 @@ EditorSelection::End EditorKeys::edge(bool end) const {
     return EditorSelection::endAt(end ? all.to : all.from, surface_.blocks());
 }
 
+/// The caret goes there, and nothing is selected.
+void EditorKeys::leaveSelection(EditorSelection::End caret) {
+    surface_.selection().clear();
+    surface_.go(EditorSelection::placeOf(caret, surface_.blocks()));
+}
+
 bool EditorKeys::move(BlockField& field, Operation operation) {
     EditorSelection& selection = surface_.selection();
     const bool isRightToLeft = field.isRightToLeft();
@@ -366,16 +372,18 @@ bool EditorKeys::move(BlockField& field, Operation operation) {
     if (!isVertical(operation)) {
         goal_.reset();
     }
+    if (operation == QTextCursor::Start || operation == QTextCursor::End) {
+        if (!forward) {
+            surface_.scrollToBeginning();
+        }
+        leaveSelection(edge(forward));
+        return true;
+    }
     if (selection.isActive()) {
         const TextSpan span = ordered(selection.span().from, selection.span().to, surface_.blocks().note());
-        selection.clear();
-        if (!isWithinLine(operation)) {
-            surface_.go(forward ? span.to : span.from);
-            return true;
-        }
-    }
-    if (operation == QTextCursor::Start || operation == QTextCursor::End) {
-        surface_.go(EditorSelection::placeOf(edge(operation == QTextCursor::End), surface_.blocks()));
+        leaveSelection(isWithinLine(operation)
+                           ? stepped(selection.head(), operation)
+                           : EditorSelection::endAt(forward ? span.to : span.from, surface_.blocks()));
         return true;
     }
     if (isVertical(operation)) {

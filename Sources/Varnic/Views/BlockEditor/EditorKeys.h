@@ -37,6 +37,7 @@ private:
     bool extend(BlockField& field, QTextCursor::MoveOperation operation);
     [[nodiscard]] EditorSelection::End stepped(const EditorSelection::End& head, QTextCursor::MoveOperation operation);
     [[nodiscard]] EditorSelection::End edge(bool end) const;
+    void leaveSelection(EditorSelection::End caret);
 
     EditorSurface& surface_;
     /// Where moving up and down goes on, in the surface's pixels.

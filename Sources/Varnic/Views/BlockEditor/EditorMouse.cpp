@@ -4,6 +4,7 @@
 
 #include "Varnic/Views/BlockEditor/BlockField.h"
 
+#include <QGuiApplication>
 #include <QMouseEvent>
 
 #include <algorithm>
@@ -121,6 +122,10 @@ void EditorSurface::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void EditorSurface::mouseReleaseEvent(QMouseEvent* /*event*/) {
+    // What is selected with the mouse can be put in with its middle button, where the system does so.
+    if (selection_.isActive() && QGuiApplication::clipboard()->supportsSelection()) {
+        copySelection(QClipboard::Selection);
+    }
     mouseUngrabEvent();
 }
 

@@ -37,12 +37,16 @@ void EditorSelection::set(const End& anchor, const End& head) {
     }
     anchor_ = anchor;
     head_ = head;
-    if (BlockField* const field = surface_.reach({.block = head.block})) {
-        field->place(head.position);
+    const BlocksModel& blocks = surface_.blocks();
+    const End& first = blocks.rowOf(anchor.block) <= blocks.rowOf(head.block) ? anchor : head;
+    if (BlockField* const field = surface_.reach({.block = first.block})) {
+        field->place(first.position);
     }
+    surface_.reach({.block = head.block});
     for (BlockField* const field : surface_.fields()) {
         show(*field);
     }
+    surface_.revealCaret();
 }
 
 void EditorSelection::selectAll() {
@@ -88,7 +92,7 @@ void EditorSelection::show(BlockField& field) const {
     }
     const int from = first.block == block->id ? first.position : 0;
     const int to = last.block == block->id ? last.position : field.length();
-    field.select(isDown ? from : to, isDown ? to : from);
+    field.select(to, from);
 }
 
 } // namespace varnic

@@ -28,8 +28,8 @@ public:
 
     [[nodiscard]] bool isActive() const { return anchor_.has_value(); }
 
-    /// Selects from the one end to the other, which takes the focus. Within one text that becomes its editor's
-    /// selection.
+    /// Selects from the one end to the other. Within one text that becomes its editor's selection. The focus goes where
+    /// what is typed will stand, to the upper end: an input method loses what it composes when the focus moves.
     void set(const End& anchor, const End& head);
     void selectAll();
     /// Nothing is selected; the focus stays.

@@ -233,8 +233,8 @@ void EditorSurface::removeSelection() {
     }
 }
 
-void EditorSurface::copySelection() const {
-    EditorClipboard::copy(blocks_->note(), selection_.span(), blocks_->app().exportOptions());
+void EditorSurface::copySelection(QClipboard::Mode mode) const {
+    EditorClipboard::copy(mode, blocks_->note(), selection_.span(), blocks_->app().exportOptions());
 }
 
 bool EditorSurface::paste(BlockField& field, QClipboard::Mode mode) {
@@ -299,19 +299,24 @@ void EditorSurface::scrollBy(qreal distance) {
 }
 
 void EditorSurface::revealCaret() {
-    const BlockField* const field = find(focused_);
-    if (field == nullptr || !field->isFocused()) {
+    const bool isWide = selection_.isActive();
+    const BlockField* const field = find(isWide ? FieldKey{.block = selection_.head().block} : focused_);
+    if (field == nullptr || !isInUse_) {
         return;
     }
     if (QGuiApplication::mouseButtons() != Qt::NoButton) {
         return; // what is under the pointer stays there
     }
-    const QRectF caret = field->caretArea(field->caret());
+    const QRectF caret = field->caretArea(isWide ? selection_.head().position : field->caret());
     if (caret.top() < revealMargin) {
         scrollBy(caret.top() - revealMargin);
     } else if (caret.bottom() > height() - revealMargin) {
         scrollBy(caret.bottom() - height() + revealMargin);
     }
+}
+
+void EditorSurface::scrollToBeginning() {
+    QMetaObject::invokeMethod(list_, "positionViewAtBeginning");
 }
 
 void EditorSurface::scrollPage(bool down) {

@@ -71,11 +71,13 @@ public:
     void go(const TextPlace& place);
     /// Removes what is selected over several blocks; the caret goes where it was.
     void removeSelection();
-    void copySelection() const;
+    void copySelection(QClipboard::Mode mode) const;
     /// Whether it was pasted; a line is left to the field.
     bool paste(BlockField& field, QClipboard::Mode mode);
     void undo();
     void redo();
+    /// To what stands above the blocks; the caret stays.
+    void scrollToBeginning();
     /// By a screen, with the caret.
     void scrollPage(bool down);
 

@@ -40,14 +40,21 @@ Item {
         width: parent.width
         y: 6
 
-        Rectangle {
-            color: Theme.Palette.wash
+        Item {
+            clip: true
             height: Math.min(parent.height - 2, grid.headHeight - 1)
-            opacity: 0.7
-            radius: Theme.Radius.card - 1
             width: parent.width - 2
             x: 1
             y: 1
+
+            // Round above, and below only where the table ends with it.
+            Rectangle {
+                color: Theme.Palette.wash
+                height: block.cells.length > block.columns ? parent.height + radius : parent.height
+                opacity: 0.7
+                radius: Theme.Radius.card - 1
+                width: parent.width
+            }
         }
 
         GridLayout {

@@ -44,6 +44,7 @@ FocusScope {
         anchors.left: parent.left
         anchors.leftMargin: block.inset
         anchors.right: tags.left
+        anchors.rightMargin: tags.active ? Theme.Space.s : 0
         blockId: block.blockId
         color: block.kind === "quote" ? Theme.Palette.inkSoft : block.isDone ? Theme.Palette.inkFaint : Theme.Palette.ink
         focus: true

@@ -16,19 +16,15 @@ Item {
     implicitHeight: place.y + place.implicitHeight + 10
     width: parent?.width ?? 0
 
-    Component.onCompleted: mark.take()
-    onIsAskedForChanged: mark.take()
+    /// Once all rows are in their places.
+    Timer {
+        interval: 0
+        running: row.isAskedFor
+
+        onTriggered: row.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+    }
 
     Rectangle {
-        id: mark
-
-        function take() {
-            // Once all rows are in their places.
-            if (row.isAskedFor) {
-                Qt.callLater(() => row.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason));
-            }
-        }
-
         anchors.fill: parent
         anchors.margins: 3
         border.color: Theme.Palette.you

@@ -10,14 +10,26 @@ Flickable {
 
     /// Scrolls as little as shows the item.
     function reveal(item: Item) {
-        const top = item.mapToItem(column, 0, 0).y - Theme.Space.l;
+        const top = item.mapToItem(contentItem, 0, 0).y - Theme.Space.l;
         const bottom = top + item.height + 2 * Theme.Space.l;
         contentY = Math.max(0, Math.min(contentHeight - height, Math.max(Math.min(contentY, top), bottom - height)));
+    }
+
+    /// Scrolls by part of the page's height, also where the keyboard has nothing to stop at.
+    function scroll(part: real) {
+        contentY = Math.max(0, Math.min(contentHeight - height, contentY + part * height));
     }
 
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     contentHeight: column.height + 2 * Theme.Space.xl
+
+    Keys.onPressed: event => {
+        event.accepted = event.key === Qt.Key_PageDown || event.key === Qt.Key_PageUp;
+        if (event.accepted) {
+            scroll(event.key === Qt.Key_PageDown ? 0.9 : -0.9);
+        }
+    }
 
     T.ScrollBar.vertical: Theme.ThinScrollBar {
     }

@@ -3,6 +3,9 @@ import QtQuick.Layouts
 import Varnic.SettingsViews
 import Varnic.Theme as Theme
 
+// Delegates use ids of this file; `pragma ComponentBehavior: Bound`, meant for that, is incomplete in Qt 6.4.
+// qmllint disable unqualified
+
 /// What recording takes, and what of it is missing.
 Theme.Sheet {
     id: sheet

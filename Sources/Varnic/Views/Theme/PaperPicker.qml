@@ -2,6 +2,9 @@ import QtQuick
 import QtQuick.Templates as T
 import Varnic.Theme as Theme
 
+// Delegates use ids of this file; `pragma ComponentBehavior: Bound`, meant for that, is incomplete in Qt 6.4.
+// qmllint disable unqualified
+
 /// One of several choices, which open as a list. Whoever shows it binds `selected` and changes what that stands for
 /// when another is `chosen`.
 T.ComboBox {

@@ -23,8 +23,6 @@ T.Switch {
     rightPadding: indicator.width + Theme.Space.m
 
     contentItem: Column {
-        id: words
-
         spacing: 2
 
         Text {
@@ -34,7 +32,7 @@ T.Switch {
             height: control.detail === "" ? Math.max(implicitHeight, 28) : implicitHeight
             text: control.text
             verticalAlignment: Text.AlignVCenter
-            width: words.width
+            width: parent.width
             wrapMode: Text.Wrap
         }
 
@@ -44,7 +42,7 @@ T.Switch {
             font: Theme.Typo.caption
             text: control.detail
             visible: text !== ""
-            width: words.width
+            width: parent.width
             wrapMode: Text.Wrap
         }
     }

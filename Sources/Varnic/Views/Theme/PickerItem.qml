@@ -16,7 +16,7 @@ T.ItemDelegate {
     Accessible.name: modelData
     Accessible.onPressAction: clicked()
     Accessible.role: Accessible.ListItem
-    implicitHeight: words.implicitHeight + 12
+    implicitHeight: implicitContentHeight + 12
     leftPadding: 26
     rightPadding: 8
 
@@ -35,8 +35,6 @@ T.ItemDelegate {
         }
     }
     contentItem: Column {
-        id: words
-
         Text {
             Accessible.ignored: true
             color: Theme.Palette.ink

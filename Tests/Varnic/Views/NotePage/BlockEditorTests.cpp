@@ -129,6 +129,8 @@ protected:
         const Parsed parsed = parse(note);
         id = addNote("Plan", parsed.blocks);
         open(id);
+        // A new note asks for the focus.
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !model->focusBlock.value(); }));
         place(parsed.blocks[parsed.block].id, parsed.part, parsed.caret);
     }
 
@@ -205,47 +207,52 @@ TEST_P(Keys, do_what_is_expected) {
 
 INSTANTIATE_TEST_SUITE_P(
     BlockEditor, Keys,
-    testing::Values(KeyCase{"return_makes_a_block", "pone^", "<Return>two", "pone\nptwo^"},
-                    KeyCase{"return_in_a_text_splits_it", "tone^two", "<Return>", "tone\nt^two"},
-                    KeyCase{"return_in_an_empty_item_ends_the_list", "-one\n-^", "<Return>x", "-one\npx^"},
-                    KeyCase{"shift_return_breaks_the_line", "pone^two", "<S-Return>", "pone\n^two"},
-                    KeyCase{"heading_by_its_sign", "p^", "# Plan", "hPlan^"},
-                    KeyCase{"todo_by_its_sign", "p^", "[] Ship", "tShip^"},
-                    KeyCase{"bullet_and_then_todo", "p^", "- [x] Ship", "xShip^"},
-                    KeyCase{"card_goes_on_with_its_answer", "p^", "sky :: blue", "csky::blue^"},
-                    KeyCase{"divider_goes_on_below", "p^", "---x", "=\npx^"},
-                    KeyCase{"divider_before_a_text", "p^\npnext", "---", "=\npnext^"},
-                    KeyCase{"backspace_in_an_empty_block_removes_it", "pone\np^", "<Backspace>", "pone^"},
-                    KeyCase{"backspace_takes_the_form_away_first", "pone\nh^", "<Backspace>", "pone\np^"},
-                    KeyCase{"backspace_in_the_only_block", "p^", "<Backspace>x", "px^"},
-                    KeyCase{"backspace_at_the_start_joins", "pone\np^two", "<Backspace>", "pone^two"},
-                    KeyCase{"delete_at_the_end_joins", "pone^\nptwo", "<Delete>", "pone^two"},
-                    KeyCase{"backspace_deletes_a_divider", "pone^\n=\nptwo", "<Down><Backspace>", "pone^\nptwo"},
-                    KeyCase{"backspace_keeps_an_answer", "c^::yes", "<Backspace>", "c^::yes"},
-                    KeyCase{"up_and_down_keep_their_column", "pabcdef^gh\npx\npabcdefgh", "<Down><Down>",
-                            "pabcdefgh\npx\npabcdef^gh"},
-                    KeyCase{"left_at_the_start_goes_back", "pone\np^two", "<Left>", "pone^\nptwo"},
-                    KeyCase{"right_at_the_end_goes_on", "pone^\nptwo", "<Right>", "pone\np^two"},
-                    KeyCase{"from_a_question_to_its_answer", "cq^::a", "<Return>!", "cq::a!^"},
-                    KeyCase{"tab_walks_through_a_table", "|a^,b;c,d", "<Tab>1<Tab>2<Tab>3", "|a,b1;c2,d3^"},
-                    KeyCase{"tab_after_the_last_cell_adds_a_row", "|a,b^", "<Tab>x", "|a,b;x^,"},
-                    KeyCase{"down_stays_in_the_column_of_a_table", "|a,b^;c,d", "<Down>", "|a,b;c,d^"},
-                    KeyCase{"alt_down_moves_the_block", "po^ne\nptwo", "<A-Down>x", "ptwo\npox^ne"},
-                    KeyCase{"ctrl_return_ticks", "tShip^", "<C-Return>", "xShip^"},
-                    KeyCase{"typing_takes_the_place_of_what_is_selected", "po^ne\nptwo\nph", "<S-Down><S-Down>x",
-                            "pox^"},
-                    KeyCase{"delete_takes_what_is_selected", "po^ne\n=\npthree", "<S-Down><S-Down><Delete>", "po^hree"},
-                    KeyCase{"shift_right_goes_over_the_border", "pone^\nptwo", "<S-Right><S-Right><Delete>", "pone^wo"},
-                    KeyCase{"shift_left_goes_over_the_border", "pone\np^two", "<S-Left><S-Left><Delete>", "pon^two"},
-                    KeyCase{"a_selection_can_shrink_again", "pone^\nptwo", "<S-Right><S-Left>x", "ponex^\nptwo"},
-                    KeyCase{"select_all_twice_is_the_note", "pone^\nhtwo\n=", "<C-a><C-a><Delete>x", "px^"},
-                    KeyCase{"arrow_ends_a_selection", "pone^\nptwo", "<S-Down><Right>x", "pone\nptwox^"},
-                    KeyCase{"undo_takes_a_word_back", "pone^", " two<C-z>", "pone ^"},
-                    KeyCase{"undo_of_a_sign_leaves_what_was_typed", "p^", "# <C-z>", "p# ^"},
-                    KeyCase{"undo_of_a_removed_selection", "po^ne\nptwo", "<S-Down><Delete><C-z>", "pone\npt^wo"},
-                    KeyCase{"redo", "pone^", "x<C-z><C-S-z>", "ponex^"},
-                    KeyCase{"copied_blocks_come_again", "tone^\n-two", "<Home><C-S-End><C-c><Right><Return><C-v>",
-                            "tone\n-two\ntone\n-two^"}),
+    testing::Values(
+        KeyCase{"return_makes_a_block", "pone^", "<Return>two", "pone\nptwo^"},
+        KeyCase{"return_in_a_text_splits_it", "tone^two", "<Return>", "tone\nt^two"},
+        KeyCase{"return_in_an_empty_item_ends_the_list", "-one\n-^", "<Return>x", "-one\npx^"},
+        KeyCase{"shift_return_breaks_the_line", "pone^two", "<S-Return>", "pone\n^two"},
+        KeyCase{"heading_by_its_sign", "p^", "# Plan", "hPlan^"},
+        KeyCase{"todo_by_its_sign", "p^", "[] Ship", "tShip^"},
+        KeyCase{"bullet_and_then_todo", "p^", "- [x] Ship", "xShip^"},
+        KeyCase{"card_goes_on_with_its_answer", "p^", "sky :: blue", "csky::blue^"},
+        KeyCase{"divider_goes_on_below", "p^", "---x", "=\npx^"},
+        KeyCase{"divider_before_a_text", "p^\npnext", "---", "=\npnext^"},
+        KeyCase{"backspace_in_an_empty_block_removes_it", "pone\np^", "<Backspace>", "pone^"},
+        KeyCase{"backspace_takes_the_form_away_first", "pone\nh^", "<Backspace>", "pone\np^"},
+        KeyCase{"backspace_in_the_only_block", "p^", "<Backspace>x", "px^"},
+        KeyCase{"backspace_at_the_start_joins", "pone\np^two", "<Backspace>", "pone^two"},
+        KeyCase{"delete_at_the_end_joins", "pone^\nptwo", "<Delete>", "pone^two"},
+        KeyCase{"backspace_deletes_a_divider", "pone^\n=\nptwo", "<Down><Backspace>", "pone^\nptwo"},
+        KeyCase{"backspace_keeps_an_answer", "c^::yes", "<Backspace>", "c^::yes"},
+        KeyCase{"up_and_down_keep_their_column", "pabcdef^gh\npx\npabcdefgh", "<Down><Down>",
+                "pabcdefgh\npx\npabcdef^gh"},
+        KeyCase{"left_at_the_start_goes_back", "pone\np^two", "<Left>", "pone^\nptwo"},
+        KeyCase{"right_at_the_end_goes_on", "pone^\nptwo", "<Right>", "pone\np^two"},
+        KeyCase{"from_a_question_to_its_answer", "cq^::a", "<Return>!", "cq::a!^"},
+        KeyCase{"tab_walks_through_a_table", "|a^,b;c,d", "<Tab>1<Tab>2<Tab>3", "|a,b1;c2,d3^"},
+        KeyCase{"tab_after_the_last_cell_adds_a_row", "|a,b^", "<Tab>x", "|a,b;x^,"},
+        KeyCase{"down_stays_in_the_column_of_a_table", "|a,b^;c,d", "<Down>", "|a,b;c,d^"},
+        KeyCase{"alt_down_moves_the_block", "po^ne\nptwo", "<A-Down>x", "ptwo\npox^ne"},
+        KeyCase{"ctrl_return_ticks", "tShip^", "<C-Return>", "xShip^"},
+        KeyCase{"typing_takes_the_place_of_what_is_selected", "po^ne\nptwo\nph", "<S-Down><S-Down>x", "pox^"},
+        KeyCase{"delete_takes_what_is_selected", "po^ne\n=\npthree", "<S-Down><S-Down><Delete>", "po^hree"},
+        KeyCase{"shift_right_goes_over_the_border", "pone^\nptwo", "<S-Right><S-Right><Delete>", "pone^wo"},
+        KeyCase{"shift_left_goes_over_the_border", "pone\np^two", "<S-Left><S-Left><Delete>", "pon^two"},
+        KeyCase{"a_selection_can_shrink_again", "pone^\nptwo", "<S-Right><S-Left>x", "ponex^\nptwo"},
+        KeyCase{"select_all_twice_is_the_note", "pone^\nhtwo\n=", "<C-a><C-a><Delete>x", "px^"},
+        KeyCase{"the_menu_turns_a_block_into_another", "pone^", "<Menu><Down><Right><Down><Down><Down><Return>!",
+                "tone!^"},
+        KeyCase{"escape_ends_a_selection_where_it_was_led", "po^ne\nptwo", "<S-Down><Escape>x", "pone\nptx^wo"},
+        KeyCase{"end_of_the_line_a_selection_was_led_to", "po^ne\nptwo", "<S-Down><End>x", "pone\nptwox^"},
+        KeyCase{"end_of_the_note_from_a_selection", "po^ne\nptwo\npthree", "<S-Down><C-End>x", "pone\nptwo\npthreex^"},
+        KeyCase{"arrow_ends_a_selection", "pone^\nptwo", "<S-Down><Right>x", "pone\nptwox^"},
+        KeyCase{"undo_takes_a_word_back", "pone^", " two<C-z>", "pone ^"},
+        KeyCase{"undo_of_a_sign_leaves_what_was_typed", "p^", "# <C-z>", "p# ^"},
+        KeyCase{"undo_of_a_removed_selection", "po^ne\nptwo", "<S-Down><Delete><C-z>", "pone\npt^wo"},
+        KeyCase{"redo", "pone^", "x<C-z><C-S-z>", "ponex^"},
+        KeyCase{"copied_blocks_come_again", "tone^\n-two", "<Home><C-S-End><C-c><Right><Return><C-v>",
+                "tone\n-two\ntone\n-two^"}),
     [](const auto& test) { return std::string(test.param.name); });
 
 TEST_F(BlockEditorTest, what_is_copied_is_markdown_and_plain_text) {
@@ -351,6 +358,17 @@ TEST_F(BlockEditorTest, an_input_method_writes_in_the_place_of_what_is_selected)
     EXPECT_EQ(now(), "po你^wo");
 }
 
+// A method drops what it composes when the focus moves, and the first letter of it would be lost.
+TEST_F(BlockEditorTest, the_focus_is_where_an_input_method_will_write) {
+    start("po^ne\nptwo\npthree");
+    press("<S-Down><S-Down>");
+    const QQuickItem* const focused = view.activeFocusItem();
+    QInputMethodEvent composing(QStringLiteral("n"), {});
+    QCoreApplication::sendEvent(view.activeFocusItem(), &composing);
+    EXPECT_EQ(now(), "po^hree");
+    EXPECT_EQ(view.activeFocusItem(), focused);
+}
+
 TEST_F(BlockEditorTest, undo_belongs_to_the_toast_that_offers_it) {
     start("pone^");
     press("x");
@@ -366,6 +384,25 @@ TEST_F(BlockEditorTest, a_ragged_table_can_be_typed_in_where_cells_are_missing) 
     place(model->note(id)->blocks[0].id, 3, 0);
     press("d");
     EXPECT_EQ(now(), "|a,b;c,d^");
+}
+
+TEST_F(BlockEditorTest, scrolling_leaves_the_caret_behind) {
+    std::string note = "p^line";
+    for (int line = 1; line < 100; ++line) {
+        note += "\npline";
+    }
+    start(note);
+    auto* const sheet = find<QQuickItem>("sheet");
+    const auto place = [sheet] { return sheet->property("contentY").toReal() - sheet->property("originY").toReal(); };
+    sheet->setProperty("contentY", 1'500); // as a wheel does
+    QCoreApplication::processEvents();
+    EXPECT_EQ(sheet->property("contentY"), 1'500);
+    press("x");
+    EXPECT_LT(place(), 100) << "typing is seen";
+    press("<C-a><C-a>");
+    EXPECT_GT(place(), 1'000);
+    press("<C-Home>");
+    EXPECT_EQ(place(), 0) << "with the title";
 }
 
 TEST_F(BlockEditorTest, rows_out_of_sight_are_not_made) {
