@@ -18,6 +18,7 @@ sys.path.insert(0, FIXTURES)
 
 from ai_server import Server  # noqa: E402
 from desktop import Desktop, Program, wait_for  # noqa: E402
+from screen_reader import ScreenReader  # noqa: E402
 
 # A window of settings is small; no chain of stops for the Tab key is as long as this.
 MANY_STOPS = 40
@@ -289,6 +290,9 @@ class SettingsTest(unittest.TestCase):
             return shown and shown["Y"] + shown["HEIGHT"] <= tray["Y"]
 
         wait_for(opened, "what the tray icon opens, above the icon")
+        reader = ScreenReader(program)
+        reader.expect_focus()
+        self.assertEqual(reader.complaints(), [])
         self.desktop.xdotool("key", "Escape")
         wait_for(lambda: not self.windows("Varnic in the tray"), "Escape to close it")
         wait_for(opened, "the same once more")

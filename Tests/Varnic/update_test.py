@@ -20,6 +20,7 @@ sys.path.insert(0, FIXTURES)
 import ai_server  # noqa: E402
 import update_server  # noqa: E402
 from desktop import Desktop, Program, wait_for  # noqa: E402
+from screen_reader import ScreenReader  # noqa: E402
 
 
 class UpdateTest(unittest.TestCase):
@@ -103,9 +104,15 @@ class UpdateTest(unittest.TestCase):
         program.expect("Varnic 0.1.1 is ready")
         program.expect("It installs automatically the next time you quit Varnic.")
         program.expect("What is new in 0.1.1.")
+        reader = ScreenReader(program)
+        self.assertEqual(reader.complaints(), [])
         self.assertEqual(self.version(), "0.1.0")
         self.assertEqual(program.process.poll(), None)
-        self.desktop.xdotool("windowactivate", "--sync", window, "key", "Return")
+        self.desktop.xdotool("windowactivate", "--sync", window)
+        button = reader.expect_focus(lambda told: told.name == "Restart Now", "the keyboard on the default button")
+        self.assertIn("Later", [told.name for told in reader.go_around()])
+        reader.expect_focus(lambda told: told == button)
+        self.desktop.xdotool("key", "Return")
         self.assertEqual(program.end(), 0)
         wait_for(self.running, "the new program")
         self.addCleanup(lambda: [os.kill(process, signal.SIGKILL) for process in self.running()])

@@ -28,8 +28,6 @@ EditorSurface {
     blocks: theBlocks
     list: view
 
-    onOptionsWanted: row => showOptions(row, view.itemAtIndex(row))
-
     ListView {
         id: view
 

@@ -41,6 +41,14 @@ FocusScope {
     LayoutMirroring.enabled: isRightToLeft
     implicitHeight: gap + (isText ? line.implicitHeight : special.implicitHeight) + 4
 
+    // Of the block, where nothing in it has a menu of its own.
+    Keys.onPressed: event => {
+        if (Theme.MenuKey.isPressed(event)) {
+            row.optionsWanted(column);
+            event.accepted = true;
+        }
+    }
+
     HoverHandler {
         id: hover
     }

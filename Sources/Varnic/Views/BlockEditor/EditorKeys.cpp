@@ -7,7 +7,9 @@
 
 #include <QKeyEvent>
 
+#include <algorithm>
 #include <array>
+#include <string>
 #include <utility>
 #include <variant>
 
@@ -84,6 +86,12 @@ bool isWithinLine(Operation operation) {
 BlockKind kindOf(const BlockField& field, const EditorSurface& surface) {
     const Block* const block = surface.blocks().block(field.key().block);
     return block != nullptr ? block->kind : BlockKind::paragraph;
+}
+
+/// Whether the field's block is a table whose last row is empty.
+bool endsEmpty(const BlockField& field, const EditorSurface& surface) {
+    const Block* const block = surface.blocks().block(field.key().block);
+    return block != nullptr && !block->rows.empty() && std::ranges::all_of(block->rows.back(), &std::string::empty);
 }
 
 } // namespace
@@ -166,9 +174,6 @@ bool EditorKeys::pressCommand(BlockField& field, const QKeyEvent& key) {
         return pressBackspace(field);
     case Qt::Key_Delete:
         return pressDelete(field);
-    case Qt::Key_Menu:
-        Q_EMIT surface_.optionsWanted(surface_.blocks().rowOf(field.key().block));
-        return true;
     case Qt::Key_Escape:
         if (selection.isActive()) {
             leaveSelection(selection.head());
@@ -243,7 +248,8 @@ bool EditorKeys::pressTab(BlockField& field, bool forward) {
     surface_.selection().clear();
     BlockField* const next = surface_.beside(field, forward);
     const bool isInBlock = next != nullptr && next->key().block == field.key().block;
-    if (!isInBlock && forward && kindOf(field, surface_) == BlockKind::table) {
+    // An empty row is left, so that the key leads out of the table too.
+    if (!isInBlock && forward && kindOf(field, surface_) == BlockKind::table && !endsEmpty(field, surface_)) {
         const int row = surface_.blocks().rowOf(field.key().block);
         surface_.blocks().addRow(row);
         if (BlockField* const added = surface_.reach({field.key().block, field.key().part + 1})) {
@@ -252,7 +258,8 @@ bool EditorKeys::pressTab(BlockField& field, bool forward) {
         return true;
     }
     if (next == nullptr) {
-        return false;
+        surface_.leave(field, forward);
+        return true;
     }
     next->place(next->length());
     return true;

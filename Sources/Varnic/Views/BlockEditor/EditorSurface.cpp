@@ -30,6 +30,8 @@ qreal distance(qreal point, qreal from, qreal to) {
 } // namespace
 
 EditorSurface::EditorSurface(QQuickItem* parent) : QQuickItem(parent) {
+    // Else it would have the keyboard itself, which none of its texts then answers.
+    setFlag(ItemIsFocusScope);
     setFiltersChildMouseEvents(true);
     setAcceptedMouseButtons(Qt::LeftButton);
     scroller_.setInterval(30ms);
@@ -41,6 +43,10 @@ EditorSurface::EditorSurface(QQuickItem* parent) : QQuickItem(parent) {
 
 void EditorSurface::componentComplete() {
     QQuickItem::componentComplete();
+    if (auto* const content = list_->property("contentItem").value<QQuickItem*>()) {
+        connect(content, &QQuickItem::childrenChanged, this, &EditorSurface::keepFooterLast);
+        keepFooterLast();
+    }
     connect(blocks_, &QAbstractItemModel::rowsRemoved, this, &EditorSurface::keepFocus, Qt::QueuedConnection);
     focusRequests_ = ViewContext::of(this).model.focusBlock.addNotifier([this] { takeFocusRequest(); });
     // Once the list has been given its size.
@@ -54,6 +60,22 @@ void EditorSurface::add(BlockField& field) {
 
 void EditorSurface::remove(BlockField& field) {
     std::erase(fields_, &field);
+}
+
+/// A list has its rows after its footer in the order of the Tab key.
+void EditorSurface::keepFooterLast() {
+    auto* const footer = list_->property("footerItem").value<QQuickItem*>();
+    if (footer != nullptr && footer->parentItem()->childItems().constLast() != footer) {
+        footer->stackAfter(footer->parentItem()->childItems().constLast());
+    }
+}
+
+void EditorSurface::leave(const BlockField& field, bool forward) {
+    QQuickItem* from = &field.editor();
+    if (auto* const footer = list_->property("footerItem").value<QQuickItem*>(); forward && footer != nullptr) {
+        from = footer;
+    }
+    from->nextItemInFocusChain(forward)->forceActiveFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
 }
 
 void EditorSurface::noteFocus(BlockField& field, bool isFocused) {

@@ -65,6 +65,8 @@ public:
     BlockField* beside(const BlockField& field, bool forward);
     /// The field below at this x, or the one above; null at the ends of the note.
     BlockField* beyond(const BlockField& field, bool down, qreal x);
+    /// The keyboard goes on to what comes after the note's fields, or before them.
+    void leave(const BlockField& field, bool forward);
     /// The caret goes there.
     void go(const TextPlace& place);
     /// Removes what is selected over several blocks; the caret goes where it was.
@@ -95,8 +97,6 @@ Q_SIGNALS:
     void dropLineChanged();
     /// The caret is moved up from the first line.
     void leftAtTop();
-    /// The options of the block of this row are wanted.
-    void optionsWanted(int row);
 
 protected:
     bool childMouseEventFilter(QQuickItem* item, QEvent* event) override;
@@ -111,6 +111,7 @@ private:
     [[nodiscard]] std::optional<TextPlace> placeIn(const BlockField& field, const QString& text, int position) const;
     void takeFocusRequest();
     void keepFocus();
+    void keepFooterLast();
     void scrollBy(qreal distance);
     bool pressMouse(QQuickItem* item, QMouseEvent& event);
     bool dragMouse(QMouseEvent& event);

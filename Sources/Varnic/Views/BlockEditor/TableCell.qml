@@ -52,7 +52,12 @@ Item {
         x: 8
         y: 6
 
-        Keys.onMenuPressed: cell.optionsWanted()
+        Keys.onPressed: event => {
+            if (Theme.MenuKey.isPressed(event)) {
+                cell.optionsWanted();
+                event.accepted = true;
+            }
+        }
     }
 
     TapHandler {

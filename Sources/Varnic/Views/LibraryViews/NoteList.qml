@@ -47,9 +47,8 @@ ListScope {
         }
 
         Keys.onDeletePressed: Library.remove(rows.currentId)
-        Keys.onMenuPressed: notes.showMenu(currentItem as NoteRow, Theme.Space.l, currentItem.height / 2)
         Keys.onPressed: event => {
-            if (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier) {
+            if (Theme.MenuKey.isPressed(event)) {
                 notes.showMenu(currentItem as NoteRow, Theme.Space.l, currentItem.height / 2);
                 event.accepted = true;
             } else {

@@ -16,6 +16,8 @@ Item {
     required property bool isCall
     readonly property bool isCurrent: ListView.isCurrentItem
     readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
+    /// A list also keeps some rows that are scrolled away.
+    readonly property bool isInView: !ListView.view || (y + height > ListView.view.contentY && y < ListView.view.contentY + ListView.view.height)
     required property bool isLive
     required property bool isPinned
     required property string length
@@ -34,6 +36,7 @@ Item {
 
     Accessible.focusable: true
     Accessible.focused: isCurrent && isFocused
+    Accessible.ignored: !isInView
     Accessible.name: isLive ? "Recording now" : spoken
     Accessible.role: Accessible.ListItem
     Accessible.selectable: true

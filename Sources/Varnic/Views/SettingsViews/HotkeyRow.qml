@@ -24,6 +24,9 @@ ControlRow {
     Rectangle {
         id: recorder
 
+        /// It is hidden from the beginning, which is no end of its use.
+        property bool wasShown: false
+
         Accessible.name: "Press the new shortcut"
         Accessible.role: Accessible.HotkeyField
         border.color: Theme.Palette.you
@@ -52,9 +55,10 @@ ControlRow {
         onVisibleChanged: {
             if (visible) {
                 forceActiveFocus(Qt.OtherFocusReason);
-            } else {
+            } else if (wasShown) {
                 start.forceActiveFocus(Qt.TabFocusReason);
             }
+            wasShown = visible;
         }
 
         Text {
