@@ -1,6 +1,7 @@
 #include "Varnic/AppModel/AppPlaces.h"
 
 #include "Varnic/AppModel/AppSettings.h"
+#include "VarnicCore/Library/LibraryMove.h"
 #include "VarnicCore/Library/NoteFileReader.h"
 
 #include <fmt/format.h>
@@ -55,6 +56,9 @@ std::pair<fs::path, bool> AppPlaces::dataDirectoryFromEnvironment() {
                                              moved.string(), AppSettings::libraryFolderKey,
                                              settings->fileName().toStdString()));
     }
+    // The settings name it, so it is not what is left of a move: one that was cut off may not have taken its mark away.
+    std::error_code ignored;
+    fs::remove(moved / LibraryMove::markName, ignored);
     return {moved, false};
 }
 

@@ -16,6 +16,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <ranges>
 #include <set>
 #include <string_view>
 #include <system_error>
@@ -27,9 +28,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Stands in the target from the first file on until the copy is the library, and tells the remains of a move that was
-/// killed from a folder of the user's.
-constexpr const char* markName = ".varnic-moving";
 /// Belongs to the process that has the library open, and not to the library.
 constexpr const char* runningName = "running.lock";
 constexpr std::size_t blockSize = 1UL << 20U;
@@ -96,7 +94,7 @@ void writeBlock(const FileDescriptor& file, const fs::path& name, const std::vec
 
 } // namespace
 
-LibraryMove::LibraryMove(fs::path from, fs::path to) : from_(plain(from)), to_(plain(to)) {
+LibraryMove::LibraryMove(const fs::path& from, const fs::path& to) : from_(plain(from)), to_(plain(to)) {
     checkPlace();
     checkRoom();
 }
@@ -365,9 +363,9 @@ void LibraryMove::expectNobodyWorks() const {
 void LibraryMove::catchUp() {
     expectNobodyWorks();
     const Files now = list();
-    for (auto file = copied_.rbegin(); file != copied_.rend(); ++file) {
-        if (!now.contains(file->first)) {
-            Folders::removeAll(to_ / file->first);
+    for (const auto& [name, entry] : std::views::reverse(copied_)) {
+        if (!now.contains(name)) {
+            Folders::removeAll(to_ / name);
         }
     }
     std::erase_if(copied_, [&](const auto& file) { return !now.contains(file.first); });
@@ -408,8 +406,7 @@ std::size_t LibraryMove::removeOriginal() {
         return 1;
     }
     // What a folder holds comes behind it, so backwards; a folder's own time has changed by then.
-    for (auto file = now.rbegin(); file != now.rend(); ++file) {
-        const auto& [name, entry] = *file;
+    for (const auto& [name, entry] : std::views::reverse(now)) {
         const fs::path original = from_ / name;
         const auto copy = copied_.find(name);
         if (S_ISDIR(entry.mode)) {

@@ -29,9 +29,13 @@ public:
     /// The part that is done, 0 to 1.
     using Report = std::function<void(double done)>;
 
+    /// Stands in the new folder from the first file on until the copy is the library, and tells the remains of a move
+    /// that was killed from a folder of the user's.
+    static constexpr const char* markName = ".varnic-moving";
+
     /// Only looks. Throws LibraryMoveError where the library can't go there: the folder has to be one that is empty or
     /// can be made, neither inside the library nor around it, on a disk with room enough.
-    LibraryMove(std::filesystem::path from, std::filesystem::path to);
+    LibraryMove(const std::filesystem::path& from, const std::filesystem::path& to);
     LibraryMove(const LibraryMove&) = delete;
     LibraryMove& operator=(const LibraryMove&) = delete;
     /// Removes the copy unless it is the library.
