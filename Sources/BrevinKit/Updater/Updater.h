@@ -59,6 +59,9 @@ public:
     /// Ends the program, and starts it again once the staged release is in its place.
     void restartNow();
 
+    /// The user stays: what `restartNow` asked for is not to come with a later end.
+    void stay() { relaunchAfterInstall_ = false; }
+
     /// What the end of the program calls.
     void installOnQuit();
 

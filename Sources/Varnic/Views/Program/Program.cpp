@@ -16,11 +16,13 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QIcon>
+#include <QPointer>
 #include <QStandardPaths>
 #include <QUrl>
 
 #include <filesystem>
 #include <utility>
+#include <variant>
 
 namespace varnic {
 
@@ -85,9 +87,14 @@ void Program::fillInHooks() {
     };
     delegate_.hooks.runSelfTest = [this] { return SelfTest::run(model_, delegate_); };
     delegate_.hooks.loadDemo = [](AppModel& model) { DemoData::load(model); };
-    delegate_.hooks.ask = [this](QuitQuestion question) {
+    delegate_.hooks.ask = [this](QuitQuestion question) -> QCoro::Task<QuitQuestion::Answer> {
         window_.activate();
-        return QuitDialog::ask(&window_.window(), std::move(question));
+        const QPointer self(this);
+        QuitQuestion::Answer answer = co_await QuitDialog::ask(&window_.window(), std::move(question));
+        if (self && answer == QuitQuestion::Answer::stay) {
+            updater_.stay();
+        }
+        co_return answer;
     };
 }
 
@@ -121,7 +128,11 @@ void Program::makePill() {
     PillController& controller = delegate_.pill();
     if (QGuiApplication::platformName().startsWith("wayland")) {
         notice_.emplace(model_);
-        controller.present = [this] { notice_->present(); };
+        controller.present = [this] {
+            if (!SelfTest::isAskedFor()) { // which tells nothing outside of its windows
+                notice_->present();
+            }
+        };
         controller.orderOut = [this] { notice_->orderOut(); };
     } else {
         pill_.emplace(window_);
@@ -192,10 +203,14 @@ void Program::openUpdateWindow() {
     if (!updateWindow_) {
         return;
     }
-    // A new window comes to the front where the desktop sees fit: nobody may have asked for it, who is typing.
+    // Nobody has asked for what comes without a check, and who is typing meanwhile would press its button by Return.
+    const auto& phase = updater_.phase();
+    const bool isUnasked = std::holds_alternative<brevin::UpdatePhase::Available>(phase) ||
+                           std::holds_alternative<brevin::UpdatePhase::Ready>(phase);
+    updateWindow_->setProperty("_q_showWithoutActivating", isUnasked); // Qt's own word for it
     const bool isShown = updateWindow_->isVisible();
     updateWindow_->show();
-    if (isShown) {
+    if (isShown && !isUnasked) {
         updateWindow_->raise();
         updateWindow_->requestActivate();
     }

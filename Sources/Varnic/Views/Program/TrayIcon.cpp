@@ -112,8 +112,11 @@ void TrayIcon::refresh() {
 }
 
 void TrayIcon::refreshCalls() {
+    std::vector<RecentCall> recent = RecentCall::of(model_);
+    if (toldCalls_ == recent) {
+        return; // with every key that is typed in a note
+    }
     qDeleteAll(std::exchange(calls_, {}));
-    const std::vector<RecentCall> recent = RecentCall::of(model_);
     if (!recent.empty()) {
         calls_ << new QAction(&menu_) << new QAction(QStringLiteral("Recent calls"), &menu_);
         calls_.front()->setSeparator(true);
@@ -128,6 +131,7 @@ void TrayIcon::refreshCalls() {
         calls_ << action;
     }
     menu_.insertActions(callsEnd_, calls_);
+    toldCalls_ = std::move(recent);
 }
 
 } // namespace varnic

@@ -3,6 +3,7 @@
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Shell/MenuBarLabel.h"
 #include "Varnic/Shell/Menus.h"
+#include "Varnic/Views/SettingsViews/RecentCalls.h"
 
 #include <QList>
 #include <QMenu>
@@ -44,6 +45,7 @@ private:
     /// The line before which the latest calls stand.
     QAction* callsEnd_ = nullptr;
     QList<QAction*> calls_;
+    std::vector<RecentCall> toldCalls_;
     std::vector<std::pair<MenuEntry, QAction*>> entries_;
     QSystemTrayIcon icon_;
 };

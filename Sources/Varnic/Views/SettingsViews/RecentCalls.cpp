@@ -33,6 +33,10 @@ std::vector<RecentCall> RecentCall::of(const AppModel& model) {
 }
 
 void RecentCall::open(AppModel& model, const Uuid& id) {
+    model.query = std::string();
+    if (model.section.value() != LibrarySection::calls) {
+        model.section = LibrarySection::all;
+    }
     model.selection = id;
     model.desktop.activate();
 }
