@@ -167,6 +167,16 @@ bool NoteStep::apply(Direction direction, Note& note) const {
         note.title = isChanged ? wanted : note.title;
     }
     const Indexes present = indexesOf(note.blocks, 0, note.blocks.size());
+    // Where words cannot go back to the block that they came from, the one that holds them stays.
+    const bool mayRemove = std::ranges::all_of(changes_, [&](const Change& one) {
+        const auto& source = one.*from;
+        const auto& target = one.*to;
+        if (!source || !target || source->block == target->block) {
+            return true;
+        }
+        const auto found = present.find(source->block.id);
+        return found != present.end() && canChange(note.blocks[found->second], source->block, target->block);
+    });
     std::unordered_set<Uuid> leaving;
     std::vector<BlockOrder::Arrival> arrivals;
     for (const Change& one : changes_) {
@@ -178,7 +188,7 @@ bool NoteStep::apply(Direction direction, Note& note) const {
             continue; // removed elsewhere
         }
         if (!target) {
-            if (*block == source->block) {
+            if (mayRemove && *block == source->block) {
                 leaving.insert(block->id);
             }
             continue;
@@ -192,7 +202,8 @@ bool NoteStep::apply(Direction direction, Note& note) const {
             leaving.insert(target->block.id);
         }
     }
-    if (leaving.empty()) {
+    // Of ids that stand twice by now nothing tells which is meant.
+    if (leaving.empty() || present.size() != note.blocks.size()) {
         return isChanged;
     }
     Blocks blocks = std::move(note.blocks);

@@ -211,6 +211,15 @@ TEST(NoteHistory, whatOthersChangedStays) {
          {"paragraph: a", "paragraph: b", "bullet: theirs"},
          {"paragraph: x", "paragraph: b", "bullet: theirs"}},
         {"the same text", {"P: a"}, setText(0, "x"), setText(0, "xy"), {"paragraph: xy"}, {"paragraph: xy"}},
+        {"the half of a split text that stayed",
+         {"P: abcd"},
+         [](Note& note) {
+             note.blocks[0].text = "ab";
+             note.blocks.push_back(block(BlockKind::paragraph, "cd"));
+         },
+         setText(0, "abY"),
+         {"paragraph: abY", "paragraph: cd"},
+         {"paragraph: abY", "paragraph: cd"}},
         {"a tick in the same block",
          {"T: a"},
          setText(0, "x"),

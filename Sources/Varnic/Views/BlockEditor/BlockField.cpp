@@ -43,7 +43,8 @@ void BlockField::setText(const QString& text) {
 }
 
 bool BlockField::isUsable() const {
-    return editor_ && editor_->isVisible() && editor_->isEnabled();
+    // A row that the list has let go of stays visible until it is deleted, but in no window.
+    return editor_ && editor_->window() != nullptr && editor_->isVisible() && editor_->isEnabled();
 }
 
 int BlockField::length() const {

@@ -20,6 +20,21 @@ Theme.PaperMenu {
         popup(item, 0, Math.min(item.height, 22) + 2);
     }
 
+    // Its row may be another block's then.
+    Connections {
+        function onRowsInserted() {
+            options.close();
+        }
+        function onRowsMoved() {
+            options.close();
+        }
+        function onRowsRemoved() {
+            options.close();
+        }
+
+        target: options.blocks
+    }
+
     Theme.PaperMenu {
         id: kinds
 

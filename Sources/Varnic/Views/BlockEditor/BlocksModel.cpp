@@ -173,15 +173,16 @@ std::optional<FieldKey> BlocksModel::takeShortcut(const Uuid& id, std::optional<
                 next = FieldKey{.block = note.blocks.emplace_back().id};
             }
         }
-        return std::nullopt;
+        return next ? std::optional(TextPlace{.block = next->block}) : std::nullopt;
     });
     return next;
 }
 
 void BlocksModel::editBlock(int row, const std::function<void(const Uuid&, Note&, Date)>& change) {
-    edit(EditKind::structure, std::nullopt, [&](Note& note, Date now) -> std::optional<TextPlace> {
-        change(idAt(row), note, now);
-        return std::nullopt;
+    const TextPlace place{.block = idAt(row)};
+    edit(EditKind::structure, place, [&](Note& note, Date now) -> std::optional<TextPlace> {
+        change(place.block, note, now);
+        return place;
     });
 }
 

@@ -62,7 +62,8 @@ bool EditorSurface::pressMouse(QQuickItem* item, QMouseEvent& event) {
     if (event.button() != Qt::LeftButton) {
         return false;
     }
-    if (own == fields_.end() && at.y() < fieldsOf(0).front()->area().top()) {
+    const QQuickItem* const first = itemAt(0); // null where it is scrolled away
+    if (own == fields_.end() && first != nullptr && at.y() < first->mapToItem(this, QPointF()).y()) {
         return true; // above the blocks: nothing to select, and no content to drag with a mouse
     }
     const EditorSelection::End end{.block = field->key().block, .position = field->positionAt(at)};
@@ -155,7 +156,7 @@ void EditorSurface::dragTo(qreal y) {
 }
 
 void EditorSurface::drop(int row) {
-    if (dropLine_ >= 0) {
+    if (dropLine_ >= 0 && row >= 0 && row < blocks_->rowCount()) {
         blocks_->moveBy(row, (dropRow_ > row ? dropRow_ - 1 : dropRow_) - row);
     }
     dropLine_ = -1;

@@ -3,6 +3,8 @@
 #include "Varnic/Views/BlockEditor/BlockField.h"
 #include "Varnic/Views/BlockEditor/EditorSurface.h"
 
+#include <vector>
+
 namespace varnic {
 
 TextPlace EditorSelection::placeOf(const End& end, const BlocksModel& blocks) {
@@ -43,7 +45,8 @@ void EditorSelection::set(const End& anchor, const End& head) {
         field->place(first.position);
     }
     surface_.reach({.block = head.block});
-    for (BlockField* const field : surface_.fields()) {
+    // A copy: what is shown may scroll, which makes more fields.
+    for (BlockField* const field : std::vector(surface_.fields())) {
         show(*field);
     }
     surface_.revealCaret();

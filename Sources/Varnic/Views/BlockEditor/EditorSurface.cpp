@@ -206,7 +206,8 @@ std::optional<TextPlace> EditorSurface::placeIn(const BlockField& field, const Q
 }
 
 void EditorSurface::type(BlockField& field, const QString& text) {
-    const auto before = placeIn(field, text, caretBefore_);
+    // In the text as it is stored, which is still the one from before.
+    const TextPlace before = EditorSelection::placeOf({field.key().block, caretBefore_}, *blocks_);
     const auto after = placeIn(field, text, field.caret());
     if (const std::optional<FieldKey> next = blocks_->type(field.key(), text.toStdString(), before, after)) {
         if (BlockField* const target = reach(*next)) {
@@ -217,6 +218,12 @@ void EditorSurface::type(BlockField& field, const QString& text) {
 
 void EditorSurface::go(const TextPlace& place) {
     const EditorSelection::End end = EditorSelection::endAt(place, *blocks_);
+    // A place in a card or a table names no field: whoever types in one of its fields stays there.
+    const Block* const block = blocks_->block(end.block);
+    if (block != nullptr && !hasTextLine(block->kind) && isInUse_ && focused_.block == end.block &&
+        find(focused_) != nullptr) {
+        return;
+    }
     if (BlockField* const field = reach({.block = end.block})) {
         field->place(end.position);
     }

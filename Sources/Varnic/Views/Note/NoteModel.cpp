@@ -145,7 +145,10 @@ QString NoteModel::title() const {
 
 void NoteModel::setTitle(const QString& title) {
     app_->edit(id_, {.kind = EditKind::typing}, [&title](Note& note) -> std::optional<TextPlace> {
-        note.title = title.toStdString();
+        if (std::string typed = title.toStdString(); typed != note.title) {
+            note.title = std::move(typed);
+            note.modified = currentDate();
+        }
         return std::nullopt;
     });
 }

@@ -36,6 +36,15 @@ Common commonEnds(const QString& a, const QString& b) {
     return common;
 }
 
+/// As it is stored: `toPlainText` makes plain blanks of those that break no line.
+QString textOf(const QTextDocument& document) {
+    QString text = document.toRawText();
+    std::ranges::replace_if(
+        text, [](QChar each) { return each == QChar::ParagraphSeparator || each == QChar::LineSeparator; },
+        QChar(u'\n'));
+    return text;
+}
+
 } // namespace
 
 void TextSync::setEditor(QQuickItem* editor) {
@@ -58,7 +67,7 @@ void TextSync::show() {
     if (!document_) {
         return;
     }
-    const QString before = document_->toPlainText();
+    const QString before = textOf(*document_);
     if (before == value_) {
         return;
     }
@@ -82,7 +91,7 @@ void TextSync::takeTyped() {
     if (isShowing_) {
         return;
     }
-    if (const QString typed = document_->toPlainText(); typed != value_) {
+    if (const QString typed = textOf(*document_); typed != value_) {
         value_ = typed;
         Q_EMIT edited(typed);
         Q_EMIT valueChanged();

@@ -247,6 +247,8 @@ INSTANTIATE_TEST_SUITE_P(
         KeyCase{"end_of_the_line_a_selection_was_led_to", "po^ne\nptwo", "<S-Down><End>x", "pone\nptwox^"},
         KeyCase{"end_of_the_note_from_a_selection", "po^ne\nptwo\npthree", "<S-Down><C-End>x", "pone\nptwo\npthreex^"},
         KeyCase{"arrow_ends_a_selection", "pone^\nptwo", "<S-Down><Right>x", "pone\nptwox^"},
+        KeyCase{"undo_in_a_cell_stays_in_it", "|a,b;c,d^", "x<C-z>", "|a,b;c,d^"},
+        KeyCase{"undo_of_backspaces_is_one", "pone^", "<Backspace><Backspace><C-z>", "pone^"},
         KeyCase{"undo_takes_a_word_back", "pone^", " two<C-z>", "pone ^"},
         KeyCase{"undo_of_a_sign_leaves_what_was_typed", "p^", "# <C-z>", "p# ^"},
         KeyCase{"undo_of_a_removed_selection", "po^ne\nptwo", "<S-Down><Delete><C-z>", "pone\npt^wo"},
@@ -367,6 +369,12 @@ TEST_F(BlockEditorTest, the_focus_is_where_an_input_method_will_write) {
     QCoreApplication::sendEvent(view.activeFocusItem(), &composing);
     EXPECT_EQ(now(), "po^hree");
     EXPECT_EQ(view.activeFocusItem(), focused);
+}
+
+TEST_F(BlockEditorTest, blanks_that_break_no_line_stay) {
+    start("pone\u00a0!^");
+    press("x");
+    EXPECT_EQ(now(), "pone\u00a0!x^");
 }
 
 TEST_F(BlockEditorTest, undo_belongs_to_the_toast_that_offers_it) {

@@ -42,12 +42,14 @@ QStringList column(const QAbstractListModel& rows, int role) {
 
 TEST_F(NotePageTest, typing_in_the_title_saves_it) {
     const Uuid id = addNote("");
+    const Date before = model->note(id)->modified;
     open(id);
     auto* const title = find<QQuickItem>("title");
     ASSERT_NE(title, nullptr);
     title->forceActiveFocus();
     type("Plan");
     EXPECT_EQ(model->note(id)->title, "Plan");
+    EXPECT_GT(model->note(id)->modified, before);
     ASSERT_EQ(model.stored().size(), 1U);
     EXPECT_EQ(model.stored().front().title, "Plan");
 }
