@@ -84,9 +84,11 @@ ServerAnswer answerIn(const HTTPResponse& response, bool hasKey) {
                 .sentence = "A server answers there, but with a page and not with a list of models. Most addresses end "
                             "in /v1."};
     }
-    std::string sentence = models->empty()       ? "The server answers, but has no model yet."
-                           : models->size() == 1 ? "The server answers and has one model."
-                                                 : fmt::format("The server answers and has {} models.", models->size());
+    std::string sentence = "The server answers, but has no model yet.";
+    if (!models->empty()) {
+        sentence = models->size() == 1 ? "The server answers and has one model."
+                                       : fmt::format("The server answers and has {} models.", models->size());
+    }
     return {.kind = Kind::models, .models = std::move(*models), .sentence = std::move(sentence)};
 }
 

@@ -32,9 +32,9 @@ FocusScope {
 
     signal addColumnWanted
     signal addRowWanted
-    signal optionsWanted(item: Item)
-    signal removeColumnWanted(column: int)
-    signal removeRowWanted(tableRow: int)
+    signal optionsWanted(Item item)
+    signal removeColumnWanted(int column)
+    signal removeRowWanted(int tableRow)
     signal toggled
 
     LayoutMirroring.childrenInherit: true

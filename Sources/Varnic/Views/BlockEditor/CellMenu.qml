@@ -15,8 +15,8 @@ Theme.PaperMenu {
 
     signal addColumnWanted
     signal addRowWanted
-    signal removeColumnWanted(column: int)
-    signal removeRowWanted(tableRow: int)
+    signal removeColumnWanted(int column)
+    signal removeRowWanted(int tableRow)
 
     function open(cell: Item, column: int, tableRow: int) {
         options.column = column;

@@ -18,8 +18,8 @@ Item {
 
     signal addColumnWanted
     signal addRowWanted
-    signal removeColumnWanted(column: int)
-    signal removeRowWanted(tableRow: int)
+    signal removeColumnWanted(int column)
+    signal removeRowWanted(int tableRow)
 
     /// Opens the options of a cell.
     function showOptions(cell: Item, column: int, tableRow: int) {
