@@ -39,7 +39,7 @@ bool hasLearntCard(const Note& note) {
 QCoro::Task<> checkPersistence(AppModel& model, Checks& checks) {
     co_await model.load();
     const SharedNotes& notes = model.notes();
-    checks.check(notes.size() > 0, fmt::format("the library reloads ({} notes)", notes.size()));
+    checks.check(!notes.empty(), fmt::format("the library reloads ({} notes)", notes.size()));
     checks.check(std::ranges::none_of(notes, lacksSummary), "every call kept its summary");
     const Note* call = firstCall(notes);
     checks.check(call != nullptr && call->call->segments.size() == DemoCall::lines().size() &&

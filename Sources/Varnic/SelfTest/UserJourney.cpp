@@ -42,7 +42,7 @@ QCoro::Task<> UserJourney::run() {
 QCoro::Task<bool> UserJourney::openLibrary() {
     co_await model_.readLibrary();
     const auto isFresh = [this] {
-        return model_.notes().size() == 0 && !model_.isUnreadable.value() && !model_.loadProblem.value();
+        return model_.notes().empty() && !model_.isUnreadable.value() && !model_.loadProblem.value();
     };
     if (isFresh()) {
         // Takes up recordings of dead programs, too.

@@ -6,6 +6,7 @@
 #include "VarnicCore/Editor/NoteEditor.h"
 
 #include <QKeyEvent>
+#include <QQuickWindow>
 
 #include <algorithm>
 #include <array>

@@ -163,7 +163,10 @@ BlockField* EditorSurface::beside(const BlockField& field, bool forward) {
         return *std::prev(at);
     }
     const std::vector<BlockField*> next = fieldsOf(row + (forward ? 1 : -1));
-    return next.empty() ? nullptr : forward ? next.front() : next.back();
+    if (next.empty()) {
+        return nullptr;
+    }
+    return forward ? next.front() : next.back();
 }
 
 BlockField* EditorSurface::beyond(const BlockField& field, bool down, qreal x) {
