@@ -42,7 +42,7 @@ class APIKeyTest : public testing::Test {
 protected:
     APIKeyTest() { model->keys = keys; }
 
-    ~APIKeyTest() override { keys->release(); }
+    void TearDown() override { keys->release(); }
 
     [[nodiscard]] APIKey::Status status() { return model->apiKey.status.value(); }
 

@@ -51,7 +51,7 @@ TEST_F(PermissionsTest, survey_noServer_speechGrantedWhereAModelFits) {
 }
 
 TEST_F(PermissionsTest, look_tellsWhatIsMissingAndWhatIsThere) {
-    const auto remedies = [this](const char* locale) {
+    const auto remedies = [](const char* locale) {
         const auto findings = Permissions::look(true, locale, "en", models);
         std::vector<std::string> said;
         for (const Permission& one : Permissions::described(findings, locale, "en")) {
