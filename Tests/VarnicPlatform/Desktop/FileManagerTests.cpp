@@ -38,11 +38,12 @@ TEST(FileManager, show_asksTheDesktopsOwn) {
     const MessageBus bus;
     DesktopEvents events;
     const FakeFileManager manager(events);
-    const auto asked = std::async(std::launch::async, [] {
+    auto asked = std::async(std::launch::async, [] {
         return FileManager::showFolder("/home/sam/My notes") && FileManager::showFile("/home/sam/a.m4a");
     });
     ASSERT_TRUE(dispatchUntil(events, [&] { return manager.shown.find("a.m4a") != std::string::npos; }));
     EXPECT_EQ(manager.shown, "ShowFolders file:///home/sam/My%20notes\nShowItems file:///home/sam/a.m4a\n");
+    EXPECT_TRUE(asked.get());
 }
 
 TEST(FileManager, show_noneThere_opensTheFolder) {
