@@ -77,6 +77,8 @@ SETTINGS = [
            ("AI summaries are optional",), 1),
     Screen("about", ("key:ctrl+comma", "press:page tab/About"), "What comes from others", ("Licence",), 1),
     Screen("licence", ("key:ctrl+comma", "press:Licence"), "push button/Back", ("GNU",), 1),
+    Screen("what comes from others", ("key:ctrl+comma", "press:page tab/About", "press:What comes from others"),
+           "push button/Back", ("What comes from others\nVarnic itself is free software",), 1),
 ]
 LIVE = [
     Screen("live recording", ("key:ctrl+shift+r", "press:Start Recording"), "Stop & Save",
@@ -106,12 +108,15 @@ class AccessibilityTest(unittest.TestCase):
         cls.desktop = Desktop(pulse=False, quantum=2048)
         cls.addClassCleanup(cls.desktop.close)
 
-    def start(self, notes):
+    def start(self, notes, written=()):
+        """With so many notes of all kinds, and those of these titles and blocks."""
         folder = Path(tempfile.mkdtemp(prefix="varnic-accessibility-"))
         self.addCleanup(shutil.rmtree, folder, ignore_errors=True)
         if notes:
             subprocess.run([sys.executable, f"{FIXTURES}/make_library.py", folder, str(notes)], check=True)
             self.write_note(folder, "Every kind", NOTE)
+        for title, blocks in written:
+            self.write_note(folder, title, blocks)
         self.program = Program(self.desktop, PROGRAM, VARNIC_DATA_DIR=str(folder))
         self.addCleanup(self.program.close)
         self.reader = ScreenReader(self.program)
@@ -123,6 +128,7 @@ class AccessibilityTest(unittest.TestCase):
         """The oldest note of a library."""
         then, blocks = "2020-01-01T10:00:00.000Z", [block | {"id": str(uuid.uuid4()).upper()} for block in blocks]
         note = {"id": str(uuid.uuid4()).upper(), "title": title, "created": then, "modified": then, "blocks": blocks}
+        (folder / "notes").mkdir(exist_ok=True)
         (folder / "notes" / f"{note['id']}.json").write_text(json.dumps(note))
 
     def key(self, *keys):
@@ -225,6 +231,19 @@ class AccessibilityTest(unittest.TestCase):
             was_on = self.read_text(name, "check box").has("checked")
             self.take(f"press:check box/{name}")
             wait_for(lambda: self.read_text(name_after, "check box").has("checked") != was_on, f"{name} the other way", SOON)
+
+    def test_rowsOutOfSight_areNotTold(self):
+        count = 60
+        errands = [{"kind": "todo", "text": f"Errand {number}"} for number in range(count)]
+        self.start(0, [("Errands", errands)] + [(f"Deck {number:02}", [{"kind": "flashcard", "text": "Q", "back": "A"}])
+                                                for number in range(count)])
+        for key, last in [("ctrl+4", f"Errand {count - 1}"), ("ctrl+5", f"Deck {count - 1}")]:
+            with self.subTest(last):
+                self.take("key:" + key)
+                wait_for(lambda: self.reader.focus(), "the keyboard in the list", SOON)
+                self.key(*["Down"] * (count + 1))
+                self.reader.expect_focus(lambda told: told.name == last, last)
+                wait_for(lambda: not self.reader.complaints(), "", SOON)
 
     def test_everyScreen_keepsTheKeyboard(self):
         self.start(12)

@@ -10,23 +10,33 @@ Flow {
     id: bar
 
     required property BlocksModel blocks
-    /// Pixels that the buttons take with their titles.
-    readonly property real fullWidth: 610
+    /// Whether the buttons' titles have room, all in one line.
+    readonly property bool labelled: labelledWidth <= width
+    readonly property real labelledWidth: {
+        let all = (buttons.count - 1) * spacing;
+        for (let i = 0; i < buttons.count; ++i) {
+            all += (buttons.itemAt(i) as Theme.QuietButton)?.labelledWidth ?? 0;
+        }
+        return all;
+    }
 
+    objectName: "addBlockBar"
     spacing: Theme.Space.s
 
     Repeater {
+        id: buttons
+
         model: bar.blocks.addable
 
         Theme.QuietButton {
             required property int modelData
-            readonly property string title: bar.blocks.kindTitles[modelData]
 
             Accessible.name: help
             compact: true
-            help: "Add " + title.toLowerCase()
+            help: "Add " + text.toLowerCase()
+            labelled: bar.labelled
             symbol: bar.blocks.kindSymbols[modelData]
-            text: bar.width >= bar.fullWidth ? title : ""
+            text: bar.blocks.kindTitles[modelData]
 
             onClicked: bar.blocks.add(modelData)
         }

@@ -86,6 +86,10 @@ EditorSurface {
             note: ground.note
         }
 
+        Theme.RowOrder {
+            listView: view
+        }
+
         // A list keeps its first row in place while its header grows, and so would leave the top of a page.
         onOriginYChanged: {
             if (Math.abs(contentY - topBefore) < 1) {

@@ -37,6 +37,17 @@ void BlockField::setBlockId(const QString& id) {
     Q_EMIT blockIdChanged();
 }
 
+void BlockField::setPart(int part) {
+    if (part < 0) {
+        return; // of a cell that is being taken away, whose place counts a moment longer
+    }
+    part_ = part;
+    Q_EMIT blockIdChanged();
+    if (editor_ && surface_ && isFocused()) {
+        surface_->noteFocus(*this, true);
+    }
+}
+
 void BlockField::setText(const QString& text) {
     sync_.setValue(text);
     Q_EMIT textChanged();

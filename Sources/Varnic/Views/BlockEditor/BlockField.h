@@ -26,7 +26,8 @@ class BlockField : public QObject, public QQmlParserStatus {
     /// A TextEdit, or for a block without text what takes the focus.
     Q_PROPERTY(QQuickItem* editor MEMBER editor_ REQUIRED)
     Q_PROPERTY(QString blockId READ blockId WRITE setBlockId NOTIFY blockIdChanged REQUIRED)
-    Q_PROPERTY(int part MEMBER part_ NOTIFY blockIdChanged)
+    /// Another one where cells have come or gone before it.
+    Q_PROPERTY(int part READ part WRITE setPart NOTIFY blockIdChanged)
     /// The stored text.
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
     /// The block is one of several that are selected.
@@ -45,6 +46,10 @@ public:
     [[nodiscard]] QString blockId() const { return QString::fromStdString(key().block.text()); }
 
     void setBlockId(const QString& id);
+
+    [[nodiscard]] int part() const { return part_; }
+
+    void setPart(int part);
 
     [[nodiscard]] FieldKey key() const { return {.block = block_, .part = part_}; }
 

@@ -13,9 +13,8 @@ FocusScope {
     required property string back
     required property string blockId
     required property string cardText
-    required property list<string> cells
+    required property tableWords cells
     required property real columnWidth
-    required property int columns
     required property string due
     readonly property real gap: kind === "heading" ? Theme.Space.l : kind === "subheading" ? Theme.Space.s : 0
     required property int index
@@ -43,7 +42,7 @@ FocusScope {
 
     // Of the block, where nothing in it has a menu of its own.
     Keys.onPressed: event => {
-        if (Theme.MenuKey.isPressed(event)) {
+        if (Theme.MenuKey.isPressed(event) || Theme.MenuKey.isPressedForOuter(event)) {
             row.optionsWanted(column);
             event.accepted = true;
         }
@@ -130,11 +129,11 @@ FocusScope {
         TableBlock {
             blockId: row.blockId
             cells: row.cells
-            columns: row.columns
             surface: row.surface
 
             onAddColumnWanted: row.addColumnWanted()
             onAddRowWanted: row.addRowWanted()
+            onOptionsWanted: row.optionsWanted(column)
             onRemoveColumnWanted: column => row.removeColumnWanted(column)
             onRemoveRowWanted: tableRow => row.removeRowWanted(tableRow)
         }

@@ -17,24 +17,16 @@ QString text(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-int columnsOf(const Block& table) {
-    std::size_t columns = 0;
-    for (const auto& row : table.rows) {
-        columns = std::max(columns, row.size());
-    }
-    return static_cast<int>(columns);
-}
-
-/// The cells row by row, all rows as long as the longest.
-QStringList cellsOf(const Block& table) {
+TableWords cellsOf(const Block& table) {
+    const int columns = BlocksModel::columnsOf(table);
     QStringList cells;
     for (const auto& row : table.rows) {
         for (const std::string& cell : row) {
             cells << text(cell);
         }
-        cells.resize(cells.size() + columnsOf(table) - std::ssize(row));
+        cells.resize(cells.size() + columns - std::ssize(row));
     }
-    return cells;
+    return {cells, columns};
 }
 
 const char* placeholderOf(BlockKind kind) {
@@ -58,7 +50,7 @@ const char* placeholderOf(BlockKind kind) {
 
 /// By the first strong letter.
 bool isWrittenRightToLeft(const Block& block) {
-    return block.kind == BlockKind::table ? cellsOf(block).join(' ').isRightToLeft()
+    return block.kind == BlockKind::table ? cellsOf(block).cells().join(' ').isRightToLeft()
                                           : text(block.text + ' ' + block.back).isRightToLeft();
 }
 
@@ -107,6 +99,14 @@ int BlocksModel::rowOf(const Uuid& block) const {
 const Block* BlocksModel::block(const Uuid& id) const {
     const auto found = std::ranges::find(rows(), id, &BlockRow::id);
     return found == rows().end() ? nullptr : &*found;
+}
+
+int BlocksModel::columnsOf(const Block& table) {
+    std::size_t columns = 0;
+    for (const auto& row : table.rows) {
+        columns = std::max(columns, row.size());
+    }
+    return static_cast<int>(columns);
 }
 
 Uuid BlocksModel::idAt(int row) const {
@@ -320,9 +320,7 @@ QVariant BlocksModel::data(const QModelIndex& index, int role) const {
     case cardText:
         return lineOfCard(block);
     case cells:
-        return cellsOf(block);
-    case columns:
-        return columnsOf(block);
+        return QVariant::fromValue(cellsOf(block));
     case isRightToLeft:
         return isWrittenRightToLeft(block);
     default:
@@ -343,7 +341,6 @@ QHash<int, QByteArray> BlocksModel::roleNames() const {
             {back, "back"},
             {cardText, "cardText"},
             {cells, "cells"},
-            {columns, "columns"},
             {isRightToLeft, "isRightToLeft"}};
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Varnic/Views/BlockEditor/TableCells.h"
 #include "Varnic/Views/Note/NoteModel.h"
 #include "Varnic/Views/Rows/RowModel.h"
 #include "VarnicCore/Editor/NoteHistory.h"
@@ -57,9 +58,8 @@ public:
         back,
         /// Of a card, its box and when it is due.
         cardText,
-        /// Of a table, row by row; all rows are as long as the longest.
+        /// Of a table.
         cells,
-        columns,
         /// It is written from right to left.
         isRightToLeft
     };
@@ -85,6 +85,8 @@ public:
     [[nodiscard]] int rowOf(const Uuid& block) const;
     /// Null for a block that is not there.
     [[nodiscard]] const Block* block(const Uuid& id) const;
+    /// Of a table's longest row; 0 for what is none.
+    [[nodiscard]] static int columnsOf(const Block& table);
 
     using Change = std::function<std::optional<TextPlace>(Note&, Date)>;
 

@@ -1,4 +1,5 @@
 import QtQuick
+import Varnic.BlockEditor
 import Varnic.Theme as Theme
 
 /// What can be done with a cell's row and column.
@@ -6,6 +7,7 @@ Theme.PaperMenu {
     // Not `menu`, which to an entry is the menu that it is in.
     id: options
 
+    required property TableCells cells
     property int column
     required property int columns
     required property int rows
@@ -15,6 +17,7 @@ Theme.PaperMenu {
 
     signal addColumnWanted
     signal addRowWanted
+    signal blockOptionsWanted
     signal removeColumnWanted(int column)
     signal removeRowWanted(int tableRow)
 
@@ -22,6 +25,18 @@ Theme.PaperMenu {
         options.column = column;
         options.tableRow = tableRow;
         popup(cell, 8, cell.height - 4);
+    }
+
+    // Another row or column may be in that place then.
+    Connections {
+        function onRowsInserted() {
+            options.close();
+        }
+        function onRowsRemoved() {
+            options.close();
+        }
+
+        target: options.cells
     }
 
     Theme.PaperMenuItem {
@@ -53,5 +68,16 @@ Theme.PaperMenu {
         text: "Delete Column"
 
         onTriggered: options.removeColumnWanted(options.column)
+    }
+
+    Theme.PaperMenuRule {
+    }
+
+    Theme.PaperMenuItem {
+        keys: "Ctrl+Shift+F10"
+        text: "Block Options…"
+
+        // Once this menu has given the keyboard back.
+        onTriggered: Qt.callLater(options.blockOptionsWanted)
     }
 }

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <variant>
@@ -164,8 +165,11 @@ bool EditorKeys::pressCommand(BlockField& field, const QKeyEvent& key) {
     }
     if (key.matches(QKeySequence::MoveToNextPage) || key.matches(QKeySequence::MoveToPreviousPage)) {
         selection.clear();
-        surface_.scrollPage(key.matches(QKeySequence::MoveToNextPage));
+        surface_.turnPage(key.matches(QKeySequence::MoveToNextPage));
         return true;
+    }
+    if (key.matches(QKeySequence::SelectNextPage) || key.matches(QKeySequence::SelectPreviousPage)) {
+        return extendByPage(field, key.matches(QKeySequence::SelectNextPage));
     }
     switch (key.key()) {
     case Qt::Key_Tab:
@@ -355,6 +359,12 @@ bool EditorKeys::selectAll(BlockField& field) {
     return true;
 }
 
+/// Where what is selected in a text begins, at the other end of which the caret is.
+EditorSelection::End EditorKeys::anchorIn(const BlockField& field) {
+    const bool isForward = field.caret() == field.selectionEnd();
+    return {.block = field.key().block, .position = isForward ? field.selectionStart() : field.selectionEnd()};
+}
+
 EditorSelection::End EditorKeys::edge(bool end) const {
     const TextSpan all = everything(surface_.blocks().note());
     return EditorSelection::endAt(end ? all.to : all.from, surface_.blocks());
@@ -434,7 +444,10 @@ EditorSelection::End EditorKeys::stepped(const EditorSelection::End& head, Opera
     const int row = blocks.rowOf(head.block) + (forward ? 1 : -1);
     const std::vector<BlockField*> next = surface_.fieldsOf(row);
     if (next.empty()) {
-        return edge(forward);
+        // Past either end, or a block without fields, which can only be gone over.
+        return row < 0 || row >= blocks.rowCount()
+                   ? edge(forward)
+                   : EditorSelection::End{.block = blocks.rows()[static_cast<std::size_t>(row)].id};
     }
     const BlockField& target = *next.front();
     if (!hasTextLine(kindOf(target, surface_))) {
@@ -463,10 +476,23 @@ bool EditorKeys::extend(BlockField& field, Operation operation) {
     if (!isText && field.isText()) {
         return false; // a cell or a side of a card stays within itself
     }
-    const int caret = field.caret();
-    const int anchor = caret == field.selectionEnd() ? field.selectionStart() : field.selectionEnd();
-    selection.set({.block = field.key().block, .position = anchor},
-                  stepped({.block = field.key().block, .position = caret}, operation));
+    selection.set(anchorIn(field), stepped({.block = field.key().block, .position = field.caret()}, operation));
+    return true;
+}
+
+bool EditorKeys::extendByPage(BlockField& field, bool down) {
+    EditorSelection& selection = surface_.selection();
+    const bool isActive = selection.isActive();
+    if (!isActive && field.isText() && !hasTextLine(kindOf(field, surface_))) {
+        return false; // a cell or a side of a card stays within itself
+    }
+    const EditorSelection::End anchor = isActive ? selection.anchor() : anchorIn(field);
+    const EditorSelection::End head =
+        isActive ? selection.head() : EditorSelection::End{.block = field.key().block, .position = field.caret()};
+    if (const BlockField* const from = surface_.reach({.block = head.block})) {
+        const QPointF to = surface_.scrollPage(from->caretArea(head.position).center(), down);
+        selection.set(anchor, surface_.endNear(to).value_or(head));
+    }
     return true;
 }
 

@@ -35,7 +35,9 @@ private:
     bool replaceSelection(QKeyEvent& key);
     bool move(BlockField& field, QTextCursor::MoveOperation operation);
     bool extend(BlockField& field, QTextCursor::MoveOperation operation);
+    bool extendByPage(BlockField& field, bool down);
     [[nodiscard]] EditorSelection::End stepped(const EditorSelection::End& head, QTextCursor::MoveOperation operation);
+    [[nodiscard]] static EditorSelection::End anchorIn(const BlockField& field);
     [[nodiscard]] EditorSelection::End edge(bool end) const;
     void leaveSelection(EditorSelection::End caret);
 

@@ -103,11 +103,8 @@ bool EditorSurface::dragMouse(QMouseEvent& event) {
 }
 
 void EditorSurface::extendTo(QPointF point) {
-    if (!pressed_) {
-        return;
-    }
-    if (const BlockField* const over = nearest(point)) {
-        selection_.set(*pressed_, {.block = over->key().block, .position = over->positionAt(point)});
+    if (const auto over = endNear(point); pressed_ && over) {
+        selection_.set(*pressed_, *over);
     }
 }
 

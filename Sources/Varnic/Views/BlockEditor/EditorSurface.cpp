@@ -43,10 +43,6 @@ EditorSurface::EditorSurface(QQuickItem* parent) : QQuickItem(parent) {
 
 void EditorSurface::componentComplete() {
     QQuickItem::componentComplete();
-    if (auto* const content = list_->property("contentItem").value<QQuickItem*>()) {
-        connect(content, &QQuickItem::childrenChanged, this, &EditorSurface::keepFooterLast);
-        keepFooterLast();
-    }
     connect(blocks_, &QAbstractItemModel::rowsRemoved, this, &EditorSurface::keepFocus, Qt::QueuedConnection);
     focusRequests_ = ViewContext::of(this).model.focusBlock.addNotifier([this] { takeFocusRequest(); });
     // Once the list has been given its size.
@@ -62,14 +58,6 @@ void EditorSurface::remove(BlockField& field) {
     std::erase(fields_, &field);
 }
 
-/// A list has its rows after its footer in the order of the Tab key.
-void EditorSurface::keepFooterLast() {
-    auto* const footer = list_->property("footerItem").value<QQuickItem*>();
-    if (footer != nullptr && footer->parentItem()->childItems().constLast() != footer) {
-        footer->stackAfter(footer->parentItem()->childItems().constLast());
-    }
-}
-
 void EditorSurface::leave(const BlockField& field, bool forward) {
     QQuickItem* from = &field.editor();
     if (auto* const footer = list_->property("footerItem").value<QQuickItem*>(); forward && footer != nullptr) {
@@ -81,24 +69,54 @@ void EditorSurface::leave(const BlockField& field, bool forward) {
 void EditorSurface::noteFocus(BlockField& field, bool isFocused) {
     isInUse_ = isFocused;
     if (!isFocused) {
+        // Once it is known who has it instead.
+        QMetaObject::invokeMethod(this, &EditorSurface::keepFocus, Qt::QueuedConnection);
         return;
     }
     focused_ = field.key();
     focusedRow_ = blocks_->rowOf(focused_.block);
+    const Block* const block = blocks_->block(focused_.block);
+    focusedColumns_ = block != nullptr ? BlocksModel::columnsOf(*block) : 0;
     // A list keeps its current row when it is scrolled away, and with it the caret.
     list_->setProperty("currentIndex", focusedRow_);
     revealCaret();
 }
 
-/// When the row that had the focus goes, another has it.
+/// When the row or the cell that had the focus goes, another has it.
 void EditorSurface::keepFocus() {
-    if (!isInUse_ || blocks_->rowOf(focused_.block) >= 0 || blocks_->rows().empty()) {
+    const bool isThere = blocks_->rowOf(focused_.block) >= 0;
+    if (isThere ? !isForsaken() : !isInUse_) {
         return;
     }
-    const auto row = static_cast<std::size_t>(std::clamp(focusedRow_, 0, blocks_->rowCount() - 1));
-    if (BlockField* const field = reach({.block = blocks_->rows()[row].id})) {
-        field->place(field->length());
+    BlockField* next = isThere ? nearestToFocused() : nullptr;
+    for (const bool forward : {true, false}) {
+        if (const auto fields = fieldsBeyond(focusedRow_ - (forward ? 1 : 0), forward);
+            next == nullptr && !fields.empty()) {
+            next = forward ? fields.front() : fields.back();
+        }
     }
+    if (next != nullptr) {
+        next->place(next->length());
+    }
+}
+
+/// Whether the focus is here, but on nothing that answers a key.
+bool EditorSurface::isForsaken() const {
+    return hasActiveFocus() && window()->activeFocusItem()->isFocusScope();
+}
+
+/// The field that has the focus or had it last; where it is gone, another of its block, of a table the cell that is now
+/// nearest to its place.
+BlockField* EditorSurface::nearestToFocused() {
+    const Block* const block = blocks_->block(focused_.block);
+    FieldKey key = focused_;
+    if (block != nullptr && block->kind == BlockKind::table && focusedColumns_ > 0) {
+        const int columns = BlocksModel::columnsOf(*block);
+        const int row = std::min(key.part / focusedColumns_, static_cast<int>(block->rows.size()) - 1);
+        key.part = row * columns + std::min(key.part % focusedColumns_, columns - 1);
+    }
+    BlockField* const field = reach(key);
+    return field != nullptr ? field : reach({.block = focused_.block});
 }
 
 void EditorSurface::takeFocusRequest() {
@@ -132,7 +150,7 @@ BlockField* EditorSurface::reach(const FieldKey& key) {
         return nullptr;
     }
     QMetaObject::invokeMethod(list_, "forceLayout");
-    if (itemAt(row) == nullptr) {
+    if (itemAt(row) == nullptr && find(key) == nullptr) {
         constexpr int contain = 4; // ListView.Contain
         QMetaObject::invokeMethod(list_, "positionViewAtIndex", Q_ARG(int, row), Q_ARG(int, contain));
     }
@@ -152,6 +170,16 @@ std::vector<BlockField*> EditorSurface::fieldsOf(int row) {
     return fields;
 }
 
+std::vector<BlockField*> EditorSurface::fieldsBeyond(int row, bool forward) {
+    const int step = forward ? 1 : -1;
+    for (int next = row + step; next >= 0 && next < blocks_->rowCount(); next += step) {
+        if (std::vector<BlockField*> fields = fieldsOf(next); !fields.empty()) {
+            return fields;
+        }
+    }
+    return {};
+}
+
 BlockField* EditorSurface::beside(const BlockField& field, bool forward) {
     const int row = blocks_->rowOf(field.key().block);
     const std::vector<BlockField*> own = fieldsOf(row);
@@ -162,7 +190,7 @@ BlockField* EditorSurface::beside(const BlockField& field, bool forward) {
     if (!forward && at != own.end() && at != own.begin()) {
         return *std::prev(at);
     }
-    const std::vector<BlockField*> next = fieldsOf(row + (forward ? 1 : -1));
+    const std::vector<BlockField*> next = fieldsBeyond(row, forward);
     if (next.empty()) {
         return nullptr;
     }
@@ -193,7 +221,7 @@ BlockField* EditorSurface::beyond(const BlockField& field, bool down, qreal x) {
     if (BlockField* const same = closest(fieldsOf(row), down ? own.bottom() : own.top())) {
         return same;
     }
-    const std::vector<BlockField*> next = fieldsOf(row + (down ? 1 : -1));
+    const std::vector<BlockField*> next = fieldsBeyond(row, down);
     return closest(next, down ? -1e9 : 1e9);
 }
 
@@ -221,10 +249,12 @@ void EditorSurface::type(BlockField& field, const QString& text) {
 
 void EditorSurface::go(const TextPlace& place) {
     const EditorSelection::End end = EditorSelection::endAt(place, *blocks_);
-    // A place in a card or a table names no field: whoever types in one of its fields stays there.
+    // A place in a card or a table names no field: whoever types in one of its fields stays there, or near.
     const Block* const block = blocks_->block(end.block);
-    if (block != nullptr && !hasTextLine(block->kind) && isInUse_ && focused_.block == end.block &&
-        find(focused_) != nullptr) {
+    if (block != nullptr && !hasTextLine(block->kind) && focused_.block == end.block) {
+        if (BlockField* const field = nearestToFocused(); field != nullptr && !field->isFocused()) {
+            field->place(field->length());
+        }
         return;
     }
     if (BlockField* const field = reach({.block = end.block})) {
@@ -329,20 +359,37 @@ void EditorSurface::scrollToBeginning() {
     QMetaObject::invokeMethod(list_, "positionViewAtBeginning");
 }
 
-void EditorSurface::scrollPage(bool down) {
-    BlockField* const before = find(focused_);
-    const QPointF at =
-        before != nullptr ? before->caretArea(before->caret()).center() : QPointF(width() / 2, height() / 2);
+QPointF EditorSurface::scrollPage(QPointF point, bool down) {
     constexpr qreal share = 0.9;
-    scrollBy((down ? share : -share) * height());
+    const qreal wanted = (down ? share : -share) * height();
+    const qreal before = list_->property("contentY").toReal();
+    scrollBy(wanted);
+    const qreal left = wanted - (list_->property("contentY").toReal() - before);
     QMetaObject::invokeMethod(list_, "forceLayout");
-    if (BlockField* const field = nearest({at.x(), std::clamp(at.y(), revealMargin, height() - revealMargin)})) {
+    return {point.x(), std::clamp(point.y() + left, revealMargin, height() - revealMargin)};
+}
+
+void EditorSurface::turnPage(bool down) {
+    BlockField* const before = find(focused_);
+    const QPointF at = scrollPage(
+        before != nullptr ? before->caretArea(before->caret()).center() : QPointF(width() / 2, height() / 2), down);
+    if (BlockField* const field = nearest(at)) {
         field->place(field->positionAt(at));
     }
 }
 
+std::optional<EditorSelection::End> EditorSurface::endNear(QPointF point) const {
+    const BlockField* const field = nearest(point);
+    if (field == nullptr) {
+        return std::nullopt;
+    }
+    const Block* const block = blocks_->block(field->key().block);
+    const bool isText = block != nullptr && hasTextLine(block->kind);
+    return EditorSelection::End{.block = field->key().block, .position = isText ? field->positionAt(point) : 0};
+}
+
 void EditorSurface::enter() {
-    if (const std::vector<BlockField*> first = fieldsOf(0); !first.empty()) {
+    if (const std::vector<BlockField*> first = fieldsBeyond(-1, true); !first.empty()) {
         first.front()->place(0);
     }
 }

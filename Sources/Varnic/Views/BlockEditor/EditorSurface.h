@@ -57,10 +57,13 @@ public:
 
     [[nodiscard]] const std::vector<BlockField*>& fields() const { return fields_; }
 
-    /// The field, made and in view; null where there is none.
+    /// The field, made and in view (but for the one that has the focus, which is there wherever it has been scrolled
+    /// to); null where there is none.
     BlockField* reach(const FieldKey& key);
     /// The fields of a row that can be used, in their order.
     std::vector<BlockField*> fieldsOf(int row);
+    /// Those of the next row after (or before) this one that has any, which a table without rows does not.
+    std::vector<BlockField*> fieldsBeyond(int row, bool forward);
     /// The next field in reading order, or the one before; null at the ends of the note.
     BlockField* beside(const BlockField& field, bool forward);
     /// The field below at this x, or the one above; null at the ends of the note.
@@ -78,8 +81,13 @@ public:
     void redo();
     /// To what stands above the blocks; the caret stays.
     void scrollToBeginning();
+    /// By a screen. Gives where a point comes to that goes along: where it was, or on towards the end of the note where
+    /// less was left to scroll.
+    QPointF scrollPage(QPointF point, bool down);
     /// By a screen, with the caret.
-    void scrollPage(bool down);
+    void turnPage(bool down);
+    /// The place in the text that is nearest to a point; nothing in a note without fields.
+    [[nodiscard]] std::optional<EditorSelection::End> endNear(QPointF point) const;
 
     [[nodiscard]] qreal dropLine() const { return dropLine_; }
 
@@ -108,10 +116,11 @@ private:
     [[nodiscard]] QQuickItem* itemAt(int row) const;
     [[nodiscard]] BlockField* find(const FieldKey& key) const;
     [[nodiscard]] BlockField* nearest(QPointF point) const;
+    [[nodiscard]] BlockField* nearestToFocused();
+    [[nodiscard]] bool isForsaken() const;
     [[nodiscard]] std::optional<TextPlace> placeIn(const BlockField& field, const QString& text, int position) const;
     void takeFocusRequest();
     void keepFocus();
-    void keepFooterLast();
     void scrollBy(qreal distance);
     bool pressMouse(QQuickItem* item, QMouseEvent& event);
     bool dragMouse(QMouseEvent& event);
@@ -125,6 +134,8 @@ private:
     /// The field that has the focus, or had it last.
     FieldKey focused_;
     int focusedRow_ = 0;
+    /// Of the table that it is in.
+    int focusedColumns_ = 0;
     /// Where the caret was before what is being typed.
     int caretBefore_ = 0;
     /// Somebody typed here and has not gone elsewhere since.

@@ -11,13 +11,13 @@ Item {
     id: block
 
     required property string blockId
-    /// Row by row.
-    required property list<string> cells
-    required property int columns
+    required property tableWords cells
     required property EditorSurface surface
 
     signal addColumnWanted
     signal addRowWanted
+    /// Of the table as a block.
+    signal optionsWanted
     signal removeColumnWanted(int column)
     signal removeRowWanted(int tableRow)
 
@@ -50,7 +50,7 @@ Item {
             // Round above, and below only where the table ends with it.
             Rectangle {
                 color: Theme.Palette.wash
-                height: block.cells.length > block.columns ? parent.height + radius : parent.height
+                height: block.cells.rows > 1 ? parent.height + radius : parent.height
                 opacity: 0.7
                 radius: Theme.Radius.card - 1
                 width: parent.width
@@ -63,15 +63,18 @@ Item {
             readonly property real headHeight: cellItems.count > 0 ? cellItems.itemAt(0).height : 0
 
             columnSpacing: 0
-            columns: Math.max(1, block.columns)
+            columns: Math.max(1, theCells.columns)
             rowSpacing: 0
             width: parent.width
 
             Repeater {
                 id: cellItems
 
-                // Their number: a list of texts would make all cells anew with every key.
-                model: block.cells.length
+                model: TableCells {
+                    id: theCells
+
+                    table: block.cells
+                }
 
                 TableCell {
                     Layout.fillHeight: true
@@ -81,7 +84,6 @@ Item {
                     column: index % grid.columns
                     surface: block.surface
                     tableRow: index / grid.columns
-                    words: block.cells[index] ?? ""
 
                     onOptionsWanted: block.showOptions(this, column, tableRow)
                 }
@@ -122,11 +124,13 @@ Item {
         active: false
 
         sourceComponent: CellMenu {
-            columns: block.columns
-            rows: block.cells.length / Math.max(1, block.columns)
+            cells: theCells
+            columns: block.cells.columns
+            rows: block.cells.rows
 
             onAddColumnWanted: block.addColumnWanted()
             onAddRowWanted: block.addRowWanted()
+            onBlockOptionsWanted: block.optionsWanted()
             onRemoveColumnWanted: column => block.removeColumnWanted(column)
             onRemoveRowWanted: tableRow => block.removeRowWanted(tableRow)
         }

@@ -3,13 +3,11 @@ import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// The cards of one note.
-Item {
+ListRow {
     id: row
 
     required property string due
     required property int index
-    readonly property bool isCurrent: ListView.isCurrentItem
-    readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
     required property string noteId
     required property string studyText
     required property string title
@@ -29,10 +27,7 @@ Item {
     }
 
     Accessible.description: due === "" ? total : total + ", " + due
-    Accessible.focusable: true
-    Accessible.focused: isCurrent && isFocused
     Accessible.name: title
-    Accessible.role: Accessible.ListItem
     implicitHeight: content.implicitHeight + 10
 
     Accessible.onPressAction: choose()
@@ -79,7 +74,8 @@ Item {
         anchors.rightMargin: 10
         anchors.verticalCenter: parent.verticalCenter
         implicitHeight: Math.max(button.height, done.height)
-        implicitWidth: button.visible ? button.width : done.width
+        implicitWidth: row.studyText === "" ? done.width : button.width
+        visible: row.isInView
 
         Theme.InkButton {
             id: button

@@ -35,6 +35,10 @@ ListScope {
             id: rows
         }
 
+        Theme.RowOrder {
+            listView: list
+        }
+
         Keys.onEnterPressed: (currentItem as DeckItem)?.choose()
         Keys.onReturnPressed: (currentItem as DeckItem)?.choose()
         Keys.onSpacePressed: (currentItem as DeckItem)?.study()

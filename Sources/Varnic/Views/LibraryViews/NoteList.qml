@@ -46,6 +46,10 @@ ListScope {
             id: rows
         }
 
+        Theme.RowOrder {
+            listView: list
+        }
+
         Keys.onDeletePressed: Library.remove(rows.currentId)
         Keys.onPressed: event => {
             if (Theme.MenuKey.isPressed(event)) {

@@ -5,7 +5,7 @@ import Varnic.LiveView
 import Varnic.Theme as Theme
 
 /// A note in the list, or the recording that runs.
-Item {
+ListRow {
     id: row
 
     required property string cards
@@ -14,10 +14,6 @@ Item {
     required property callInk ink
     required property int index
     required property bool isCall
-    readonly property bool isCurrent: ListView.isCurrentItem
-    readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
-    /// A list also keeps some rows that are scrolled away.
-    readonly property bool isInView: !ListView.view || (y + height > ListView.view.contentY && y < ListView.view.contentY + ListView.view.height)
     required property bool isLive
     required property bool isPinned
     required property string length
@@ -34,11 +30,7 @@ Item {
         Library.open(noteId);
     }
 
-    Accessible.focusable: true
-    Accessible.focused: isCurrent && isFocused
-    Accessible.ignored: !isInView
     Accessible.name: isLive ? "Recording now" : spoken
-    Accessible.role: Accessible.ListItem
     Accessible.selectable: true
     Accessible.selected: isCurrent
     implicitHeight: (isLive ? live.height : content.implicitHeight) + 12

@@ -3,14 +3,10 @@ import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// The title of a note that matches, or a place in it that does.
-Item {
+ListRow {
     id: row
 
     required property int index
-    readonly property bool isCurrent: ListView.isCurrentItem
-    readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
-    /// A list also keeps some rows that are scrolled away.
-    readonly property bool isInView: !ListView.view || (y + height > ListView.view.contentY && y < ListView.view.contentY + ListView.view.height)
     required property bool isHeader
     required property string markedText
     required property string stamp
@@ -25,11 +21,7 @@ Item {
     }
 
     Accessible.description: stamp
-    Accessible.focusable: true
-    Accessible.focused: isCurrent && isFocused
-    Accessible.ignored: !isInView
     Accessible.name: text
-    Accessible.role: Accessible.ListItem
     implicitHeight: words.implicitHeight + (isHeader ? 14 : 8)
 
     Accessible.onPressAction: choose()

@@ -35,6 +35,10 @@ ListScope {
             id: rows
         }
 
+        Theme.RowOrder {
+            listView: list
+        }
+
         Keys.onEnterPressed: (currentItem as SearchResultRow)?.choose()
         Keys.onEscapePressed: Library.query = ""
         Keys.onReturnPressed: (currentItem as SearchResultRow)?.choose()

@@ -3,14 +3,12 @@ import Varnic.LibraryViews
 import Varnic.Theme as Theme
 
 /// A to-do with its box, or the button of the note that the ones below it stand in.
-Item {
+ListRow {
     id: row
 
     required property string blockId
     required property string due
     required property int index
-    readonly property bool isCurrent: ListView.isCurrentItem
-    readonly property bool isFocused: ListView.view ? ListView.view.activeFocus : false
     required property bool isHeader
     required property bool isYours
     required property string noteId
@@ -29,11 +27,8 @@ Item {
     }
 
     Accessible.description: due
-    Accessible.focusable: true
-    Accessible.focused: isCurrent && isFocused
-    Accessible.ignored: isHeader
+    Accessible.ignored: isHeader || !isInView
     Accessible.name: text
-    Accessible.role: Accessible.ListItem
     implicitHeight: isHeader ? header.implicitHeight + 8 : content.implicitHeight + 8
 
     Accessible.onPressAction: choose()
@@ -52,7 +47,7 @@ Item {
         anchors.bottom: parent.bottom
         isCurrent: row.isCurrent && row.isFocused
         text: row.text
-        visible: row.isHeader
+        visible: row.isHeader && row.isInView
         width: parent.width
 
         onClicked: row.choose()
@@ -72,7 +67,7 @@ Item {
         implicitHeight: 24
         implicitWidth: 24
         isSwitch: true
-        visible: !row.isHeader
+        visible: !row.isHeader && row.isInView
 
         contentItem: Item {
             Theme.Symbol {
@@ -96,7 +91,7 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 10
         spacing: 3
-        visible: !row.isHeader
+        visible: !row.isHeader && row.isInView
 
         Text {
             Accessible.ignored: true

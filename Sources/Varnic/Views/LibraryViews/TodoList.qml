@@ -34,6 +34,10 @@ ListScope {
             id: rows
         }
 
+        Theme.RowOrder {
+            listView: list
+        }
+
         Keys.onEnterPressed: (currentItem as TodoItem)?.choose()
         Keys.onReturnPressed: (currentItem as TodoItem)?.choose()
         Keys.onSpacePressed: (currentItem as TodoItem)?.markDone()

@@ -7,26 +7,33 @@ Row {
     id: actions
 
     required property bool labelled
+    /// The width that they have with their texts.
+    readonly property real labelledWidth: copy.labelledWidth + spacing + open.labelledWidth
     required property NoteModel note
 
+    objectName: "emailActions"
     spacing: Theme.Space.s
 
     Theme.QuietButton {
-        Accessible.name: "Copy email"
+        id: copy
+
         compact: true
         help: "Copy the subject and email"
+        labelled: actions.labelled
         symbol: "doc.on.doc"
-        text: actions.labelled ? "Copy email" : ""
+        text: "Copy email"
 
         onClicked: actions.note.copyEmail()
     }
 
     Theme.QuietButton {
-        Accessible.name: "Open in Mail"
+        id: open
+
         compact: true
         help: "Opens a new draft in your mail app — nothing is sent until you send it"
+        labelled: actions.labelled
         symbol: "arrow.up.forward.app"
-        text: actions.labelled ? "Open in Mail" : ""
+        text: "Open in Mail"
 
         onClicked: actions.note.openInMail()
     }

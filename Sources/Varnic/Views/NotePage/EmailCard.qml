@@ -22,12 +22,16 @@ Theme.Card {
             spacing: Theme.Space.s
 
             Theme.Symbol {
+                id: sign
+
                 color: Theme.Palette.inkSoft
                 name: "envelope"
                 size: 15
             }
 
             Theme.Heading {
+                id: title
+
                 Layout.fillWidth: true
                 color: Theme.Palette.ink
                 elide: Text.ElideRight
@@ -36,11 +40,15 @@ Theme.Card {
             }
 
             EmailActions {
-                labelled: card.availableWidth > 420
+                id: actions
+
+                labelled: sign.width + title.implicitWidth + labelledWidth + folder.width + 3 * Theme.Space.s <= card.availableWidth
                 note: card.note
             }
 
             Theme.IconButton {
+                id: folder
+
                 help: card.expanded ? "Collapse" : "Expand"
                 symbol: card.expanded ? "chevron.up" : "chevron.down"
 

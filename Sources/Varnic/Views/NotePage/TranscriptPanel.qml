@@ -151,6 +151,10 @@ Rectangle {
             }
         }
 
+        Theme.RowOrder {
+            listView: list
+        }
+
         Keys.onPressed: event => listKeys.take(event)
         Keys.onEnterPressed: (currentItem as TurnRow)?.chosen()
         Keys.onReturnPressed: (currentItem as TurnRow)?.chosen()

@@ -32,7 +32,8 @@ Column {
     TextEdit {
         id: words
 
-        Accessible.name: text
+        // As it is read, not as it is marked up.
+        Accessible.name: text === "" ? "" : getText(0, length)
         Accessible.role: Accessible.StaticText
         color: Theme.Palette.ink
         font: words.textFormat === TextEdit.MarkdownText ? Theme.Typo.ui : Theme.Typo.stamp

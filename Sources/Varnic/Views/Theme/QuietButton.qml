@@ -6,6 +6,10 @@ PlainButton {
     id: button
 
     property bool compact
+    /// Whether its text shows beside its symbol; it is its name in any case.
+    property bool labelled: true
+    /// The width that it has with its text.
+    readonly property real labelledWidth: face.labelledWidth + leftPadding + rightPadding
     property string symbol
 
     bottomPadding: compact ? 3 : 5
@@ -26,7 +30,10 @@ PlainButton {
         }
     }
     contentItem: SymbolLabel {
+        id: face
+
         font: Theme.Typo.system(button.compact ? 12 : 13, Font.Medium)
+        labelled: button.labelled
         symbol: button.symbol
         symbolSize: button.compact ? 11 : 12
         text: button.text

@@ -7,6 +7,10 @@ Item {
 
     property color color: Theme.Palette.ink
     property font font: Theme.Typo.ui
+    /// Whether the text shows beside a symbol.
+    property bool labelled: true
+    /// The width that it has with its text.
+    readonly property real labelledWidth: (symbol === "" ? 0 : sign.width + spacing) + words.implicitWidth
     property real spacing: 5
     property string symbol
     /// The size of the type that the symbol is drawn like, in points.
@@ -14,10 +18,10 @@ Item {
     property int symbolWeight: Font.Medium
     property string text
     /// What the symbol takes.
-    readonly property real beforeText: symbol === "" ? 0 : sign.width + (text === "" ? 0 : spacing)
+    readonly property real beforeText: symbol === "" ? 0 : sign.width + (words.visible ? spacing : 0)
 
     implicitHeight: text === "" ? row.implicitHeight : words.implicitHeight
-    implicitWidth: beforeText + (text === "" ? 0 : words.implicitWidth)
+    implicitWidth: labelled && text !== "" ? labelledWidth : sign.width
 
     Row {
         id: row
@@ -45,7 +49,7 @@ Item {
             elide: Text.ElideRight
             font: label.font
             text: label.text
-            visible: text !== ""
+            visible: label.labelled && text !== ""
             width: Math.min(implicitWidth, Math.ceil(label.width - label.beforeText))
         }
     }

@@ -175,6 +175,27 @@ protected:
                      focused != nullptr && focused->property("blockId").isValid() ? focused : nullptr);
     }
 
+    /// So many lines, with the caret at the start of the first.
+    static std::string lines(int count) {
+        std::string note = "p^line";
+        for (int line = 1; line < count; ++line) {
+            note += "\npline";
+        }
+        return note;
+    }
+
+    static QQuickItem* findButton(QQuickItem* item, const QString& text) {
+        if (item->isVisible() && item->property("text") == text && item->inherits("QQuickAbstractButton")) {
+            return item;
+        }
+        for (QQuickItem* child : item->childItems()) {
+            if (QQuickItem* const found = findButton(child, text)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
     void collect(QQuickItem* item, const QString& block, int part, std::vector<QQuickItem*>& found) {
         if (item->isVisible() && item->metaObject()->indexOfProperty("cursorPosition") >= 0 &&
             item->property("blockId").toString() == block && item->property("part").toInt() == part) {
@@ -247,6 +268,15 @@ INSTANTIATE_TEST_SUITE_P(
         KeyCase{"end_of_the_line_a_selection_was_led_to", "po^ne\nptwo", "<S-Down><End>x", "pone\nptwox^"},
         KeyCase{"end_of_the_note_from_a_selection", "po^ne\nptwo\npthree", "<S-Down><C-End>x", "pone\nptwo\npthreex^"},
         KeyCase{"arrow_ends_a_selection", "pone^\nptwo", "<S-Down><Right>x", "pone\nptwox^"},
+        KeyCase{"the_menu_of_a_divider", "pone^\n=\npx", "<Down><S-F10><Down><Down><Down><Return>", "pone\npx\n=^"},
+        KeyCase{"the_menu_of_a_card", "cq::a^\npx", "<C-S-F10><Down><Down><Down><Return>", "px\ncq^::a"},
+        KeyCase{"the_menu_of_a_table", "|a,b^\npx", "<C-S-F10><Down><Down><Down><Return>", "px\n|a^,b"},
+        KeyCase{"the_menu_of_a_table_by_that_of_a_cell", "|a,b^\npx",
+                "<Menu><Down><Down><Down><Down><Return><Down><Down><Down><Return>", "px\n|a^,b"},
+        KeyCase{"shift_page_down_selects_on", "po^ne\nptwo\npthree", "<S-PgDown><Delete>", "po^"},
+        KeyCase{"shift_page_up_selects_back", "pone\nptwo\npth^ree", "<S-PgUp><Delete>", "p^ree"},
+        KeyCase{"shift_page_down_and_up_again", "pone\npt^wo", "<S-PgDown><S-PgUp>x", "px^wo"},
+        KeyCase{"undo_of_a_row_leads_to_the_cell_above", "|a,b^", "<Tab>x<C-z><C-z>y", "|ay^,b"},
         KeyCase{"undo_in_a_cell_stays_in_it", "|a,b;c,d^", "x<C-z>", "|a,b;c,d^"},
         KeyCase{"undo_of_backspaces_is_one", "pone^", "<Backspace><Backspace><C-z>", "pone^"},
         KeyCase{"undo_takes_a_word_back", "pone^", " two<C-z>", "pone ^"},
@@ -394,12 +424,128 @@ TEST_F(BlockEditorTest, a_ragged_table_can_be_typed_in_where_cells_are_missing) 
     EXPECT_EQ(now(), "|a,b;c,d^");
 }
 
-TEST_F(BlockEditorTest, scrolling_leaves_the_caret_behind) {
-    std::string note = "p^line";
-    for (int line = 1; line < 100; ++line) {
-        note += "\npline";
+using Rows = std::vector<std::vector<std::string>>;
+
+struct ShapeCase {
+    friend std::ostream& operator<<(std::ostream& out, const ShapeCase& shown) { return out << shown.name; }
+
+    const char* name;
+    void (*change)(Rows&);
+    std::string after;
+};
+
+class Shapes : public BlockEditorTest, public testing::WithParamInterface<ShapeCase> {};
+
+void insertColumn(Rows& rows, int column) {
+    for (auto& row : rows) {
+        row.insert(row.begin() + column, "-");
     }
-    start(note);
+}
+
+void eraseColumn(Rows& rows, int column) {
+    for (auto& row : rows) {
+        row.erase(row.begin() + column);
+    }
+}
+
+TEST_P(Shapes, leave_the_caret_in_its_cell_or_near) {
+    start("|a,b;cc^c,d;e,f\npx");
+    model->update(id, false, [](Note& note) { GetParam().change(note.blocks.front().rows); });
+    ASSERT_TRUE(QTest::qWaitFor([this] { return now().find('^') != std::string::npos; }));
+    press("!");
+    EXPECT_EQ(now(), GetParam().after);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    BlockEditor, Shapes,
+    testing::Values(
+        ShapeCase{"a_row_below", [](Rows& rows) { rows.push_back({"", ""}); }, "|a,b;cc!^c,d;e,f;,\npx"},
+        ShapeCase{"a_row_above", [](Rows& rows) { rows.insert(rows.begin(), {"-", "-"}); }, "|-,-;a,b;cc!^c,d;e,f\npx"},
+        ShapeCase{"a_column_behind", [](Rows& rows) { insertColumn(rows, 2); }, "|a,b,-;cc!^c,d,-;e,f,-\npx"},
+        ShapeCase{"a_column_before", [](Rows& rows) { insertColumn(rows, 0); }, "|-,a,b;-,cc!^c,d;-,e,f\npx"},
+        ShapeCase{"no_row_above", [](Rows& rows) { rows.erase(rows.begin()); }, "|cc!^c,d;e,f\npx"},
+        ShapeCase{"no_column_behind", [](Rows& rows) { eraseColumn(rows, 1); }, "|a;cc!^c;e\npx"},
+        ShapeCase{"both_at_once",
+                  [](Rows& rows) {
+                      insertColumn(rows, 0);
+                      rows.erase(rows.begin());
+                  },
+                  "|-,cc!^c,d;-,e,f\npx"},
+        ShapeCase{"not_its_row", [](Rows& rows) { rows.erase(rows.begin() + 1); }, "|a,b;e!^,f\npx"},
+        ShapeCase{"not_its_column", [](Rows& rows) { eraseColumn(rows, 0); }, "|b;d!^;f\npx"},
+        ShapeCase{"only_its_first_cell", [](Rows& rows) { rows = {{"a"}}; }, "|a!^\npx"},
+        ShapeCase{"no_rows", [](Rows& rows) { rows.clear(); }, "|\npx!^"}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(BlockEditorTest, the_buttons_of_a_table_leave_the_caret_in_its_cell) {
+    start("|a,b;cc^c,d");
+    for (const auto& [button, after] :
+         {std::pair("Row", "|a,b;cc!^c,d;,"), std::pair("Column", "|a,b,;cc!!^c,d,;,,")}) {
+        auto* const pressed = findButton(view.rootObject(), button);
+        ASSERT_NE(pressed, nullptr);
+        QTest::mouseClick(&view, Qt::LeftButton, {},
+                          pressed->mapToScene({pressed->width() / 2, pressed->height() / 2}).toPoint());
+        press("!");
+        EXPECT_EQ(now(), after);
+    }
+    press("<C-z><C-z>?"); // what was typed last, and the column
+    EXPECT_EQ(now(), "|a,b;cc!?^c,d;,");
+}
+
+TEST_F(BlockEditorTest, a_table_without_rows_is_gone_over) {
+    const std::vector<Block> blocks{Block{.id = Uuid::random(), .text = "one"}, Block::table({}),
+                                    Block{.id = Uuid::random(), .text = "two"}};
+    id = addNote("Plan", blocks);
+    open(id);
+    for (const auto& [keys, after] : {std::pair("<Down>", "pone\n|\nptwo^"), std::pair("<Right>", "pone\n|\np^two"),
+                                      std::pair("<Tab>", "pone\n|\nptwo^"), std::pair("<Down><Up>", "pone^\n|\nptwo"),
+                                      std::pair("<Tab><S-Backtab>", "pone^\n|\nptwo")}) {
+        place(blocks[0].id, 0, 3);
+        press(keys);
+        EXPECT_EQ(now(), after) << keys;
+    }
+    place(blocks[0].id, 0, 3);
+    press("<S-Down><S-Down><Delete>");
+    EXPECT_EQ(now(), "pone^");
+}
+
+TEST_F(BlockEditorTest, rows_are_told_in_their_order) {
+    start("pone^\npfour");
+    press("<Return>two<Return>three<A-Up>");
+    const std::vector<std::string> order{"one", "three", "two", "four"};
+    std::vector<std::string> told;
+    const auto tell = [&](auto&& self, QQuickItem* item) -> void {
+        if (item->isVisible() && item->metaObject()->indexOfProperty("stored") >= 0) {
+            told.push_back(item->property("stored").toString().toStdString());
+        }
+        for (QQuickItem* child : item->childItems()) {
+            self(self, child);
+        }
+    };
+    const auto isInOrder = [&] {
+        told.clear();
+        tell(tell, find<QQuickItem>("sheet"));
+        return told == order;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isInOrder)) << joined(told, " ");
+}
+
+TEST_F(BlockEditorTest, pages_are_selected_one_after_another) {
+    start(lines(100));
+    std::vector<std::size_t> left;
+    for (const char* const keys : {"<S-PgDown>", "<S-PgDown><S-PgDown>", "<S-PgDown><S-PgDown><S-PgUp>"}) {
+        press(std::string(keys) + "<Delete>");
+        left.push_back(model->note(id)->blocks.size());
+        press("<C-z><C-Home>");
+    }
+    EXPECT_LT(left[0], 85U);
+    EXPECT_GT(left[0], 50U);
+    EXPECT_NEAR(static_cast<double>(100 - left[1]), 2.0 * static_cast<double>(100 - left[0]), 1);
+    EXPECT_NEAR(static_cast<double>(left[2]), static_cast<double>(left[0]), 1);
+}
+
+TEST_F(BlockEditorTest, scrolling_leaves_the_caret_behind) {
+    start(lines(100));
     auto* const sheet = find<QQuickItem>("sheet");
     const auto place = [sheet] { return sheet->property("contentY").toReal() - sheet->property("originY").toReal(); };
     sheet->setProperty("contentY", 1'500); // as a wheel does

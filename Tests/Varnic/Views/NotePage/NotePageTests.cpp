@@ -380,6 +380,32 @@ TEST_F(NotePageTest, the_toolbar_has_labels_where_they_fit) {
     }
 }
 
+TEST_F(NotePageTest, buttons_have_labels_where_they_fit_in_any_language) {
+    const Uuid id = addCall({});
+    model->update(id, true, [](Note& note) { note.call->digest = CallDigest(); });
+    open(id);
+    for (const char* const name : {"addBlockBar", "emailActions"}) {
+        auto* const bar = find<QQuickItem>(name);
+        ASSERT_NE(bar, nullptr) << name;
+        const QList<QQuickItem*> buttons = bar->childItems();
+        const auto first = std::ranges::find_if(
+            buttons, [](const QQuickItem* item) { return item->inherits("QQuickAbstractButton"); });
+        for (const char* const label : {"Add", "Abschnittsüberschrift"}) {
+            (*first)->setProperty("text", label);
+            std::set<bool> labelled;
+            for (int width = 1200; width >= 360; width -= 20) {
+                view.resize(width, 800);
+                ASSERT_TRUE(QTest::qWaitFor([&] { return view.rootObject()->width() == width; }));
+                view.grabWindow(); // after which all is in its place
+                labelled.insert((*first)->property("labelled").toBool());
+                EXPECT_LE(bar->mapToScene({bar->childrenRect().right(), 0}).x(), width) << name << ", " << label;
+                EXPECT_TRUE(!*labelled.rbegin() || bar->childrenRect().height() < 30) << name << ": in one line";
+            }
+            EXPECT_EQ(labelled.size(), 2U) << name << ", " << label;
+        }
+    }
+}
+
 TEST_F(NotePageTest, a_speed_is_for_all_calls_and_remembered) {
     open(addCall({}));
     EXPECT_EQ(CallPlayer::speeds(), QStringList({"0.75×", "1×", "1.25×", "1.5×", "1.75×", "2×"}));
