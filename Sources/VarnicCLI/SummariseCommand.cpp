@@ -66,7 +66,7 @@ void checkRequest(AppModel& model, const CallRecord& call) {
                                 .yourName = model.settings.yourName.value(),
                                 .themName = call.themName,
                                 .source = call.source};
-    const KeyReading key = QCoro::waitFor(model.apiKey.read());
+    const KeyReading key = QCoro::waitFor(model.apiKey.readForRequest());
     try {
         static_cast<void>(model.aiSummariser(key)->request(call.segments, context, model.region));
     } catch (const AIError& error) {

@@ -18,122 +18,15 @@ sys.path.insert(0, FIXTURES)
 
 from ai_server import Server  # noqa: E402
 from desktop import Desktop, Program, wait_for  # noqa: E402
+from key_ring import KeyRing  # noqa: E402
 from screen_reader import ScreenReader  # noqa: E402
-
-# A window of settings is small; no chain of stops for the Tab key is as long as this.
-MANY_STOPS = 40
+from settings_window import Settings  # noqa: E402
 
 
 def in_capitals(token):
     """A token of a model, which stands in base64, unless it is no text."""
     text = base64.b64decode(token)
     return token if text.startswith(b"<") else base64.b64encode(text.upper()).decode()
-
-
-class Settings:
-    """The settings window of a program, by keyboard alone."""
-
-    def __init__(self, program):
-        self.program = program
-        self.key("ctrl+comma")
-        self.window = wait_for(self.find_window, "the settings window")
-        wait_for(lambda: self.state(self.window, "ACTIVE"), "the settings window in front")
-
-    def find_window(self):
-        return next((window for window in self.program.root if window and window.name == "Settings"), None)
-
-    def key(self, *keys):
-        self.program.desktop.xdotool("key", *keys)
-
-    def state(self, node, name):
-        return node.getState().contains(getattr(self.program.pyatspi, f"STATE_{name}"))
-
-    def nodes(self):
-        queue = [self.window]
-        while queue:
-            node = queue.pop(0)
-            try:
-                if node is self.window or self.state(node, "SHOWING"):
-                    yield node
-                    queue += [child for child in node if child]
-            except Exception:  # it went away while we looked
-                continue
-
-    def focused(self):
-        """What the keyboard is on; a field for secrets has a description in place of a name."""
-        found = [node for node in self.nodes() if node is not self.window and self.state(node, "FOCUSED")]
-        return found[-1] if found else None
-
-    def at(self):
-        node = self.focused()
-        return (node.name or node.description) if node else ""
-
-    def tab(self, name):
-        """Goes to a tab by the arrow keys."""
-        self.go_to(lambda node: node.getRoleName() == "page tab", "a tab")
-        while self.at() != name:
-            before = self.at()
-            self.key("Right")
-            wait_for(lambda: self.at() != before, f"a tab after {before}")
-
-    def go_to(self, condition, what):
-        for _ in range(MANY_STOPS):
-            node = self.focused()
-            if node and condition(node):
-                return node
-            before = node
-            self.key("Tab")
-            wait_for(lambda: self.focused() != before, f"a stop after {before and before.name}, towards {what}")
-        raise AssertionError(f"{what} is not reached by the Tab key")
-
-    def control(self, name, role):
-        return self.go_to(lambda node: (node.name or node.description) == name and node.getRoleName() == role, name)
-
-    def press(self, name):
-        self.control(name, "push button")
-        self.key("space")
-
-    def turn(self, name):
-        """Turns a switch to its other value, which it gives."""
-        switch = self.control(name, "check box")
-        before = self.state(switch, "CHECKED")
-        self.key("space")
-        wait_for(lambda: self.state(switch, "CHECKED") != before, name)
-        return not before
-
-    def choose(self, name, choice):
-        """Chooses from a list by the arrow keys."""
-        picker = self.control(name, "combo box")
-        self.key("Home")
-        for _ in range(MANY_STOPS):
-            if picker.description == choice:
-                return
-            before = picker.description
-            self.key("Down")
-            wait_for(lambda: picker.description != before, f"{name}: something after {before}, towards {choice}")
-        raise AssertionError(f"{choice} is not among “{name}”")
-
-    def type(self, name, text):
-        field = self.control(name, "text")
-        self.key("ctrl+a")
-        self.program.desktop.xdotool("type", "--clearmodifiers", text)
-        wait_for(lambda: self.value(field) == text, f"{name}: “{text}”")
-
-    @staticmethod
-    def value(field):
-        text = field.queryText()
-        return text.getText(0, text.characterCount)
-
-    def holds(self, name):
-        """What a control holds, to which it goes."""
-        node = self.go_to(lambda node: node.name == name and node.getRoleName() in ("check box", "combo box", "text"), name)
-        if node.getRoleName() == "check box":
-            return self.state(node, "CHECKED")
-        return node.description if node.getRoleName() == "combo box" else self.value(node)
-
-    def close(self):
-        self.key("Escape")
-        wait_for(lambda: not self.find_window() or not self.state(self.window, "SHOWING"), "the settings window gone")
 
 
 class SettingsTest(unittest.TestCase):
@@ -167,9 +60,10 @@ class SettingsTest(unittest.TestCase):
             if not (copy / name).exists():
                 (copy / name).symlink_to(model / name)
 
-    def start(self):
-        program = Program(self.desktop, PROGRAM, XDG_CONFIG_HOME=str(self.folder / "config"), VARNIC_DATA_DIR="",
-                          XDG_DATA_HOME=str(self.folder / "data"), XDG_STATE_HOME=str(self.folder / "state"))
+    def start(self, **environment):
+        places = {"XDG_CONFIG_HOME": str(self.folder / "config"), "XDG_DATA_HOME": str(self.folder / "data"),
+                  "XDG_STATE_HOME": str(self.folder / "state"), "VARNIC_DATA_DIR": ""}
+        program = Program(self.desktop, PROGRAM, **places | environment)
         self.addCleanup(program.close)
         program.expect("Record call")
         wait_for(lambda: self.desktop.xdotool("getactivewindow"), "an active window")
@@ -203,7 +97,10 @@ class SettingsTest(unittest.TestCase):
 
         settings.tab("General")
         write("General", "Your name", "Ada Byron")
-        choose("General", "Shortcut", "Ctrl+Shift+R")
+        settings.choose("Shortcut", "Ctrl+Shift+R")
+        settings.press("Record…")
+        settings.key("ctrl+F9")
+        settings.turn("“Record call” shortcut")
         for name in ["Show a floating recording pill", "Start in the background when I log in",
                      "Remind me before every recording"]:
             turn("General", name)
@@ -219,9 +116,8 @@ class SettingsTest(unittest.TestCase):
 
         settings.tab("Summaries")
         turn("Summaries", "Also offer AI summaries with my own API key")
-        choose("Summaries", "Model", "Claude Sonnet 5.5")
+        settings.choose("Model", "Claude Sonnet 5.5")
         choose("Summaries", "Provider", "OpenAI-compatible")
-        del wanted["Summaries"]["Model"]
         settings.press("LM Studio on this computer")
         wanted["Summaries"]["Server"] = "http://localhost:1234/v1"
         write("Summaries", "Model", "tiny")
@@ -235,6 +131,89 @@ class SettingsTest(unittest.TestCase):
             settings.tab(tab)
             for name, value in values.items():
                 wait_for(lambda: settings.holds(name) == value, f"{name}: {value}")
+        # What only shows once another setting is changed.
+        settings.tab("General")
+        self.assertTrue(settings.turn("“Record call” shortcut"))
+        wait_for(lambda: settings.holds("Shortcut") == "Ctrl+F9", "the shortcut that was pressed")
+        settings.tab("Summaries")
+        settings.choose("Provider", "Anthropic Claude")
+        wait_for(lambda: settings.holds("Model") == "Claude Sonnet 5.5", "the other provider’s model")
+
+    def test_library_isMovedAndChanged_isThereAfterARestart(self):
+        subprocess.run([sys.executable, Path(FIXTURES) / "make_library.py", self.library, "9"], check=True)
+        moved, other = self.folder / "Documents/Calls", self.folder / "Synchronised"
+        for folder in [moved, other / "notes"]:
+            folder.mkdir(parents=True)
+        foreign = other / "notes/0B0E7A60-5D6F-4C57-9D5C-0A4C5C1B9E11.json"
+        foreign.write_text(json.dumps({
+            "id": foreign.stem, "title": "From elsewhere", "created": "2026-01-01T00:00:00.000Z",
+            "modified": "2026-01-01T00:00:00.000Z", "blocks": [], "pinned": False}))
+        files = {file.name for file in self.library.glob("notes/*.json")}
+
+        program = self.start()
+        settings = Settings(program)
+        settings.tab("Recording")
+        self.choose_folder(settings, moved)
+        program.expect(f"The library is in “{moved}” now.")
+        wait_for(lambda: not self.library.exists(), "the original gone")
+        self.assertEqual({file.name for file in moved.glob("notes/*.json")}, files)
+        settings.close()
+        self.quit(program)
+
+        program = self.start()
+        program.expect("…Onboarding…", "list item")
+        settings = Settings(program)
+        self.choose_folder(settings, other)
+        program.expect(f"…“{other}” holds a library already.…")
+        settings.press("Use This Library")
+        program.expect(f"…Varnic uses the library in “{other}” now.…")
+        program.expect("…From elsewhere…", "list item")
+        self.assertIsNone(program.find("…Onboarding…", "list item"))
+        settings.close()
+        self.quit(program)
+        self.assertEqual({file.name for file in moved.glob("notes/*.json")}, files, "left as it was")
+
+        program = self.start()
+        program.expect("…From elsewhere…", "list item")
+        self.assertEqual([file.name for file in other.glob("notes/*")], [foreign.name])
+
+    def choose_folder(self, settings, folder):
+        settings.press("Change Folder…")
+        title = "Choose an empty folder"
+        wait_for(lambda: title in self.desktop.xdotool("getactivewindow", "getwindowname"), "the dialog")
+        self.desktop.xdotool("type", "--clearmodifiers", str(folder))
+        self.desktop.xdotool("key", "Return")
+        wait_for(lambda: title not in self.desktop.xdotool("getactivewindow", "getwindowname"), "the dialog’s end")
+
+    def test_key_isKeptInTheKeyRing_whoseStatesAreTold(self):
+        ring = KeyRing(self.desktop, self.folder)
+        program = self.start(**ring.environment)
+        settings = Settings(program)
+        settings.tab("Summaries")
+        settings.turn("Also offer AI summaries with my own API key")
+        settings.control("Paste your key", "password text")
+        self.desktop.xdotool("type", "sk-secret")
+        settings.key("Return")
+        program.expect("•••••••• saved in your key ring")
+        self.quit(program)
+
+        program = self.start(**ring.environment)
+        settings = Settings(program)
+        program.expect("•••••••• saved in your key ring")
+        settings.choose("Provider", "OpenAI-compatible")
+        settings.press("OpenAI")
+        settings.control("Paste your key", "password text")
+        settings.choose("Provider", "Anthropic Claude")
+        program.expect("•••••••• saved in your key ring")
+        ring.lock()
+        settings.tab("General")
+        settings.tab("Summaries")
+        program.expect("…with your API key is locked.…")
+        ring.end()
+        settings.press("Try Again")
+        program.expect("The key can’t be read: No key ring is running.")
+        self.assertFalse([file for file in (self.folder / "config").rglob("*") if file.is_file()
+                          and "sk-secret" in file.read_text()], "in no file of settings")
 
     def test_settings_showInTheNextCall(self):
         program = self.start()
@@ -243,10 +222,15 @@ class SettingsTest(unittest.TestCase):
         settings.tab("General")
         settings.type("Your name", "Ada")
         settings.choose("Shortcut", "Ctrl+Shift+R")
+        settings.turn("“Record call” shortcut")
+        self.desktop.xdotool("key", "ctrl+shift+r")
+        settings.turn("“Record call” shortcut")
+        self.assertIsNone(program.find("Start Recording"), "the shortcut was off")
         settings.turn("Show a floating recording pill")
         settings.tab("Recording")
         settings.press("Allow")
         settings.choose("Your microphone", "Virtual headset")
+        settings.choose("Their side", "Virtual speakers")
         settings.choose("Language", "German")
         settings.turn("Keep call audio after transcribing")
         settings.close()
@@ -255,8 +239,9 @@ class SettingsTest(unittest.TestCase):
         program.press("Start Recording")
         program.expect("Stop recording")
         self.assertEqual(self.windows("Varnic is recording"), "", "the pill is off")
-        # The default microphone is silent; your words come from the one that was chosen.
-        for name in [self.sound.feed(str(self.call / "you.caf"), "headset"), self.sound.play(str(self.call / "them.caf"))]:
+        # The default devices are silent; the words come from those that were chosen.
+        for name in [self.sound.feed(str(self.call / "you.caf"), "headset"),
+                     self.sound.play(str(self.call / "them.caf"), "speakers")]:
             self.addCleanup(self.sound.stop, name)
         wait_for(lambda: any("DESIGNS" in name for name in program.names()), "a live line in capitals")
         self.desktop.xdotool("key", "ctrl+shift+r")
@@ -268,14 +253,21 @@ class SettingsTest(unittest.TestCase):
         wait_for(lambda: not list(self.library.glob("audio/*/*.m4a")), "no audio kept")
 
         settings = Settings(program)
+        settings.tab("General")
+        settings.press("Show the Consent Reminder Again Next Time")
         settings.tab("Summaries")
         settings.turn("Also offer AI summaries with my own API key")
         settings.choose("Provider", "OpenAI-compatible")
         settings.type("Server", f"http://127.0.0.1:{server.server_port}/good")
-        settings.type("Model", "tiny")
+        settings.press("Test")
+        program.expect("The server answers and has 2 models.")
+        settings.choose("Models of the server", "larger:7b")
+        self.assertEqual(settings.holds("Model"), "larger:7b")
         settings.close()
-        program.press("Summarise with tiny")
+        program.press("Summarise with larger:7b")
         wait_for(lambda: self.notes()[0]["title"] == "Launch plan", "the AI’s summary")
+        self.desktop.xdotool("key", "ctrl+shift+r")
+        program.expect("Start Recording")
 
     def test_trayIcon_opensTheLatestCallsBesideIt(self):
         subprocess.run([sys.executable, Path(FIXTURES) / "make_library.py", self.library, "9"], check=True)

@@ -21,6 +21,7 @@ import ai_server  # noqa: E402
 import update_server  # noqa: E402
 from desktop import Desktop, Program, wait_for  # noqa: E402
 from screen_reader import ScreenReader  # noqa: E402
+from settings_window import Settings  # noqa: E402
 
 
 class UpdateTest(unittest.TestCase):
@@ -135,6 +136,27 @@ class UpdateTest(unittest.TestCase):
         self.assertEqual(program.end(), 0)
         wait_for(lambda: self.version() == "0.1.1", "the new version")
         self.assertEqual(self.running(), [])
+
+    def test_automaticDownload_switchedOffByKeyboard_isOffAfterARestart(self):
+        feed = self.served / "feed.json"
+        away = feed.rename(self.scratch / "feed.json")
+        self.addCleanup(lambda: away.exists() and away.rename(feed))
+        program = self.start(self.app)
+        program.expect("Record call")
+        wait_for(lambda: self.desktop.xdotool("getactivewindow"), "an active window")
+        settings = Settings(program)
+        settings.tab("About")
+        self.assertFalse(settings.turn("Download and install updates automatically"))
+        settings.close()
+        self.desktop.xdotool("key", "ctrl+q")
+        self.assertEqual(program.end(), 0)
+
+        away.rename(feed)
+        archives = self.state.asked["Varnic-0.1.1.zip"]
+        program = self.start(self.app)
+        program.expect("Varnic 0.1.1 is available")
+        program.expect("Download & Install")
+        self.assertEqual(self.state.asked["Varnic-0.1.1.zip"], archives)
 
     def test_programBesideItsEmptyPlace_goesBackThere(self):
         old = Path(f"{self.app}.brevin-old")

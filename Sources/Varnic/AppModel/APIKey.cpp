@@ -5,13 +5,16 @@
 #include "VarnicCore/AISummariser/KeyText.h"
 
 #include <QPointer>
+#include <QTimer>
+
+#include <utility>
 
 namespace varnic {
 
 namespace {
 
-/// Why a change of the key failed; nothing where it didn't.
-using Problem = std::optional<std::string>;
+/// How long a request waits for a key that it may do without. A key ring that works answers in a fraction of it.
+constexpr std::chrono::milliseconds patienceWithoutNeed = std::chrono::seconds(1);
 
 } // namespace
 
@@ -51,9 +54,14 @@ void APIKey::show(const std::string& account, const KeyReading& reading) {
     }
 }
 
-QCoro::Task<KeyReading> APIKey::read() {
+QCoro::Task<KeyReading> APIKey::read(std::optional<std::chrono::milliseconds> patience) {
     const QPointer self(this);
-    const auto look = [keys = keys_, account = account(), stop = stop_.get_token()] {
+    std::stop_source givenUp;
+    const std::stop_callback abandoned(stop_.get_token(), [givenUp]() mutable { givenUp.request_stop(); });
+    if (patience) {
+        QTimer::singleShot(*patience, this, [givenUp]() mutable { givenUp.request_stop(); });
+    }
+    const auto look = [keys = keys_, account = account(), stop = givenUp.get_token()] {
         return keys->read(account, stop);
     };
     const std::string asked = account();
@@ -66,6 +74,10 @@ QCoro::Task<KeyReading> APIKey::read() {
     co_return reading;
 }
 
+QCoro::Task<KeyReading> APIKey::readForRequest() {
+    return settings_.ai.value().needsKey() ? read() : read(patienceWithoutNeed);
+}
+
 QCoro::Task<std::optional<std::string>> APIKey::save(std::string pasted) {
     std::string key;
     try {
@@ -73,35 +85,25 @@ QCoro::Task<std::optional<std::string>> APIKey::save(std::string pasted) {
     } catch (const KeyText::Error& error) {
         co_return error.what();
     }
-    const QPointer self(this);
-    const auto store = [keys = keys_, key, account = account(), stop = stop_.get_token()]() -> Problem {
-        try {
-            keys->setKey(key, account, stop);
-            return std::nullopt;
-        } catch (const std::exception& error) {
-            return error.what();
-        }
-    };
-    const std::string asked = account();
-    setBusy(+1);
-    const Problem problem = co_await inBackground(store);
-    if (!self) {
-        co_return problem;
-    }
-    setBusy(-1);
-    if (problem) {
-        co_await read();
-    } else {
-        show(asked, KeyReading::found(""));
-    }
-    co_return problem;
+    auto saving = change([key](KeyStore& keys, const std::string& account,
+                               const std::stop_token& stop) { keys.setKey(key, account, stop); },
+                         KeyReading::found(""));
+    co_return co_await saving;
 }
 
 QCoro::Task<std::optional<std::string>> APIKey::remove() {
+    return change(
+        [](KeyStore& keys, const std::string& account, const std::stop_token& stop) { keys.remove(account, stop); },
+        {});
+}
+
+/// Gives why the change failed, and then shows what there is.
+QCoro::Task<std::optional<std::string>> APIKey::change(Change apply, KeyReading afterwards) {
     const QPointer self(this);
-    const auto clear = [keys = keys_, account = account(), stop = stop_.get_token()]() -> Problem {
+    const auto work = [apply = std::move(apply), keys = keys_, account = account(),
+                       stop = stop_.get_token()]() -> std::optional<std::string> {
         try {
-            keys->remove(account, stop);
+            apply(*keys, account, stop);
             return std::nullopt;
         } catch (const std::exception& error) {
             return error.what();
@@ -109,7 +111,7 @@ QCoro::Task<std::optional<std::string>> APIKey::remove() {
     };
     const std::string asked = account();
     setBusy(+1);
-    const Problem problem = co_await inBackground(clear);
+    const std::optional<std::string> problem = co_await inBackground(work);
     if (!self) {
         co_return problem;
     }
@@ -117,7 +119,7 @@ QCoro::Task<std::optional<std::string>> APIKey::remove() {
     if (problem) {
         co_await read();
     } else {
-        show(asked, {});
+        show(asked, afterwards);
     }
     co_return problem;
 }

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QProperty>
 
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -42,8 +44,12 @@ public:
     /// Follows the provider of the settings once somebody has looked.
     QProperty<Status> status;
 
-    /// Looks for the key, and shows in `status` what came of it.
-    QCoro::Task<KeyReading> read();
+    /// Looks for the key, and shows in `status` what came of it. What doesn't answer within `patience` is given up.
+    QCoro::Task<KeyReading> read(std::optional<std::chrono::milliseconds> patience = std::nullopt);
+
+    /// The same for a request to the provider: where that may do without a key, a key ring that hangs holds it up by no
+    /// more than a second.
+    QCoro::Task<KeyReading> readForRequest();
 
     /// Saves what was pasted as the key, trimmed, in place of an older one. The user's sentence where it is none or
     /// could not be saved; nothing where it is saved.
@@ -56,7 +62,11 @@ public:
     void abandon() { stop_.request_stop(); }
 
 private:
+    /// Throws KeyStoreError where it fails. On another thread.
+    using Change = std::function<void(KeyStore& keys, const std::string& account, const std::stop_token& stop)>;
+
     [[nodiscard]] std::string account() const;
+    QCoro::Task<std::optional<std::string>> change(Change apply, KeyReading afterwards);
     void setBusy(int change);
     void show(const std::string& account, const KeyReading& reading);
 

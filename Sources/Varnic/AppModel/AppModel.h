@@ -132,11 +132,13 @@ public:
 
     [[nodiscard]] const std::filesystem::path& dataDirectory() const { return store_.root(); }
 
-    /// What came of an attempt to move the library.
+    /// What came of an attempt to have the library elsewhere.
     struct LibraryMoved {
         bool isMoved = false;
         /// The user's sentence: why it stayed, or what was left behind; empty where all went well.
         std::string sentence;
+        /// It stayed because another library is there, which `useLibrary` takes.
+        bool isOtherThere = false;
     };
 
     /// Moves the library with all that it holds into a folder that is empty or can be made, and remembers that place
@@ -145,13 +147,18 @@ public:
     /// where the library is.
     QCoro::Task<LibraryMoved> moveLibrary(std::filesystem::path folder);
 
+    /// Has the library that is in the folder in place of this one, which stays where and as it is, and remembers that
+    /// for this program and varnic-cli: for a second computer with a synchronised folder, and to find one that was lost
+    /// sight of. Refused when `moveLibrary` is.
+    QCoro::Task<LibraryMoved> useLibrary(std::filesystem::path folder);
+
     /// Ends a move as soon as it can; its result says so.
     void cancelLibraryMove() { stopMove_.request_stop(); }
 
     /// Which part of the library has been copied, 0 to 1, while it moves.
     QProperty<std::optional<double>> libraryMove;
 
-    /// Why the library can't be moved now, the user's sentence; nothing where it can.
+    /// Why the library can't be moved or left now, the user's sentence; nothing where it can.
     [[nodiscard]] std::optional<std::string> whyNotMoveLibrary() const;
 
     [[nodiscard]] std::filesystem::path audioFolder(const Uuid& id) const { return store_.audioFolder(id); }
@@ -359,7 +366,10 @@ private:
     using RestoreEdit = std::optional<NoteHistory::Restored> (NoteHistory::*)(const Note&, Date);
     std::optional<TextPlace> restoreEdit(Uuid id, RestoreEdit step);
     void editCall(Uuid id, const std::function<void(CallRecord&)>& change);
-    void switchTo(LibraryMove& move);
+    bool switchTo(LibraryMove& move);
+    void saveAllBeforeLeaving();
+    void keepPlace(const std::filesystem::path& folder);
+    void forgetLibrary();
 
     SharedNotes notes_;
     /// Of the notes that were edited since the program's start.

@@ -30,8 +30,8 @@ inline constexpr std::array allHotkeyChoices{HotkeyChoice::ctrlOptCmdR, HotkeyCh
 std::string_view rawValue(HotkeyChoice choice);
 std::optional<HotkeyChoice> hotkeyChoiceFrom(std::string_view rawValue);
 
-/// The user's settings. Each is read once, when this is made; a later change is written to the store at once, and to
-/// the disk after a moment. Main thread.
+/// The user's settings. Each is read once, when this is made; a later change is in the store at once, and on the disk a
+/// moment after the last one. Main thread.
 class AppSettings {
 public:
     /// `userName` is the user's full name and `locale` the current locale's identifier, the first values of `yourName`
@@ -62,6 +62,9 @@ public:
     QProperty<bool> startsAtLogin;
     /// Where the library lies, if it was moved; empty for the usual place. Only a move of the library sets it.
     QProperty<std::string> libraryFolder;
+    /// The settings that said where the library lies can't be read, so the one in the usual place may be another. Stays
+    /// true over restarts until `libraryFolder` is set or the user doesn't mind.
+    QProperty<bool> isLibraryLost;
 
     /// The devices of both sides.
     [[nodiscard]] CaptureDevices devices() const {
@@ -87,6 +90,8 @@ private:
     AppSettings(StoredSettings stored, std::unique_ptr<QSettings>&& store, std::string_view userName,
                 std::string_view locale);
 
+    void keepAll();
+
     template <typename Value, typename Encode>
     void keep(const char* key, QProperty<Value>& property, Encode encode);
 
@@ -95,6 +100,7 @@ private:
     /// Keys of values that could not be read and still stand in the store.
     std::vector<const char*> damaged_;
     QTimer writeSoon_;
+    std::unique_ptr<QObject> lateWriting_;
     /// What writes a setting as it changes.
     std::vector<QPropertyNotifier> writers_;
 };

@@ -1,6 +1,7 @@
 #include "Varnic/AppModel/AppModel.h"
 
 #include "Varnic/AppModel/LibraryWatch.h"
+#include "Varnic/AppModel/SettingsFile.h"
 #include "VarnicCore/Editor/NoteEditor.h"
 
 #include <QPointer>
@@ -22,7 +23,10 @@ constexpr auto saveDelay = 500ms;
 constexpr auto toastTime = 2200ms;
 constexpr auto undoTime = 5000ms;
 
-std::optional<std::string> problemText(std::size_t unreadable) {
+std::optional<std::string> problemText(std::size_t unreadable, bool isLibraryLost) {
+    if (isLibraryLost) {
+        return SettingsFile::libraryLost;
+    }
     if (unreadable == 0) {
         return std::nullopt;
     }
@@ -70,7 +74,7 @@ QCoro::Task<> AppModel::readLibrary() {
     for (Note& loaded : contents.notes) {
         notes_.push_back(std::move(loaded));
     }
-    loadProblem = problemText(contents.unreadable);
+    loadProblem = problemText(contents.unreadable, settings.isLibraryLost.value());
     Q_EMIT notesChanged();
     if (!selection.value()) {
         selectFirstIfNeeded();

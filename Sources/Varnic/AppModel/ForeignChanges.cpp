@@ -9,8 +9,12 @@
 namespace varnic {
 
 LibraryQueue::WhenLooked AppModel::onMain() {
-    return [this](LibraryQueue::Looked looked) {
-        loop_.post([this, looked = std::move(looked)]() mutable { takeLook(std::move(looked)); });
+    return [this, library = store_.root()](LibraryQueue::Looked looked) {
+        loop_.post([this, library, looked = std::move(looked)]() mutable {
+            if (library == store_.root()) { // another may have taken its place
+                takeLook(std::move(looked));
+            }
+        });
     };
 }
 

@@ -61,31 +61,43 @@ QCoro::Task<AppModel::LibraryMoved> AppModel::moveLibrary(std::filesystem::path 
     const auto copy = [from = store_.root(), to = std::move(folder), report, stop = stopMove_.get_token()] {
         auto copied = std::make_shared<LibraryMove>(from, to);
         copied->copy(report, stop);
-        copied->catchUp(); // Most of it, while nobody waits for that.
         return copied;
     };
+    bool isOtherThere = false;
     try {
         move = co_await inBackground(copy);
+        if (self) {
+            saveAllBeforeLeaving();
+        }
+    } catch (const OtherLibraryError& error) {
+        problem = error.what();
+        isOtherThere = true;
     } catch (const std::exception& error) {
         problem = error.what();
     }
-    if (!self) {
-        co_return {.isMoved = false, .sentence = "The program has ended."};
-    }
-    const std::filesystem::path before = store_.root();
-    if (problem.empty()) {
+    const std::filesystem::path before = self ? store_.root() : std::filesystem::path();
+    // What has changed since is copied off the main thread too, which would have to wait for the disk; and what changes
+    // meanwhile, anew.
+    const auto catchUp = [&move] { move->catchUp(); };
+    for (bool isDone = false; self && problem.empty() && !isDone;) {
         try {
-            switchTo(*move);
+            isDone = switchTo(*move);
+            if (!isDone) {
+                co_await inBackground(catchUp);
+            }
         } catch (const std::exception& error) {
             problem = error.what();
         }
+    }
+    if (!self) {
+        co_return {.isMoved = false, .sentence = "The program has ended."};
     }
     libraryMove = std::nullopt;
     if (!problem.empty()) {
         problem = whyNotMoveLibrary().value_or(problem); // such as a recording of our own that has begun
         const auto drop = [&move] { move.reset(); };
         co_await inBackground(drop);
-        co_return {.isMoved = false, .sentence = problem};
+        co_return {.isMoved = false, .sentence = problem, .isOtherThere = isOtherThere};
     }
     co_await readLibrary();
     const auto clean = [&move] { return move->removeOriginal(); };
@@ -93,38 +105,50 @@ QCoro::Task<AppModel::LibraryMoved> AppModel::moveLibrary(std::filesystem::path 
     co_return {.isMoved = true, .sentence = left == 0 ? "" : staying(left, before)};
 }
 
-/// Makes the copy the library. Throws with the user's sentence, and then all is as it was.
-void AppModel::switchTo(LibraryMove& move) {
+/// Throws where a note isn't on the disk then.
+void AppModel::saveAllBeforeLeaving() {
+    flushSaves();
+    if (!unsaved_.empty()) {
+        throw LibraryMoveError("Some notes can’t be saved at the moment, so the library stayed where it is.");
+    }
+}
+
+/// Notes in the settings where the library is. Throws with the user's sentence, and then they say what they said.
+void AppModel::keepPlace(const std::filesystem::path& folder) {
+    const std::string before = settings.libraryFolder.value();
+    settings.libraryFolder = folder.string();
+    if (!settings.save()) {
+        settings.libraryFolder = before;
+        throw LibraryMoveError(settings.problem.value().value_or("The settings can’t be saved."));
+    }
+    if (settings.isLibraryLost.value()) {
+        settings.isLibraryLost = false;
+        loadProblem = std::nullopt;
+    }
+}
+
+/// Makes the copy the library; false where it isn't up to date. Throws with the user's sentence, and then all is as it
+/// was.
+bool AppModel::switchTo(LibraryMove& move) {
     if (const auto reason = whyNotMoveLibrary()) {
         throw LibraryMoveError(*reason);
     }
     if (stopMove_.stop_requested()) {
         throw LibraryMoveError("Stopped. The library is where it was.");
     }
-    flushSaves();
-    if (!unsaved_.empty()) {
-        throw LibraryMoveError("Some notes can’t be saved at the moment, so the library stayed where it is.");
-    }
-    watch_.reset();
-    const std::string place = settings.libraryFolder.value();
-    const auto keepPlace = [&] {
-        settings.libraryFolder = move.target().string();
-        if (!settings.save()) {
-            settings.libraryFolder = place;
-            throw LibraryMoveError(settings.problem.value().value_or("The settings can’t be saved."));
-        }
+    const auto keep = [&] {
+        keepPlace(move.target());
+        watch_.reset();
     };
-    try {
-        store_.moveTo(move, AppPlaces::spareFolderFor(move.target()), keepPlace);
-    } catch (const std::exception&) {
-        readLibrary(); // which watches it again
-        throw;
+    if (!store_.moveTo(move, AppPlaces::spareFolderFor(move.target()), keep)) {
+        return false;
     }
     Q_EMIT libraryMoved(store_.root());
     // Whatever shows a call looks for its recording anew.
     const auto open = selection.value();
     selection = std::nullopt;
     selection = open;
+    return true;
 }
 
 } // namespace varnic

@@ -125,20 +125,24 @@ void LibraryQueue::check(std::optional<std::set<std::string>> names, WhenLooked 
     });
 }
 
-void LibraryQueue::moveTo(LibraryMove& move, const std::filesystem::path& spareFolder,
+bool LibraryQueue::moveTo(LibraryMove& move, const std::filesystem::path& spareFolder,
                           const std::function<void()>& keepPlace) {
     std::exception_ptr failure;
+    bool isCurrent = false;
     std::optional<LibraryLock> lock;
     queue_.sync([&] {
         try {
             lock = LibraryLock::forWriting(root());
-            move.catchUp();
+            isCurrent = move.isCurrent();
         } catch (...) {
             failure = std::current_exception();
         }
     });
     if (failure) {
         std::rethrow_exception(failure);
+    }
+    if (!isCurrent) {
+        return false;
     }
     keepPlace();
     move.settle();
@@ -149,6 +153,15 @@ void LibraryQueue::moveTo(LibraryMove& move, const std::filesystem::path& spareF
         } catch (const LibraryError&) {
             // They stay for a start with the library in its old place.
         }
+        spareFolder_ = spareFolder;
+        spare_ = SpareNotes(spareFolder);
+    });
+    return true;
+}
+
+void LibraryQueue::goTo(const std::filesystem::path& root, const std::filesystem::path& spareFolder) {
+    queue_.sync([&] {
+        library_ = SharedLibrary(root);
         spareFolder_ = spareFolder;
         spare_ = SpareNotes(spareFolder);
     });

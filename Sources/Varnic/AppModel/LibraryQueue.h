@@ -90,10 +90,14 @@ public:
     /// The reported changes are known from here on; looks whether the files have changed again since.
     void accept(std::vector<NoteChange> changes, WhenLooked tell);
 
-    /// Brings the copy of a library that moves up to date, with all that was asked for before, and lets `keepPlace`
-    /// note where the library is; nothing is asked for meanwhile. From then on the copy is the library, with a spare
-    /// folder of its own. Waits for that; throws what the two throw, and then the library is where it was.
-    void moveTo(LibraryMove& move, const std::filesystem::path& spareFolder, const std::function<void()>& keepPlace);
+    /// Where the copy of a library that moves is up to date with all that was asked for before, lets `keepPlace` note
+    /// where the library is; from then on the copy is the library, with a spare folder of its own. False where it isn't
+    /// up to date, and then nothing has changed. Waits for that; throws what the two throw, and then the library is
+    /// where it was.
+    bool moveTo(LibraryMove& move, const std::filesystem::path& spareFolder, const std::function<void()>& keepPlace);
+
+    /// Another library is the library from here on, of which nothing is known yet. Waits for what was asked for before.
+    void goTo(const std::filesystem::path& root, const std::filesystem::path& spareFolder);
 
     /// Returns when all that was asked for is on disk.
     void flush() {

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <sstream>
+#include <utility>
 
 namespace varnic {
 
@@ -57,32 +58,38 @@ bool SettingsFile::isLater(const QSettings& store) {
     return store.value(versionKey, version).toInt() > version;
 }
 
-std::optional<std::string> SettingsFile::keepAside(const QSettings& store, bool isDamaged) {
+SettingsFile::Reading SettingsFile::keepAside(const QSettings& store, bool isDamaged) {
     const fs::path file = store.fileName().toStdString();
     std::error_code failure;
     if (!fs::exists(fs::symlink_status(file, failure))) {
-        return std::nullopt;
+        return {};
     }
     if (store.status() == QSettings::AccessError) {
         // What can't be read can't be copied either.
         const fs::path aside = nameAside(file, ".unreadable");
         fs::rename(file, aside, failure);
-        return failure ? fmt::format("The settings in “{}” can’t be read, so they are as at first.", file.string())
-                       : fmt::format("The settings can’t be read, so they are as at first. Their file is kept as “{}”.",
-                                     aside.string());
+        std::string problem =
+            failure ? fmt::format("The settings in “{}” can’t be read, so they are as at first.", file.string())
+                    : fmt::format("The settings can’t be read, so they are as at first. Their file is kept as “{}”.",
+                                  aside.string());
+        return {.problem = std::move(problem), .isIncomplete = true};
     }
     if (isLater(store)) {
         const fs::path aside = fmt::format("{}.version-{}", file.string(), store.value(versionKey).toInt());
         fs::copy_file(file, aside, fs::copy_options::skip_existing, failure);
-        return "The settings are from a later version of Varnic. What this one doesn’t know of them is left as it is.";
+        return {.problem =
+                    "The settings are from a later version of Varnic. What this one doesn’t know of them is left "
+                    "as it is."};
     }
-    if (isDamaged || !isWellFormed(bytesOf(file))) {
-        const fs::path aside = nameAside(file, ".damaged");
-        fs::copy_file(file, aside, fs::copy_options::skip_existing, failure);
-        return "Some settings can’t be read and are as at first." +
-               (failure ? "" : fmt::format(" The file as it was is kept as “{}”.", aside.string()));
+    const bool isCut = !isWellFormed(bytesOf(file));
+    if (!isDamaged && !isCut) {
+        return {};
     }
-    return std::nullopt;
+    const fs::path aside = nameAside(file, ".damaged");
+    fs::copy_file(file, aside, fs::copy_options::skip_existing, failure);
+    return {.problem = "Some settings can’t be read and are as at first." +
+                       (failure ? "" : fmt::format(" The file as it was is kept as “{}”.", aside.string())),
+            .isIncomplete = isCut};
 }
 
 std::optional<std::string> SettingsFile::write(const QSettings& store) {

@@ -51,6 +51,15 @@ DeviceChoice StoredSettings::device(const char* key) {
     }
 }
 
+std::string StoredSettings::folder(const char* key) {
+    const std::string stored = text(key, "");
+    if (stored.empty() || stored.front() == '/') {
+        return stored;
+    }
+    damaged_.push_back(key);
+    return {};
+}
+
 std::string StoredSettings::encode(const DeviceChoice& choice) {
     const nlohmann::json object{{"name", choice.name}, {"label", choice.label}};
     return choice.isDefault() ? "" : object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);

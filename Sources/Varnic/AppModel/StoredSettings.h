@@ -27,6 +27,8 @@ public:
     [[nodiscard]] bool flag(const char* key, bool otherwise);
     [[nodiscard]] AISettings ai(const char* key);
     [[nodiscard]] DeviceChoice device(const char* key);
+    /// An absolute path, or empty.
+    [[nodiscard]] std::string folder(const char* key);
 
     /// One of a few values, which `from` knows by their names.
     template <typename Value>

@@ -49,7 +49,7 @@ QCoro::Task<> AppModel::runAI(Uuid id) {
                              stop](const std::optional<std::string>& key) {
         return SummariserFactory::ai(asked, key, transport, url)->digest(segments, told, stop);
     };
-    const KeyReading key = co_await apiKey.read();
+    const KeyReading key = co_await apiKey.readForRequest();
     if (!self) {
         co_return;
     }
@@ -57,7 +57,9 @@ QCoro::Task<> AppModel::runAI(Uuid id) {
     try {
         digest = co_await inBackground(work);
     } catch (const AIError& error) {
-        problem = error.kind() == AIError::Kind::noKey && !key.problem.empty() ? key.problem : error.what();
+        // Also that of a server on this computer which wants one after all.
+        const bool lacksKey = error.kind() == AIError::Kind::noKey || error.kind() == AIError::Kind::badKey;
+        problem = lacksKey && !key.key && !key.problem.empty() ? key.problem : error.what();
     } catch (const std::exception& error) {
         problem = error.what();
     }

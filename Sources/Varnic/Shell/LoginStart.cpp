@@ -28,7 +28,6 @@ void LoginStart::set(bool shallStart) {
         problem = std::string(error.what());
     }
     look();
-    Q_EMIT answered();
 }
 
 void LoginStart::take(std::optional<bool> starts, bool wasWanted) {
@@ -40,7 +39,6 @@ void LoginStart::take(std::optional<bool> starts, bool wasWanted) {
                   : std::string("The desktop doesn’t let Varnic change the start at login; its settings "
                                 "for applications may.");
     look();
-    Q_EMIT answered();
 }
 
 } // namespace varnic

@@ -2,7 +2,6 @@
 
 #include "VarnicPlatform/Desktop/BackgroundPortal.h"
 
-#include <QObject>
 #include <QProperty>
 
 #include <memory>
@@ -17,9 +16,7 @@ class DesktopEvents;
 /// Whether Varnic is started in the background when the user logs in; off unless asked for. It is an entry of the
 /// desktop and not a setting of ours, since the desktop's own settings may take it away; in a sandbox, where it can't
 /// be looked at, it is what the desktop said last. Main thread.
-class LoginStart : public QObject {
-    Q_OBJECT
-
+class LoginStart {
 public:
     /// Both must outlive this. In a sandbox the desktop's portal is asked.
     LoginStart(DesktopEvents& events, AppSettings& settings, bool isSandboxed = BackgroundPortal::isNeeded());
@@ -33,10 +30,6 @@ public:
 
     /// Changes it; `isOn` follows, at once or when the desktop has answered, or doesn't where that says no.
     void set(bool shallStart);
-
-Q_SIGNALS:
-    /// What `set` asked for has been done or refused, so that a switch shows again what is.
-    void answered();
 
 private:
     void take(std::optional<bool> starts, bool wasWanted);

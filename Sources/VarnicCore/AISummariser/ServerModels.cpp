@@ -31,6 +31,8 @@ ServerAnswer failure(const http::Error& error) {
         return {.kind = Kind::timedOut, .models = {}, .sentence = "The server doesn’t answer in time."};
     case http::Error::Kind::notHTTP:
         return {.kind = Kind::notHTTP, .models = {}, .sentence = "Something answers there, but no web server does."};
+    case http::Error::Kind::cannotConnectToHost: // whose own sentence says no more
+        return {.kind = Kind::unreachable, .models = {}, .sentence = "The server can’t be reached."};
     default:
         return {.kind = Kind::unreachable,
                 .models = {},

@@ -5,6 +5,7 @@
 #include "VarnicCore/Files/Folders.h"
 #include "VarnicCore/Files/LibraryError.h"
 #include "VarnicCore/Library/LibraryLock.h"
+#include "VarnicCore/Library/LibraryStore.h"
 #include "VarnicCore/Library/RecordingMark.h"
 
 #include <fcntl.h>
@@ -16,6 +17,8 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <ranges>
 #include <set>
 #include <string_view>
@@ -50,6 +53,12 @@ fs::path plain(const fs::path& path) {
     const fs::path found = fs::weakly_canonical(fs::absolute(path), failure);
     const fs::path whole = failure ? fs::absolute(path).lexically_normal() : found;
     return whole.has_filename() ? whole : whole.parent_path();
+}
+
+/// Empty where there is no such file.
+std::string textOf(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 void expectGoingOn(const std::stop_token& stop) {
@@ -105,6 +114,11 @@ LibraryMove::~LibraryMove() {
     }
 }
 
+/// Which computer moves what.
+std::string LibraryMove::markText() const {
+    return fmt::format("{}{}\n", textOf("/etc/machine-id"), from_.string());
+}
+
 void LibraryMove::checkPlace() const {
     const std::string shown = fmt::format("“{}”", to_.string());
     if (to_ == from_) {
@@ -126,7 +140,16 @@ void LibraryMove::checkPlace() const {
     } catch (const LibraryError&) {
         throw LibraryMoveError(fmt::format("{} can’t be looked into.", shown));
     }
-    const bool isOurs = fs::exists(to_ / markName);
+    const bool isOurs = textOf(to_ / markName) == markText();
+    if (!isOurs && fs::exists(to_ / markName)) {
+        throw LibraryMoveError(
+            fmt::format("{} holds a library that is still being moved there, or what is left of such "
+                        "a move. Choose another folder.",
+                        shown));
+    }
+    if (!isOurs && LibraryStore::isIn(to_)) {
+        throw OtherLibraryError(fmt::format("{} holds a library already.", shown));
+    }
     for (const fs::path& entry : entries) {
         const std::string name = entry.filename().string();
         if (!isOurs || (name != markName && !libraryFolders().contains(name))) {
@@ -210,7 +233,7 @@ void LibraryMove::prepareTarget() {
     madeTarget_ = !fs::exists(to_);
     Folders::make(to_);
     isPrepared_ = true;
-    const FileDescriptor mark = opened(to_ / markName, O_WRONLY | O_CREAT, S_IRUSR | S_IWUSR);
+    AtomicWrite::replace(to_ / markName, markText());
     for (const fs::path& entry : Folders::list(to_)) {
         if (entry.filename() != markName) {
             Folders::removeAll(entry);
@@ -259,6 +282,20 @@ void LibraryMove::copyOne(const fs::path& name, const Seen& entry, const Report&
     }
     const std::array times{timespec{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, entry.changed};
     ::futimens(out.number(), times.data()); // which some file systems can't
+}
+
+/// Programs go on to rename and remove files; another `catchUp` sees to those.
+void LibraryMove::copyIfThere(const fs::path& name, const Seen& entry, const Report& report,
+                              const std::stop_token& stop) {
+    copied_[name] = entry; // also what is half copied is to be removed
+    try {
+        copyOne(name, entry, report, stop);
+    } catch (const LibraryError&) {
+        if (std::error_code ignored; fs::exists(fs::symlink_status(from_ / name, ignored))) {
+            throw;
+        }
+        copied_.erase(name);
+    }
 }
 
 /// Throws where the copy isn't what the original was. One that has changed since is copied anew later.
@@ -326,17 +363,9 @@ void LibraryMove::copy(const Report& report, const std::stop_token& stop) {
     };
     for (const auto& [name, entry] : files) {
         expectGoingOn(stop);
-        copied_[name] = entry; // also what is half copied is to be removed
-        try {
-            copyOne(name, entry, count, stop);
-        } catch (const LibraryError&) {
-            // Programs go on to rename and remove files; `catchUp` sees to those.
-            if (std::error_code ignored; fs::exists(fs::symlink_status(from_ / name, ignored))) {
-                throw;
-            }
-            copied_.erase(name);
-        }
+        copyIfThere(name, entry, count, stop);
     }
+    keepTimes(files);
     forceToDisk();
     for (const auto& [name, entry] : files) {
         if (S_ISREG(entry.mode) && copied_.contains(name)) {
@@ -360,30 +389,51 @@ void LibraryMove::expectNobodyWorks() const {
     }
 }
 
+/// Whether the copy has the entry as it is; what a folder holds are entries of their own.
+bool LibraryMove::isCopied(const fs::path& name, const Seen& entry) const {
+    const auto copy = copied_.find(name);
+    if (copy == copied_.end()) {
+        return false;
+    }
+    return copy->second == entry || (S_ISDIR(entry.mode) && copy->second.mode == entry.mode);
+}
+
+bool LibraryMove::isCurrent() const {
+    expectNobodyWorks();
+    const Files now = list();
+    return now.size() == copied_.size() &&
+           std::ranges::all_of(now, [this](const auto& file) { return isCopied(file.first, file.second); });
+}
+
 void LibraryMove::catchUp() {
     expectNobodyWorks();
     const Files now = list();
+    bool hasChanged = false;
     for (const auto& [name, entry] : std::views::reverse(copied_)) {
         if (!now.contains(name)) {
             Folders::removeAll(to_ / name);
+            hasChanged = true;
         }
     }
     std::erase_if(copied_, [&](const auto& file) { return !now.contains(file.first); });
     const Report nobody = [](double) {};
     std::vector<fs::path> renewed;
     for (const auto& [name, entry] : now) {
-        const auto before = copied_.find(name);
-        if (before != copied_.end() && before->second == entry) {
+        if (isCopied(name, entry)) {
             continue;
         }
+        const auto before = copied_.find(name);
         if (!S_ISDIR(entry.mode) && before != copied_.end() && S_ISDIR(before->second.mode)) {
             Folders::removeAll(to_ / name);
         }
-        copyOne(name, entry, nobody, {});
-        copied_[name] = entry;
-        if (S_ISREG(entry.mode)) {
+        copyIfThere(name, entry, nobody, {});
+        hasChanged = true;
+        if (S_ISREG(entry.mode) && copied_.contains(name)) {
             renewed.push_back(name);
         }
+    }
+    if (!hasChanged) {
+        return;
     }
     keepTimes(now);
     forceToDisk();

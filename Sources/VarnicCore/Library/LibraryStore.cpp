@@ -110,6 +110,11 @@ void keepOneOfAnId(std::vector<ReadNote>& results, const std::vector<fs::path>& 
 
 } // namespace
 
+bool LibraryStore::isIn(const fs::path& folder) {
+    const auto isNote = [](const fs::path& file) { return Uuid::parse(file.stem().string()).has_value(); };
+    return std::ranges::any_of(noteFiles(folder / "notes"), isNote);
+}
+
 LibraryStore::LibraryStore(fs::path root) : root_(std::move(root)) {
     for (const fs::path& folder : {notesDir(), audioDir()}) {
         try {

@@ -5,7 +5,10 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <atomic>
+#include <string>
+#include <utility>
 
 namespace varnic {
 namespace {
@@ -20,8 +23,18 @@ public:
     mutable std::atomic<int> requests = 0;
     std::atomic<bool> isSilent = false;
 
-    [[nodiscard]] HTTPResponse send(const http::Request& /*request*/, std::stop_token /*stop*/) const override {
+    /// What the last request said of a key.
+    [[nodiscard]] std::string key() const {
+        const auto found =
+            std::ranges::find(last.headers, "Authorization", &std::pair<std::string, std::string>::first);
+        return found == last.headers.end() ? "" : found->second;
+    }
+
+    mutable http::Request last;
+
+    [[nodiscard]] HTTPResponse send(const http::Request& request, std::stop_token /*stop*/) const override {
         ++requests;
+        last = request;
         isSilent.wait(true);
         return answer;
     }
@@ -141,6 +154,23 @@ TEST_F(AIFlowTests, runAI_keyLocked_saysSo) {
     EXPECT_EQ(toastText(), "Couldn’t save the key to the Keychain");
     QCoro::waitFor(model->setKey(" "));
     EXPECT_EQ(toastText(), "Couldn’t remove the key from the Keychain");
+}
+
+TEST_F(AIFlowTests, runAI_serverOnThisComputer_isGivenTheKeyThatIsThere) {
+    model->settings.ai = AISettings{.enabled = true,
+                                    .provider = AIProviderKind::openAICompatible,
+                                    .compatBaseURL = "http://localhost:4000/v1",
+                                    .compatModel = "small"};
+    QCoro::waitFor(model->runAI(id));
+    EXPECT_EQ(transport->key(), "");
+    QCoro::waitFor(model->setKey("sk-gateway"));
+    QCoro::waitFor(model->runAI(id));
+    EXPECT_EQ(transport->key(), "Bearer sk-gateway");
+    // Without it the user learns why it wasn't there.
+    model->keys = std::make_shared<LockedKeys>();
+    transport->answer = {.status = 401, .body = ""};
+    QCoro::waitFor(model->runAI(id));
+    EXPECT_EQ(model->aiError.value().at(id), KeyStore::lockedSentence);
 }
 
 TEST_F(AIFlowTests, remove_takesTheEarlierVersionAlong) {

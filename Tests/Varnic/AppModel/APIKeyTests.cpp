@@ -103,6 +103,14 @@ TEST_F(APIKeyTest, save_whatIsNoKey_isRefused) {
     }
 }
 
+TEST_F(APIKeyTest, request_thatMayDoWithoutAKey_doesNotWaitForAHungRing) {
+    model->settings.ai = AISettings{.provider = AIProviderKind::openAICompatible};
+    ASSERT_FALSE(model->settings.ai.value().needsKey());
+    keys->answer = KeyReading::found("not of this provider");
+    EXPECT_EQ(QCoro::waitFor(model->apiKey.readForRequest()).key, std::nullopt);
+    EXPECT_FALSE(keys->isHeld) << "given up";
+}
+
 TEST_F(APIKeyTest, end_whileTheRingHangs_doesNotWaitForIt) {
     auto reading = model->apiKey.read();
     model.restart();

@@ -5,6 +5,8 @@
 #include "VarnicCore/FileSizeLimit.h"
 #include "VarnicCore/TemporaryFolder.h"
 
+#include <QCoreApplication>
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -130,6 +132,51 @@ TEST_F(AppSettingsTests, read_fileCantBeOpened_isPutAside) {
     settings.showPill = false;
     EXPECT_TRUE(settings.save());
     EXPECT_FALSE(AppSettings(store(), "", "C").showPill.value());
+}
+
+TEST_F(AppSettingsTests, libraryFolder_whereItIsNotKnownAnyMore_isMissedUntilItIsSet) {
+    const auto file = folder.path() / "settings.ini";
+
+    struct Case {
+        const char* what;
+        std::string contents;
+        bool isLost;
+    };
+
+    for (const auto& [what, contents, isLost] :
+         {Case{"cut off", "[General]\nyourName=Sam\nlibraryFol", true},
+          Case{"no path", "[General]\nlibraryFolder=Sync/Varnic\n", true},
+          Case{"another value damaged", "[General]\nshowPill=perhaps\n", false},
+          Case{"damaged elsewhere", "[General]\nlibraryFolder=/home/sam/Sync\nyourNa", false},
+          Case{"from a later version", "[General]\nversion=7\n", false}}) {
+        std::ofstream(file, std::ios::binary) << contents;
+        AppSettings settings(store(), "", "C");
+        EXPECT_EQ(settings.isLibraryLost.value(), isLost) << what;
+        settings.showPill = false;
+        EXPECT_TRUE(settings.save());
+        AppSettings next(store(), "", "C");
+        EXPECT_EQ(next.isLibraryLost.value(), isLost) << what << ", at the next start";
+        next.libraryFolder = "/home/sam/Notes";
+        next.isLibraryLost = false;
+        EXPECT_TRUE(next.save());
+        EXPECT_FALSE(AppSettings(store(), "", "C").isLibraryLost.value()) << what;
+    }
+    std::filesystem::remove(file);
+    std::filesystem::create_directory(file); // which can't be read
+    EXPECT_TRUE(AppSettings(store(), "", "C").isLibraryLost.value());
+    EXPECT_TRUE(AppSettings(store(), "", "C").isLibraryLost.value()) << "though that file has gone aside";
+}
+
+TEST_F(AppSettingsTests, change_isWrittenAfterAWhileAndNotWithEveryKey) {
+    const auto file = folder.path() / "settings.ini";
+    AppSettings settings(store(), "", "en_US");
+    settings.yourName = "S";
+    settings.store().setValue("of a window", 1);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_FALSE(std::filesystem::exists(file)) << "with the next turn of the loop";
+    EXPECT_TRUE(waitUntil([&] { return bytesOf(file).find("yourName=S") != std::string::npos; }));
+    settings.store().setValue("of a window", 2);
+    EXPECT_TRUE(waitUntil([&] { return bytesOf(file).find("window=2") != std::string::npos; })) << "once more";
 }
 
 TEST_F(AppSettingsTests, save_fullDisk_saysSoUntilThereIsRoom) {

@@ -65,6 +65,7 @@ TEST_F(ServerModelsTest, ask_whatIsNoModelServer_isTold) {
         EXPECT_THAT(answer.sentence, testing::Not(HasSubstr("secret")));
         EXPECT_THAT(answer.models, IsEmpty());
     }
+    EXPECT_EQ(ask("http://127.0.0.1:1/v1").sentence, "The server can’t be reached.") << "once";
     EXPECT_EQ(ask(server.url("status-403"), "sk-wrong").sentence, "The server doesn’t accept the key.");
 }
 

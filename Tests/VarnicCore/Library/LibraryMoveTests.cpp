@@ -160,6 +160,20 @@ TEST_F(LibraryMoveTest, move_fullDisk_leavesAllAsItWas) {
     EXPECT_EQ(move(target), "");
 }
 
+TEST_F(LibraryMoveTest, move_intoAFolderThatAnotherComputerMovesItsLibraryInto_takesNothingFromThat) {
+    TemporaryLibrary::write(target / "notes" / "theirs.json", "theirs");
+    TemporaryLibrary::write(target / LibraryMove::markName, "another computer\n" + root.string() + "\n");
+    EXPECT_THAT(move(target), HasSubstr("still being moved there"));
+    EXPECT_EQ(TemporaryLibrary::read(target / "notes" / "theirs.json"), "theirs");
+}
+
+TEST_F(LibraryMoveTest, move_intoAnotherLibrary_isToldFromAFolderThatIsNotEmpty) {
+    const fs::path note = target / "notes" / (Uuid::random().text() + ".json");
+    TemporaryLibrary::write(note, "theirs");
+    EXPECT_THROW(LibraryMove(root, target), OtherLibraryError);
+    EXPECT_EQ(TemporaryLibrary::read(note), "theirs");
+}
+
 TEST_F(LibraryMoveTest, move_stopped_leavesAllAsItWas) {
     stop.request_stop();
     EXPECT_EQ(move(target), "Stopped. The library is where it was.");

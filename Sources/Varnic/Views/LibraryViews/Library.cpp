@@ -49,6 +49,12 @@ QString Library::listTitle() const {
     return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
 }
 
+/// Where the library is thought to be lost, the user doesn't miss it.
+void Library::dismissLoadProblem() {
+    model_.loadProblem = std::nullopt;
+    model_.settings.isLibraryLost = false;
+}
+
 QString Library::loadProblem() const {
     return QString::fromStdString(Wording::shown(model_.loadProblem.value().value_or("")));
 }

@@ -103,7 +103,7 @@ public:
 
     Q_INVOKABLE void load() { model_.load(); }
 
-    Q_INVOKABLE void dismissLoadProblem() { model_.loadProblem = std::nullopt; }
+    Q_INVOKABLE void dismissLoadProblem();
 
 Q_SIGNALS:
     void sectionChanged();

@@ -1,5 +1,6 @@
 #include "Varnic/Views/SettingsViews/GeneralSettings.h"
 
+#include "Varnic/AppModel/SettingsFile.h"
 #include "Varnic/Views/Context/ViewContext.h"
 
 namespace varnic {
@@ -18,6 +19,7 @@ GeneralSettings::GeneralSettings(AppModel& model, AppDelegate* shell, QObject* p
     follow(model.settings.showPill);
     follow(model.settings.consentSeen);
     follow(model.settings.problem);
+    follow(model.settings.isLibraryLost);
     if (shell != nullptr) {
         follow(shell->loginStart().isOn);
         follow(shell->loginStart().problem);
@@ -39,7 +41,9 @@ QString GeneralSettings::loginProblem() const {
 }
 
 QString GeneralSettings::storeProblem() const {
-    return QString::fromStdString(model_.settings.problem.value().value_or(""));
+    const std::string problem = model_.settings.problem.value().value_or("");
+    const std::string lost = model_.settings.isLibraryLost.value() ? SettingsFile::libraryLost : "";
+    return QString::fromStdString(problem + (problem.empty() || lost.empty() ? "" : " ") + lost);
 }
 
 void GeneralSettings::look() {

@@ -19,6 +19,10 @@ ControlRow {
             draft.clear();
         }
 
+        function onProviderChanged() {
+            draft.clear();
+        }
+
         target: KeySettings
     }
 

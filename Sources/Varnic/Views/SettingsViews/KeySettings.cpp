@@ -23,13 +23,21 @@ KeySettings* KeySettings::create(const QQmlEngine* engine, const QJSEngine* /*sc
     return new KeySettings(ViewContext::of(*engine).model);
 }
 
-KeySettings::KeySettings(AppModel& model, QObject* parent) : QObject(parent), model_(model) {
+KeySettings::KeySettings(AppModel& model, QObject* parent) : QObject(parent), model_(model), account_(account()) {
     justSaved_.setSingleShot(true);
     justSaved_.setInterval(moment);
     connect(&justSaved_, &QTimer::timeout, this, &KeySettings::changed);
     statusWatcher_ = model.apiKey.status.addNotifier([this] { Q_EMIT changed(); });
-    // What went wrong with one provider's key says nothing of another's.
-    providerWatcher_ = model.settings.ai.addNotifier([this] { take(std::nullopt); });
+    providerWatcher_ = model.settings.ai.addNotifier([this] { follow(); });
+}
+
+/// What was saved or went wrong for one provider says nothing of another's key.
+void KeySettings::follow() {
+    if (std::exchange(account_, account()) != account_) {
+        justSaved_.stop();
+        Q_EMIT providerChanged();
+    }
+    take(std::nullopt);
 }
 
 QString KeySettings::savedText() {
@@ -47,10 +55,20 @@ void KeySettings::take(const std::optional<std::string>& problem) {
 }
 
 QCoro::Task<> KeySettings::saveKey(std::string pasted) {
+    if (isBusy()) {
+        co_return;
+    }
     const QPointer self(this);
+    const std::string account = account_;
     auto saving = model_.apiKey.save(std::move(pasted));
     const std::optional<std::string> problem = co_await saving;
     if (!self) {
+        co_return;
+    }
+    if (account != account_) {
+        if (problem) {
+            model_.flash({.text = "Couldn’t save the key to the Keychain", .symbol = warningSymbol});
+        }
         co_return;
     }
     if (!problem) {
@@ -62,10 +80,13 @@ QCoro::Task<> KeySettings::saveKey(std::string pasted) {
 
 QCoro::Task<> KeySettings::removeKey() {
     const QPointer self(this);
+    const std::string account = account_;
     auto removing = model_.apiKey.remove();
     const std::optional<std::string> problem = co_await removing;
-    if (self) {
+    if (self && account == account_) {
         take(problem);
+    } else if (self && problem) {
+        model_.flash({.text = "Couldn’t remove the key from the Keychain", .symbol = warningSymbol});
     }
 }
 

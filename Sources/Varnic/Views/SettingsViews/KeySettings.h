@@ -46,7 +46,7 @@ public:
     /// Asks the key ring.
     Q_INVOKABLE void look() { model_.apiKey.read(); }
 
-    /// Saves what was pasted; `saved` follows where that goes well.
+    /// Saves what was pasted, unless the key ring is busy; `saved` follows where that goes well.
     Q_INVOKABLE void save(const QString& pasted) { saveKey(pasted.toStdString()); }
 
     Q_INVOKABLE void remove() { removeKey(); }
@@ -54,13 +54,21 @@ public:
 Q_SIGNALS:
     void changed();
     void saved();
+    /// Another provider is chosen: what was typed is no key of that one.
+    void providerChanged();
 
 private:
     QCoro::Task<> saveKey(std::string pasted);
     QCoro::Task<> removeKey();
+    void follow();
+
+    [[nodiscard]] std::string account() const { return model_.settings.ai.value().keyAccount(); }
+
     void take(const std::optional<std::string>& problem);
 
     AppModel& model_;
+    /// The account of the provider that is chosen.
+    std::string account_;
     QTimer justSaved_;
     /// Of the last attempt to save or remove it.
     std::string problem_;

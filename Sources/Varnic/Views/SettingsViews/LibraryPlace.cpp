@@ -27,6 +27,7 @@ void LibraryPlace::show() {
 void LibraryPlace::say(std::string sentence, bool isMoved) {
     sentence_ = std::move(sentence);
     isMoved_ = isMoved;
+    other_.clear();
     Q_EMIT changed();
 }
 
@@ -36,7 +37,7 @@ QCoro::Task<> LibraryPlace::chooseAndMove() {
         co_return;
     }
     const QPointer self(this);
-    auto choosing = model_.desktop.chooseFolder("Move the library to an empty folder");
+    auto choosing = model_.desktop.chooseFolder("Choose an empty folder for the library, or one that holds a library");
     const Desktop::File folder = co_await choosing;
     if (!self || !folder) {
         co_return;
@@ -44,10 +45,39 @@ QCoro::Task<> LibraryPlace::chooseAndMove() {
     say("", false);
     auto moving = model_.moveLibrary(*folder);
     const AppModel::LibraryMoved moved = co_await moving;
-    if (self) {
+    if (!self) {
+        co_return;
+    }
+    if (moved.isOtherThere) {
+        say(fmt::format("“{}” holds a library already. Varnic can use that one instead; the notes of this one stay in "
+                        "“{}” as they are.",
+                        folder->string(), model_.dataDirectory().string()),
+            false);
+        other_ = *folder;
+        Q_EMIT changed();
+    } else {
         const bool isPlain = moved.isMoved && moved.sentence.empty();
         say(isPlain ? fmt::format("The library is in “{}” now.", folder->string()) : moved.sentence, moved.isMoved);
     }
+}
+
+QCoro::Task<> LibraryPlace::goToOther() {
+    const QPointer self(this);
+    const std::filesystem::path other = std::exchange(other_, {});
+    const std::filesystem::path before = model_.dataDirectory();
+    Q_EMIT changed();
+    auto going = model_.useLibrary(other);
+    const AppModel::LibraryMoved moved = co_await going;
+    if (self) {
+        say(moved.isMoved ? fmt::format("Varnic uses the library in “{}” now. The other one is in “{}” as it was.",
+                                        other.string(), before.string())
+                          : moved.sentence,
+            moved.isMoved);
+    }
+}
+
+void LibraryPlace::keepThis() {
+    say("", false);
 }
 
 } // namespace varnic

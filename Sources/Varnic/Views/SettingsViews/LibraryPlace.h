@@ -8,7 +8,7 @@
 
 namespace varnic {
 
-/// Where the library lies, and its move to another folder. Main thread.
+/// Where the library lies, and how it comes to lie in another folder. Main thread.
 class LibraryPlace : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -21,6 +21,8 @@ class LibraryPlace : public QObject {
     Q_PROPERTY(QString sentence READ sentence NOTIFY changed)
     /// It went well.
     Q_PROPERTY(bool isMoved READ isMoved NOTIFY changed)
+    /// The chosen folder holds another library, which can be used in place of this one.
+    Q_PROPERTY(bool offersOther READ offersOther NOTIFY changed)
 
 public:
     static LibraryPlace* create(const QQmlEngine* engine, const QJSEngine* scripts);
@@ -37,11 +39,18 @@ public:
 
     [[nodiscard]] bool isMoved() const { return isMoved_; }
 
+    [[nodiscard]] bool offersOther() const { return !other_.empty(); }
+
     /// Shows it in the desktop's file manager.
     Q_INVOKABLE void show();
 
-    /// Has the user pick a folder and moves the library there.
-    Q_INVOKABLE void move() { chooseAndMove(); }
+    /// Has the user pick a folder and moves the library there, unless it holds another one.
+    Q_INVOKABLE void change() { chooseAndMove(); }
+
+    /// Uses the other library.
+    Q_INVOKABLE void useOther() { goToOther(); }
+
+    Q_INVOKABLE void keepThis();
 
     Q_INVOKABLE void cancel() { model_.cancelLibraryMove(); }
 
@@ -50,11 +59,14 @@ Q_SIGNALS:
 
 private:
     QCoro::Task<> chooseAndMove();
+    QCoro::Task<> goToOther();
     void say(std::string sentence, bool isMoved);
 
     AppModel& model_;
     std::string sentence_;
     bool isMoved_ = false;
+    /// Where the library is that is offered.
+    std::filesystem::path other_;
     QPropertyNotifier watcher_;
 };
 

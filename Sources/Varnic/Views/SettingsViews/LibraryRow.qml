@@ -42,9 +42,10 @@ FormRow {
         }
 
         Theme.QuietButton {
-            text: "Move…"
+            help: "Move the library, or use another one"
+            text: "Change Folder…"
 
-            onClicked: LibraryPlace.move()
+            onClicked: LibraryPlace.change()
         }
     }
 
@@ -68,10 +69,27 @@ FormRow {
     }
 
     SymbolLine {
-        symbol: LibraryPlace.isMoved ? "checkmark.circle" : "exclamationmark.triangle"
-        symbolColor: LibraryPlace.isMoved ? Theme.Palette.ok : Theme.Palette.warn
+        symbol: LibraryPlace.isMoved ? "checkmark.circle" : LibraryPlace.offersOther ? "info.circle" : "exclamationmark.triangle"
+        symbolColor: LibraryPlace.isMoved ? Theme.Palette.ok : LibraryPlace.offersOther ? Theme.Palette.you : Theme.Palette.warn
         text: LibraryPlace.sentence
         visible: text !== ""
         width: parent.width
+    }
+
+    Row {
+        spacing: Theme.Space.s
+        visible: LibraryPlace.offersOther
+
+        Theme.QuietButton {
+            text: "Use This Library"
+
+            onClicked: LibraryPlace.useOther()
+        }
+
+        Theme.QuietButton {
+            text: "Cancel"
+
+            onClicked: LibraryPlace.keepThis()
+        }
     }
 }

@@ -23,6 +23,8 @@ class ServerCheck : public QObject {
     Q_PROPERTY(QString sentence READ sentence NOTIFY changed)
     /// It answered as it should.
     Q_PROPERTY(bool works READ works NOTIFY changed)
+    /// It asks for a key, which one on this computer may do too.
+    Q_PROPERTY(bool wantsKey READ wantsKey NOTIFY changed)
     Q_PROPERTY(QList<QString> models READ models NOTIFY changed)
     /// Which of them is chosen, or -1.
     Q_PROPERTY(int model READ model WRITE setModel NOTIFY changed)
@@ -39,6 +41,8 @@ public:
     [[nodiscard]] QString sentence() const;
 
     [[nodiscard]] bool works() const { return answer_ && answer_->kind == ServerAnswer::Kind::models; }
+
+    [[nodiscard]] bool wantsKey() const { return answer_ && answer_->kind == ServerAnswer::Kind::refused; }
 
     [[nodiscard]] QList<QString> models() const;
     [[nodiscard]] int model() const;

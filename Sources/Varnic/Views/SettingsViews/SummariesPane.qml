@@ -73,7 +73,7 @@ SettingsPage {
         }
 
         KeyRow {
-            visible: SummarySettings.needsKey
+            visible: SummarySettings.needsKey || SummarySettings.hasServer && ServerCheck.wantsKey
         }
     }
 

@@ -117,6 +117,34 @@ TEST(KeySettings, key_isSavedAndRemovedOrSaysWhyNot) {
     EXPECT_TRUE(waitUntil([&settings] { return !settings.isSaved() && !settings.isBusy(); }));
 }
 
+TEST(KeySettings, otherProvider_knowsNothingOfTheKeyThatWasTyped) {
+    ScratchModel model;
+    KeySettings settings(*model);
+    int forgotten = 0;
+    int saved = 0;
+    QObject::connect(&settings, &KeySettings::providerChanged, [&forgotten] { ++forgotten; });
+    QObject::connect(&settings, &KeySettings::saved, [&saved] { ++saved; });
+    const auto choose = [&model](AIProviderKind provider) {
+        model->settings.ai = AISettings{.provider = provider, .compatBaseURL = "https://example.org/v1"};
+    };
+    settings.save("key-a");
+    settings.save("key-b"); // as by Return while the key ring is busy
+    choose(AIProviderKind::openAICompatible);
+    EXPECT_EQ(forgotten, 1);
+    EXPECT_TRUE(waitUntil([&settings] { return !settings.isBusy(); }));
+    EXPECT_FALSE(settings.isSaved());
+    EXPECT_FALSE(settings.isJustSaved()) << "nothing of this one";
+    EXPECT_EQ(saved, 0);
+    EXPECT_EQ(model->keys->key("anthropic"), "key-a");
+    EXPECT_EQ(model->keys->key("openAICompatible"), std::nullopt);
+
+    settings.save("key-c");
+    EXPECT_TRUE(waitUntil([&settings] { return settings.isJustSaved(); }));
+    choose(AIProviderKind::anthropic);
+    EXPECT_FALSE(settings.isJustSaved());
+    EXPECT_EQ(forgotten, 2);
+}
+
 TEST(ServerCheck, answer_isOfTheAddressThatStands) {
     ScratchModel model;
     const auto goTo = [&model](const std::string& address) {
