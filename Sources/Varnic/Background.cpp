@@ -15,13 +15,22 @@ std::list<std::future<void>>& started() {
     return all;
 }
 
-} // namespace
-
-void Background::start(std::move_only_function<void()> work) {
+void forgetDone() {
     started().remove_if([](const std::future<void>& one) {
         return one.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
     });
+}
+
+} // namespace
+
+void Background::start(std::move_only_function<void()> work) {
+    forgetDone();
     started().push_back(std::async(std::launch::async, std::move(work)));
+}
+
+bool Background::isBusy() {
+    forgetDone();
+    return !started().empty();
 }
 
 void Background::waitForDone() {

@@ -21,6 +21,9 @@ namespace Background {
 /// The work must not throw.
 void start(std::move_only_function<void()> work);
 
+/// Whether something that was started isn't done yet.
+bool isBusy();
+
 /// Waits for all that was started.
 void waitForDone();
 

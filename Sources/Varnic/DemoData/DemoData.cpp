@@ -63,6 +63,13 @@ void load(AppModel& model) {
     model.settings.consentSeen = true;
 }
 
+void clear(AppModel& model) {
+    while (!model.notes().empty()) {
+        model.remove(model.notes().front().id);
+    }
+    model.toast = std::nullopt;
+}
+
 void showLive(RecordingController& recorder, double elapsed, const std::string& source, std::size_t lines) {
     constexpr double lengthOfPartial = 2.5;
     std::vector<Segment> committed = DemoCall::segments(0, 1);

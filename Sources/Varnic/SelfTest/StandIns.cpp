@@ -5,6 +5,7 @@
 #include "Varnic/Shell/AppDelegate.h"
 #include "VarnicPlatform/Capture/LiveCapture.h"
 #include "VarnicPlatform/Capture/Permissions.h"
+#include "VarnicPlatform/Capture/SoundDevices.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -47,6 +48,10 @@ StandIns::StandIns(AppModel& model, AppDelegate& shell) {
     desktop.openURL = [world = world_](const std::string& url) { world->opened.push_back(url); };
     model.keys = std::make_shared<MemoryKeyStore>();
     model.transport = ai_;
+    SoundDevices::override = {.isReachable = true,
+                              .hasSound = true,
+                              .microphones = {{.name = "microphone", .label = "Built-in Microphone"}},
+                              .outputs = {{.name = "output", .label = "Built-in Speakers"}}};
     Permissions::override = {PermissionState::granted, PermissionState::granted, PermissionState::granted};
 }
 

@@ -4,6 +4,7 @@
 #include "Varnic/SelfTest/SelfTest.h"
 #include "Varnic/Shell/CommandLine.h"
 #include "Varnic/Shell/SingleInstance.h"
+#include "Varnic/Snapshot/Snapshotter.h"
 #include "Varnic/Views/Program/Program.h"
 #include "Varnic/Views/Theme/Native/AccessibleControl.h"
 #include "Varnic/Views/Theme/Native/Fonts.h"
@@ -70,7 +71,7 @@ std::filesystem::path pathOf(const QTemporaryDir& folder) {
 /// Where a demonstration keeps what a program writes, gone at its end; null where there is to be none. Throws
 /// std::runtime_error where it can't be made.
 std::unique_ptr<QTemporaryDir> demoFolder() {
-    if (!varnic::DemoData::isAskedFor()) {
+    if (!varnic::DemoData::isAskedFor() && !varnic::Snapshotter::isAskedFor()) {
         return nullptr;
     }
     auto folder = std::make_unique<QTemporaryDir>();
@@ -127,6 +128,9 @@ int main(int argc, char** argv) {
     if (const auto refusal = varnic::SelfTest::isAskedFor() ? varnic::SelfTest::refusal() : std::nullopt) {
         std::puts(refusal->c_str());
         return 0; // the line is the verdict
+    }
+    if (varnic::Snapshotter::isAskedFor()) {
+        varnic::Snapshotter::prepare();
     }
     try {
         return run(argc, argv);

@@ -1,7 +1,10 @@
 #include "VarnicCore/Models/Date.h"
 
+#include "VarnicCore/Models/FixedClock.h"
+
 #include <fmt/format.h>
 
+#include <atomic>
 #include <optional>
 #include <stdexcept>
 
@@ -10,6 +13,11 @@ namespace varnic {
 namespace {
 
 using namespace std::chrono;
+
+constexpr Date noMoment = Date::min();
+
+/// That of a FixedClock.
+std::atomic<Date> fixedMoment = noMoment;
 
 /// Walks over the text of a date; every read takes what it names from the front, or gives nothing.
 class Scanner {
@@ -119,7 +127,16 @@ std::optional<Date> scanDate(std::string_view text) {
 } // namespace
 
 Date currentDate() {
-    return floor<milliseconds>(system_clock::now());
+    const Date fixed = fixedMoment;
+    return fixed == noMoment ? floor<milliseconds>(system_clock::now()) : fixed;
+}
+
+FixedClock::FixedClock(Date moment) {
+    fixedMoment = moment;
+}
+
+FixedClock::~FixedClock() {
+    fixedMoment = noMoment;
 }
 
 std::string formatDate(Date date) {

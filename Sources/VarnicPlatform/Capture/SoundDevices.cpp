@@ -36,14 +36,21 @@ public:
     std::optional<SoundDeviceList> told;
 };
 
-SoundDevices::SoundDevices(Changed changed)
-    : changed_(std::move(changed)), connection_(std::make_unique<Connection>(*this)) {
+SoundDevices::SoundDevices(Changed changed) : changed_(std::move(changed)) {
+    if (override) {
+        changed_(*override);
+        return;
+    }
+    connection_ = std::make_unique<Connection>(*this);
     const SoundConnection::Lock lock(connection_->sound);
     connection_->sound.every(tick, [this] { tend(); });
     tend();
 }
 
 SoundDevices::~SoundDevices() {
+    if (!connection_) {
+        return;
+    }
     const SoundConnection::Lock lock(connection_->sound);
     connection_->sound.stopTicking();
     connection_->sound.close();

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,9 @@ class SoundDevices {
 public:
     /// Called on a thread of its own with each new list; soon with the first one.
     using Changed = std::function<void(SoundDeviceList list)>;
+
+    /// What is told at once when set, with nothing asked of the system. Set before one is made.
+    static inline std::optional<SoundDeviceList> override;
 
     /// Throws CaptureError where PipeWire's library cannot be used.
     explicit SoundDevices(Changed changed);

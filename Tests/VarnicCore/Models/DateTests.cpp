@@ -1,5 +1,7 @@
 #include "VarnicCore/Models/Date.h"
 
+#include "VarnicCore/Models/FixedClock.h"
+
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -24,6 +26,15 @@ TEST(Date, parse_formsOfTheSameAndOtherMoments) {
     for (const auto& [text, stored] : forms) {
         EXPECT_EQ(formatDate(parseDate(text)), stored) << text;
     }
+}
+
+TEST(Date, fixedClock_standsStillForAllAndIsGoneWithItsEnd) {
+    const Date moment = parseDate("2001-02-03T04:05:06Z");
+    {
+        const FixedClock clock(moment);
+        EXPECT_EQ(currentDate(), moment);
+    }
+    EXPECT_GT(currentDate(), moment);
 }
 
 TEST(Date, parse_anythingElseNamesTheText) {

@@ -8,6 +8,7 @@ Window {
     height: 800
     minimumHeight: 640
     minimumWidth: 1000
+    objectName: "main"
     title: "Varnic"
     width: 1240
 

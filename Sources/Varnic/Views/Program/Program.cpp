@@ -6,6 +6,7 @@
 #include "Varnic/LoopExecutor.h"
 #include "Varnic/Recording/RecordingController.h"
 #include "Varnic/SelfTest/SelfTest.h"
+#include "Varnic/Snapshot/Snapshotter.h"
 #include "Varnic/Views/Program/FileDialogs.h"
 #include "Varnic/Views/Program/QuitDialog.h"
 #include "Varnic/Views/Program/QuitRule.h"
@@ -81,11 +82,14 @@ brevin::Updater::Host Program::updaterHost() {
 void Program::fillInHooks() {
     delegate_.hooks.startKit = [this] {
         // What only shows or tests the program asks nobody for a newer one.
-        if (!SelfTest::isAskedFor() && !DemoData::isAskedFor()) {
+        if (!SelfTest::isAskedFor() && !DemoData::isAskedFor() && !Snapshotter::isAskedFor()) {
             updater_.start();
         }
     };
     delegate_.hooks.runSelfTest = [this] { return SelfTest::run(model_, delegate_); };
+    delegate_.hooks.runSnapshots = [this](std::filesystem::path folder) {
+        return Snapshotter::run(model_, delegate_, std::move(folder));
+    };
     delegate_.hooks.loadDemo = [](AppModel& model) { DemoData::load(model); };
     delegate_.hooks.ask = [this](QuitQuestion question) -> QCoro::Task<QuitQuestion::Answer> {
         window_.activate();

@@ -8,6 +8,8 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include <utility>
+
 namespace varnic {
 
 namespace {
@@ -73,18 +75,26 @@ void Appearance::settingChanged(const QDBusMessage& message) {
     }
 }
 
-void Appearance::refresh() {
+Appearance::Look Appearance::desktopsLook() const {
     const auto scheme = static_cast<ColorScheme>(settings_.value(key(look, QStringLiteral("color-scheme"))).toUInt());
     const bool dark =
         scheme == ColorScheme::dark || (scheme != ColorScheme::light && isDark(QGuiApplication::palette()));
     const bool reduceMotion = settings_.value(key(look, QStringLiteral("reduced-motion"))).toUInt() == 1 ||
                               !settings_.value(key(gnome, QStringLiteral("enable-animations")), true).toBool();
-    if (dark != dark_) {
-        dark_ = dark;
+    return {.dark = dark, .reduceMotion = reduceMotion};
+}
+
+void Appearance::fix(std::optional<Look> look) {
+    fixed_ = look;
+    refresh();
+}
+
+void Appearance::refresh() {
+    const Look before = std::exchange(look_, fixed_ ? *fixed_ : desktopsLook());
+    if (look_.dark != before.dark) {
         Q_EMIT darkChanged();
     }
-    if (reduceMotion != reduceMotion_) {
-        reduceMotion_ = reduceMotion;
+    if (look_.reduceMotion != before.reduceMotion) {
         Q_EMIT reduceMotionChanged();
     }
 }

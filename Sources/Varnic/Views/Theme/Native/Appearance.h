@@ -6,6 +6,8 @@
 #include <QVariantMap>
 #include <QtQmlIntegration>
 
+#include <optional>
+
 namespace varnic {
 
 /// How the desktop wants programs to look, followed while the program runs. The settings portal says so; where there is
@@ -18,12 +20,22 @@ class Appearance : public QObject {
     Q_PROPERTY(bool reduceMotion READ reduceMotion NOTIFY reduceMotionChanged)
 
 public:
+    struct Look {
+        bool dark = false;
+        bool reduceMotion = false;
+
+        bool operator==(const Look&) const = default;
+    };
+
     explicit Appearance(QObject* parent = nullptr);
 
-    [[nodiscard]] bool dark() const { return dark_; }
+    /// Looks so whatever the desktop wants; follows the desktop again with nothing.
+    void fix(std::optional<Look> look);
+
+    [[nodiscard]] bool dark() const { return look_.dark; }
 
     /// Whether things should stay where they are rather than move.
-    [[nodiscard]] bool reduceMotion() const { return reduceMotion_; }
+    [[nodiscard]] bool reduceMotion() const { return look_.reduceMotion; }
 
 Q_SIGNALS:
     void darkChanged();
@@ -37,13 +49,14 @@ private Q_SLOTS:
 
 private:
     void readAll();
+    [[nodiscard]] Look desktopsLook() const;
     void refresh();
 
     QDBusConnection bus_ = QDBusConnection::sessionBus();
     /// What the portal reported, by "<namespace> <key>".
     QVariantMap settings_;
-    bool dark_ = false;
-    bool reduceMotion_ = false;
+    std::optional<Look> fixed_;
+    Look look_;
 };
 
 } // namespace varnic
