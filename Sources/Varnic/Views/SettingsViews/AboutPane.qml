@@ -80,6 +80,7 @@ SettingsPage {
     }
 
     LicencePage {
+        spoken: page.reading === "thirdParties" ? AboutVarnic.plainThirdParties : text
         text: page.reading === "licence" ? AboutVarnic.licence : page.reading === "thirdParties" ? AboutVarnic.thirdParties : ""
         textFormat: page.reading === "thirdParties" ? Text.MarkdownText : Text.PlainText
         visible: page.reading !== ""

@@ -4,6 +4,7 @@
 #include "VarnicCore/Models/Wording.h"
 
 #include <QFile>
+#include <QTextDocument>
 
 namespace varnic {
 
@@ -36,6 +37,12 @@ QString AboutVarnic::supportAddress() {
 
 QString AboutVarnic::thirdParties() {
     return resource("THIRD-PARTY.md");
+}
+
+QString AboutVarnic::plainThirdParties() {
+    QTextDocument document;
+    document.setMarkdown(thirdParties());
+    return document.toPlainText();
 }
 
 QString AboutVarnic::licence() {

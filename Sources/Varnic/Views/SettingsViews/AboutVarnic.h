@@ -18,6 +18,8 @@ class AboutVarnic : public QObject {
     Q_PROPERTY(QString supportAddress READ supportAddress CONSTANT)
     /// Whose work is in it, and on what terms, as Markdown.
     Q_PROPERTY(QString thirdParties READ thirdParties CONSTANT)
+    /// As it is read, not as it is marked up.
+    Q_PROPERTY(QString plainThirdParties READ plainThirdParties CONSTANT)
     Q_PROPERTY(QString licence READ licence CONSTANT)
 
 public:
@@ -30,6 +32,7 @@ public:
     [[nodiscard]] static QString version();
     [[nodiscard]] static QString supportAddress();
     [[nodiscard]] static QString thirdParties();
+    [[nodiscard]] static QString plainThirdParties();
     [[nodiscard]] static QString licence();
 
     /// Begins a message to the support.

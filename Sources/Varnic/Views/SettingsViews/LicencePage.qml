@@ -5,6 +5,8 @@ import Varnic.Theme as Theme
 Column {
     id: page
 
+    /// What assistive programs are told: the text without its marks.
+    required property string spoken
     property alias text: words.text
     property alias textFormat: words.textFormat
 
@@ -32,8 +34,7 @@ Column {
     TextEdit {
         id: words
 
-        // As it is read, not as it is marked up.
-        Accessible.name: text === "" ? "" : getText(0, length)
+        Accessible.name: page.spoken
         Accessible.role: Accessible.StaticText
         color: Theme.Palette.ink
         font: words.textFormat === TextEdit.MarkdownText ? Theme.Typo.ui : Theme.Typo.stamp
