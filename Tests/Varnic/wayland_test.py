@@ -1,5 +1,4 @@
-"""The desktop program under Wayland, from outside: in sway, whose keyboard and mouse are worked here, and in weston, which
-has neither, and no tray.
+"""The desktop program under Wayland, from outside: in sway, whose keyboard and mouse are worked here.
 
 Usage: wayland_test.py PROGRAM FIXTURES MAKE_CALL DRAG_WORKER [TEST...]     (the system's own Python has pyatspi)
 """
@@ -19,11 +18,6 @@ sys.path.insert(0, FIXTURES)
 
 from desktop import Program, wait_for  # noqa: E402
 from wayland import WaylandDesktop  # noqa: E402
-
-PILL = "so a notification with “Stop & Save” stands for it"
-NO_PILL = "nothing here shows notifications in its place"
-HOTKEY = "…set a shortcut for the command “varnic --toggle-recording”…"
-NO_TRAY = "…so Varnic ends with its last window…"
 
 
 def output(*command, **options):
@@ -56,18 +50,6 @@ class Wayland(unittest.TestCase):
     def notes(self):
         return [json.loads(file.read_text()) for file in self.library.glob("notes/*.json")]
 
-    def record(self, program):
-        program.press("Record call")
-        program.press("Start Recording")
-        program.expect("…Recording, …")
-
-    def open_settings(self, program):
-        program.press("Main menu")
-        program.press("Settings…")
-
-    def note_on_pill(self, program):
-        return program.expect("Show a floating recording pill", "check box").description
-
     def focus(self, name):
         wait_for(lambda: self.desktop.focused() == name, f"{name} in front")
 
@@ -89,15 +71,6 @@ class Wayland(unittest.TestCase):
 
     def texts(self):
         return [block.get("text", "") for note in self.notes() for block in note["blocks"]]
-
-    def notifications(self):
-        """How many there are on the screen."""
-        return output("dunstctl", "count", "displayed", text=True).stdout.strip()
-
-    def show_notifications(self):
-        server = self.spawn("dunst", "-conf", "/dev/null")
-        wait_for(lambda: output("dunstctl", "is-paused").returncode == 0, "what shows notifications")
-        return server
 
     def test_note_isTypedCopiedAndPastedInto(self):
         self.start_in_front()
@@ -147,17 +120,6 @@ class Wayland(unittest.TestCase):
         wait_for(lambda: "dropped" in told.read_text(), "the file dropped")
         wait_for(lambda: [note for note in self.notes() if note.get("call", {}).get("segments")], "the call as a note")
 
-    def test_recording_isShownByANotification(self):
-        self.show_notifications()
-        program = self.start()
-        self.record(program)
-        wait_for(lambda: self.notifications() == "1", "the notification that stands for the pill")
-        self.open_settings(program)
-        wait_for(lambda: PILL in self.note_on_pill(program), "what stands for the pill")
-        program.press("Stop recording")
-        wait_for(lambda: self.notifications() == "0", "no notification")
-        wait_for(lambda: [note for note in self.notes() if note.get("call")], "the call on the disk")
-
     def test_scaledScreen_isDrawnInItsOwnPoints(self):
         self.addCleanup(self.desktop.message, "output", "*", "scale", "1")
         program = self.start_in_front()
@@ -177,18 +139,6 @@ class Wayland(unittest.TestCase):
 
     def width(self, program):
         return program.root[0].queryComponent().getExtents(program.pyatspi.WINDOW_COORDS).width
-
-    def test_desktopWithNothing_recordsAndSaysWhatItCannotDo(self):
-        self.desktop.end_tray()
-        self.addCleanup(self.desktop.start_tray)
-        program = self.start(WAYLAND_DISPLAY=self.desktop.start_weston())
-        self.record(program)
-        program.press("Stop recording")
-        wait_for(lambda: [note for note in self.notes() if note.get("call")], "the call on the disk")
-        self.open_settings(program)
-        for sentence in [NO_TRAY, HOTKEY]:
-            program.expect(sentence)
-        wait_for(lambda: NO_PILL in self.note_on_pill(program), "that nothing stands for the pill")
 
 
 if __name__ == "__main__":
