@@ -92,6 +92,8 @@ public:
     QProperty<std::set<Uuid>> aiRunning;
     /// How the last try of an AI failed.
     QProperty<std::map<Uuid, std::string>> aiError;
+    /// No speech model fits the language of the call that is recorded, so that it has to wait for its transcript.
+    QProperty<bool> lacksModel{false};
     QProperty<bool> showTranscript{false};
     QProperty<bool> showConsent{false};
     QProperty<bool> showSetup{false};

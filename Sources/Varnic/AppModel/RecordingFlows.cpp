@@ -90,6 +90,7 @@ QCoro::Task<> AppModel::startRecording(bool allowWithoutThem) {
     const WantedSides sides{.you = wantedSides.you && (may.mic == PermissionState::granted || !Permissions::override),
                             .them = wantedSides.them && screen};
     const std::string source(CallSource::guess(desktop.runningPrograms(), desktop.frontProgram()));
+    lacksModel = may.speech == PermissionState::denied;
     const bool isLive = settings.liveTranscript.value() && may.speech == PermissionState::granted;
     std::optional<std::string> locale;
     if (isLive) {

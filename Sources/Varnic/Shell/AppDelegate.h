@@ -3,6 +3,7 @@
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Shell/LoginStart.h"
 #include "Varnic/Shell/Menus.h"
+#include "Varnic/Shell/MissingParts.h"
 #include "Varnic/Shell/Notifications.h"
 #include "Varnic/Shell/PillController.h"
 #include "Varnic/Shell/QuitQuestion.h"
@@ -41,6 +42,8 @@ public:
             co_return;
         };
         std::function<void(AppModel&)> loadDemo = [](AppModel& model) { model.isDemo = true; };
+        /// What the desktop brings now.
+        std::function<DesktopParts()> desktopParts = DesktopParts::onBus;
         /// The value of an environment variable; nothing where it isn’t set.
         std::function<std::optional<std::string>(const char*)> environment;
         /// Lets the user say what is to become of notes that could not be saved.

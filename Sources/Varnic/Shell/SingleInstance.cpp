@@ -121,8 +121,12 @@ bool SingleInstance::takeLibrary() {
         lock_ = LibraryLock::forApplication(library_);
         if (!lock_) {
             const auto process = LibraryLock::application(library_);
-            problem_ = process ? fmt::format("Varnic is open already in another session (process {}).", *process)
-                               : "Varnic is open already in another session.";
+            const std::string who = process ? fmt::format(" (process {})", *process) : std::string();
+            problem_ = QDBusConnection::sessionBus().isConnected()
+                           ? fmt::format("Varnic is open already in another session{}.", who)
+                           : fmt::format("Varnic is open already{}. Without a D-Bus session its window can’t be "
+                                         "brought to the front; on Debian, install dbus-user-session and log in again.",
+                                         who);
         }
     } catch (const LibraryError& error) {
         problem_ = error.what();

@@ -15,6 +15,8 @@ struct Phrase {
 /// Longer phrases stand before those that they contain.
 constexpr std::array phrases{
     Phrase{"their side needs Screen Recording", "the computer’s sound can’t be heard"},
+    Phrase{"Speech Recognition is turned off for Varnic.",
+           "No speech model is installed. On Debian there is one in the package varnic-models."},
     Phrase{"this Mac", "this computer"},
     Phrase{"my Mac", "my computer"},
     Phrase{"your Mac", "your computer"},

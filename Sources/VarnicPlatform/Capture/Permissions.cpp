@@ -24,11 +24,16 @@ PermissionState grantedIf(bool works) {
     return works ? PermissionState::granted : PermissionState::denied;
 }
 
-SoundSurvey soundSurvey() {
+bool isDenied(PermissionState state) {
+    return state == PermissionState::denied;
+}
+
+/// Nothing where PipeWire's configuration for programs can't be read.
+std::optional<SoundSurvey> soundSurvey() {
     try {
         return SoundSurvey::take();
     } catch (const CaptureError&) {
-        return {};
+        return std::nullopt;
     }
 }
 
@@ -59,13 +64,17 @@ std::string nameOf(const std::string& tag, const std::string& reader) {
 
 /// What keeps all sound away; nothing where PipeWire has it.
 std::optional<std::string> soundRemedy(const Surroundings& there) {
+    if (!there.isConfigured) {
+        return "PipeWire’s configuration for programs can’t be read, so nothing can be heard. On Debian it is in the "
+               "package pipewire-bin.";
+    }
     if (!there.isReachable) {
         return "PipeWire isn’t running, so nothing can be heard. Log out and in again, or start it with “systemctl "
                "--user start pipewire wireplumber”. It is in the packages pipewire and wireplumber.";
     }
     if (!there.hasSound) {
-        return "PipeWire is running, but has no sound devices. If PulseAudio runs the sound, install pipewire-pulse in "
-               "its place.";
+        return "PipeWire is running, but has no sound devices. It takes the package wireplumber to find them, and "
+               "pipewire-pulse in place of PulseAudio, if that runs the sound.";
     }
     return std::nullopt;
 }
@@ -80,11 +89,13 @@ std::string microphoneRemedy(const Surroundings& there) {
 }
 
 std::string speechRemedy(const Surroundings& there, const std::string& language) {
-    const std::string others =
-        there.languages.empty() ? "" : fmt::format(" There are models for {}.", fmt::join(there.languages, ", "));
-    return fmt::format("No speech model is installed for {}.{} Put one into the models folder, or choose another "
-                       "language; calls are recorded without one, and can be transcribed later.",
-                       language, others);
+    if (there.languages.empty()) {
+        return "No speech model is installed. On Debian there is one in the package varnic-models; others go into the "
+               "models folder. Calls are recorded without one, and can be transcribed later.";
+    }
+    return fmt::format("No speech model is installed for {}. There are models for {}. Put one into the models folder, "
+                       "or choose another language; calls are recorded without one, and can be transcribed later.",
+                       language, fmt::join(there.languages, ", "));
 }
 
 } // namespace
@@ -98,19 +109,23 @@ Findings look(bool saidYes, std::string_view locale, const std::string& reader,
     if (override) {
         return {.states = *override, .there = {}};
     }
-    const SoundSurvey sound = soundSurvey();
+    const std::optional<SoundSurvey> found = soundSurvey();
+    const SoundSurvey sound = found.value_or(SoundSurvey());
     Findings findings{.states = {},
-                      .there = {.isReachable = sound.isReachable,
+                      .there = {.isConfigured = found.has_value(),
+                                .isReachable = sound.isReachable,
                                 .hasSound = sound.hasSound,
+                                .hasMicrophone = sound.microphone.has_value(),
                                 .output = sound.output.value_or(""),
+                                .hasModel = SpeechModels::choose(models, locale).has_value(),
                                 .languages = {}}};
     for (const Language& language : onDeviceLanguages(models, reader)) {
         findings.there.languages.push_back(language.name);
     }
     if (saidYes) {
-        findings.states = {.mic = grantedIf(sound.microphone.has_value()),
-                           .screen = grantedIf(sound.hasSound),
-                           .speech = grantedIf(SpeechModels::choose(models, locale).has_value())};
+        findings.states = {.mic = grantedIf(findings.there.hasMicrophone),
+                           .screen = grantedIf(findings.there.hasSound),
+                           .speech = grantedIf(findings.there.hasModel)};
     }
     return findings;
 }
@@ -124,11 +139,13 @@ std::array<Permission, 3> described(const Findings& findings, std::string_view l
     return {Permission{.state = states.mic,
                        .title = "Microphone",
                        .purpose = "Your side.",
+                       .isMissing = isDenied(states.mic) || !there.hasMicrophone,
                        .remedy = microphoneRemedy(there),
                        .pane = "Privacy_Microphone"},
             Permission{.state = states.screen,
                        .title = "System Audio",
                        .purpose = "Their side.",
+                       .isMissing = isDenied(states.screen) || !there.hasSound,
                        .remedy = soundRemedy(there).value_or(
                            "PipeWire runs no sound here, so the other side can’t be heard. Install pipewire and "
                            "wireplumber, and pipewire-pulse in place of PulseAudio."),
@@ -136,6 +153,7 @@ std::array<Permission, 3> described(const Findings& findings, std::string_view l
             Permission{.state = states.speech,
                        .title = "Speech Recognition",
                        .purpose = "The transcript, on this computer.",
+                       .isMissing = isDenied(states.speech) || !there.hasModel,
                        .remedy = speechRemedy(there, nameOf(std::string(locale), reader)),
                        .pane = "Privacy_SpeechRecognition"}};
 }

@@ -19,7 +19,9 @@ struct Permission {
     std::string title;
     /// What it is for.
     std::string purpose;
-    /// What to do where it is denied.
+    /// It can't be had, whether or not the user has said yes; `remedy` tells what to do.
+    bool isMissing = false;
+    /// What to do where it is missing.
     std::string remedy;
     /// Its settings, see Permissions::openSettings.
     std::string pane;
@@ -43,11 +45,16 @@ struct States {
 
 /// What there is, for the words about what is missing.
 struct Surroundings {
+    /// Whether PipeWire's configuration for programs can be read, without which nothing is asked.
+    bool isConfigured = true;
     /// See SoundSurvey.
     bool isReachable = true;
     bool hasSound = true;
+    bool hasMicrophone = true;
     /// The output that is there in place of a microphone; empty for none.
     std::string output;
+    /// Whether one of the speech models fits the language.
+    bool hasModel = true;
     /// The languages of the speech models, as the user calls them.
     std::vector<std::string> languages;
 };

@@ -26,6 +26,8 @@ TEST(Wording, shown_speaksOfThisPlatform) {
         {"this Mac, and this Mac’s Keychain", "this computer, and this computer’s key ring"},
         {"Start a Zoom, Meet, Teams or FaceTime call, then press Record.",
          "Start a Zoom, Meet or Teams call, then press Record."},
+        {"Speech Recognition is turned off for Varnic.",
+         "No speech model is installed. On Debian there is one in the package varnic-models."},
         {"any Zoom, Meet, Teams, FaceTime or browser call", "any Zoom, Meet, Teams or browser call"},
         {"", ""},
     };

@@ -73,6 +73,26 @@ TEST_F(PermissionsTest, look_tellsWhatIsMissingAndWhatIsThere) {
     EXPECT_THAT(remedies("en"), ElementsAre(HasSubstr("isn’t running"), HasSubstr("isn’t running"), IsEmpty()));
 }
 
+TEST_F(PermissionsTest, described_beforeTheUserHasSaidYes_tellsWhatIsMissingToo) {
+    startSystem({"--no-source"});
+    const auto missing = [](const std::vector<SpeechModel>& installed) {
+        std::vector<std::string> said;
+        for (const Permission& one :
+             Permissions::described(Permissions::look(false, "en", "en", installed), "en", "en")) {
+            EXPECT_EQ(one.state, notAsked) << one.title;
+            said.push_back(one.isMissing ? one.remedy : "");
+        }
+        return said;
+    };
+    using testing::HasSubstr;
+    EXPECT_THAT(missing(models), ElementsAre(HasSubstr("No microphone was found."), IsEmpty(), IsEmpty()));
+    EXPECT_THAT(missing({}), ElementsAre(HasSubstr("No microphone"), IsEmpty(), HasSubstr("package varnic-models")));
+    setenv("PIPEWIRE_CONFIG_DIR", folder.path().c_str(), 1);
+    EXPECT_THAT(missing(models),
+                ElementsAre(HasSubstr("package pipewire-bin"), HasSubstr("package pipewire-bin"), IsEmpty()));
+    unsetenv("PIPEWIRE_CONFIG_DIR");
+}
+
 TEST_F(PermissionsTest, survey_overridden_givesThatUnasked) {
     Permissions::override = {.mic = granted, .screen = denied, .speech = notAsked};
     EXPECT_EQ(Permissions::survey(false, "en", models), *Permissions::override);

@@ -100,6 +100,11 @@ QString LiveCall::placeholderTitle() const {
 }
 
 QString LiveCall::placeholder() const {
+    if (model_.lacksModel.value()) {
+        return QStringLiteral(
+            "No speech model is installed for this language. The call is recorded, and can be written "
+            "down once there is one.");
+    }
     return recorder_.hasLiveTranscript()
                ? QStringLiteral("What’s said writes itself here — your words in blue-black, theirs in red-brown.")
                : shown("The transcript is written on this Mac when you stop.");

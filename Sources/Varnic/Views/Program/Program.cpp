@@ -11,13 +11,16 @@
 #include "Varnic/Views/Program/QuitDialog.h"
 #include "Varnic/Views/Program/QuitRule.h"
 #include "Varnic/Views/Program/Sounds.h"
+#include "Varnic/Views/Theme/Native/Fonts.h"
 #include "VarnicCore/Pipeline/SessionState.h"
+#include "VarnicPlatform/Capture/Permissions.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QIcon>
 #include <QPointer>
+#include <QSettings>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -86,6 +89,7 @@ void Program::fillInHooks() {
             updater_.start();
         }
     };
+    delegate_.hooks.desktopParts = [this] { return desktopParts(); };
     delegate_.hooks.runSelfTest = [this] { return SelfTest::run(model_, delegate_); };
     delegate_.hooks.runSnapshots = [this](std::filesystem::path folder) {
         return Snapshotter::run(model_, delegate_, std::move(folder));
@@ -170,6 +174,50 @@ void Program::launch() {
     tray_->clicked = [this](const QRect& icon) { toggleMenuBar(icon); };
     delegate_.applicationDidFinishLaunching();
     quitIfForsaken();
+    if (!SelfTest::isAskedFor() && !DemoData::isAskedFor()) {
+        tellWhatIsMissing();
+    }
+}
+
+DesktopParts Program::desktopParts() const {
+    DesktopParts parts = DesktopParts::onBus();
+    parts.hasTray = !tray_ || tray_->isReachable();
+    parts.fontPackages = missingFontPackages();
+    parts.isWayland = QGuiApplication::platformName().startsWith("wayland");
+    return parts;
+}
+
+/// At the very first start only: what was told once stays in the settings.
+QCoro::Task<> Program::tellWhatIsMissing() {
+    constexpr const char* toldKey = "missingPartsTold";
+    QSettings& store = model_.settings.store();
+    if (store.value(toldKey).toBool()) {
+        co_return;
+    }
+    store.setValue(toldKey, true);
+    const QPointer self(this);
+    const auto look = [locale = model_.settings.localeID.value(), reader = model_.region.locale] {
+        return Permissions::look(false, locale, reader).there;
+    };
+    const Permissions::Surroundings there = co_await inBackground(look);
+    if (!self) {
+        co_return;
+    }
+    std::vector<std::string> names;
+    if (!there.hasSound) {
+        names.emplace_back("PipeWire");
+    } else if (!there.hasMicrophone) {
+        names.emplace_back("a microphone");
+    }
+    if (!there.hasModel) {
+        names.emplace_back("a speech model");
+    }
+    for (const MissingPart& part : MissingParts::of(desktopParts())) {
+        names.push_back(part.name);
+    }
+    if (std::string notice = MissingParts::notice(names); !notice.empty()) {
+        model_.flash({.text = std::move(notice), .symbol = "info.circle"});
+    }
 }
 
 bool Program::isProcessing() const {

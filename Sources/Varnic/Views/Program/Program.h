@@ -39,6 +39,8 @@ public:
 
 private:
     void launch();
+    QCoro::Task<> tellWhatIsMissing();
+    [[nodiscard]] DesktopParts desktopParts() const;
     void fillInDesktop();
     void fillInHooks();
     void makePill();

@@ -2,9 +2,35 @@ import QtQuick
 import Varnic.SettingsViews
 import Varnic.Theme as Theme
 
+// Delegates use ids of this file; `pragma ComponentBehavior: Bound`, meant for that, is incomplete in Qt 6.4.
+// qmllint disable unqualified
+
 /// The user, how a recording is started, and the reminder to tell people.
 SettingsPage {
     Component.onCompleted: GeneralSettings.look()
+
+    FormSection {
+        detail: "Varnic works without, but for what is said here."
+        title: "Missing on this computer"
+        visible: GeneralSettings.missing.length > 0
+
+        Repeater {
+            model: GeneralSettings.missing
+
+            FormRow {
+                id: part
+
+                required property string modelData
+
+                SymbolLine {
+                    symbol: "exclamationmark.triangle"
+                    symbolColor: Theme.Palette.warn
+                    text: part.modelData
+                    width: parent.width
+                }
+            }
+        }
+    }
 
     FormSection {
         detail: "Shown on your side of transcripts and at the end of follow-up emails."
@@ -43,6 +69,7 @@ SettingsPage {
 
         FormRow {
             Theme.PaperSwitch {
+                detail: GeneralSettings.pillNote
                 isOn: GeneralSettings.showPill
                 text: "Show a floating recording pill"
                 width: parent.width

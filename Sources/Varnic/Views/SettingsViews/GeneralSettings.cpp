@@ -36,6 +36,18 @@ void GeneralSettings::setStartsAtLogin(bool starts) {
     }
 }
 
+QList<QString> GeneralSettings::missing() const {
+    QList<QString> sentences;
+    for (const MissingPart& part : MissingParts::of(desktop_)) {
+        sentences << QString::fromStdString(part.sentence);
+    }
+    return sentences;
+}
+
+QString GeneralSettings::pillNote() const {
+    return QString::fromStdString(MissingParts::pillNote(desktop_));
+}
+
 QString GeneralSettings::loginProblem() const {
     return shell_ == nullptr ? QString() : QString::fromStdString(shell_->loginStart().problem.value());
 }
@@ -49,6 +61,8 @@ QString GeneralSettings::storeProblem() const {
 void GeneralSettings::look() {
     if (shell_ != nullptr) {
         shell_->loginStart().look();
+        desktop_ = shell_->hooks.desktopParts();
+        Q_EMIT changed();
     }
 }
 

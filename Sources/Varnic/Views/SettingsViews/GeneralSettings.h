@@ -3,6 +3,7 @@
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Shell/AppDelegate.h"
 
+#include <QList>
 #include <QObject>
 #include <QQmlEngine>
 #include <QtQmlIntegration>
@@ -22,6 +23,10 @@ class GeneralSettings : public QObject {
     Q_PROPERTY(bool isReminderSeen READ isReminderSeen NOTIFY changed)
     /// The desktop starts the program in the background when the user logs in.
     Q_PROPERTY(bool startsAtLogin READ startsAtLogin WRITE setStartsAtLogin NOTIFY changed)
+    /// What the desktop lacks and what to install, a sentence each.
+    Q_PROPERTY(QList<QString> missing READ missing NOTIFY changed)
+    /// What stands for the pill; else empty.
+    Q_PROPERTY(QString pillNote READ pillNote NOTIFY changed)
     /// What the desktop refused; else empty.
     Q_PROPERTY(QString loginProblem READ loginProblem NOTIFY changed)
     /// About settings that could not be read or can't be saved; else empty.
@@ -47,6 +52,8 @@ public:
 
     [[nodiscard]] bool startsAtLogin() const;
     void setStartsAtLogin(bool starts);
+    [[nodiscard]] QList<QString> missing() const;
+    [[nodiscard]] QString pillNote() const;
     [[nodiscard]] QString loginProblem() const;
     [[nodiscard]] QString storeProblem() const;
 
@@ -59,6 +66,7 @@ Q_SIGNALS:
 private:
     AppModel& model_;
     AppDelegate* shell_;
+    DesktopParts desktop_;
     std::vector<QPropertyNotifier> watchers_;
 };
 

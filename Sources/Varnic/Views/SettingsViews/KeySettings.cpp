@@ -45,8 +45,13 @@ QString KeySettings::savedText() {
 }
 
 QString KeySettings::problem() const {
-    const std::string& problem = problem_.empty() ? model_.apiKey.status.value().problem : problem_;
-    return QString::fromStdString(Wording::shown(problem));
+    const APIKey::Status& status = model_.apiKey.status.value();
+    QString problem = QString::fromStdString(Wording::shown(problem_.empty() ? status.problem : problem_));
+    if (status.state == KeyState::noKeyRing) {
+        problem += problem.endsWith('.') ? " " : ". ";
+        problem += QStringLiteral("Install one, such as the package gnome-keyring, and log in again.");
+    }
+    return problem;
 }
 
 void KeySettings::take(const std::optional<std::string>& problem) {

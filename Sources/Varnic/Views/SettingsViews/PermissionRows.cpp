@@ -34,7 +34,7 @@ constexpr std::array<std::string_view, 3> settingsDetails{
 
 SetupRow row(int id, const Permission& permission, bool inSettings) {
     std::string detail = permission.remedy;
-    if (permission.state != PermissionState::denied) {
+    if (!permission.isMissing) {
         detail = inSettings ? settingsDetails.at(static_cast<std::size_t>(id)) : permission.purpose;
     }
     return {.id = id,

@@ -185,6 +185,13 @@ TEST_F(LiveRecordingViewTests, aSideThatIsMissingIsNamedInThisPlatformsWords) {
     EXPECT_EQ(call().placeholder(), "The transcript is written on this computer when you stop.");
 }
 
+TEST_F(LiveRecordingViewTests, aMissingModelIsNamedInPlaceOfTheTranscript) {
+    model->lacksModel = true;
+    record({Speaker::you, Speaker::them});
+    EXPECT_EQ(call().placeholder(), "No speech model is installed for this language. The call is recorded, and can be "
+                                    "written down once there is one.");
+}
+
 TEST_F(LiveRecordingViewTests, whatIsWrongStandsInTheWindowAndInThePill) {
     QQuickView pill(view.engine(), nullptr);
     pill.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Varnic/LiveView/RecordingPill.qml")));

@@ -5,6 +5,8 @@
 #include <QFontDatabase>
 #include <QStringList>
 
+#include <utility>
+
 namespace varnic {
 
 void prepareFonts() {
@@ -20,8 +22,21 @@ void prepareFonts() {
     };
     standIns(QStringLiteral("Varnic Serif"), {"Vollkorn", "Source Serif 4", "Noto Serif", "DejaVu Serif", "serif"});
     standIns(QStringLiteral("Varnic Figures"), {"Inter", "Noto Sans", "DejaVu Sans", "sans-serif"});
-    standIns(QStringLiteral("Inter"), {"Noto Sans", "DejaVu Sans", "sans-serif"});
+    standIns(QStringLiteral("Inter"), {"Varnic Figures", "Noto Sans", "DejaVu Sans", "sans-serif"});
     standIns(QStringLiteral("JetBrains Mono"), {"Noto Sans Mono", "DejaVu Sans Mono", "monospace"});
+}
+
+std::vector<std::string> missingFontPackages() {
+    const QStringList installed = QFontDatabase::families();
+    std::vector<std::string> packages;
+    for (const auto& [family, package] : {std::pair("Inter", "fonts-inter"), std::pair("Vollkorn", "fonts-vollkorn"),
+                                          std::pair("JetBrains Mono", "fonts-jetbrains-mono"),
+                                          std::pair("Noto Color Emoji", "fonts-noto-color-emoji")}) {
+        if (!installed.contains(QLatin1String(family))) {
+            packages.emplace_back(package);
+        }
+    }
+    return packages;
 }
 
 } // namespace varnic
