@@ -5,6 +5,7 @@
 #include "VarnicCore/Audio/CaptureError.h"
 #include "VarnicCore/Audio/TrackWriter.h"
 #include "VarnicPlatform/Capture/LiveCapture.h"
+#include "VarnicPlatform/Capture/SoundDevices.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -76,6 +77,9 @@ LiveLevel::~LiveLevel() {
 
 void LiveLevel::start(const CaptureDevices& devices) {
     stop();
+    if (SoundDevices::override) {
+        return; // they can't be listened to
+    }
     session_ = std::make_shared<Session>(devices);
     // A device may take seconds to open.
     Background::start([session = session_, side = side_] { session->run(side); });

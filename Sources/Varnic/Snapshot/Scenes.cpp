@@ -168,8 +168,8 @@ void cards(AppModel& model) {
 
 void cardsAndTable(AppModel& model) {
     model.update(cellBiology(model), false, [](Note& note) {
-        const auto firstTodo = std::ranges::find(note.blocks, BlockKind::todo, &Block::kind);
-        note.blocks.insert(firstTodo, Block::table({{"Transport", "Needs energy", "Example"},
+        const auto firstCard = std::ranges::find(note.blocks, BlockKind::flashcard, &Block::kind);
+        note.blocks.insert(firstCard, Block::table({{"Transport", "Needs energy", "Example"},
                                                     {"Diffusion", "No", "Oxygen"},
                                                     {"Through a carrier", "No", "Glucose"},
                                                     {"Pump", "Yes", "Sodium, potassium"}}));

@@ -92,7 +92,10 @@ private:
         if (own) {
             own->show();
         }
-        auto looking = stillPicture(own ? *own : window_);
+        QQuickWindow& window = own ? *own : window_;
+        // Whatever window the last picture was of.
+        window.requestActivate();
+        auto looking = stillPicture(window);
         const std::optional<QImage> picture = co_await looking;
         const std::string file = fmt::format("{}{}.png", shot.name, isDark ? "-dark" : "");
         if (!picture) {

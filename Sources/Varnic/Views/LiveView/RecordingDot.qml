@@ -25,6 +25,7 @@ Item {
         opacity: 0.35 * (1 - dot.pulse)
         radius: dot.size / 2
         scale: 1 + 0.9 * dot.pulse
+        visible: dot.pulse > 0
         width: dot.size
     }
 
