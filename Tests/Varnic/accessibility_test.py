@@ -78,7 +78,7 @@ SETTINGS = [
     Screen("about", ("key:ctrl+comma", "press:page tab/About"), "What comes from others", ("Licence",), 1),
     Screen("licence", ("key:ctrl+comma", "press:Licence"), "push button/Back", ("GNU",), 1),
     Screen("what comes from others", ("key:ctrl+comma", "press:page tab/About", "press:What comes from others"),
-           "push button/Back", ("What comes from others\nVarnic itself is free software",), 1),
+           "push button/Back", ("Varnic itself is free software", "Shipped with the programs"), 1),
 ]
 LIVE = [
     Screen("live recording", ("key:ctrl+shift+r", "press:Start Recording"), "Stop & Save",
