@@ -42,6 +42,8 @@ FormRow {
         }
 
         Theme.QuietButton {
+            id: change
+
             help: "Move the library, or use another one"
             text: "Change Folder…"
 
@@ -83,13 +85,20 @@ FormRow {
         Theme.QuietButton {
             text: "Use This Library"
 
-            onClicked: LibraryPlace.useOther()
+            onClicked: {
+                // These buttons go.
+                change.forceActiveFocus(Qt.TabFocusReason);
+                LibraryPlace.useOther();
+            }
         }
 
         Theme.QuietButton {
             text: "Cancel"
 
-            onClicked: LibraryPlace.keepThis()
+            onClicked: {
+                change.forceActiveFocus(Qt.TabFocusReason);
+                LibraryPlace.keepThis();
+            }
         }
     }
 }

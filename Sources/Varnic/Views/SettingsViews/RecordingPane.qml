@@ -112,6 +112,17 @@ SettingsPage {
         }
 
         LibraryRow {
+            id: library
+        }
+
+        // What comes of a change stands below the buttons.
+        Connections {
+            function onChanged() {
+                if (LibraryPlace.sentence !== "")
+                    Qt.callLater(page.reveal, library);
+            }
+
+            target: LibraryPlace
         }
     }
 }
