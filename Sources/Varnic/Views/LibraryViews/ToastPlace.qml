@@ -24,10 +24,16 @@ Item {
             implicitHeight: view.implicitHeight
             implicitWidth: view.implicitWidth
 
-            onShownIdChanged: {
-                exit.stop();
-                entrance.restart();
+            /// In a window that opens later, the last notice is gone already.
+            function enter() {
+                if (Toast.shows) {
+                    exit.stop();
+                    entrance.restart();
+                }
             }
+
+            Component.onCompleted: enter()
+            onShownIdChanged: enter()
             onShowsChanged: {
                 if (!shows) {
                     entrance.stop();
@@ -55,7 +61,6 @@ Item {
                 id: entrance
 
                 isShown: true
-                running: true
                 target: view
             }
 

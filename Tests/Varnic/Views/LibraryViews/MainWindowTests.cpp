@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QQmlComponent>
 #include <QQuickItem>
 #include <QTest>
 
@@ -16,6 +17,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -194,6 +196,21 @@ TEST_F(MainWindowTest, notice_leaves_the_screen_as_it_was) {
     model->flash({.text = "Saved", .symbol = "checkmark"});
     EXPECT_TRUE(waitUntil([&] { return shown("toast") == toast && toast->opacity() == 1; }));
     EXPECT_EQ(toast->property("text"), "Saved");
+}
+
+TEST_F(MainWindowTest, notice_that_is_gone_does_not_come_into_a_later_window) {
+    open();
+    model->flash({.text = "Saved", .symbol = "checkmark"});
+    ASSERT_TRUE(waitUntil([this] { return shown("toast") != nullptr; }));
+    model->toast = std::nullopt;
+    QQmlComponent component(&mainWindow->engine(), QUrl("qrc:/qt/qml/Varnic/LibraryViews/ToastPlace.qml"));
+    const std::unique_ptr<QObject> made(component.create());
+    auto* const place = qobject_cast<QQuickItem*>(made.get());
+    ASSERT_NE(place, nullptr);
+    const auto motions = place->childItems().front()->childItems().front()->children();
+    const auto runs = [](const QObject* motion) { return motion->property("running").toBool(); };
+    EXPECT_TRUE(std::ranges::any_of(motions, [](const QObject* one) { return one->property("running").isValid(); }));
+    EXPECT_TRUE(std::ranges::none_of(motions, runs));
 }
 
 TEST_F(MainWindowTest, arrows_select_and_delete_deletes) {
