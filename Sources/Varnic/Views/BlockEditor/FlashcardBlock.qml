@@ -53,13 +53,20 @@ Item {
     Rectangle {
         id: card
 
-        border.color: question.isCovered ? Theme.Palette.you : Theme.Palette.rule
+        border.color: Theme.Palette.rule
         border.width: 1
         color: Theme.Palette.surface
         implicitHeight: Math.max(question.implicitHeight, answer.implicitHeight) + (footer.visible ? footer.implicitHeight : 0)
         radius: Theme.Radius.card
         width: parent.width
         y: 6
+
+        Rectangle {
+            anchors.fill: parent
+            color: Theme.Palette.youWash
+            radius: parent.radius
+            visible: question.isCovered
+        }
 
         Side {
             id: question

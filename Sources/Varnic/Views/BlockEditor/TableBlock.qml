@@ -57,6 +57,13 @@ Item {
             }
         }
 
+        Rectangle {
+            anchors.fill: parent
+            color: Theme.Palette.youWash
+            radius: parent.radius
+            visible: (cellItems.count > 0 && (cellItems.itemAt(0) as TableCell)?.isCovered) ?? false
+        }
+
         GridLayout {
             id: grid
 

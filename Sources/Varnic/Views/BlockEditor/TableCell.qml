@@ -9,6 +9,7 @@ Item {
     required property string blockId
     required property int column
     required property int index
+    readonly property alias isCovered: line.isCovered
     required property EditorSurface surface
     required property int tableRow
     required property string words
@@ -16,12 +17,6 @@ Item {
     signal optionsWanted
 
     implicitHeight: line.implicitHeight + 12
-
-    Rectangle {
-        anchors.fill: parent
-        color: Theme.Palette.youWash
-        visible: line.isCovered
-    }
 
     Rectangle {
         color: Theme.Palette.rule

@@ -112,6 +112,16 @@ FocusScope {
         }
     }
 
+    // Parts the toolbar from what is scrolled up under it.
+    Rectangle {
+        anchors.left: parent.left
+        anchors.right: panel.left
+        anchors.top: toolbar.bottom
+        color: Theme.Palette.rule
+        height: 1
+        visible: editor.sheet.contentY > editor.sheet.originY + 1
+    }
+
     TranscriptPanel {
         id: panel
 
