@@ -18,6 +18,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -487,10 +488,19 @@ TEST_F(NotePageTest, a_long_name_shows_its_beginning_unless_it_is_typed_in) {
     EXPECT_LT(shown(), 1);
 }
 
+/// Whether an item shows a text that ends in this.
+bool shows(const QQuickItem* item, const QString& end) {
+    return item->property("text").toString().endsWith(end) ||
+           std::ranges::any_of(item->childItems(), [&end](const QQuickItem* child) { return shows(child, end); });
+}
+
 TEST_F(NotePageTest, keys_scroll_the_page_when_no_field_is_in_use) {
     std::vector<Block> blocks(160, Block{.text = "A line."});
     open(addNote("Plan", std::move(blocks)));
     auto* const sheet = find<QQuickItem>("sheet");
+    // They are counted a moment later, and then take a line.
+    ASSERT_TRUE(QTest::qWaitFor([sheet] { return shows(sheet, " words"); }));
+    view.grabWindow();
     const auto place = [sheet] { return sheet->property("contentY").toReal() - sheet->property("originY").toReal(); };
     const qreal end = sheet->property("contentHeight").toReal() - sheet->height();
     ASSERT_GT(end, 2 * sheet->height());
