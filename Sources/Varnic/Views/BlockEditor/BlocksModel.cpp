@@ -72,23 +72,14 @@ void BlocksModel::readBlocks() {
     if (note_->app() == nullptr) {
         return;
     }
-    const std::vector<Block>& blocks = note_->note().blocks;
     const auto shown = [this](const Block& block) {
         return BlockRow{block, block.owner ? note_->name(*block.owner) : std::string()};
     };
-    if (std::ranges::equal(rows(), blocks, {}, &BlockRow::id, &Block::id)) {
-        // As with most keys: of a long note, only what has changed is copied.
-        for (std::size_t row = 0; row < blocks.size(); ++row) {
-            if (blocks[row].owner || !(static_cast<const Block&>(rows()[row]) == blocks[row])) {
-                changeRow(row, shown(blocks[row]));
-            }
-        }
-        return;
-    }
-    std::vector<BlockRow> fresh;
-    fresh.reserve(blocks.size());
-    std::ranges::transform(blocks, std::back_inserter(fresh), shown);
-    setRows(std::move(fresh));
+    // An owner's name may have changed, too.
+    const auto isShown = [](const BlockRow& row, const Block& block) {
+        return !block.owner && static_cast<const Block&>(row) == block;
+    };
+    takeOver(note_->note().blocks, shown, isShown);
 }
 
 int BlocksModel::rowOf(const Uuid& block) const {

@@ -41,7 +41,7 @@ void DeckListModel::refresh() {
     std::vector<DeckRow> rows;
     rows.reserve(decks.size());
     std::ranges::transform(decks, std::back_inserter(rows), rowOf);
-    setRows(std::move(rows));
+    setRows(rows);
     if (count() != before) {
         Q_EMIT countChanged();
     }

@@ -55,7 +55,7 @@ void TranscriptModel::show() {
             shown.back().isCurrent = playerIsIn(turn.row);
         }
     }
-    setRows(std::move(shown));
+    setRows(shown);
     Q_EMIT changed();
     markPosition();
 }

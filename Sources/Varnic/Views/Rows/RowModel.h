@@ -33,12 +33,21 @@ public:
 
 protected:
     /// Takes the place of all rows.
-    void setRows(std::vector<Row> fresh) {
-        const Ends same = sameEnds(fresh);
-        removeMissing(fresh, same);
-        moveKept(fresh, same);
-        insertFresh(fresh, same);
-        tellChanges(std::move(fresh));
+    void setRows(const std::vector<Row>& fresh) { takeOver(fresh, std::identity(), std::equal_to<>()); }
+
+    /// Takes the place of all rows with one for each source of the same `id`. Only what is new, or not `isShown` by its
+    /// row yet, is made.
+    template <typename Source, typename Make, typename Shown>
+    void takeOver(const std::vector<Source>& sources, const Make& make, const Shown& isShown) {
+        const Ends same = sameEnds(sources);
+        removeMissing(sources, same);
+        moveKept(sources, same);
+        insertFresh(sources, make, same);
+        for (std::size_t i = 0; i < sources.size(); ++i) {
+            if (!isShown(rows_[i], sources[i])) {
+                changeRow(i, make(sources[i]));
+            }
+        }
     }
 
     /// The row keeps its place and its id.
@@ -66,12 +75,14 @@ private:
         std::size_t back = 0;
 
         /// The rows between.
-        [[nodiscard]] std::span<const Row> middle(const std::vector<Row>& rows) const {
+        template <typename Any>
+        [[nodiscard]] std::span<const Any> middle(const std::vector<Any>& rows) const {
             return std::span(rows).subspan(front, rows.size() - front - back);
         }
     };
 
-    [[nodiscard]] Ends sameEnds(const std::vector<Row>& fresh) const {
+    template <typename Source>
+    [[nodiscard]] Ends sameEnds(const std::vector<Source>& fresh) const {
         const std::size_t most = std::min(rows_.size(), fresh.size());
         Ends same;
         while (same.front < most && rows_[same.front].id == fresh[same.front].id) {
@@ -85,10 +96,11 @@ private:
     }
 
     /// Sorted.
-    static std::vector<Id> idsOf(std::span<const Row> rows) {
+    template <typename Any>
+    static std::vector<Id> idsOf(std::span<const Any> rows) {
         std::vector<Id> ids;
         ids.reserve(rows.size());
-        std::ranges::transform(rows, std::back_inserter(ids), &Row::id);
+        std::ranges::transform(rows, std::back_inserter(ids), &Any::id);
         std::ranges::sort(ids);
         return ids;
     }
@@ -97,7 +109,8 @@ private:
 
     auto at(std::size_t index) { return std::next(rows_.begin(), static_cast<std::ptrdiff_t>(index)); }
 
-    void removeMissing(const std::vector<Row>& fresh, Ends same) {
+    template <typename Source>
+    void removeMissing(const std::vector<Source>& fresh, Ends same) {
         std::vector<Id> kept = idsOf(same.middle(fresh));
         if (hasTwins(kept) || hasTwins(idsOf(same.middle(rows_)))) {
             kept.clear(); // nothing tells which of them is which
@@ -117,10 +130,11 @@ private:
     }
 
     /// A row that alone changed its place, as one that is edited or pinned does, makes one move.
-    void moveKept(const std::vector<Row>& fresh, Ends same) {
+    template <typename Source>
+    void moveKept(const std::vector<Source>& fresh, Ends same) {
         const std::vector<Id> known = idsOf(same.middle(rows_));
         std::vector<Id> wanted;
-        std::ranges::copy_if(same.middle(fresh) | std::views::transform(&Row::id), std::back_inserter(wanted),
+        std::ranges::copy_if(same.middle(fresh) | std::views::transform(&Source::id), std::back_inserter(wanted),
                              [&](const Id& id) { return std::ranges::binary_search(known, id); });
         for (std::size_t i = 0; i < wanted.size(); ++i) {
             const std::size_t row = same.front + i;
@@ -152,7 +166,8 @@ private:
         endMoveRows();
     }
 
-    void insertFresh(const std::vector<Row>& fresh, Ends same) {
+    template <typename Source, typename Make>
+    void insertFresh(const std::vector<Source>& fresh, const Make& make, Ends same) {
         const std::vector<Id> known = idsOf(same.middle(rows_));
         const std::size_t last = fresh.size() - same.back;
         for (std::size_t begin = same.front; begin < last;) {
@@ -162,17 +177,12 @@ private:
             }
             if (begin < end) {
                 beginInsertRows({}, static_cast<int>(begin), static_cast<int>(end) - 1);
-                rows_.insert(at(begin), std::next(fresh.begin(), static_cast<std::ptrdiff_t>(begin)),
-                             std::next(fresh.begin(), static_cast<std::ptrdiff_t>(end)));
+                std::vector<Row> made;
+                std::ranges::transform(std::span(fresh).subspan(begin, end - begin), std::back_inserter(made), make);
+                rows_.insert(at(begin), std::move_iterator(made.begin()), std::move_iterator(made.end()));
                 endInsertRows();
             }
             begin = end + 1;
-        }
-    }
-
-    void tellChanges(std::vector<Row> fresh) {
-        for (std::size_t i = 0; i < fresh.size(); ++i) {
-            changeRow(i, std::move(fresh[i]));
         }
     }
 

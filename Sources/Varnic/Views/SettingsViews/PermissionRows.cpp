@@ -83,7 +83,7 @@ void PermissionRows::show(const Permissions::Findings& findings) {
          Permissions::described(findings, model_->settings.localeID.value(), model_->region.locale)) {
         rows.push_back(row(static_cast<int>(rows.size()), permission, inSettings_));
     }
-    setRows(std::move(rows));
+    setRows(rows);
     states_ = findings.states;
     Q_EMIT stateChanged();
 }

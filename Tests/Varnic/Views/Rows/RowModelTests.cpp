@@ -31,7 +31,7 @@ public:
         for (const int id : ids) {
             rows.push_back({id, 0});
         }
-        setRows(std::move(rows));
+        setRows(rows);
     }
 
     [[nodiscard]] std::vector<int> ids() const {
