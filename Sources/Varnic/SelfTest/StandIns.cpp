@@ -33,6 +33,8 @@ StandIns::StandIns(AppModel& model, AppDelegate& shell) {
     shell.hooks.ask = [](QuitQuestion) -> QCoro::Task<QuitQuestion::Answer> {
         co_return QuitQuestion::Answer::quitAnyway;
     };
+    // What this machine lacks is no matter of the program's.
+    shell.hooks.desktopParts = [] { return DesktopParts(); };
     // Nothing is told outside the program's window then.
     shell.notifications().isWindowInFront = [] { return true; };
     Desktop& desktop = model.desktop;

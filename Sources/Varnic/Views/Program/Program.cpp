@@ -174,7 +174,7 @@ void Program::launch() {
     tray_->clicked = [this](const QRect& icon) { toggleMenuBar(icon); };
     delegate_.applicationDidFinishLaunching();
     quitIfForsaken();
-    if (!SelfTest::isAskedFor() && !DemoData::isAskedFor()) {
+    if (!SelfTest::isAskedFor() && !DemoData::isAskedFor() && !Snapshotter::isAskedFor()) {
         tellWhatIsMissing();
     }
 }
