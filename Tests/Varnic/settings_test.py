@@ -177,11 +177,17 @@ class SettingsTest(unittest.TestCase):
         program.expect("…From elsewhere…", "list item")
         self.assertEqual([file.name for file in other.glob("notes/*")], [foreign.name])
 
+    @staticmethod
+    def texts(program):
+        """What stands in the fields that show."""
+        return [told.text for told in ScreenReader(program).showing()]
+
     def choose_folder(self, settings, folder):
         settings.press("Change Folder…")
         title = "Choose an empty folder"
         wait_for(lambda: title in self.desktop.xdotool("getactivewindow", "getwindowname"), "the dialog")
         self.desktop.xdotool("type", "--clearmodifiers", str(folder))
+        wait_for(lambda: str(folder) in self.texts(settings.program), "the folder typed")
         self.desktop.xdotool("key", "Return")
         wait_for(lambda: title not in self.desktop.xdotool("getactivewindow", "getwindowname"), "the dialog’s end")
 
