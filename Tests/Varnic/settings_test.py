@@ -217,7 +217,8 @@ class SettingsTest(unittest.TestCase):
         program.expect("…with your API key is locked.…")
         ring.end()
         settings.press("Try Again")
-        program.expect("The key can’t be read: No key ring is running.")
+        program.expect("The key can’t be read: No key ring is running. Install one, such as the package gnome-keyring, and log in "
+                       "again.")
         self.assertFalse([file for file in (self.folder / "config").rglob("*") if file.is_file()
                           and "sk-secret" in file.read_text()], "in no file of settings")
 
