@@ -84,8 +84,8 @@ Appearance::Look Appearance::desktopsLook() const {
     return {.dark = dark, .reduceMotion = reduceMotion};
 }
 
-void Appearance::fix(std::optional<Look> look) {
-    fixed_ = look;
+void Appearance::fix(std::optional<Look> fixed) {
+    fixed_ = fixed;
     refresh();
 }
 

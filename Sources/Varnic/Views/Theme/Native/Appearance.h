@@ -30,7 +30,7 @@ public:
     explicit Appearance(QObject* parent = nullptr);
 
     /// Looks so whatever the desktop wants; follows the desktop again with nothing.
-    void fix(std::optional<Look> look);
+    void fix(std::optional<Look> fixed);
 
     [[nodiscard]] bool dark() const { return look_.dark; }
 
