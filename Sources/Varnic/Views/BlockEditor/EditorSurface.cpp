@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QQuickWindow>
 
 #include <algorithm>
 #include <chrono>
