@@ -52,7 +52,10 @@ QQuickWindow* mainWindow() {
 
 std::vector<bool> looks() {
     const QByteArray wanted = qgetenv(lookVariable);
-    return wanted == "light" ? std::vector{false} : wanted == "dark" ? std::vector{true} : std::vector{false, true};
+    if (wanted == "light" || wanted == "dark") {
+        return {wanted == "dark"};
+    }
+    return {false, true};
 }
 
 bool isWanted(const Shot& shot) {

@@ -2,6 +2,7 @@
 
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/AppModel/AppPlaces.h"
+#include "Varnic/Background.h"
 #include "Varnic/EventLoop.h"
 #include "VarnicCore/Files/Folders.h"
 #include "VarnicCore/TemporaryFolder.h"
@@ -30,8 +31,11 @@ public:
 
     ~ScratchModel() {
         model_.reset();
-        // Flows that wait for work which is done by now end.
-        QCoreApplication::processEvents();
+        // Flows that wait for work end with it, and may wait for more.
+        do {
+            Background::waitForDone();
+            QCoreApplication::processEvents();
+        } while (Background::isBusy());
     }
 
     AppModel& operator*() { return *model_; }

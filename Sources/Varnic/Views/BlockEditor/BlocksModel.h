@@ -77,6 +77,9 @@ public:
     [[nodiscard]] static QStringList kindSymbols();
     [[nodiscard]] static QList<int> addable();
 
+    /// Not while the program ends.
+    [[nodiscard]] bool hasApp() const { return note_->app() != nullptr; }
+
     [[nodiscard]] AppModel& app() const { return *note_->app(); }
 
     [[nodiscard]] const Note& note() const { return note_->note(); }

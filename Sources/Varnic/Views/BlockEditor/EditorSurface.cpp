@@ -121,6 +121,9 @@ BlockField* EditorSurface::nearestToFocused() {
 }
 
 void EditorSurface::takeFocusRequest() {
+    if (!blocks_->hasApp()) {
+        return;
+    }
     AppModel& app = blocks_->app();
     const std::optional<Uuid> wanted = app.focusBlock.value();
     if (!wanted || blocks_->rowOf(*wanted) < 0) {

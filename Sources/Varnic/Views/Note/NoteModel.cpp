@@ -56,7 +56,7 @@ NoteModel::NoteModel(QObject* parent) : QObject(parent), blank_(std::make_shared
 
 void NoteModel::componentComplete() {
     app_ = &ViewContext::of(this).model;
-    connect(app_, &AppModel::notesChanged, this, [this](const ChangedNotes& changed) {
+    connect(app_.get(), &AppModel::notesChanged, this, [this](const ChangedNotes& changed) {
         if (concerns(changed, id_)) {
             refresh();
         }

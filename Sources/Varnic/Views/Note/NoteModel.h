@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QQmlParserStatus>
 #include <QString>
 #include <QStringList>
@@ -163,7 +164,8 @@ private:
     void editEmail(const std::function<void(EmailDraft&)>& change);
 
     Uuid id_;
-    AppModel* app_ = nullptr;
+    /// Gone while the program ends.
+    QPointer<AppModel> app_;
     /// Stands for a note that is not there.
     const SharedNote blank_;
     SharedNote note_;

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Varnic.SettingsViews
 import Varnic.Theme as Theme
 
 /// The sections of a tab, which scroll. What the keyboard is on is in view.
@@ -24,6 +25,13 @@ Flickable {
     clip: true
     contentHeight: column.height + 2 * Theme.Space.xl
 
+    // What rows have to tell may be known only after the window has opened at a row below.
+    onContentHeightChanged: {
+        if ((Window.window as SettingsWindow)?.row !== SettingsWindow.None) {
+            Qt.callLater(page.revealFocus);
+        }
+    }
+
     Keys.onPressed: event => {
         event.accepted = event.key === Qt.Key_PageDown || event.key === Qt.Key_PageUp;
         if (event.accepted) {
@@ -34,14 +42,19 @@ Flickable {
     T.ScrollBar.vertical: Theme.ThinScrollBar {
     }
 
+    /// Scrolls as little as shows what the keyboard is on.
+    function revealFocus() {
+        const item = page.Window.activeFocusItem;
+        for (let above = item; above; above = above.parent) {
+            if (above === column) {
+                page.reveal(item);
+            }
+        }
+    }
+
     Connections {
         function onActiveFocusItemChanged() {
-            const item = page.Window.activeFocusItem;
-            for (let above = item; above; above = above.parent) {
-                if (above === column) {
-                    page.reveal(item);
-                }
-            }
+            page.revealFocus();
         }
 
         target: page.Window.window
