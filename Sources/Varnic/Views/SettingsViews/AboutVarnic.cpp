@@ -49,7 +49,7 @@ QString AboutVarnic::licence() {
     return resource("LICENSE");
 }
 
-void AboutVarnic::writeToSupport() {
+void AboutVarnic::writeToSupport() const {
     model_.desktop.openURL(std::string("mailto:") + address);
 }
 

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] static QString licence();
 
     /// Begins a message to the support.
-    Q_INVOKABLE void writeToSupport();
+    Q_INVOKABLE void writeToSupport() const;
 
 private:
     AppModel& model_;

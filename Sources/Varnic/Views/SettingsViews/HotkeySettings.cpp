@@ -62,7 +62,7 @@ QString HotkeySettings::command() const {
     return shell_ != nullptr && shell_->hotkeyState.value() == Hotkey::State::unavailable ? Hotkey::command : QString();
 }
 
-void HotkeySettings::copyCommand() {
+void HotkeySettings::copyCommand() const {
     model_.desktop.copyText(Hotkey::command);
 }
 

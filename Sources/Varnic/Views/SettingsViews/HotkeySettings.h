@@ -54,7 +54,7 @@ public:
     /// Takes what was pressed, as Qt tells it, if it can be a combination, and ends the recording of it then.
     Q_INVOKABLE void press(int key, int modifiers);
 
-    Q_INVOKABLE void copyCommand();
+    Q_INVOKABLE void copyCommand() const;
 
 Q_SIGNALS:
     void changed();
