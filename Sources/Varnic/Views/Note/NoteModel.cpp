@@ -110,6 +110,9 @@ void NoteModel::followProcessing() {
 }
 
 void NoteModel::takeSeek() {
+    if (app_ == nullptr) {
+        return;
+    }
     const std::optional<AppModel::Seek> wanted = app_->seek.value();
     if (!wanted || wanted->note != id_) {
         return;

@@ -158,9 +158,11 @@ protected:
             i = end;
             Qt::KeyboardModifiers modifiers;
             while (name.size() > 2 && name[1] == '-') {
-                modifiers |= name[0] == 'C'   ? Qt::ControlModifier
-                             : name[0] == 'A' ? Qt::AltModifier
-                                              : Qt::ShiftModifier;
+                if (name[0] == 'C') {
+                    modifiers |= Qt::ControlModifier;
+                } else {
+                    modifiers |= name[0] == 'A' ? Qt::AltModifier : Qt::ShiftModifier;
+                }
                 name.erase(0, 2);
             }
             const QKeySequence sequence(QString::fromStdString(name));
