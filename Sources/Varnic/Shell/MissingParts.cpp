@@ -7,6 +7,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace varnic {
 
@@ -70,8 +71,7 @@ std::string pillNote(const DesktopParts& parts) {
     return parts.hasNotifications
                ? "Wayland keeps no window in front of the others, so a notification with “Stop & Save” stands for it."
                : "Wayland keeps no window in front of the others, and nothing here shows notifications in its place. "
-                 "On "
-                 "Debian, install mako-notifier or dunst.";
+                 "On Debian, install mako-notifier or dunst.";
 }
 
 std::string notice(const std::vector<std::string>& names) {
