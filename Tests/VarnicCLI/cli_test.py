@@ -166,11 +166,11 @@ class Recover(CommandLine):
             run.send_signal(signal.SIGSTOP)
             self.assertEqual(self.succeed("recover"), "There is nothing to recover.\n", "it lives")
             run.kill()
-        run = self.run_cli("recover", "--language", "de-DE", "--json")
+        run = self.run_cli("recover", "--language", "tlh", "--json")
         self.assertEqual(run.returncode, 1)
-        self.assertIn("German", run.stderr)
+        self.assertIn("Klingon", run.stderr)
         [note] = json.loads(run.stdout)
-        self.assertIn("German", note["call"]["problem"])
+        self.assertIn("Klingon", note["call"]["problem"])
         self.assertEqual(self.stored(), [f"audio/{note['id']}/them.wav", f"notes/{note['id']}.json"])
 
     def test_a_recording_without_sound_goes_to_the_deleted_ones(self):
@@ -219,7 +219,7 @@ class Recover(CommandLine):
         lost = "The recording of your side lacks sound from 0:05 on: the disk is faulty."
         self.file_without_words(problem=f"Transcription failed: once. {lost}")
         self.assertEqual(self.succeed("recover"), "There is nothing to recover.\n")
-        self.assertIn("German", self.run_cli("transcribe", "--note", self.ID, "--language", "de-DE").stderr)
+        self.assertIn("Klingon", self.run_cli("transcribe", "--note", self.ID, "--language", "tlh").stderr)
         run = self.run_cli("transcribe", "--note", self.ID[:6].lower(), "--json")
         self.assertEqual((run.returncode, run.stderr), (0, f"varnic-cli: {lost}\n"))
         self.check_words(json.loads(run.stdout))
