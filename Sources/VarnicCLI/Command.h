@@ -32,6 +32,7 @@ ExitCode transcribe(const Arguments& arguments);
 ExitCode record(const Arguments& arguments);
 ExitCode recover(const Arguments& arguments);
 ExitCode devices(const Arguments& arguments);
+ExitCode models(const Arguments& arguments);
 ExitCode list(const Arguments& arguments);
 ExitCode show(const Arguments& arguments);
 ExitCode undo(const Arguments& arguments);

@@ -18,6 +18,7 @@ down anew what was recorded of a call that is in the library: what was noted by 
   --source NAME      what carried the call ("Call" unless given)
   --language LOCALE  the language spoken (en-US unless given, the call's own with --note); a speech model for it must
                      be installed
+  --model MODEL      bestWords (unless given), fastest, or the id of a speech model, as `models` lists them
   --json             print the note as the library stores it, and nothing else
 )",
          {{"you", true},
@@ -27,6 +28,7 @@ down anew what was recorded of a call that is in the library: what was noted by 
           {"their-name", true},
           {"source", true},
           {"language", true},
+          {"model", true},
           {"json", false}},
          transcribe},
         {"record",
@@ -40,6 +42,8 @@ note. Ctrl-C again while it writes ends that: the note then holds the recording 
   --no-live          write nothing down while the call runs; the transcript is then made from the recording
   --your-name NAME   your name, for the follow-up email
   --language LOCALE  the language spoken; a speech model for it must be installed
+  --model MODEL      bestWords, fastest, or the id of a speech model that writes the finished call down; live lines come
+                     from the fastest
   --json             print the note as the library stores it
 )",
          {{"for", true},
@@ -47,6 +51,7 @@ note. Ctrl-C again while it writes ends that: the note then holds the recording 
           {"no-live", false},
           {"your-name", true},
           {"language", true},
+          {"model", true},
           {"json", false}},
          record},
         {"recover",
@@ -59,9 +64,10 @@ down too. What another program records or writes down right now is left alone.
   --your-name NAME   your name, for the follow-up email
   --their-name NAME  the other party's name
   --language LOCALE  the language spoken (en-US unless given); a speech model for it must be installed
+  --model MODEL      bestWords (unless given), fastest, or the id of a speech model, as `models` lists them
   --json             print an array of the notes as the library stores them
 )",
-         {{"your-name", true}, {"their-name", true}, {"language", true}, {"json", false}},
+         {{"your-name", true}, {"their-name", true}, {"language", true}, {"model", true}, {"json", false}},
          recover},
         {"devices",
          "[--json]",
@@ -71,6 +77,16 @@ down too. What another program records or writes down right now is left alone.
 )",
          {{"json", false}},
          devices},
+        {"models",
+         "[options]",
+         "list the speech models that are installed",
+         R"(Tells for each where it was found. Broken ones are named on standard error.
+
+  --check  try each out, too
+  --json   print an object with models, each with id, name, engine, locales, bytes and folder, and faults
+)",
+         {{"check", false}, {"json", false}},
+         models},
         {"list",
          "[--json]",
          "list the notes of the library, newest first",

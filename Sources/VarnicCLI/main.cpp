@@ -2,12 +2,14 @@
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Audio/CaptureError.h"
 #include "VarnicCore/Models/Wording.h"
+#include "VarnicPlatform/Speech/ModelCheck.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -58,6 +60,9 @@ ExitCode run(const std::vector<std::string>& words) {
 } // namespace
 
 int main(int argc, char** argv) {
+    if (const std::optional<int> code = varnic::ModelCheck::enable(argc, argv)) {
+        return *code;
+    }
     try {
         const ExitCode code = run({argv + 1, argv + argc});
         if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {

@@ -83,6 +83,10 @@ std::string environment(const char* name, const std::string& otherwise) {
 
 } // namespace
 
+std::string_view rawValue(SpeechEngine engine) {
+    return std::ranges::find(engineForms(), engine, &EngineForm::engine)->name;
+}
+
 /// Whisper hears half a minute at once and needs what comes before to understand it; others lose themselves in so much.
 double SpeechModel::longestSegment() const {
     return engine == SpeechEngine::whisper ? 28 : 15;
@@ -103,7 +107,8 @@ SpeechModel SpeechModel::load(const fs::path& folder) {
     try {
         const nlohmann::json manifest = nlohmann::json::parse(in);
         const EngineForm& form = formNamed(manifest.at("engine").get<std::string>());
-        SpeechModel model{.id = manifest.at("id"),
+        SpeechModel model{.folder = folder,
+                          .id = manifest.at("id"),
                           .name = manifest.at("name"),
                           .engine = form.engine,
                           .locales = manifest.at("locales"),
@@ -117,7 +122,9 @@ SpeechModel SpeechModel::load(const fs::path& folder) {
         requireFiles(model, form.forms);
         return model;
     } catch (const nlohmann::json::exception& error) {
-        throw std::runtime_error(error.what());
+        // Behind the library's own "[json.exception…] ".
+        const std::string_view what = error.what();
+        throw std::runtime_error(fmt::format("model.json is no manifest: {}", what.substr(what.find("] ") + 2)));
     }
 }
 

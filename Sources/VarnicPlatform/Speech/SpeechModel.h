@@ -17,8 +17,12 @@ namespace varnic {
 ///   senseVoice   model, tokens ("sense_voice" in a manifest)
 enum class SpeechEngine { moonshine, whisper, transducer, senseVoice };
 
+/// Its name in a manifest.
+std::string_view rawValue(SpeechEngine engine);
+
 /// A speech model on this machine: a folder with the manifest "model.json" and the files it names.
 struct SpeechModel {
+    std::filesystem::path folder;
     std::string id;
     std::string name;
     SpeechEngine engine = SpeechEngine::moonshine;

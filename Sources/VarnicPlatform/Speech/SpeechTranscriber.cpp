@@ -4,6 +4,7 @@
 #include "VarnicCore/Text/Unicode.h"
 #include "VarnicCore/Transcript/Utterances.h"
 #include "VarnicPlatform/Speech/GuardedDecoding.h"
+#include "VarnicPlatform/Speech/ModelCheck.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 #include "VarnicPlatform/Speech/SpeechRecognizer.h"
 #include "VarnicPlatform/Speech/TrackSegmenter.h"
@@ -36,7 +37,11 @@ SpeechModel modelFor(const std::string& locale, const ModelChoice& choice,
     if (models.empty()) {
         throw TranscriberError::notAuthorized();
     }
-    std::optional<SpeechModel> model = SpeechModels::choose(models, locale, choice);
+    std::vector<std::string> faults;
+    std::optional<SpeechModel> model = ModelCheck::choose(models, locale, choice, faults);
+    if (!model && !faults.empty()) {
+        throw TranscriberError::failed(faults.front());
+    }
     if (!model) {
         throw TranscriberError::noOnDevice(displayName(locale, displayLocale));
     }
@@ -83,7 +88,8 @@ std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, con
 
 /// The model that is preferred for the language now, where that was not there yet when the call began.
 bool SpeechTranscriber::surpasses(const std::string& liveModel) const {
-    const auto model = SpeechModels::choose(SpeechModels::installed(dataDirectories_), locale_, choice_);
+    std::vector<std::string> faults;
+    const auto model = ModelCheck::choose(SpeechModels::installed(dataDirectories_), locale_, choice_, faults);
     return model && !liveModel.empty() && model->id != liveModel;
 }
 
