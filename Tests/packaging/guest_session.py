@@ -71,7 +71,7 @@ class Session:
         """The address of the call, opened by the desktop, shows it at its second; a wrong one is told."""
         subprocess.run(["varnic", "--new-note"], check=True)
         wait_for(lambda: len(self.notes()) == 2, "a new note")
-        self.program.expect("Untitled")
+        self.program.expect("…Untitled…")
         self.run("xdg-open", f"varnic:{self.call['id']}?t=3")
         self.program.expect("Turns")
         self.program.expect("…0:03…")
