@@ -68,11 +68,18 @@ class Session:
         return self.call["title"]
 
     def links(self):
-        """The address of the call, opened by the desktop, shows it at its second; a wrong one is told."""
+        """The address of the call, copied from its menu and opened by the desktop, shows it at its second; a wrong one is
+        told."""
+        address = f"varnic:{self.call['id']}"
+        self.program.press("More")
+        self.program.press("Copy Link")
+        self.program.expect("…Link copied…")
         subprocess.run(["varnic", "--new-note"], check=True)
         wait_for(lambda: len(self.notes()) == 2, "a new note")
         self.program.expect("…Untitled…")
-        self.run("xdg-open", f"varnic:{self.call['id']}?t=3")
+        self.desktop.xdotool("key", "ctrl+v")
+        wait_for(lambda: any(block.get("text") == address for note in self.notes() for block in note["blocks"]), "the address")
+        self.run("xdg-open", address + "?t=3")
         self.program.expect("Turns")
         self.program.expect("…0:03…")
         self.run("xdg-open", "varnic:nothing")
