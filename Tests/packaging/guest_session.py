@@ -92,7 +92,9 @@ class Session:
         wait_for(lambda: len(self.notes()) == before + 1, "a note of the old program")
         self.quit()
         self.open_program()
-        self.program.expect(f"…{self.call['title']}…")
+        # By the name that the digest has given it meanwhile.
+        title = next(note["title"] for note in self.notes() if note["id"] == self.call["id"])
+        self.program.expect(f"…{title}…")
         self.quit()
 
     def activate(self):
