@@ -172,7 +172,7 @@ private:
     void checkOutput() {
         if (std::ferror(stderr) != 0) {
             isUnheard_ = true;
-            static_cast<void>(std::freopen("/dev/null", "w", stderr));
+            [[maybe_unused]] const std::FILE* silent = std::freopen("/dev/null", "w", stderr);
         }
     }
 

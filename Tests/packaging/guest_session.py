@@ -6,6 +6,7 @@ or with the input.
 
 import json
 import os
+import signal
 import subprocess
 import sys
 from pathlib import Path
@@ -102,8 +103,10 @@ class Session:
         before = len(self.notes())
         self.run("gapplication", "action", "app.brevin.Varnic", "new-note")
         wait_for(lambda: len(self.notes()) == before + 1, "a new note")
-        subprocess.run(["pkill", "--exact", "varnic"], check=True)
-        wait_for(lambda: subprocess.run(["pgrep", "--exact", "varnic"], stdout=subprocess.DEVNULL).returncode != 0, "its end")
+        process = self.run("dbus-send", "--session", "--print-reply=literal", "--dest=org.freedesktop.DBus", "/",
+                           "org.freedesktop.DBus.GetConnectionUnixProcessID", "string:app.brevin.Varnic").split()[-1]
+        os.kill(int(process), signal.SIGTERM)
+        wait_for(lambda: not Path("/proc", process).exists(), "its end")
 
 
 if __name__ == "__main__":

@@ -23,7 +23,7 @@ FIXTURES = SOURCE / "Tests/fixtures"
 PACKAGES = Path(sys.argv[1]).resolve()
 OWN = ["varnic", "varnic-models"]
 # What the walk needs besides the packages, whose dependencies are tried before.
-TOOLS = ["at-spi2-core", "dbus", "desktop-file-utils", "libglib2.0-bin", "openbox", "procps", "python3", "python3-pyatspi", "trayer",
+TOOLS = ["at-spi2-core", "dbus", "desktop-file-utils", "libglib2.0-bin", "openbox", "python3", "python3-pyatspi", "trayer",
          "wireplumber", "x11-utils", "xdg-utils", "xdotool", "xvfb", "imagemagick"]
 
 
@@ -245,7 +245,7 @@ class Walk(unittest.TestCase):
         self.root.run("apt-get", "-q", "-y", "remove", *OWN)
         self.assertEqual(self.leftovers(), [])
         self.assertNotIn("varnic", self.root.installed())
-        self.root.run("apt-get", "-q", "-y", "purge", *OWN)
+        self.root.run("dpkg", "--purge", *OWN)
         self.assertEqual(self.leftovers(), [])
         self.assertEqual(self.contents(), kept)
         self.tell("removed and purged; the library stays")
