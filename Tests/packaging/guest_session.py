@@ -103,10 +103,12 @@ class Session:
         before = len(self.notes())
         self.run("gapplication", "action", "app.brevin.Varnic", "new-note")
         wait_for(lambda: len(self.notes()) == before + 1, "a new note")
-        process = self.run("dbus-send", "--session", "--print-reply=literal", "--dest=org.freedesktop.DBus", "/",
-                           "org.freedesktop.DBus.GetConnectionUnixProcessID", "string:app.brevin.Varnic").split()[-1]
-        os.kill(int(process), signal.SIGTERM)
-        wait_for(lambda: not Path("/proc", process).exists(), "its end")
+        def ask(method):
+            return self.run("dbus-send", "--session", "--print-reply=literal", "--dest=org.freedesktop.DBus", "/",
+                            f"org.freedesktop.DBus.{method}", "string:app.brevin.Varnic").split()[-1]
+
+        os.kill(int(ask("GetConnectionUnixProcessID")), signal.SIGTERM)
+        wait_for(lambda: ask("NameHasOwner") == "false", "its end")
 
 
 if __name__ == "__main__":

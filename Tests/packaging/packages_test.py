@@ -24,7 +24,7 @@ PACKAGES = Path(sys.argv[1]).resolve()
 OWN = ["varnic", "varnic-models"]
 # What the walk needs besides the packages, whose dependencies are tried before.
 TOOLS = ["at-spi2-core", "dbus", "desktop-file-utils", "libglib2.0-bin", "openbox", "python3", "python3-pyatspi", "trayer",
-         "wireplumber", "x11-utils", "xdg-utils", "xdotool", "xvfb", "imagemagick"]
+         "wireplumber", "x11-utils", "xdg-utils", "xdotool", "xvfb", "imagemagick", "xz-utils"]
 
 
 def packages(pattern):
