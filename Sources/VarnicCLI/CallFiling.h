@@ -24,8 +24,8 @@ struct FilingOptions {
 /// The application with these names and this language, and with its own summaries.
 void apply(const FilingOptions& options, AppSettings& settings);
 
-/// The setting for the speech model: what --model wishes, else `otherwise`. Throws std::runtime_error for a model that is
-/// not installed or can't be used.
+/// The setting for the speech model: what --model wishes, else `otherwise`. Throws std::runtime_error for a model that
+/// is not installed or can't be used.
 std::string wishedModel(const Arguments& arguments, const std::string& otherwise);
 
 /// Prints the note for people, in words.
