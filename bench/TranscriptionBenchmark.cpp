@@ -49,7 +49,7 @@ fs::path track(const fs::path& file, const std::string& how) {
 
 void compare(const char* what, const SpokenTrack& track) {
     const std::vector<fs::path> data = SpeechModels::dataDirectories();
-    const auto model = SpeechModels::choose(SpeechModels::installed(data), "en-US");
+    const auto model = SpeechModels::choose(SpeechModels::installed(data), "en-US", {});
     const double length = audioLength(track.file).seconds();
     // What the engine is given, as it is given.
     std::vector<std::vector<float>> sounds;
@@ -60,10 +60,10 @@ void compare(const char* what, const SpokenTrack& track) {
     std::vector<bench::Cost> ratios;
     for (int turn = 0; turn < turns; ++turn) {
         all.push_back(bench::costOf(
-            [&] { lines = SpeechTranscriber("en-US", data).transcribe(track, [](double) {}, {}).size(); }));
+            [&] { lines = SpeechTranscriber("en-US", {}, data).transcribe(track, [](double) {}, {}).size(); }));
         if (turn == 0) {
             peak = peakMegabytes();
-            TrackSegmenter(track, SpeechModels::detectorFile(data), {})
+            TrackSegmenter(track, SpeechModels::detectorFile(data), model->longestSegment(), {})
                 .run([&sounds](std::span<const float> samples,
                                const SpeechSegment&) { sounds.emplace_back(samples.begin(), samples.end()); },
                      [](double) {});

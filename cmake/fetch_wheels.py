@@ -18,20 +18,20 @@ def is_there(folder: Path, digest: str) -> bool:
     return any(hashlib.sha256(file.read_bytes()).hexdigest() == digest for file in folder.glob("*.whl"))
 
 
-def reason(output: str, wheel: str) -> str:
+def reason(output: str, wheel: str, requirements: str) -> str:
     """pip's complaint as a sentence with what to do."""
     if "DO NOT MATCH THE HASHES" in output:
-        return (f"{wheel} isn't the file that cmake/wheels.txt names: its checksum is another. Don't use it; try "
+        return (f"{wheel} isn't the file that {requirements} names: its checksum is another. Don't use it; try "
                 "another network or package index.")
     if re.search(r"from versions: (?!none)", output):
-        return f"{wheel} isn't offered any more for this system (Linux on x86-64). See cmake/wheels.txt."
+        return f"{wheel} isn't offered any more for this system (Linux on x86-64). See {requirements}."
     if "No space left" in output:
         return f"the disk is full, so that {wheel} couldn't be stored. Make room and run this again."
     return (f"{wheel} couldn't be downloaded. Is there a network, and does pip reach its package index? Run this again "
             "later: what has been downloaded is kept.")
 
 
-def fetch(wheel: re.Match, line: str, folder: Path) -> None:
+def fetch(wheel: re.Match, line: str, requirements: str, folder: Path) -> None:
     name = f"{wheel['name']} {wheel['version']}"
     print(f"dev: downloading {name}, {wheel['size']}", flush=True)
     requirement = folder / "wanted.txt"
@@ -42,7 +42,7 @@ def fetch(wheel: re.Match, line: str, folder: Path) -> None:
         stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
     requirement.unlink()
     if run.returncode != 0:
-        sys.exit(f"{run.stdout.strip()}\ndev: {reason(run.stdout, name)}")
+        sys.exit(f"{run.stdout.strip()}\ndev: {reason(run.stdout, name, requirements)}")
 
 
 def main() -> None:
@@ -54,7 +54,7 @@ def main() -> None:
             if wheel is None:
                 sys.exit(f"dev: {sys.argv[1]} has a line that isn't understood: {line}")
             if not is_there(folder, wheel["digest"]):
-                fetch(wheel, line, folder)
+                fetch(wheel, line, sys.argv[1], folder)
 
 
 if __name__ == "__main__":

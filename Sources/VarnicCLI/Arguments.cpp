@@ -18,15 +18,15 @@ std::string wellFormed(std::string_view text) {
 } // namespace
 
 Arguments Arguments::parse(std::span<const std::string> words, std::vector<Option> options) {
-    options.push_back({"help", false, 'h'});
+    options.push_back({.name = "help", .value = {}, .help = {}, .letter = 'h'});
     std::vector<option> table;
     std::string letters = ":";
     for (const Option& one : options) {
-        const int argument = one.takesValue ? required_argument : no_argument;
+        const int argument = one.takesValue() ? required_argument : no_argument;
         table.push_back({one.name.c_str(), argument, nullptr, one.letter});
         if (one.letter != 0) {
             letters += one.letter;
-            letters += one.takesValue ? ":" : "";
+            letters += one.takesValue() ? ":" : "";
         }
     }
     table.push_back({});

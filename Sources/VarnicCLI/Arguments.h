@@ -16,12 +16,36 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// What stands in a place of the command line, for shells that complete it.
+enum class Choice {
+    /// Whatever the user likes.
+    anything,
+    file,
+    /// A note of the library, or one of the deleted ones, by the beginning of its id.
+    note,
+    deletedNote,
+    /// A language that a speech model is installed for.
+    language,
+    speechModel,
+    microphone,
+    output,
+    provider,
+    exportFormat,
+    keyAction
+};
+
 /// One long option of a command.
 struct Option {
     std::string name;
-    bool takesValue;
+    /// What its value is called in the help; empty for an option that takes none.
+    std::string value;
+    /// What it is for.
+    std::string help;
+    Choice choice = Choice::anything;
     /// A short form, "-o"; 0 for none.
     char letter = 0;
+
+    [[nodiscard]] bool takesValue() const { return !value.empty(); }
 };
 
 /// The words behind a command's name. Malformed UTF-8 in them has become U+FFFD, so that nothing else need care.

@@ -2,17 +2,20 @@
 
 #include "VarnicCLI/NotePrinter.h"
 #include "VarnicCLI/Terminal.h"
+#include "VarnicPlatform/Speech/SpeechModel.h"
 
 namespace varnic::cli {
 
 FilingOptions FilingOptions::from(const Arguments& arguments) {
     return {arguments.valueOr("your-name", ""), arguments.valueOr("their-name", ""),
-            arguments.valueOr("language", "en-US"), arguments.has("json")};
+            arguments.valueOr("language", "en-US"), wishedModel(arguments, ModelChoice().text()),
+            arguments.has("json")};
 }
 
 void apply(const FilingOptions& options, AppSettings& settings) {
     settings.yourName = options.yourName;
     settings.localeID = options.language;
+    settings.speechModel = options.speechModel;
     settings.keepAudio = true;
     settings.ai = AISettings();
 }

@@ -14,14 +14,19 @@ struct FilingOptions {
     std::string yourName;
     std::string themName;
     std::string language;
+    std::string speechModel;
     bool json = false;
 
-    /// From --your-name, --their-name, --language and --json.
+    /// From --your-name, --their-name, --language, --model and --json. Throws as `wishedModel` does.
     static FilingOptions from(const Arguments& arguments);
 };
 
 /// The application with these names and this language, and with its own summaries.
 void apply(const FilingOptions& options, AppSettings& settings);
+
+/// The setting for the speech model: what --model wishes, else `otherwise`. Throws std::runtime_error for a model that
+/// is not installed or can't be used.
+std::string wishedModel(const Arguments& arguments, const std::string& otherwise);
 
 /// Prints the note for people, in words.
 void printFiled(const Note& note, const FilingOptions& options);

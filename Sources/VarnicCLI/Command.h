@@ -18,9 +18,11 @@ struct Command {
     std::string_view synopsis;
     /// One line for the list of commands.
     std::string_view summary;
-    /// The text of its `--help` behind the first line.
+    /// The text of its `--help` between the first line and the options; paragraphs end with a newline.
     std::string_view help;
     std::vector<Option> options;
+    /// What its words are, one after another.
+    std::vector<Choice> words;
     /// Does the work. Throws UsageError for a wrong call and std::exception with a sentence for a failure.
     ExitCode (*run)(const Arguments& arguments);
 };
@@ -28,10 +30,14 @@ struct Command {
 /// Every command, in the order of the help.
 const std::vector<Command>& commands();
 
+/// What shells call and no help tells of.
+const std::vector<Command>& hiddenCommands();
+
 ExitCode transcribe(const Arguments& arguments);
 ExitCode record(const Arguments& arguments);
 ExitCode recover(const Arguments& arguments);
 ExitCode devices(const Arguments& arguments);
+ExitCode models(const Arguments& arguments);
 ExitCode list(const Arguments& arguments);
 ExitCode show(const Arguments& arguments);
 ExitCode undo(const Arguments& arguments);
@@ -45,5 +51,6 @@ ExitCode todos(const Arguments& arguments);
 ExitCode decks(const Arguments& arguments);
 ExitCode exportNote(const Arguments& arguments);
 ExitCode importNotes(const Arguments& arguments);
+ExitCode complete(const Arguments& arguments);
 
 } // namespace varnic::cli

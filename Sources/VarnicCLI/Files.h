@@ -1,7 +1,5 @@
 #pragma once
 
-#include "VarnicCore/Models/Date.h"
-
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -14,8 +12,5 @@ std::string readFile(const std::filesystem::path& file);
 
 /// Writes the bytes in place of what the file held, all or nothing. A device or a pipe is written to as it is.
 void writeFile(const std::filesystem::path& file, std::string_view bytes);
-
-/// When the file was last written.
-Date modifiedAt(const std::filesystem::path& file);
 
 } // namespace varnic::cli

@@ -1,16 +1,13 @@
+#include "Varnic/AppModel/MarkdownNote.h"
 #include "VarnicCLI/Command.h"
-#include "VarnicCLI/Files.h"
 #include "VarnicCLI/FlowRunner.h"
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCLI/UserLibrary.h"
-#include "VarnicCore/Export/MarkdownFile.h"
 #include "VarnicCore/Library/NoteJson.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 #include <nlohmann/json.hpp>
-#include <simdjson.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -22,42 +19,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view byteOrderMark = "\uFEFF";
-
-/// What is in a Markdown file. Throws std::runtime_error where it is no UTF-8 text.
-MarkdownFile::Contents contentsOf(const fs::path& file, const Region& region) {
-    const std::string bytes = readFile(file);
-    if (!simdjson::validate_utf8(bytes)) {
-        throw std::runtime_error(fmt::format("“{}” isn’t UTF-8 text.", file.filename().string()));
-    }
-    std::string_view text = bytes;
-    if (text.starts_with(byteOrderMark)) {
-        text.remove_prefix(byteOrderMark.size());
-    }
-    return MarkdownFile::read(text, region);
-}
-
 /// The text without what is no UTF-8, which a file's name may hold and a note may not.
 std::string wellFormed(const fs::path& name) {
     return Unicode::utf8(Unicode::utf16(name.string()));
-}
-
-std::string counted(std::size_t count, std::string_view one, std::string_view many) {
-    return fmt::format("{} {}", count, count == 1 ? one : many);
-}
-
-/// What the notes could not hold, in a sentence.
-std::string described(const MarkdownFile::Simplified& simplified, std::size_t files) {
-    std::vector<std::string> parts;
-    if (simplified.nestedItems > 0) {
-        parts.push_back(counted(simplified.nestedItems, "item of a list in a list is an item of one list now",
-                                "items of lists in lists are items of one list now"));
-    }
-    if (simplified.codeLines > 0) {
-        parts.push_back(counted(simplified.codeLines, "line of code has lost its indentation",
-                                "lines of code have lost their indentation"));
-    }
-    return fmt::format("Simplified in {}: {}.", counted(files, "file", "files"), fmt::join(parts, ", "));
 }
 
 /// Makes notes of files, one after another, and tells of each.
@@ -104,7 +68,8 @@ public:
             Terminal::printJson(jsonText(imported_));
         }
         if (simplified_.isAny()) {
-            Terminal::print(stderr, "{}\n", described(simplified_, simplifiedFiles_));
+            Terminal::print(stderr, "Simplified in {} {}: {}.\n", simplifiedFiles_,
+                            simplifiedFiles_ == 1 ? "file" : "files", MarkdownNote::described(simplified_));
         }
         return isWhole_ ? ExitCode::success : ExitCode::failure;
     }
@@ -123,16 +88,15 @@ private:
     }
 
     void take(AppModel& model, const fs::path& file) {
-        MarkdownFile::Contents contents;
+        MarkdownNote read;
         try {
-            contents = contentsOf(file, model.region);
+            read = MarkdownNote::read(file, model.region);
         } catch (const std::runtime_error& error) {
             fail(error.what());
             return;
         }
-        const MarkdownFile::Simplified simplified = contents.simplified;
-        const Uuid id = model.newNote(contents.title.value_or(wellFormed(file.stem())), std::move(contents.blocks),
-                                      contents.created.value_or(modifiedAt(file)));
+        const MarkdownFile::Simplified simplified = read.simplified;
+        const Uuid id = model.newNote(std::move(read.title), std::move(read.blocks), read.created);
         // A library that cannot take this one can't take the others either.
         saveOrThrow(model, id);
         const Note& note = *model.note(id);

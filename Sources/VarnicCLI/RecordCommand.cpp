@@ -2,6 +2,7 @@
 #include "VarnicCLI/CallFiling.h"
 #include "VarnicCLI/FlowRunner.h"
 #include "VarnicCLI/MissingDevices.h"
+#include "VarnicCLI/SoundDeviceChoice.h"
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Audio/CaptureError.h"
 #include "VarnicCore/Models/Clock.h"
@@ -171,7 +172,7 @@ private:
     void checkOutput() {
         if (std::ferror(stderr) != 0) {
             isUnheard_ = true;
-            static_cast<void>(std::freopen("/dev/null", "w", stderr));
+            [[maybe_unused]] const std::FILE* silent = std::freopen("/dev/null", "w", stderr);
         }
     }
 
@@ -192,6 +193,20 @@ private:
     int stoppedBy_ = 0;
 };
 
+/// Those of the settings, but for what the command names.
+CaptureDevices devicesOf(const Arguments& arguments, const AppSettings& settings) {
+    CaptureDevices chosen = settings.devices();
+    const auto microphone = arguments.value("microphone");
+    const auto output = arguments.value("output");
+    if (microphone || output) {
+        const SoundDeviceList devices = soundDevices();
+        chosen.microphone =
+            microphone ? deviceNamed(*microphone, devices.microphones, "microphone") : chosen.microphone;
+        chosen.heard = output ? deviceNamed(*output, devices.outputs, "output") : chosen.heard;
+    }
+    return chosen;
+}
+
 /// Audio that came but is in no track.
 void tellLoss(const LiveCapture& capture) {
     if (const auto lost = capture.lostFrames(); lost > 0) {
@@ -211,8 +226,9 @@ ExitCode record(const Arguments& arguments) {
     AppModel& model = application.model;
     model.settings.liveTranscript = !arguments.has("no-live");
     model.settings.localeID = arguments.valueOr("language", model.settings.localeID.value());
+    model.settings.speechModel = wishedModel(arguments, model.settings.speechModel.value());
     model.settings.yourName = arguments.valueOr("your-name", model.settings.yourName.value());
-    const auto capture = std::make_shared<LiveCapture>(model.settings.devices());
+    const auto capture = std::make_shared<LiveCapture>(devicesOf(arguments, model.settings));
     model.wantedSides.them = !arguments.has("mic-only");
     model.makeCapture = [capture] { return capture; };
     FilingOptions options = FilingOptions::from(arguments);

@@ -1,55 +1,57 @@
 #include "VarnicCLI/Command.h"
+#include "VarnicCLI/Help.h"
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Audio/CaptureError.h"
 #include "VarnicCore/Models/Wording.h"
+#include "VarnicPlatform/Speech/ModelCheck.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
 
 using namespace varnic::cli;
 
-void printHelp(std::FILE* stream) {
-    fmt::print(stream, "usage: varnic-cli COMMAND [options]\n       varnic-cli --help | --version\n\n"
-                       "Keeps calls and notes in a library on this computer.\n\n");
-    for (const Command& command : commands()) {
-        fmt::print(stream, "  {:<12} {}\n", command.name, command.summary);
+const Command* commandNamed(std::string_view name) {
+    for (const auto* table : {&commands(), &hiddenCommands()}) {
+        if (const auto found = std::ranges::find(*table, name, &Command::name); found != table->end()) {
+            return &*found;
+        }
     }
-    fmt::print(stream, "\nvarnic-cli COMMAND --help tells more. The library is in $VARNIC_DATA_DIR or, if that isn’t "
-                       "set, in\nVarnic/Library under your data folder.\n");
-}
-
-void printHelp(const Command& command) {
-    fmt::print("usage: varnic-cli {} {}\n\n{}{}", command.name, command.synopsis, command.summary, "\n");
-    fmt::print("{}", command.help);
+    return nullptr;
 }
 
 ExitCode run(const std::vector<std::string>& words) {
     if (words.empty()) {
-        printHelp(stderr);
+        fmt::print(stderr, "{}", Help::overview());
         return ExitCode::usage;
     }
     if (words.front() == "--help" || words.front() == "-h" || words.front() == "help") {
-        printHelp(stdout);
+        fmt::print("{}", Help::overview());
+        return ExitCode::success;
+    }
+    if (words.front() == "--manual") { // for packages, which install it
+        fmt::print("{}", Help::manual());
         return ExitCode::success;
     }
     if (words.front() == "--version") {
         fmt::print("varnic-cli {}\n", VARNIC_VERSION);
         return ExitCode::success;
     }
-    const auto command = std::ranges::find(commands(), words.front(), &Command::name);
-    if (command == commands().end()) {
+    const Command* command = commandNamed(words.front());
+    if (command == nullptr) {
         throw UsageError(fmt::format("{} isn’t a command", words.front()));
     }
     const Arguments arguments = Arguments::parse(std::span(words).subspan(1), command->options);
     if (arguments.has("help")) {
-        printHelp(*command);
+        fmt::print("{}", Help::of(*command));
         return ExitCode::success;
     }
     return command->run(arguments);
@@ -58,6 +60,9 @@ ExitCode run(const std::vector<std::string>& words) {
 } // namespace
 
 int main(int argc, char** argv) {
+    if (const std::optional<int> code = varnic::ModelCheck::enable(argc, argv)) {
+        return *code;
+    }
     try {
         const ExitCode code = run({argv + 1, argv + argc});
         if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {

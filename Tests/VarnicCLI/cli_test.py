@@ -5,6 +5,7 @@ Usage: cli_test.py PROGRAM FIXTURES MAKE_CALL RECORDINGS
 
 import json
 import os
+import shutil
 import signal
 import subprocess
 import sys
@@ -166,11 +167,11 @@ class Recover(CommandLine):
             run.send_signal(signal.SIGSTOP)
             self.assertEqual(self.succeed("recover"), "There is nothing to recover.\n", "it lives")
             run.kill()
-        run = self.run_cli("recover", "--language", "de-DE", "--json")
+        run = self.run_cli("recover", "--language", "tlh", "--json")
         self.assertEqual(run.returncode, 1)
-        self.assertIn("German", run.stderr)
+        self.assertIn("Klingon", run.stderr)
         [note] = json.loads(run.stdout)
-        self.assertIn("German", note["call"]["problem"])
+        self.assertIn("Klingon", note["call"]["problem"])
         self.assertEqual(self.stored(), [f"audio/{note['id']}/them.wav", f"notes/{note['id']}.json"])
 
     def test_a_recording_without_sound_goes_to_the_deleted_ones(self):
@@ -219,7 +220,7 @@ class Recover(CommandLine):
         lost = "The recording of your side lacks sound from 0:05 on: the disk is faulty."
         self.file_without_words(problem=f"Transcription failed: once. {lost}")
         self.assertEqual(self.succeed("recover"), "There is nothing to recover.\n")
-        self.assertIn("German", self.run_cli("transcribe", "--note", self.ID, "--language", "de-DE").stderr)
+        self.assertIn("Klingon", self.run_cli("transcribe", "--note", self.ID, "--language", "tlh").stderr)
         run = self.run_cli("transcribe", "--note", self.ID[:6].lower(), "--json")
         self.assertEqual((run.returncode, run.stderr), (0, f"varnic-cli: {lost}\n"))
         self.check_words(json.loads(run.stdout))
@@ -413,6 +414,40 @@ class Devices(CommandLine):
     def devices(self, environment, *args):
         environment = {name: value for name, value in (os.environ | environment).items() if value}
         return subprocess.run([PROGRAM, "devices", *args], capture_output=True, text=True, env=environment)
+
+    def test_models_are_listed_and_broken_ones_named(self):
+        models = self.folder / "data/varnic/models"
+        shutil.copytree(next(Path(PROGRAM).parents[1].glob("share/varnic/models/moonshine*")), models / "cut")
+        manifest = json.loads((models / "cut/model.json").read_text()) | {"id": "cut", "name": "Cut"}
+        (models / "cut/model.json").write_text(json.dumps(manifest))
+        os.truncate(models / "cut" / manifest["files"]["encoder"], 1000)
+        # The engine ends the process that it is in, given such a file.
+        (models / "other").mkdir()
+        shutil.copy(next(Path(PROGRAM).parents[1].glob("share/varnic/vad/*.onnx")), models / "other/model.onnx")
+        (models / "other/model.json").write_text(json.dumps(
+            {"id": "other", "name": "Other", "engine": "whisper", "locales": ["tlh"],
+             "files": {"encoder": "model.onnx", "decoder": "model.onnx", "tokens": "model.onnx"}}))
+        (models / "none").mkdir()
+        (models / "none/model.json").write_text("[1, 2")
+        self.environment["XDG_DATA_HOME"] = str(self.folder / "data")
+
+        run = self.run_cli("models", "--check", "--json")
+        self.assertEqual(run.returncode, 1)
+        listed = json.loads(run.stdout)
+        self.assertLessEqual({"cut", "other", "moonshine-tiny-en"}, {model["id"] for model in listed["models"]})
+        self.assertEqual(len(listed["faults"]), 3, listed["faults"])
+        for folder in ("cut", "other", "none"):
+            self.assertTrue(any(str(models / folder) in fault for fault in listed["faults"]), folder)
+
+        track = Path(RECORDINGS) / "beckett.wav"
+        run = self.run_cli("transcribe", "--them", track, "--language", "tlh")
+        self.assertEqual(run.returncode, 1)
+        self.assertIn("“Other”", run.stderr)
+        for wish, sentence in (("cut", "“Cut”"), ("nowhere", "no speech model “nowhere”")):
+            run = self.run_cli("transcribe", "--them", track, "--model", wish)
+            self.assertEqual(run.returncode, 1)
+            self.assertIn(sentence, run.stderr)
+        self.assertIn("again", self.succeed("transcribe", "--them", track, "--model", "fastest").lower())
 
     def test_a_sound_system_is_described(self):
         with SoundSystem(pulse=False) as sound:

@@ -35,6 +35,7 @@
 #include <set>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class QTimer;
@@ -292,8 +293,10 @@ public:
     /// The call, or nothing where a toast says why there is none or where it was cancelled.
     QCoro::Task<std::optional<Uuid>> importCall(CallImport call);
     QCoro::Task<> importAudio(std::filesystem::path file);
-    /// Brings recordings in one after another, since each takes all the processor that it gets, and behind those that
-    /// wait already.
+    /// Makes a note of a Markdown file; a toast says where that fails or something had to be simplified.
+    QCoro::Task<> importMarkdown(std::filesystem::path file);
+    /// Brings recordings and Markdown files in one after another, since each takes all the processor that it gets, and
+    /// behind those that wait already.
     QCoro::Task<> importFiles(std::vector<std::filesystem::path> files);
     QCoro::Task<> chooseImport();
     /// Transcribes the call anew. Where the recording of a side that has lines is missing, they stay: a toast says so,
@@ -332,6 +335,10 @@ public:
     [[nodiscard]] std::optional<std::string> mailtoURL(Uuid id) const;
     void openInMail(Uuid id) const;
     void copyHeadsUp();
+    /// Copies what names the note, and a moment of its call in seconds, to other programs; see NoteAddress.
+    void copyLink(Uuid id, std::optional<double> time = std::nullopt);
+    /// Shows the note that an address names, at its moment; a toast where it names none.
+    void openAddress(std::string_view text);
 
 Q_SIGNALS:
     /// The library lies in another folder now.

@@ -80,7 +80,8 @@ AppSettings::AppSettings(StoredSettings stored, std::unique_ptr<QSettings>&& sto
       hotkey(stored.one("hotkey", hotkeyChoiceFrom, HotkeyChoice::ctrlOptCmdR)),
       hotkeyKeys(stored.text("hotkeyKeys", "")), keepAudio(stored.flag("keepAudio", true)),
       liveTranscript(stored.flag("liveTranscript", true)), localeID(stored.text("localeID", languageTag(locale))),
-      ai(stored.ai("ai")), microphone(stored.device("microphone")), heardOutput(stored.device("heardOutput")),
+      speechModel(stored.text("speechModel", "bestWords")), ai(stored.ai("ai")),
+      microphone(stored.device("microphone")), heardOutput(stored.device("heardOutput")),
       startsAtLogin(stored.flag("startsAtLogin", false)), libraryFolder(stored.folder(libraryFolderKey)),
       isLibraryLost(stored.flag(libraryLostKey, false)), store_(std::move(store)) {
     const SettingsFile::Reading reading = SettingsFile::keepAside(*store_, !stored.damaged().empty());
@@ -123,6 +124,7 @@ void AppSettings::keepAll() {
     keep("keepAudio", keepAudio, flag);
     keep("liveTranscript", liveTranscript, flag);
     keep("localeID", localeID, words);
+    keep("speechModel", speechModel, words);
     keep("ai", ai, [](const AISettings& value) { return QVariant(QByteArray::fromStdString(value.encode())); });
     keep("microphone", microphone, device);
     keep("heardOutput", heardOutput, device);

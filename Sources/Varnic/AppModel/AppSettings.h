@@ -54,6 +54,8 @@ public:
     QProperty<bool> liveTranscript;
     /// The spoken language, such as "en-GB".
     QProperty<std::string> localeID;
+    /// Which speech model writes finished calls down, as ModelChoice has it.
+    QProperty<std::string> speechModel;
     QProperty<AISettings> ai;
     /// The sound devices that calls are recorded from; see CaptureDevices.
     QProperty<DeviceChoice> microphone;

@@ -1,9 +1,12 @@
 #include "Varnic/AppModel/AppModel.h"
 
 #include "Varnic/AppModel/CallImport.h"
+#include "Varnic/AppModel/MarkdownNote.h"
 #include "Varnic/Background.h"
 
 #include <QPointer>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <exception>
@@ -57,6 +60,30 @@ QCoro::Task<> AppModel::importAudio(std::filesystem::path file) {
     co_await importCall(std::move(call));
 }
 
+QCoro::Task<> AppModel::importMarkdown(std::filesystem::path file) {
+    std::optional<MarkdownNote> read;
+    std::string problem;
+    const QPointer self(this);
+    const auto reading = [file, where = region] { return MarkdownNote::read(file, where); };
+    try {
+        read = co_await inBackground(reading);
+    } catch (const std::exception& error) {
+        problem = error.what();
+    }
+    if (!self) {
+        co_return;
+    }
+    if (!read) {
+        flash({.text = std::move(problem), .symbol = warningSymbol});
+        co_return;
+    }
+    newNote(std::move(read->title), std::move(read->blocks), read->created);
+    if (read->simplified.isAny()) {
+        flash({.text = fmt::format("Simplified: {}.", MarkdownNote::described(read->simplified)),
+               .symbol = warningSymbol});
+    }
+}
+
 QCoro::Task<> AppModel::importFiles(std::vector<std::filesystem::path> files) {
     std::ranges::move(files, std::back_inserter(waitingImports_));
     if (isImporting.value()) {
@@ -67,7 +94,11 @@ QCoro::Task<> AppModel::importFiles(std::vector<std::filesystem::path> files) {
     while (!waitingImports_.empty()) {
         auto next = std::move(waitingImports_.front());
         waitingImports_.pop_front();
-        co_await importAudio(std::move(next));
+        if (MarkdownNote::isNamedSo(next)) {
+            co_await importMarkdown(std::move(next));
+        } else {
+            co_await importAudio(std::move(next));
+        }
         if (!self) {
             co_return;
         }

@@ -18,8 +18,6 @@ namespace varnic {
 
 namespace {
 
-constexpr const char* copySymbol = "doc.on.doc";
-
 /// The file, or one of a name like it, where none is yet. Throws LibraryError where that cannot be found out.
 std::filesystem::path freeName(const std::filesystem::path& file) {
     std::filesystem::path name = file;

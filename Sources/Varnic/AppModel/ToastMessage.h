@@ -10,6 +10,9 @@ namespace varnic {
 /// The icon of a notice that something went wrong.
 inline constexpr const char* warningSymbol = "exclamationmark.triangle";
 
+/// The icon of a notice that something is on the clipboard.
+inline constexpr const char* copySymbol = "doc.on.doc";
+
 /// A short notice. Two are different even where their words are equal.
 struct ToastMessage {
     std::string text;

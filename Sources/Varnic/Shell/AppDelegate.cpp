@@ -96,6 +96,25 @@ void AppDelegate::carryOut(const Request& request) {
         model_.desktop.activate();
         model_.importFiles(request.files);
         break;
+    case Request::Kind::openAddress:
+        model_.desktop.activate();
+        model_.openAddress(request.address);
+        break;
+    case Request::Kind::openLibrary:
+        model_.desktop.activate();
+        goTo(model_, LibrarySection::all);
+        break;
+    case Request::Kind::newNote:
+        model_.newNote();
+        model_.desktop.activate();
+        break;
+    case Request::Kind::recordCall:
+        if (isBusy(model_.recorder().state())) {
+            model_.desktop.activate();
+        } else {
+            model_.toggleRecording();
+        }
+        break;
     case Request::Kind::toggleRecording:
         model_.toggleRecording();
         break;

@@ -1,7 +1,10 @@
 #include "Varnic/Shell/ApplicationInterface.h"
 
+#include "VarnicCore/Models/NoteAddress.h"
+
 #include <QUrl>
 
+#include <algorithm>
 #include <utility>
 
 namespace varnic {
@@ -38,17 +41,28 @@ void ApplicationInterface::Activate(const QVariantMap& platformData) {
 void ApplicationInterface::Open(const QStringList& uris, const QVariantMap& platformData) {
     Request request{.kind = Request::Kind::importFiles, .files = {}, .activationToken = token(platformData)};
     for (const QString& uri : uris) {
+        if (NoteAddress::isMeant(uri.toStdString())) {
+            instance_.take({.kind = Request::Kind::openAddress,
+                            .files = {},
+                            .activationToken = token(platformData),
+                            .address = uri.toStdString()});
+            continue;
+        }
         // What isn't a file is reported as unreadable later on.
         const QUrl url(uri);
         request.files.emplace_back((url.isLocalFile() ? url.toLocalFile() : uri).toStdString());
     }
-    instance_.take(std::move(request));
+    if (!request.files.empty()) {
+        instance_.take(std::move(request));
+    }
 }
 
 void ApplicationInterface::ActivateAction(const QString& action, const QVariantList& /*parameters*/,
                                           const QVariantMap& platformData) {
-    const auto kind = action == toggleRecording ? Request::Kind::toggleRecording : Request::Kind::activate;
-    instance_.take({.kind = kind, .files = {}, .activationToken = token(platformData)});
+    const auto known = std::ranges::find_if(actions, [&action](const Action& one) { return action == one.name; });
+    instance_.take({.kind = known == actions.end() ? Request::Kind::activate : known->kind,
+                    .files = {},
+                    .activationToken = token(platformData)});
 }
 
 } // namespace varnic

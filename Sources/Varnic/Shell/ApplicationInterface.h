@@ -7,6 +7,8 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+#include <array>
+
 namespace varnic {
 
 /// How desktops and other starts of the program call this one (freedesktop.org, desktop entries, "D-Bus activation").
@@ -16,7 +18,17 @@ class ApplicationInterface : public QDBusAbstractAdaptor {
 
 public:
     static constexpr const char* name = "org.freedesktop.Application";
-    static constexpr const char* toggleRecording = "toggle-recording";
+
+    /// An action, and what it asks for.
+    struct Action {
+        const char* name;
+        Request::Kind kind;
+    };
+
+    /// Those of the desktop entry, and what a key of the desktop's own can be bound to.
+    static constexpr std::array actions{
+        Action{"new-note", Request::Kind::newNote}, Action{"record-call", Request::Kind::recordCall},
+        Action{"open-library", Request::Kind::openLibrary}, Action{"toggle-recording", Request::Kind::toggleRecording}};
 
     explicit ApplicationInterface(SingleInstance* instance) : QDBusAbstractAdaptor(instance), instance_(*instance) {}
 

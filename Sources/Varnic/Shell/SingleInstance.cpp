@@ -12,6 +12,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -48,9 +49,19 @@ QDBusMessage call(const QString& busName, const Request& request) {
         message = method("Open");
         message << uris(request) << data;
         break;
+    case Request::Kind::openAddress:
+        message = method("Open");
+        message << QStringList(QString::fromStdString(request.address)) << data;
+        break;
+    case Request::Kind::openLibrary:
+    case Request::Kind::newNote:
+    case Request::Kind::recordCall:
     case Request::Kind::toggleRecording:
         message = method("ActivateAction");
-        message << QString(ApplicationInterface::toggleRecording) << QVariantList() << data;
+        message << QString(std::ranges::find(ApplicationInterface::actions, request.kind,
+                                             &ApplicationInterface::Action::kind)
+                               ->name)
+                << QVariantList() << data;
         break;
     case Request::Kind::background:
         // Whoever answers runs.

@@ -8,6 +8,7 @@
 #include "Varnic/Views/Program/Program.h"
 #include "Varnic/Views/Theme/Native/AccessibleControl.h"
 #include "Varnic/Views/Theme/Native/Fonts.h"
+#include "VarnicPlatform/Speech/ModelCheck.h"
 
 #include <QApplication>
 #include <QFile>
@@ -121,6 +122,9 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    if (const auto code = varnic::ModelCheck::enable(argc, argv)) {
+        return *code;
+    }
     goBackToPlace(argv);
     if (const auto code = answer(argc, argv)) {
         return *code;

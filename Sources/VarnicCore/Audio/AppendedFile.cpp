@@ -49,7 +49,7 @@ void AppendedFile::append(std::span<const std::uint8_t> piece) {
     if (!writeAt(descriptor_.number(), size_, piece)) {
         const int reason = errno;
         // Where even this fails, the next piece is written over the remains.
-        static_cast<void>(::ftruncate(descriptor_.number(), size_));
+        [[maybe_unused]] const int cut = ::ftruncate(descriptor_.number(), size_);
         errno = reason;
         throw LibraryError::fromErrno("written", path_);
     }

@@ -117,7 +117,7 @@ Findings look(bool saidYes, std::string_view locale, const std::string& reader,
                                 .hasSound = sound.hasSound,
                                 .hasMicrophone = sound.microphone.has_value(),
                                 .output = sound.output.value_or(""),
-                                .hasModel = SpeechModels::choose(models, locale).has_value(),
+                                .hasModel = SpeechModels::choose(models, locale, {}).has_value(),
                                 .languages = {}}};
     for (const Language& language : onDeviceLanguages(models, reader)) {
         findings.there.languages.push_back(language.name);

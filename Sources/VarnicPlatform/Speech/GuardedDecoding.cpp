@@ -1,11 +1,15 @@
 #include "VarnicPlatform/Speech/GuardedDecoding.h"
 
+#include "VarnicCore/Text/Unicode.h"
 #include "VarnicPlatform/Speech/TranscriptGuards.h"
 #include "VarnicPlatform/Speech/WordTimes.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace varnic::GuardedDecoding {
@@ -26,6 +30,28 @@ std::pair<SpeechSegment, SpeechSegment> cutAt(const SpeechSegment& segment, doub
             {{std::clamp(moment, speech.start, speech.end), speech.end}, {moment, audio.end}}};
 }
 
+/// Leaves out what describes sounds.
+void keepWhatWasSaid(Recognition& result) {
+    const std::vector<bool> said = TranscriptGuards::saidWords(result.text);
+    if (std::ranges::all_of(said, std::identity())) {
+        return;
+    }
+    std::string text;
+    std::vector<TimedWord> words;
+    std::size_t index = 0;
+    for (const std::string_view word : Unicode::split(result.text, Unicode::isSpace)) {
+        if (said[index]) {
+            text += (text.empty() ? "" : " ") + std::string(word);
+            if (!result.words.empty()) {
+                words.push_back(result.words[index]);
+            }
+        }
+        ++index;
+    }
+    result.text = std::move(text);
+    result.words = std::move(words);
+}
+
 class Decoding {
 public:
     Decoding(const TrackLevels& track, const Decode& engine) : track_(track), engine_(engine) {}
@@ -35,6 +61,7 @@ public:
             return;
         }
         Recognition result = engine_(samples);
+        keepWhatWasSaid(result);
         const double seconds = static_cast<double>(samples.size()) / rate;
         if (TranscriptGuards::isSuspicious(result.text, result.tokens, seconds)) {
             if (cuts < mostCuts && seconds >= shortestPart) {
@@ -64,12 +91,14 @@ private:
     }
 
     void keep(Recognition result, const SpeechSegment& part) {
+        const std::vector<VoiceActivity::Range> voiced = SpeechSegments::voicedRuns(part.speech, track_);
         if (result.words.empty()) {
-            result.words = WordTimes::spread(result.text, SpeechSegments::voicedRuns(part.speech, track_));
+            result.words = WordTimes::spread(result.text, voiced);
         } else {
             for (TimedWord& word : result.words) {
                 word.start += part.audio.start;
             }
+            WordTimes::fit(result.words, voiced);
         }
         words_.insert(words_.end(), result.words.begin(), result.words.end());
     }

@@ -51,7 +51,8 @@ struct LiveRecognizer::Handler {
 std::unique_ptr<LiveRecognizer> LiveRecognizer::create(Speaker speaker, const std::string& locale,
                                                        const std::vector<std::filesystem::path>& dataDirectories,
                                                        Lines onPartial, Lines onCommit) {
-    std::optional<SpeechModel> model = SpeechModels::choose(SpeechModels::installed(dataDirectories), locale);
+    std::optional<SpeechModel> model = SpeechModels::choose(SpeechModels::installed(dataDirectories), locale,
+                                                            {.preference = ModelChoice::Preference::fastest, .id = {}});
     if (!model) {
         return nullptr;
     }

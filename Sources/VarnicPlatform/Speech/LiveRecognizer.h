@@ -22,8 +22,8 @@ public:
     /// for a thread that calls `cancel`, nor destroy the recogniser.
     using Lines = std::function<void(Speaker, std::vector<Segment>)>;
 
-    /// On this machine's engine; nothing where no model is installed for the locale. Quick: the model is loaded on the
-    /// engine's thread meanwhile, and one that the engine does not take gives no lines.
+    /// On this machine's engine with the fastest model; nothing where no model is installed for the locale. Quick: the
+    /// model is loaded on the engine's thread meanwhile, and one that the engine does not take gives no lines.
     /// `onPartial` gets the lines of the open utterance, each time in place of those before; `onCommit` gets them when
     /// they are final, or none at all where the utterance came to nothing.
     static std::unique_ptr<LiveRecognizer> create(Speaker speaker, const std::string& locale,

@@ -2,6 +2,7 @@
 
 #include "VarnicCore/Audio/SampleConverter.h"
 #include "VarnicCore/Pipeline/Transcriber.h"
+#include "VarnicPlatform/Speech/ModelCheck.h"
 #include "VarnicPlatform/Speech/UtteranceRecognizer.h"
 
 #include <atomic>
@@ -212,7 +213,7 @@ private:
             if (!voice_) {
                 voice_.emplace(makeDetector());
             }
-            if (!recognizer_) {
+            if (!recognizer_ && !ModelCheck::fault(model_)) {
                 recognizer_ = SpeechRecognizer::create(model_, locale_);
             }
         });

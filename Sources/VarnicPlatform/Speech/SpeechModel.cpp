@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <system_error>
 
@@ -16,6 +17,9 @@ namespace varnic {
 namespace fs = std::filesystem;
 
 namespace {
+
+constexpr std::string_view bestWordsText = "bestWords";
+constexpr std::string_view fastestText = "fastest";
 
 using Roles = std::vector<std::string_view>;
 
@@ -79,6 +83,15 @@ std::string environment(const char* name, const std::string& otherwise) {
 
 } // namespace
 
+std::string_view rawValue(SpeechEngine engine) {
+    return std::ranges::find(engineForms(), engine, &EngineForm::engine)->name;
+}
+
+/// Whisper hears half a minute at once and needs what comes before to understand it; others lose themselves in so much.
+double SpeechModel::longestSegment() const {
+    return engine == SpeechEngine::whisper ? 28 : 15;
+}
+
 bool SpeechModel::fits(std::string_view locale) const {
     const std::string language = localeOf(locale).getLanguage();
     return std::ranges::any_of(locales,
@@ -94,19 +107,37 @@ SpeechModel SpeechModel::load(const fs::path& folder) {
     try {
         const nlohmann::json manifest = nlohmann::json::parse(in);
         const EngineForm& form = formNamed(manifest.at("engine").get<std::string>());
-        SpeechModel model{.id = manifest.at("id"),
+        SpeechModel model{.folder = folder,
+                          .id = manifest.at("id"),
                           .name = manifest.at("name"),
                           .engine = form.engine,
                           .locales = manifest.at("locales"),
-                          .files = {}};
+                          .files = {},
+                          .bytes = 0,
+                          .tellsWordTimes = manifest.value("word_times", false)};
         for (const auto& [role, name] : manifest.at("files").items()) {
             model.files[role] = fileIn(folder, name.get<std::string>());
+            model.bytes += fs::file_size(model.files[role]);
         }
         requireFiles(model, form.forms);
         return model;
     } catch (const nlohmann::json::exception& error) {
-        throw std::runtime_error(error.what());
+        // Behind the library's own "[json.exception…] ".
+        const std::string_view what = error.what();
+        throw std::runtime_error(fmt::format("model.json is no manifest: {}", what.substr(what.find("] ") + 2)));
     }
+}
+
+ModelChoice ModelChoice::from(std::string_view text) {
+    if (text.empty() || text == bestWordsText) {
+        return {};
+    }
+    return text == fastestText ? ModelChoice{.preference = Preference::fastest, .id = {}}
+                               : ModelChoice{.id = std::string(text)};
+}
+
+std::string ModelChoice::text() const {
+    return !id.empty() ? id : std::string(preference == Preference::fastest ? fastestText : bestWordsText);
 }
 
 std::vector<fs::path> SpeechModels::dataDirectories() {
@@ -155,15 +186,24 @@ std::vector<SpeechModel> SpeechModels::installed(const std::vector<fs::path>& da
     return models;
 }
 
-std::optional<SpeechModel> SpeechModels::choose(const std::vector<SpeechModel>& models, std::string_view locale) {
-    const icu::Locale wanted = localeOf(locale);
-    for (const SpeechModel& model : models) {
-        if (std::ranges::any_of(model.locales, [&](const std::string& own) { return localeOf(own) == wanted; })) {
-            return model;
-        }
+std::optional<SpeechModel> SpeechModels::choose(const std::vector<SpeechModel>& models, std::string_view locale,
+                                                const ModelChoice& choice) {
+    std::vector<SpeechModel> fitting;
+    std::ranges::copy_if(models, std::back_inserter(fitting),
+                         [&](const SpeechModel& model) { return model.fits(locale); });
+    if (const auto wished = std::ranges::find(fitting, choice.id, &SpeechModel::id); wished != fitting.end()) {
+        return *wished;
     }
-    const auto fitting = std::ranges::find_if(models, [&](const SpeechModel& model) { return model.fits(locale); });
-    return fitting == models.end() ? std::nullopt : std::optional(*fitting);
+    const auto isForLanguageOnly = [wanted = localeOf(locale)](const SpeechModel& model) {
+        return std::ranges::none_of(model.locales, [&](const std::string& own) { return localeOf(own) == wanted; });
+    };
+    if (!std::ranges::all_of(fitting, isForLanguageOnly)) {
+        std::erase_if(fitting, isForLanguageOnly);
+    }
+    const bool isSmall = choice.preference == ModelChoice::Preference::fastest;
+    const auto found = isSmall ? std::ranges::min_element(fitting, {}, &SpeechModel::bytes)
+                               : std::ranges::max_element(fitting, {}, &SpeechModel::bytes);
+    return found == fitting.end() ? std::nullopt : std::optional(*found);
 }
 
 std::optional<fs::path> SpeechModels::detectorFile(const std::vector<fs::path>& dataDirectories) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -16,8 +17,12 @@ namespace varnic {
 ///   senseVoice   model, tokens ("sense_voice" in a manifest)
 enum class SpeechEngine { moonshine, whisper, transducer, senseVoice };
 
+/// Its name in a manifest.
+std::string_view rawValue(SpeechEngine engine);
+
 /// A speech model on this machine: a folder with the manifest "model.json" and the files it names.
 struct SpeechModel {
+    std::filesystem::path folder;
     std::string id;
     std::string name;
     SpeechEngine engine = SpeechEngine::moonshine;
@@ -25,6 +30,13 @@ struct SpeechModel {
     std::vector<std::string> locales;
     /// Whole paths by role.
     std::map<std::string, std::filesystem::path> files;
+    /// Of all files together. Of two models the larger one is taken for the slower one that knows words better.
+    std::uintmax_t bytes = 0;
+    /// Whether it tells when each word was said ("word_times" in a manifest).
+    bool tellsWordTimes = false;
+
+    /// The longest speech in seconds that it should be given in one go.
+    [[nodiscard]] double longestSegment() const;
 
     /// Whether one of the model's languages is the locale's: "en" fits "en-US" and "en_GB".
     [[nodiscard]] bool fits(std::string_view locale) const;
@@ -33,6 +45,21 @@ struct SpeechModel {
     static SpeechModel load(const std::filesystem::path& folder);
 
     bool operator==(const SpeechModel&) const = default;
+};
+
+/// Which of the models that know a language is to be taken.
+struct ModelChoice {
+    enum class Preference { bestWords, fastest };
+
+    Preference preference = Preference::bestWords;
+    /// The very model, by its id, wherever it is installed and knows the language; empty for none.
+    std::string id;
+
+    /// "bestWords", "fastest" or an id; anything else is taken for an id, and nothing for the best words.
+    static ModelChoice from(std::string_view text);
+    [[nodiscard]] std::string text() const;
+
+    bool operator==(const ModelChoice&) const = default;
 };
 
 /// What is installed. Any thread.
@@ -53,8 +80,9 @@ struct Skipped {
 std::vector<SpeechModel> installed(const std::vector<std::filesystem::path>& dataDirectories,
                                    std::vector<Skipped>* skipped = nullptr);
 
-/// The model for a locale: one that names the very locale before one that names its language, else the first.
-std::optional<SpeechModel> choose(const std::vector<SpeechModel>& models, std::string_view locale);
+/// The model for a locale: of those that name the very locale, else of those that name its language.
+std::optional<SpeechModel> choose(const std::vector<SpeechModel>& models, std::string_view locale,
+                                  const ModelChoice& choice);
 
 /// The voice activity detector's model file under the first directory that has it.
 std::optional<std::filesystem::path> detectorFile(const std::vector<std::filesystem::path>& dataDirectories);

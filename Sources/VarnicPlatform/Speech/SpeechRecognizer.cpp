@@ -42,6 +42,7 @@ void describe(SherpaOnnxOfflineModelConfig& config, const SpeechModel& model, co
         config.whisper.task = "transcribe";
         // The engine's own default length.
         config.whisper.tail_paddings = -1;
+        config.whisper.enable_token_timestamps = model.tellsWordTimes ? 1 : 0;
         break;
     case SpeechEngine::transducer:
         config.transducer = {.encoder = file("encoder"), .decoder = file("decoder"), .joiner = file("joiner")};

@@ -42,12 +42,11 @@ std::vector<Range> above(float threshold, std::span<const float> levels, double 
 }
 
 /// A range in pieces that are short enough, cut in the later half of each where it is quietest.
-std::vector<Range> cut(Range range, const TrackLevels& track) {
+std::vector<Range> cut(Range range, double longest, const TrackLevels& track) {
     std::vector<Range> pieces;
-    while (range.end - range.start > SpeechSegments::longestSegment) {
-        const double latest = std::min(range.start + SpeechSegments::longestSegment, range.end - 1);
-        const double moment =
-            SpeechSegments::quietest({range.start + SpeechSegments::longestSegment / 2, latest}, track);
+    while (range.end - range.start > longest) {
+        const double latest = std::min(range.start + longest, range.end - 1);
+        const double moment = SpeechSegments::quietest({range.start + longest / 2, latest}, track);
         pieces.push_back({range.start, moment});
         range.start = moment;
     }
@@ -128,9 +127,9 @@ double SpeechSegments::quietest(Range between, const TrackLevels& track) {
 }
 
 void SegmentPlanner::add(Range speech) {
-    for (const Range& piece : cut({speech.start, std::min(speech.end, track_.seconds())}, track_)) {
+    for (const Range& piece : cut({speech.start, std::min(speech.end, track_.seconds())}, longest_, track_)) {
         const bool joins = !speech_.empty() && piece.start - speech_.back().end <= longestPause &&
-                           piece.end - speech_.back().start <= SpeechSegments::longestSegment;
+                           piece.end - speech_.back().start <= longest_;
         if (joins) {
             speech_.back().end = std::max(speech_.back().end, piece.end);
         } else {

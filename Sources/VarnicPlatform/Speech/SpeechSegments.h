@@ -39,9 +39,6 @@ inline constexpr float speechLevel = -23;
 inline constexpr float silenceBelowSpeech = 40;
 /// Seconds of real audio on either side of the speech: the engine drops words at hard edges.
 inline constexpr double context = 0.3;
-/// The longest speech in seconds that is transcribed in one go.
-inline constexpr double longestSegment = 15;
-
 /// The parts of a track that are not plain silence: within half a second of a frame above `threshold` decibels.
 std::vector<VoiceActivity::Range> audible(const TrackLevels& track, float threshold);
 
@@ -57,13 +54,12 @@ double quietest(VoiceActivity::Range between, const TrackLevels& track);
 
 } // namespace SpeechSegments
 
-/// Makes segments of speech that becomes known bit by bit. Speech becomes segments of at most 15 s: over pauses of up
-/// to a second it is joined, and speech that goes on for longer is cut where it is quietest. No two segments share
-/// audio.
+/// Makes segments of speech that becomes known bit by bit. Over pauses of up to a second speech is joined, and speech
+/// that goes on for too long is cut where it is quietest. No two segments share audio.
 class SegmentPlanner {
 public:
-    /// `track` must outlive it.
-    explicit SegmentPlanner(const TrackLevels& track) : track_(track) {}
+    /// `longest` is that of a segment's speech, in seconds. `track` must outlive it.
+    SegmentPlanner(const TrackLevels& track, double longest) : track_(track), longest_(longest) {}
 
     /// More speech, behind what is known already.
     void add(VoiceActivity::Range speech);
@@ -82,6 +78,7 @@ public:
 
 private:
     const TrackLevels& track_;
+    double longest_;
     /// The speech of the segments to come; the last one may still grow.
     std::deque<VoiceActivity::Range> speech_;
     /// Where the speech of the last segment ended.

@@ -4,6 +4,7 @@
 #include "VarnicCore/Text/Unicode.h"
 #include "VarnicCore/Transcript/Utterances.h"
 #include "VarnicPlatform/Speech/GuardedDecoding.h"
+#include "VarnicPlatform/Speech/ModelCheck.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 #include "VarnicPlatform/Speech/SpeechRecognizer.h"
 #include "VarnicPlatform/Speech/TrackSegmenter.h"
@@ -30,13 +31,17 @@ std::string displayName(const std::string& locale, const std::string& displayLoc
     return name.isEmpty() ? locale : Unicode::utf8(name);
 }
 
-SpeechModel modelFor(const std::string& locale, const std::vector<std::filesystem::path>& directories,
-                     const std::string& displayLocale) {
+SpeechModel modelFor(const std::string& locale, const ModelChoice& choice,
+                     const std::vector<std::filesystem::path>& directories, const std::string& displayLocale) {
     const std::vector<SpeechModel> models = SpeechModels::installed(directories);
     if (models.empty()) {
         throw TranscriberError::notAuthorized();
     }
-    std::optional<SpeechModel> model = SpeechModels::choose(models, locale);
+    std::vector<std::string> faults;
+    std::optional<SpeechModel> model = ModelCheck::choose(models, locale, choice, faults);
+    if (!model && !faults.empty()) {
+        throw TranscriberError::failed(faults.front());
+    }
     if (!model) {
         throw TranscriberError::noOnDevice(displayName(locale, displayLocale));
     }
@@ -45,9 +50,9 @@ SpeechModel modelFor(const std::string& locale, const std::vector<std::filesyste
 
 } // namespace
 
-SpeechTranscriber::SpeechTranscriber(std::string locale, std::vector<std::filesystem::path> dataDirectories,
-                                     std::string displayLocale)
-    : locale_(std::move(locale)), dataDirectories_(std::move(dataDirectories)),
+SpeechTranscriber::SpeechTranscriber(std::string locale, ModelChoice choice,
+                                     std::vector<std::filesystem::path> dataDirectories, std::string displayLocale)
+    : locale_(std::move(locale)), choice_(std::move(choice)), dataDirectories_(std::move(dataDirectories)),
       displayLocale_(std::move(displayLocale)) {}
 
 std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, const ProgressCallback& progress,
@@ -56,9 +61,9 @@ std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, con
     if (!std::filesystem::exists(track.file, error)) {
         throw TranscriberError::missingFile();
     }
-    const SpeechModel model = modelFor(locale_, dataDirectories_, displayLocale_);
+    const SpeechModel model = modelFor(locale_, choice_, dataDirectories_, displayLocale_);
     try {
-        TrackSegmenter segmenter(track, SpeechModels::detectorFile(dataDirectories_), stop);
+        TrackSegmenter segmenter(track, SpeechModels::detectorFile(dataDirectories_), model.longestSegment(), stop);
         std::optional<SpeechRecognizer> recognizer; // a track without speech needs none
         const auto decode = [&](std::span<const float> samples) {
             if (stop.stop_requested()) {
@@ -83,7 +88,8 @@ std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, con
 
 /// The model that is preferred for the language now, where that was not there yet when the call began.
 bool SpeechTranscriber::surpasses(const std::string& liveModel) const {
-    const auto model = SpeechModels::choose(SpeechModels::installed(dataDirectories_), locale_);
+    std::vector<std::string> faults;
+    const auto model = ModelCheck::choose(SpeechModels::installed(dataDirectories_), locale_, choice_, faults);
     return model && !liveModel.empty() && model->id != liveModel;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VarnicCore/Pipeline/Transcriber.h"
+#include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <filesystem>
 #include <string>
@@ -13,9 +14,9 @@ namespace varnic {
 /// each with an engine of its own.
 class SpeechTranscriber final : public Transcriber {
 public:
-    /// `locale` is what is spoken, such as "en-US". Models are sought under `dataDirectories`
+    /// `locale` is what is spoken, such as "en-US". The model is chosen of those under `dataDirectories`
     /// (SpeechModels::dataDirectories()). A language that no model knows is named in the language of `displayLocale`.
-    SpeechTranscriber(std::string locale, std::vector<std::filesystem::path> dataDirectories,
+    SpeechTranscriber(std::string locale, ModelChoice choice, std::vector<std::filesystem::path> dataDirectories,
                       std::string displayLocale = "en");
 
     /// Throws, in this order: `missingFile`; `notAuthorized` when no model is installed at all; `noOnDevice` when none
@@ -29,6 +30,7 @@ public:
 
 private:
     std::string locale_;
+    ModelChoice choice_;
     std::vector<std::filesystem::path> dataDirectories_;
     std::string displayLocale_;
 };

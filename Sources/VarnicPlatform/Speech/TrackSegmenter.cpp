@@ -130,9 +130,9 @@ private:
 class Pass {
 public:
     /// `feed` finds the speech; without one it has to be told by `know` beforehand.
-    Pass(TrackAudio audio, std::optional<AudibleFeed> feed, const TrackLevels& track,
+    Pass(TrackAudio audio, std::optional<AudibleFeed> feed, const TrackLevels& track, double longest,
          const TrackSegmenter::OnSegment& onSegment, const ProgressCallback& progress)
-        : audio_(std::move(audio)), feed_(std::move(feed)), planner_(track), length_(track.seconds()),
+        : audio_(std::move(audio)), feed_(std::move(feed)), planner_(track, longest), length_(track.seconds()),
           onSegment_(onSegment), progress_(progress) {}
 
     /// All of the track's speech.
@@ -207,8 +207,9 @@ private:
 
 } // namespace
 
-TrackSegmenter::TrackSegmenter(SpokenTrack track, std::optional<std::filesystem::path> detector, std::stop_token stop)
-    : spoken_(std::move(track)), detector_(std::move(detector)), stop_(std::move(stop)) {}
+TrackSegmenter::TrackSegmenter(SpokenTrack track, std::optional<std::filesystem::path> detector, double longest,
+                               std::stop_token stop)
+    : spoken_(std::move(track)), detector_(std::move(detector)), longest_(longest), stop_(std::move(stop)) {}
 
 void TrackSegmenter::run(const OnSegment& onSegment, const ProgressCallback& progress) {
     learnEcho();
@@ -224,7 +225,7 @@ void TrackSegmenter::run(const OnSegment& onSegment, const ProgressCallback& pro
                      SpeechSegments::audible(track_, level - SpeechSegments::silenceBelowSpeech));
     }
     const float gain = std::pow(10.0F, (SpeechSegments::speechLevel - level) / 20);
-    Pass pass(TrackAudio(reading(spoken_, echo_), gain), std::move(feed), track_, onSegment, progress);
+    Pass pass(TrackAudio(reading(spoken_, echo_), gain), std::move(feed), track_, longest_, onSegment, progress);
     if (!detector_) {
         pass.know(loud);
     }

@@ -5,8 +5,10 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <new>
+#include <utility>
 #include <vector>
 
 namespace varnic::TranscriptGuards {
@@ -97,6 +99,25 @@ double compressionRatio(std::string_view text) {
         throw std::bad_alloc();
     }
     return static_cast<double>(text.size()) / static_cast<double>(size);
+}
+
+std::vector<bool> saidWords(std::string_view text) {
+    constexpr std::array<std::pair<char, char>, 3> brackets{{{'(', ')'}, {'[', ']'}, {'*', '*'}}};
+    std::vector<bool> said;
+    char closing = 0;
+    for (const std::string_view word : Unicode::split(text, Unicode::isSpace)) {
+        std::size_t from = 0;
+        if (const auto* opened = std::ranges::find(brackets, word.front(), &std::pair<char, char>::first);
+            closing == 0 && opened != brackets.end()) {
+            closing = opened->second;
+            from = 1;
+        }
+        said.push_back(closing == 0 && (hasLetter(word) || Unicode::any(word, Unicode::isNumber)));
+        if (closing != 0 && word.find(closing, from) != std::string_view::npos) {
+            closing = 0;
+        }
+    }
+    return said;
 }
 
 bool hasLetter(std::string_view text) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// What tells that a speech model has lost itself: such models now and then repeat a phrase without end. Pure.
 namespace varnic::TranscriptGuards {
@@ -19,6 +20,10 @@ std::string withoutRepeats(std::string_view text);
 
 /// How many times smaller zlib makes the text. Plain English of a sentence or two has about 1.4.
 double compressionRatio(std::string_view text);
+
+/// For each word of the text, between blanks, whether somebody said it. The others describe a sound, as some models do:
+/// "(dramatic music)", "[BLANK_AUDIO]", "*sighs*", "♪". What is opened and not closed goes on to the end.
+std::vector<bool> saidWords(std::string_view text);
 
 /// Whether there is anything to read in it.
 bool hasLetter(std::string_view text);

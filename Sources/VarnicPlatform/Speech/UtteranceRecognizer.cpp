@@ -24,7 +24,8 @@ constexpr std::int64_t context = samplesOf(SpeechSegments::context);
 constexpr std::int64_t hangover = samplesOf(LiveVoiceActivity::hangover);
 /// How far before its notice speech may have begun: the detector averages over some of its windows.
 constexpr std::int64_t onset = samplesOf(LiveVoiceActivity::onset + 0.1);
-constexpr std::int64_t longest = samplesOf(SpeechSegments::longestSegment);
+/// Longer speech is cut where it is quietest: what is decoded again and again has to stay short.
+constexpr std::int64_t longest = samplesOf(15);
 /// Kept while nobody speaks.
 constexpr std::int64_t kept = onset + context;
 /// Silence that is really gone through at a gap: enough for everything open to end.

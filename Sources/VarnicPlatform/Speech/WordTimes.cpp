@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <iterator>
 #include <limits>
 #include <string>
 
@@ -93,6 +94,18 @@ std::vector<TimedWord> spread(std::string_view text, const std::vector<Range>& v
         }
     }
     return timed;
+}
+
+void fit(std::vector<TimedWord>& words, const std::vector<Range>& voiced) {
+    for (TimedWord& word : words) {
+        const double end = word.start + word.duration;
+        const auto first = std::ranges::upper_bound(voiced, word.start, {}, &Range::end);
+        const auto behind = std::ranges::lower_bound(voiced, end, {}, &Range::start);
+        if (first < behind) {
+            word.start = std::max(word.start, first->start);
+            word.duration = std::min(end, std::prev(behind)->end) - word.start;
+        }
+    }
 }
 
 } // namespace varnic::WordTimes

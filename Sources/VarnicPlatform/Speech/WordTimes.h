@@ -6,12 +6,16 @@
 #include <string_view>
 #include <vector>
 
-/// When words were said, for engines that do not tell. Pure.
+/// When words were said. Pure.
 namespace varnic::WordTimes {
 
-/// The words of a text over the voiced runs in which they were said, each in one run and by its length. Where the
-/// runs' pauses fall between words is chosen by the lengths on both sides, punctuation before a pause preferred.
-/// Nothing without runs.
+/// For engines that do not tell: the words of a text over the voiced runs in which they were said, each in one run and
+/// by its length. Where the runs' pauses fall between words is chosen by the lengths on both sides, punctuation before
+/// a pause preferred. Nothing without runs.
 std::vector<TimedWord> spread(std::string_view text, const std::vector<VoiceActivity::Range>& voiced);
+
+/// Words as an engine timed them, in order, with the pauses before and behind a word taken from it: engines count those
+/// to one of its sides. A word in whose time there is no voice stays as it is.
+void fit(std::vector<TimedWord>& words, const std::vector<VoiceActivity::Range>& voiced);
 
 } // namespace varnic::WordTimes

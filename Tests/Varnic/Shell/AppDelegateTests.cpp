@@ -107,6 +107,31 @@ TEST_F(AppDelegateTest, requestsBeforeTheLibraryIsThere_wait) {
     qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
+TEST_F(AppDelegateTest, actionsOfTheDesktop_doWhatTheySay) {
+    launch();
+    const Uuid note = model->newNote("Mine");
+    steps.clear();
+    delegate.perform({.kind = Request::Kind::newNote});
+    EXPECT_THAT(steps, ElementsAre("window"));
+    EXPECT_NE(model->selection.value(), note);
+    delegate.perform({.kind = Request::Kind::openAddress, .address = "varnic:" + note.text()});
+    EXPECT_THAT(steps, ElementsAre("window", "window"));
+    EXPECT_EQ(model->selection.value(), note);
+    model->section = LibrarySection::todos;
+    model->query = "something";
+    delegate.perform({.kind = Request::Kind::openLibrary});
+    EXPECT_EQ(steps.size(), 3U);
+    EXPECT_EQ(model->section.value(), LibrarySection::all);
+    EXPECT_EQ(model->query.value(), "");
+    delegate.perform({.kind = Request::Kind::recordCall});
+    EXPECT_TRUE(waitUntil([this] { return isRecording(model->recorder().state()); }));
+    EXPECT_EQ(steps.size(), 3U) << "nothing comes in front of the call";
+    delegate.perform({.kind = Request::Kind::recordCall});
+    EXPECT_TRUE(isRecording(model->recorder().state())) << "it goes on";
+    EXPECT_EQ(steps.size(), 4U);
+    model->discardRecording();
+}
+
 TEST_F(AppDelegateTest, quitWhenIdle_savesAndEndsAtOnce) {
     launch();
     const Uuid note = model->notes().front().id;

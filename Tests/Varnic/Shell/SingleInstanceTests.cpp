@@ -132,6 +132,19 @@ TEST_F(SingleInstanceTest, file_isImportedByTheRunningProgram) {
     EXPECT_EQ(stored().front().call->source, "Imported recording");
 }
 
+TEST_F(SingleInstanceTest, address_isShownByTheRunningProgram) {
+    const auto first = start();
+    EXPECT_EQ(first->readLine(), "window the-token");
+    EXPECT_EQ(first->readLine(), "ready");
+    EXPECT_EQ(outcome({"varnic:nothing"}), std::pair(std::string("handed over\n"), 0));
+    EXPECT_EQ(first->readLine(), "window the-token");
+    const std::string name = SingleInstance::busNameFor(library, true).toStdString();
+    ASSERT_EQ(runProgram({"gapplication", "launch", name, "varnic:nothing"}), 0);
+    EXPECT_THAT(first->readLine(), StartsWith("window"));
+    EXPECT_EQ(outcome({"--record"}), std::pair(std::string("handed over\n"), 0));
+    EXPECT_EQ(first->readLine(), "recording");
+}
+
 TEST_F(SingleInstanceTest, desktop_callsTheProgramAsAnApplication) {
     const auto first = start();
     EXPECT_EQ(first->readLine(), "window the-token");

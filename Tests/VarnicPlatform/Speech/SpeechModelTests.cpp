@@ -18,11 +18,11 @@ namespace fs = std::filesystem;
 /// A folder of data with models that have no content but their manifests.
 class SpeechModelTest : public ::testing::Test {
 protected:
-    void add(const std::string& folder, const std::string& manifest) const {
+    void add(const std::string& folder, const std::string& manifest, std::size_t size = 1) const {
         const fs::path path = root() / "varnic/models" / folder;
         fs::create_directories(path);
         for (const char* name : {"e.onnx", "d.onnx", "t.txt"}) {
-            std::ofstream(path / name) << "x";
+            std::ofstream(path / name) << std::string(size, 'x');
         }
         std::ofstream(path / "model.json") << manifest;
     }
@@ -35,8 +35,8 @@ protected:
 
     [[nodiscard]] fs::path root() const { return files_.path("data"); }
 
-    [[nodiscard]] std::string chosen(const std::string& locale) const {
-        const auto model = SpeechModels::choose(SpeechModels::installed({root()}), locale);
+    [[nodiscard]] std::string chosen(const std::string& locale, const std::string& choice = "") const {
+        const auto model = SpeechModels::choose(SpeechModels::installed({root()}), locale, ModelChoice::from(choice));
         return model ? model->id : "";
     }
 
@@ -77,6 +77,26 @@ TEST_F(SpeechModelTest, choose_locale_prefersTheVeryLocale) {
         {"en-US", "english"}, {"en_GB", "british"}, {"en", "english"}, {"pt-PT", "brazilian"}, {"de-DE", ""}, {"", ""}};
     for (const auto& [locale, id] : choices) {
         EXPECT_EQ(chosen(locale), id) << locale;
+    }
+}
+
+TEST_F(SpeechModelTest, choose_severalForALanguage_byWishOrBySize) {
+    add("large", manifest("large", R"("en", "de")"), 300);
+    add("middle", manifest("middle", R"("en")"), 200);
+    add("small", manifest("small", R"("en")"), 100);
+
+    struct Case {
+        std::string locale;
+        std::string choice;
+        std::string id;
+    };
+
+    for (const auto& [locale, choice, id] :
+         {Case{"en", "", "large"}, Case{"en", "bestWords", "large"}, Case{"en", "fastest", "small"},
+          Case{"en", "middle", "middle"}, Case{"en", "gone", "large"}, Case{"de", "fastest", "large"},
+          Case{"de", "middle", "large"}, Case{"fr", "middle", ""}}) {
+        EXPECT_EQ(chosen(locale, choice), id) << locale << " " << choice;
+        EXPECT_EQ(ModelChoice::from(choice).text(), choice.empty() ? "bestWords" : choice);
     }
 }
 

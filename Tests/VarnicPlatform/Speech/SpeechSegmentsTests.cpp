@@ -30,7 +30,7 @@ TrackLevels trackOf(double seconds, float level, const std::vector<Part>& parts)
 }
 
 std::vector<SpeechSegment> planned(const std::vector<Range>& speech, const TrackLevels& track) {
-    SegmentPlanner planner(track);
+    SegmentPlanner planner(track, 15);
     std::vector<SpeechSegment> segments;
     const auto take = [&] {
         while (const auto segment = planner.next()) {
@@ -94,7 +94,7 @@ TEST(SegmentPlanner, next_context_isRealSoundThatNobodyElseHears) {
 
 TEST(SegmentPlanner, next_longSilence_givesTheLastSpeechBeforeIt) {
     const TrackLevels track = trackOf(30, -20, {});
-    SegmentPlanner planner(track);
+    SegmentPlanner planner(track, 15);
     planner.add({1, 2});
     planner.advance(3);
     EXPECT_FALSE(planner.next()) << "speech that begins now is joined";

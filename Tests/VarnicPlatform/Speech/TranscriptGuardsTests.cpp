@@ -56,6 +56,22 @@ TEST(TranscriptGuards, isSuspicious_eachSign_isEnough) {
     EXPECT_TRUE(isSuspicious(dense, 10, 15));
 }
 
+TEST(TranscriptGuards, saidWords_descriptionsOfSounds_areNot) {
+    struct Case {
+        std::string text;
+        std::vector<bool> said;
+    };
+
+    for (const auto& [text, said] :
+         {Case{"It is only (dramatic music) that. [BLANK_AUDIO]", {true, true, true, false, false, true, false}},
+          Case{"♪ la la ♪", {false, true, true, false}},
+          Case{"*sighs* Fine *a door closes*", {false, true, false, false, false}},
+          Case{"10 to 12 f(x) it's", {true, true, true, true, true}}, Case{"Right. (door", {true, false}},
+          Case{"", {}}}) {
+        EXPECT_EQ(saidWords(text), said) << text;
+    }
+}
+
 TEST(TranscriptGuards, hasLetter_marksAndNumbersAlone_hasNone) {
     EXPECT_TRUE(hasLetter("¿é?"));
     EXPECT_FALSE(hasLetter(" 10. …"));

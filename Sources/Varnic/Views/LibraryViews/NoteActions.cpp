@@ -54,6 +54,12 @@ void NoteActions::transcribeAgain() {
     }
 }
 
+void NoteActions::copyLink() {
+    if (id_) {
+        model_.copyLink(*id_);
+    }
+}
+
 void NoteActions::remove() {
     if (id_) {
         model_.remove(*id_);

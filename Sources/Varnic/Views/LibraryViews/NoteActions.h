@@ -43,6 +43,8 @@ public:
     Q_INVOKABLE void togglePin();
     Q_INVOKABLE void exportAs(int index);
     Q_INVOKABLE void transcribeAgain();
+    /// What names the note to other programs.
+    Q_INVOKABLE void copyLink();
     /// Moves the note to the deleted ones; the toast brings it back.
     Q_INVOKABLE void remove();
 

@@ -40,6 +40,12 @@ Theme.PaperMenu {
     }
 
     Theme.PaperMenuItem {
+        text: "Copy Link"
+
+        onTriggered: NoteActions.copyLink()
+    }
+
+    Theme.PaperMenuItem {
         enabled: NoteActions.canTranscribe
         text: "Transcribe Again"
         visible: NoteActions.hasAudio

@@ -331,6 +331,10 @@ void NoteModel::copyEmail() {
     app_->copyEmail(id_);
 }
 
+void NoteModel::copyLink(double time) {
+    app_->copyLink(id_, time >= 1 ? std::optional(time) : std::nullopt);
+}
+
 void NoteModel::openInMail() {
     app_->openInMail(id_);
 }

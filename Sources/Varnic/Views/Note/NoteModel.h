@@ -141,6 +141,8 @@ public:
     Q_INVOKABLE void togglePin();
     Q_INVOKABLE void remove();
     Q_INVOKABLE void copyEmail();
+    /// What names the note to other programs; the moment of its call, in seconds, too unless that is the beginning.
+    Q_INVOKABLE void copyLink(double time);
     Q_INVOKABLE void openInMail();
 
 Q_SIGNALS:

@@ -1,5 +1,6 @@
 import QtQuick
 import Varnic.Note
+import Varnic.NotePage
 import Varnic.Theme as Theme
 
 /// What else can be done with the note.
@@ -7,6 +8,7 @@ Theme.PaperMenu {
     id: menu
 
     required property NoteModel note
+    required property CallPlayer player
 
     title: "More"
 
@@ -14,6 +16,12 @@ Theme.PaperMenu {
         text: menu.note.pinned ? "Unpin" : "Pin to Top"
 
         onTriggered: menu.note.togglePin()
+    }
+
+    Theme.PaperMenuItem {
+        text: menu.note.isCall && menu.player.time >= 1 ? "Copy Link to " + menu.player.stamp : "Copy Link"
+
+        onTriggered: menu.note.copyLink(menu.player.time)
     }
 
     Theme.PaperMenuItem {

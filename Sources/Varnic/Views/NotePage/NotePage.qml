@@ -46,6 +46,7 @@ FocusScope {
         anchors.left: parent.left
         anchors.right: panel.left
         note: theNote
+        player: thePlayer
     }
 
     BlockEditor {

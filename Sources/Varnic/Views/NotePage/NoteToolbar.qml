@@ -10,6 +10,7 @@ Item {
     /// Whether the buttons have room for their labels.
     readonly property bool labelled: exporter.labelledWidth + more.labelledWidth + (note.isCall ? transcript.labelledWidth + buttons.spacing : 0) + buttons.spacing + 2 * Theme.Space.m <= width
     required property NoteModel note
+    required property CallPlayer player
 
     implicitHeight: 44
 
@@ -76,6 +77,7 @@ Item {
                 id: moreMenu
 
                 note: toolbar.note
+                player: toolbar.player
             }
         }
     }

@@ -160,7 +160,9 @@ void Program::start(const Request& request) {
     }
     // A press of the desktop's own shortcut records without a window in the way of the call; the reminder, the pill and
     // the tray show what goes on.
-    if (request.kind == Request::Kind::toggleRecording || request.kind == Request::Kind::background) {
+    const bool isRecordingAskedFor =
+        request.kind == Request::Kind::toggleRecording || request.kind == Request::Kind::recordCall;
+    if (isRecordingAskedFor || request.kind == Request::Kind::background) {
         QMetaObject::invokeMethod(this, &Program::launch, Qt::QueuedConnection);
     } else {
         window_.activate();
@@ -169,6 +171,8 @@ void Program::start(const Request& request) {
 }
 
 void Program::launch() {
+    // Those of a program in a folder of the user's own.
+    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths() << QCoreApplication::applicationDirPath() + "/../share/icons");
     QGuiApplication::setWindowIcon(QIcon::fromTheme("app.brevin.Varnic"));
     tray_.emplace(model_, delegate_.menus().tray);
     tray_->clicked = [this](const QRect& icon) { toggleMenuBar(icon); };

@@ -86,6 +86,21 @@ SettingsPage {
             }
         }
 
+        ControlRow {
+            detail: "The transcript of a finished call. Live lines come from the fastest model."
+            text: "Speech model"
+            visible: RecordingSettings.hasSeveralModels
+
+            Theme.SegmentedControl {
+                choices: ["Best words", "Fastest"]
+                currentIndex: RecordingSettings.model
+                name: "Speech model"
+                segmentWidth: 84
+
+                onChosen: index => RecordingSettings.model = index
+            }
+        }
+
         FormRow {
             Theme.PaperSwitch {
                 isOn: RecordingSettings.liveTranscript

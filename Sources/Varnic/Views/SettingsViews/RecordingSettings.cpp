@@ -3,13 +3,13 @@
 #include "Varnic/Background.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Wording.h"
-#include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <QLocale>
 #include <QPointer>
 
 #include <algorithm>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace varnic {
@@ -32,6 +32,7 @@ RecordingSettings::RecordingSettings(AppModel& model, QObject* parent) : QObject
         watchers_.push_back(property.addNotifier([this] { Q_EMIT changed(); }));
     };
     follow(model.settings.localeID);
+    follow(model.settings.speechModel);
     follow(model.settings.liveTranscript);
     follow(model.settings.keepAudio);
 }
@@ -39,11 +40,13 @@ RecordingSettings::RecordingSettings(AppModel& model, QObject* parent) : QObject
 QCoro::Task<> RecordingSettings::lookForLanguages() {
     const QPointer self(this);
     const auto list = [reader = QLocale().name().toStdString()] {
-        return Permissions::onDeviceLanguages(SpeechModels::installed(SpeechModels::dataDirectories()), reader);
+        std::vector<SpeechModel> models = SpeechModels::installed(SpeechModels::dataDirectories());
+        std::vector<Permissions::Language> languages = Permissions::onDeviceLanguages(models, reader);
+        return std::pair(std::move(models), std::move(languages));
     };
-    std::vector<Permissions::Language> found = co_await inBackground(list);
-    if (self && found != languages_) {
-        languages_ = std::move(found);
+    auto found = co_await inBackground(list);
+    if (self && found != std::pair(models_, languages_)) {
+        std::tie(models_, languages_) = std::move(found);
         Q_EMIT changed();
     }
 }
@@ -76,6 +79,24 @@ QString RecordingSettings::otherLanguage() const {
     const QString tag = QString::fromStdString(model_.settings.localeID.value());
     const QString name = QLocale::languageToString(QLocale(tag).language());
     return QLocale(tag).language() == QLocale::C ? tag : name;
+}
+
+bool RecordingSettings::hasSeveralModels() const {
+    const auto fits = [locale = model_.settings.localeID.value()](const SpeechModel& model) {
+        return model.fits(locale);
+    };
+    return std::ranges::count_if(models_, fits) > 1;
+}
+
+int RecordingSettings::model() const {
+    const ModelChoice choice = ModelChoice::from(model_.settings.speechModel.value());
+    return choice.preference == ModelChoice::Preference::fastest ? 1 : 0;
+}
+
+void RecordingSettings::setModel(int model) {
+    const bool isFastest = model == 1;
+    const auto preference = isFastest ? ModelChoice::Preference::fastest : ModelChoice::Preference::bestWords;
+    model_.settings.speechModel = ModelChoice{.preference = preference, .id = {}}.text();
 }
 
 QString RecordingSettings::languageNote() {

@@ -2,6 +2,7 @@
 
 #include "Varnic/AppModel/AppModel.h"
 #include "VarnicPlatform/Capture/Permissions.h"
+#include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <QObject>
 #include <QQmlEngine>
@@ -22,6 +23,10 @@ class RecordingSettings : public QObject {
     Q_PROPERTY(int language READ language WRITE setLanguage NOTIFY changed)
     /// The language that holds, where it is none of them.
     Q_PROPERTY(QString otherLanguage READ otherLanguage NOTIFY changed)
+    /// Whether several speech models know the language.
+    Q_PROPERTY(bool hasSeveralModels READ hasSeveralModels NOTIFY changed)
+    /// Which of them writes finished calls down: 0 for the one with the best words, 1 for the fastest.
+    Q_PROPERTY(int model READ model WRITE setModel NOTIFY changed)
     Q_PROPERTY(QString languageNote READ languageNote CONSTANT)
     Q_PROPERTY(bool liveTranscript READ liveTranscript WRITE setLiveTranscript NOTIFY changed)
     Q_PROPERTY(bool keepAudio READ keepAudio WRITE setKeepAudio NOTIFY changed)
@@ -35,6 +40,9 @@ public:
     [[nodiscard]] int language() const;
     void setLanguage(int language);
     [[nodiscard]] QString otherLanguage() const;
+    [[nodiscard]] bool hasSeveralModels() const;
+    [[nodiscard]] int model() const;
+    void setModel(int model);
     [[nodiscard]] static QString languageNote();
 
     [[nodiscard]] bool liveTranscript() const { return model_.settings.liveTranscript.value(); }
@@ -57,6 +65,7 @@ private:
     QCoro::Task<> lookForLanguages();
 
     AppModel& model_;
+    std::vector<SpeechModel> models_;
     std::vector<Permissions::Language> languages_;
     std::vector<QPropertyNotifier> watchers_;
 };

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "VarnicPlatform/Speech/SpeechModel.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Tries speech models out in a process of their own: given files of another kind, the engine ends the process that it
+/// is in, and a recording with it.
+namespace varnic::ModelCheck {
+
+/// To be called first in a program's `main`: from then on `fault` starts the program once more to try a model out. In
+/// that second start it gives the exit code to end with at once.
+std::optional<int> enable(int argc, char** argv);
+
+/// Why a model can't be used, as a sentence that names it; nothing where it can, and in a program that didn't `enable`
+/// this. Blocks while the engine loads the model, a minute at most, once for each state of its files. Any thread.
+std::optional<std::string> fault(const SpeechModel& model);
+
+/// The one of SpeechModels::choose, without those that can't be used. Where there is none because of that, `faults`
+/// holds the sentences. Blocks as `fault` does.
+std::optional<SpeechModel> choose(std::vector<SpeechModel> models, std::string_view locale, const ModelChoice& choice,
+                                  std::vector<std::string>& faults);
+
+} // namespace varnic::ModelCheck
