@@ -47,12 +47,13 @@ class SettingsTest(unittest.TestCase):
         self.library = self.folder / "data/Varnic/Library"
         self.add_model("de")
 
-    def add_model(self, locale):
+    def add_model(self, locale, name=None):
         """Installs the English model once more, as one for another language that is written in capitals."""
+        name = name or locale
         model = Path(PROGRAM).parent.parent / "share/varnic/models/moonshine-tiny-en"
-        copy = self.folder / "data/varnic/models" / locale
+        copy = self.folder / "data/varnic/models" / name
         copy.mkdir(parents=True)
-        manifest = json.loads((model / "model.json").read_text()) | {"id": locale, "name": locale, "locales": [locale]}
+        manifest = json.loads((model / "model.json").read_text()) | {"id": name, "name": name, "locales": [locale]}
         (copy / "model.json").write_text(json.dumps(manifest))
         tokens = [line.rpartition(" ")[::2] for line in (model / "tokens.txt").read_text().splitlines()]
         (copy / "tokens.txt").write_text("".join(f"{in_capitals(token)} {number}\n" for token, number in tokens))
@@ -80,6 +81,7 @@ class SettingsTest(unittest.TestCase):
         return [json.loads(file.read_text()) for file in self.library.glob("notes/*.json")]
 
     def test_everySetting_setByKeyboard_isThereAfterARestart(self):
+        self.add_model("de", "another for German")  # with one model there is nothing to choose
         program = self.start()
         settings = Settings(program)
         wanted = {"General": {}, "Recording": {}, "Summaries": {}}
@@ -111,6 +113,7 @@ class SettingsTest(unittest.TestCase):
         choose("Recording", "Your microphone", "Virtual headset")
         choose("Recording", "Their side", "Virtual speakers")
         choose("Recording", "Language", "German")
+        choose("Recording", "Speech model", "Fastest")
         for name in ["Show the transcript live while recording", "Keep call audio after transcribing"]:
             turn("Recording", name)
 
