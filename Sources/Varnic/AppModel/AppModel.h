@@ -152,7 +152,7 @@ public:
 
     /// Has the library that is in the folder in place of this one, which stays where and as it is, and remembers that
     /// for this program and varnic-cli: for a second computer with a synchronised folder, and to find one that was lost
-    /// sight of. Refused when `moveLibrary` is.
+    /// sight of. Refused when `whyNotLeaveLibrary` says why.
     QCoro::Task<LibraryMoved> useLibrary(std::filesystem::path folder);
 
     /// Ends a move as soon as it can; its result says so.
@@ -161,7 +161,10 @@ public:
     /// Which part of the library has been copied, 0 to 1, while it moves.
     QProperty<std::optional<double>> libraryMove;
 
-    /// Why the library can't be moved or left now, the user's sentence; nothing where it can.
+    /// Why another library can't take the place of this one now, the user's sentence; nothing where it can.
+    [[nodiscard]] std::optional<std::string> whyNotLeaveLibrary() const;
+
+    /// Why the library can't be moved now: also where it can't be looked into.
     [[nodiscard]] std::optional<std::string> whyNotMoveLibrary() const;
 
     [[nodiscard]] std::filesystem::path audioFolder(const Uuid& id) const { return store_.audioFolder(id); }

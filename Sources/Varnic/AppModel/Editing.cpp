@@ -60,8 +60,9 @@ QCoro::Task<> AppModel::readLibrary() {
         store_.check(std::nullopt, onMain());
         co_return;
     }
+    const std::filesystem::path library = store_.root();
     LibraryQueue::Contents contents = co_await store_.load(currentDate());
-    if (!self) {
+    if (!self || library != store_.root()) { // another may have taken its place
         co_return;
     }
     isRead_ = !contents.problem;

@@ -55,7 +55,7 @@ QCoro::Task<AppModel::LibraryMoved> AppModel::useLibrary(std::filesystem::path f
         if (!self) {
             co_return {.isMoved = false, .sentence = "The program has ended."};
         }
-        if (const auto reason = whyNotMoveLibrary()) {
+        if (const auto reason = whyNotLeaveLibrary()) {
             throw LibraryMoveError(*reason);
         }
         saveAllBeforeLeaving();

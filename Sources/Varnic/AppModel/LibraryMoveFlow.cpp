@@ -23,7 +23,7 @@ std::string staying(std::size_t files, const std::filesystem::path& folder) {
 
 } // namespace
 
-std::optional<std::string> AppModel::whyNotMoveLibrary() const {
+std::optional<std::string> AppModel::whyNotLeaveLibrary() const {
     if (isDemo || isPlaceFixed_) {
         return "VARNIC_DATA_DIR says where the library is, so it can’t be moved from here.";
     }
@@ -32,6 +32,13 @@ std::optional<std::string> AppModel::whyNotMoveLibrary() const {
     }
     if (!processing.value().empty() || isImporting.value() || !aiRunning.value().empty()) {
         return "A call is being written down. The library can be moved after that.";
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> AppModel::whyNotMoveLibrary() const {
+    if (auto reason = whyNotLeaveLibrary()) {
+        return reason;
     }
     if (isUnreadable.value() || !isRead_) {
         return "The library can’t be looked into at the moment, so it can’t be moved.";
@@ -43,7 +50,7 @@ QCoro::Task<AppModel::LibraryMoved> AppModel::moveLibrary(std::filesystem::path 
     if (libraryMove.value()) {
         co_return {.isMoved = false, .sentence = "The library is being moved already."};
     }
-    if (const auto reason = whyNotMoveLibrary()) {
+    if (const auto reason = whyNotLeaveLibrary()) {
         co_return {.isMoved = false, .sentence = *reason};
     }
     const QPointer self(this);
@@ -58,8 +65,13 @@ QCoro::Task<AppModel::LibraryMoved> AppModel::moveLibrary(std::filesystem::path 
             }
         });
     };
-    const auto copy = [from = store_.root(), to = std::move(folder), report, stop = stopMove_.get_token()] {
+    // A library that can't be looked into stays, but another may take its place.
+    const auto copy = [from = store_.root(), to = std::move(folder), report, stop = stopMove_.get_token(),
+                       obstacle = whyNotMoveLibrary()] {
         auto copied = std::make_shared<LibraryMove>(from, to);
+        if (obstacle) {
+            throw LibraryMoveError(*obstacle);
+        }
         copied->copy(report, stop);
         return copied;
     };

@@ -112,7 +112,9 @@ void keepOneOfAnId(std::vector<ReadNote>& results, const std::vector<fs::path>& 
 
 bool LibraryStore::isIn(const fs::path& folder) {
     const auto isNote = [](const fs::path& file) { return Uuid::parse(file.stem().string()).has_value(); };
-    return std::ranges::any_of(noteFiles(folder / "notes"), isNote);
+    std::error_code failure;
+    return std::ranges::any_of(noteFiles(folder / "notes"), isNote) ||
+           (fs::is_directory(folder / "notes", failure) && fs::is_directory(folder / "audio", failure));
 }
 
 LibraryStore::LibraryStore(fs::path root) : root_(std::move(root)) {

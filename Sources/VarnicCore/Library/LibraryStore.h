@@ -46,7 +46,8 @@ public:
     /// Makes the folders for notes and audio where they are missing. A failure shows when something is saved.
     explicit LibraryStore(std::filesystem::path root);
 
-    /// Whether the folder holds a library with a note in it at least. Throws LibraryError where that can't be seen.
+    /// Whether the folder holds a library: a note in it at least, or both folders that the constructor makes. Throws
+    /// LibraryError where that can't be seen.
     static bool isIn(const std::filesystem::path& folder);
 
     [[nodiscard]] const std::filesystem::path& root() const { return root_; }

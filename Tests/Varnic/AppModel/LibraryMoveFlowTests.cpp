@@ -170,7 +170,17 @@ TEST_F(LibraryMoveFlowTests, lostLibrary_isSaidUntilItIsFound) {
     model.load();
     EXPECT_THAT(model->loadProblem.value().value_or(""), HasSubstr("Change Folder…"));
     LibraryStore(target).save(Note(Uuid::random(), "found", currentDate(), {}));
+    model.takeNotesAway();
+    QCoro::waitFor(model->load());
+    ASSERT_TRUE(waitUntil([this] { return model->isUnreadable.value(); }));
+    EXPECT_TRUE(move(target).isOtherThere) << "also from one that can't be looked into";
     EXPECT_TRUE(use(target).isMoved);
+    EXPECT_FALSE(model->isUnreadable.value());
+    ASSERT_EQ(model->notes().size(), 1);
+    model.putNotesBack();
+    const fs::path emptied = model.folder() / "emptied";
+    LibraryStore{emptied};
+    EXPECT_TRUE(move(emptied).isOtherThere) << "a library whose notes are all gone";
     EXPECT_EQ(model->loadProblem.value(), std::nullopt);
     EXPECT_FALSE(model->settings.isLibraryLost.value());
 }

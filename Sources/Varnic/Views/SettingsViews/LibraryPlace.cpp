@@ -32,7 +32,7 @@ void LibraryPlace::say(std::string sentence, bool isMoved) {
 }
 
 QCoro::Task<> LibraryPlace::chooseAndMove() {
-    if (const auto reason = model_.whyNotMoveLibrary()) {
+    if (const auto reason = model_.whyNotLeaveLibrary()) {
         say(*reason, false);
         co_return;
     }
