@@ -8,6 +8,7 @@ import Varnic.Theme as Theme
 ListRow {
     id: row
 
+    readonly property color chipGround: isCurrent ? Theme.Palette.surface : Theme.Palette.wash
     required property string cards
     required property string date
     required property bool hasTranscript
@@ -141,6 +142,7 @@ ListRow {
 
             Theme.Chip {
                 Accessible.ignored: true
+                color: row.chipGround
                 symbol: "phone.arrow.down.left"
                 text: row.length
                 visible: text !== ""
@@ -148,6 +150,7 @@ ListRow {
 
             Theme.Chip {
                 Accessible.ignored: true
+                color: row.chipGround
                 symbol: "checkmark.square"
                 text: row.todos
                 visible: text !== ""
@@ -155,6 +158,7 @@ ListRow {
 
             Theme.Chip {
                 Accessible.ignored: true
+                color: row.chipGround
                 symbol: "rectangle.on.rectangle.angled"
                 text: row.cards
                 visible: text !== ""

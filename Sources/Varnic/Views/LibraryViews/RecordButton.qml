@@ -37,13 +37,13 @@ Theme.PlainButton {
                 }
             }
 
-            // As wide as the widest text, so that nothing moves when a recording starts or its time grows.
+            // As wide as the widest time, so that nothing moves while it grows.
             Text {
                 anchors.verticalCenter: parent.verticalCenter
                 color: "white"
                 font: button.digits
                 text: RecordAction.isBusy ? RecordAction.stopText : idle.text
-                width: Math.ceil(Math.max(idle.advanceWidth, hour.advanceWidth))
+                width: Math.ceil(RecordAction.isBusy ? hour.advanceWidth : idle.advanceWidth)
             }
         }
     }
