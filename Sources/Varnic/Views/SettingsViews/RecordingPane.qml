@@ -91,11 +91,10 @@ SettingsPage {
             text: "Speech model"
             visible: RecordingSettings.hasSeveralModels
 
-            Theme.SegmentedControl {
+            Theme.PaperPicker {
                 choices: ["Best words", "Fastest"]
-                currentIndex: RecordingSettings.model
                 name: "Speech model"
-                segmentWidth: 84
+                selected: RecordingSettings.model
 
                 onChosen: index => RecordingSettings.model = index
             }
