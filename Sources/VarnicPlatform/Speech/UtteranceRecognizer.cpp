@@ -25,16 +25,16 @@ constexpr std::int64_t hangover = samplesOf(LiveVoiceActivity::hangover);
 /// How far before its notice speech may have begun: the detector averages over some of its windows.
 constexpr std::int64_t onset = samplesOf(LiveVoiceActivity::onset + 0.1);
 /// Longer speech is cut where it is quietest: what is decoded again and again has to stay short.
-constexpr std::int64_t longest = samplesOf(15);
+constexpr std::int64_t longest = samplesOf(10);
 /// Kept while nobody speaks.
 constexpr std::int64_t kept = onset + context;
 /// Silence that is really gone through at a gap: enough for everything open to end.
 constexpr std::int64_t longestWalk = samplesOf(1.2);
 
-/// Seconds of new audio after which the open utterance is decoded again: while it is short, and later.
+/// New audio after which the open utterance is decoded again: in seconds, and as a share of what has been decoded, so
+/// that all of it together is not decoded more than about five times.
 constexpr double quickStep = 0.7;
-constexpr double slowStep = 1.5;
-constexpr double shortUtterance = 5;
+constexpr double growth = 0.25;
 /// The share of the time that decoding unfinished utterances may take on one side.
 constexpr double partialShare = 0.15;
 
@@ -212,8 +212,8 @@ std::int64_t UtteranceRecognizer::audioEnd() const {
 }
 
 double UtteranceRecognizer::partialStep() const {
-    const bool isShort = secondsOf(position_ - speechStart_) <= shortUtterance;
-    return std::max(isShort ? quickStep : slowStep, cost_ / partialShare);
+    const double decoded = transcribed_ ? secondsOf(transcribed_->end - speechStart_) : 0;
+    return std::max({quickStep, growth * decoded, cost_ / partialShare});
 }
 
 double UtteranceRecognizer::fromFirst(std::int64_t position) const {
