@@ -4,6 +4,7 @@
 #include "Varnic/AppModel/AppPlaces.h"
 #include "Varnic/Background.h"
 #include "Varnic/EventLoop.h"
+#include "Varnic/LoopExecutor.h"
 #include "VarnicCore/Files/Folders.h"
 #include "VarnicCore/TemporaryFolder.h"
 
@@ -34,6 +35,7 @@ public:
         // Flows that wait for work end with it, and may wait for more.
         do {
             Background::waitForDone();
+            LoopExecutor::main().runPending();
             QCoreApplication::processEvents();
         } while (Background::isBusy());
     }

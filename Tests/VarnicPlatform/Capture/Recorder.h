@@ -26,6 +26,13 @@ inline bool comes(const std::function<bool()>& condition) {
 /// A capture and what it has delivered, each side laid out along the time line, with silence in gaps.
 class Recorder {
 public:
+    Recorder() = default;
+    Recorder(const Recorder&) = delete;
+    Recorder& operator=(const Recorder&) = delete;
+
+    /// Before anything that sound is added to is gone.
+    ~Recorder() { capture.stop(); }
+
     LiveCapture capture;
     WantedSides wanted;
     double hostStart = HostClock::now();

@@ -45,14 +45,16 @@ void appendWords(std::size_t row, const QString& text, std::vector<SpokenWord>& 
 
 std::vector<LiveTurnRow> turns(const std::vector<Segment>& committed,
                                const std::map<Speaker, std::vector<Segment>>& unfinished) {
-    std::vector<Segment> lines = committed;
+    std::map<Speaker, std::vector<Segment>> sides;
     std::set<Uuid> open;
+    for (const Segment& line : committed) {
+        sides[line.speaker].push_back(line);
+    }
     for (const Segment& line : unfinished | std::views::values | std::views::join) {
-        lines.push_back(line);
+        sides[line.speaker].push_back(line);
         open.insert(line.id);
     }
-    std::erase_if(lines, [](const Segment& line) { return line.text.empty(); });
-    std::ranges::stable_sort(lines, {}, &Segment::start);
+    const std::vector<Segment> lines = Diarisation::merge(sides[Speaker::you], sides[Speaker::them]);
     std::vector<LiveTurnRow> rows;
     std::map<Speaker, int> counted;
     auto line = lines.begin();

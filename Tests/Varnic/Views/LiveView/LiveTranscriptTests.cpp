@@ -117,6 +117,19 @@ TEST_F(LiveTranscriptTests, show_aTurnOfTheOtherSideIsARowOfItsOwn) {
     EXPECT_EQ(transcript.count(), 0);
 }
 
+TEST_F(LiveTranscriptTests, show_whatTheMicrophoneOverhears_isTheirsAlone) {
+    transcript.show({you(0, "Good morning, all.")}, {});
+    EXPECT_EQ(transcript.count(), 1);
+    transcript.show({you(0.1, "Good morning, all."), you(3, "Hello.")},
+                    {{Speaker::them, {them(0, "Good morning, all")}}});
+    ASSERT_EQ(transcript.count(), 2);
+    EXPECT_EQ(at(0, LiveTranscript::name), "Them");
+    EXPECT_EQ(at(1, LiveTranscript::words), "Hello.");
+    // The same words at another time are an answer.
+    transcript.show({them(0, "Good morning, all."), you(2, "Good morning, all.")}, {});
+    EXPECT_EQ(transcript.count(), 2);
+}
+
 TEST_F(LiveTranscriptTests, freshWordsDry) {
     transcript.show({them(0, "Good morning.")}, {});
     auto* ink = at(0, LiveTranscript::fresh).value<FreshInk*>();
