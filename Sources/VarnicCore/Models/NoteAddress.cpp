@@ -17,9 +17,8 @@ constexpr std::string_view timeKey = "?t=";
 /// Plain seconds, such as "83" or "83.5".
 std::optional<double> seconds(std::string_view text) {
     double value = 0;
-    const char* const last = text.data() + text.size();
-    const auto [end, error] = std::from_chars(text.data(), last, value, std::chars_format::fixed);
-    const bool isTime = error == std::errc() && end == last && std::isfinite(value) && value >= 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
+    const bool isTime = error == std::errc() && end == text.data() + text.size() && std::isfinite(value) && value >= 0;
     return isTime ? std::optional(value) : std::nullopt;
 }
 
