@@ -37,4 +37,11 @@ void Background::waitForDone() {
     started().clear();
 }
 
+void Background::finish() {
+    do {
+        waitForDone();
+        LoopExecutor::main().runPending();
+    } while (isBusy());
+}
+
 } // namespace varnic

@@ -27,6 +27,10 @@ bool isBusy();
 /// Waits for all that was started.
 void waitForDone();
 
+/// Waits for all that was started, lets the flows that wait for it go on, and waits for what those start: for the end
+/// of a program, when what the flows work on is gone.
+void finish();
+
 } // namespace Background
 
 // Work awaited by flows on the main thread. What it uses must live until it is done, also when nobody waits for it any

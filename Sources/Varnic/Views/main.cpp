@@ -1,5 +1,6 @@
 #include "BrevinKit/Updater/Installation.h"
 #include "Varnic/AppModel/AppPlaces.h"
+#include "Varnic/Background.h"
 #include "Varnic/DemoData/DemoData.h"
 #include "Varnic/SelfTest/SelfTest.h"
 #include "Varnic/Shell/CommandLine.h"
@@ -14,6 +15,7 @@
 #include <QFile>
 #include <QFontDatabase>
 #include <QMessageBox>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -111,6 +113,7 @@ int run(int argc, char** argv) {
     varnic::prepareFonts();
     // Listing the installed fonts takes long; it goes on beside the rest up to the first text, which waits for it.
     const std::jthread fonts([] { QFontDatabase::families(); });
+    const auto flows = qScopeGuard([] { varnic::Background::finish(); });
     varnic::Program program(demo ? varnic::AppPlaces::forDemo(pathOf(*demo)) : varnic::AppPlaces::fromEnvironment());
     QObject::connect(&program.model(), &varnic::AppModel::libraryMoved, &instance,
                      [&instance](const std::filesystem::path& folder) { instance.follow(folder); });

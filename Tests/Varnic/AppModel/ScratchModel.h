@@ -4,7 +4,6 @@
 #include "Varnic/AppModel/AppPlaces.h"
 #include "Varnic/Background.h"
 #include "Varnic/EventLoop.h"
-#include "Varnic/LoopExecutor.h"
 #include "VarnicCore/Files/Folders.h"
 #include "VarnicCore/TemporaryFolder.h"
 
@@ -32,10 +31,8 @@ public:
 
     ~ScratchModel() {
         model_.reset();
-        // Flows that wait for work end with it, and may wait for more.
         do {
-            Background::waitForDone();
-            LoopExecutor::main().runPending();
+            Background::finish();
             QCoreApplication::processEvents();
         } while (Background::isBusy());
     }
