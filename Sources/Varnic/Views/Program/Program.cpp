@@ -20,6 +20,7 @@
 #include <QDesktopServices>
 #include <QIcon>
 #include <QPointer>
+#include <QQmlComponent>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QUrl>
