@@ -179,7 +179,7 @@ TEST_F(LibraryMoveFlowTests, lostLibrary_isSaidUntilItIsFound) {
     ASSERT_EQ(model->notes().size(), 1);
     model.putNotesBack();
     const fs::path emptied = model.folder() / "emptied";
-    LibraryStore{emptied};
+    const LibraryStore made(emptied);
     EXPECT_TRUE(move(emptied).isOtherThere) << "a library whose notes are all gone";
     EXPECT_EQ(model->loadProblem.value(), std::nullopt);
     EXPECT_FALSE(model->settings.isLibraryLost.value());
