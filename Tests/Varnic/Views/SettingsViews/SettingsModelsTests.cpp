@@ -15,7 +15,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Not;
 
 TEST(MenuBarWindow, place_isBesideTheIconAndOnItsScreen) {
     constexpr QRect screen(100, 50, 1280, 720);
