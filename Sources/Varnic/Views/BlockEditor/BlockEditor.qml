@@ -22,7 +22,7 @@ EditorSurface {
     /// Opens the options of a block at an item.
     function showOptions(row: int, item: Item) {
         options.active = true;
-        options.item.open(row, item);
+        (options.item as BlockMenu).open(row, item);
     }
 
     blocks: theBlocks

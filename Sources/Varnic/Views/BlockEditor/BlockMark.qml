@@ -38,28 +38,8 @@ Loader {
 
                 background: Item {
                 }
-                contentItem: Item {
-                    Theme.Symbol {
-                        id: symbol
-
-                        anchors.centerIn: parent
-                        color: Theme.Palette.inkSoft
-                        name: mark.isDone ? "checkmark.square.fill" : "square"
-                        size: 16
-
-                        onNameChanged: replaced.restart()
-                    }
-
-                    NumberAnimation {
-                        id: replaced
-
-                        duration: Theme.Motion.snappy
-                        easing.type: Theme.Motion.easing
-                        from: 0.6
-                        property: "scale"
-                        target: symbol
-                        to: 1
-                    }
+                contentItem: TickBox {
+                    isDone: mark.isDone
                 }
 
                 onClicked: mark.toggled()

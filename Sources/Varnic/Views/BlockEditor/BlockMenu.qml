@@ -32,7 +32,7 @@ Theme.PaperMenu {
             options.close();
         }
 
-        target: options.blocks
+        target: options.blocks // qmllint disable type
     }
 
     Theme.PaperMenu {

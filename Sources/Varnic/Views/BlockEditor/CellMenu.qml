@@ -78,6 +78,6 @@ Theme.PaperMenu {
         text: "Block Options…"
 
         // Once this menu has given the keyboard back.
-        onTriggered: Qt.callLater(options.blockOptionsWanted)
+        onTriggered: Qt.callLater(options.blockOptionsWanted) // qmllint disable type
     }
 }

@@ -17,12 +17,14 @@ Item {
     component Side: Item {
         id: side
 
+        required property string blockId
         property alias color: letter.color
         property alias isCovered: words.isCovered
         property alias letter: letter.text
         property alias name: words.placeholder
         property alias part: words.part
-        property alias stored: words.stored
+        required property string stored
+        required property EditorSurface surface
 
         implicitHeight: words.implicitHeight + 2 * Theme.Space.m
 
@@ -44,8 +46,9 @@ Item {
             anchors.leftMargin: Theme.Space.s
             anchors.right: parent.right
             anchors.rightMargin: Theme.Space.m
-            blockId: block.blockId
-            surface: block.surface
+            blockId: side.blockId
+            stored: side.stored
+            surface: side.surface
             y: Theme.Space.m
         }
     }
@@ -72,11 +75,13 @@ Item {
             id: question
 
             anchors.left: parent.left
+            blockId: block.blockId
             color: Theme.Palette.you
             letter: "Q"
             name: "Question"
             part: 0
             stored: block.front
+            surface: block.surface
             width: (card.width - 1) / 2
         }
 
@@ -91,11 +96,13 @@ Item {
             id: answer
 
             anchors.right: parent.right
+            blockId: block.blockId
             color: Theme.Palette.them
             letter: "A"
             name: "Answer"
             part: 1
             stored: block.back
+            surface: block.surface
             width: (card.width - 1) / 2
         }
 

@@ -24,7 +24,7 @@ Item {
     /// Opens the options of a cell.
     function showOptions(cell: Item, column: int, tableRow: int) {
         options.active = true;
-        options.item.open(cell, column, tableRow);
+        (options.item as CellMenu).open(cell, column, tableRow);
     }
 
     implicitHeight: buttons.y + buttons.height + 6

@@ -23,7 +23,7 @@ Theme.IconButton {
         sourceComponent: Theme.PaperMenu {
             id: entries
 
-            title: button.help
+            title: "Main menu"
             width: 280
 
             Instantiator {

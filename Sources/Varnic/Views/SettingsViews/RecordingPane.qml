@@ -133,7 +133,7 @@ SettingsPage {
         Connections {
             function onChanged() {
                 if (LibraryPlace.sentence !== "")
-                    Qt.callLater(page.reveal, library);
+                    Qt.callLater(page.reveal, library); // qmllint disable type
             }
 
             target: LibraryPlace

@@ -9,7 +9,7 @@ PlainButton {
     /// Whether its text shows beside its symbol; it is its name in any case.
     property bool labelled: true
     /// The width that it has with its text.
-    readonly property real labelledWidth: face.labelledWidth + leftPadding + rightPadding
+    readonly property real labelledWidth: (contentItem as SymbolLabel).labelledWidth + leftPadding + rightPadding
     property string symbol
 
     bottomPadding: compact ? 3 : 5
@@ -30,8 +30,6 @@ PlainButton {
         }
     }
     contentItem: SymbolLabel {
-        id: face
-
         font: Theme.Typo.system(button.compact ? 12 : 13, Font.Medium)
         labelled: button.labelled
         symbol: button.symbol
