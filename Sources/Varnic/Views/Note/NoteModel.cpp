@@ -117,7 +117,9 @@ void NoteModel::takeSeek() {
     if (!wanted || wanted->note != id_) {
         return;
     }
-    app_->seek = std::nullopt;
+    // By a name: of one without, g++ 12 warns in optimised builds that its empty value is compared.
+    static const std::optional<AppModel::Seek> none;
+    app_->seek = none;
     if (isCall()) {
         app_->showTranscript = true;
         Q_EMIT seekRequested(wanted->time);
