@@ -2,6 +2,15 @@
 set(VARNIC_SITE "https://brevin.app/varnic")
 set(VARNIC_MAINTAINER "Brevin <varnic@brevin.app>")
 
+# package_of(RESULT COMPONENT): the name of the package that a component is installed by.
+function(package_of result component)
+    if(component STREQUAL "program")
+        set(${result} varnic PARENT_SCOPE)
+    else()
+        set(${result} varnic-${component} PARENT_SCOPE)
+    endif()
+endfunction()
+
 # What dpkg-shlibdeps does not see: modules that QML files name, fonts, files of other packages that are read. The test
 # PackageDependencies compares with what the programs use.
 set(VARNIC_DEPENDS
@@ -26,7 +35,10 @@ set(CPACK_PACKAGE_CONTACT "${VARNIC_MAINTAINER}")
 set(CPACK_PACKAGE_HOMEPAGE_URL "${VARNIC_SITE}")
 set(CPACK_PACKAGE_FILE_NAME "varnic-${PROJECT_VERSION}-linux-${CMAKE_SYSTEM_PROCESSOR}")
 set(CPACK_PACKAGE_DIRECTORY "${CMAKE_BINARY_DIR}/packages")
-set(CPACK_COMPONENTS_ALL program program-system models models-system)
+set(CPACK_COMPONENTS_ALL)
+foreach(component IN LISTS components)
+    list(APPEND CPACK_COMPONENTS_ALL ${component} ${component}-system)
+endforeach()
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_PROJECT_CONFIG_FILE "${CMAKE_CURRENT_LIST_DIR}/generators.cmake")
@@ -43,6 +55,11 @@ set(models_description
 "What Varnic, a private call recorder, needs to write down English speech on
 this machine: the speech model Moonshine tiny and the voice activity detector
 Silero.")
+set(whisper_summary "speech model of 99 languages for Varnic")
+set(whisper_description
+"What Varnic, a private call recorder, needs to write down speech of other
+languages than English on this machine, and English with fewer wrong words at
+three to four times the time: the speech model Whisper base.")
 
 # Debian
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -55,10 +72,15 @@ set(CPACK_DEBIAN_VARNIC_PACKAGE_SHLIBDEPS ON)
 list(JOIN VARNIC_DEPENDS ", " depends)
 set(CPACK_DEBIAN_VARNIC_PACKAGE_DEPENDS "${depends}, varnic-models (= ${PROJECT_VERSION})")
 list(JOIN VARNIC_RECOMMENDS ", " CPACK_DEBIAN_VARNIC_PACKAGE_RECOMMENDS)
+set(CPACK_DEBIAN_VARNIC_PACKAGE_SUGGESTS varnic-models-whisper)
 set(CPACK_DEBIAN_VARNIC-MODELS_PACKAGE_NAME varnic-models)
 set(CPACK_DEBIAN_VARNIC-MODELS_DESCRIPTION "${models_summary}\n${models_description}")
 set(CPACK_DEBIAN_VARNIC-MODELS_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_VARNIC-MODELS_PACKAGE_ENHANCES varnic)
+set(CPACK_DEBIAN_VARNIC-MODELS-WHISPER_PACKAGE_NAME varnic-models-whisper)
+set(CPACK_DEBIAN_VARNIC-MODELS-WHISPER_DESCRIPTION "${whisper_summary}\n${whisper_description}")
+set(CPACK_DEBIAN_VARNIC-MODELS-WHISPER_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_VARNIC-MODELS-WHISPER_PACKAGE_ENHANCES varnic)
 
 # RPM. Built on Debian it asks for Debian's libraries; another distribution builds its own by the same words.
 set(CPACK_RPM_COMPONENT_INSTALL ON)
@@ -72,10 +94,15 @@ set(CPACK_RPM_PACKAGE_AUTOPROV OFF)
 set(CPACK_RPM_VARNIC_PACKAGE_SUMMARY "Private call recorder and note library")
 set(CPACK_RPM_VARNIC_PACKAGE_DESCRIPTION "${description}")
 set(CPACK_RPM_VARNIC_PACKAGE_REQUIRES "varnic-models = ${PROJECT_VERSION}")
+set(CPACK_RPM_VARNIC_PACKAGE_SUGGESTS varnic-models-whisper)
 set(CPACK_RPM_VARNIC-MODELS_PACKAGE_NAME varnic-models)
 set(CPACK_RPM_VARNIC-MODELS_PACKAGE_SUMMARY "Speech model and detector for Varnic")
 set(CPACK_RPM_VARNIC-MODELS_PACKAGE_DESCRIPTION "${models_description}")
 set(CPACK_RPM_VARNIC-MODELS_PACKAGE_ARCHITECTURE noarch)
+set(CPACK_RPM_VARNIC-MODELS-WHISPER_PACKAGE_NAME varnic-models-whisper)
+set(CPACK_RPM_VARNIC-MODELS-WHISPER_PACKAGE_SUMMARY "Speech model of 99 languages for Varnic")
+set(CPACK_RPM_VARNIC-MODELS-WHISPER_PACKAGE_DESCRIPTION "${whisper_description}")
+set(CPACK_RPM_VARNIC-MODELS-WHISPER_PACKAGE_ARCHITECTURE noarch)
 set(CPACK_RPM_CHANGELOG_FILE "${CMAKE_CURRENT_BINARY_DIR}/changelog.rpm")
 # The package's own libraries are nobody else's to bring.
 set(CPACK_RPM_SPEC_MORE_DEFINE "%global __requires_exclude ^lib(onnxruntime|sherpa-onnx).*$
@@ -92,9 +119,9 @@ foreach(size IN ITEMS 16x16 22x22 24x24 32x32 48x48 64x64 128x128 256x256 512x51
 endforeach()
 
 include(CPack)
-cpack_add_component_group(varnic)
-cpack_add_component_group(varnic-models)
-cpack_add_component(program GROUP varnic)
-cpack_add_component(program-system GROUP varnic)
-cpack_add_component(models GROUP varnic-models)
-cpack_add_component(models-system GROUP varnic-models)
+foreach(component IN LISTS components)
+    package_of(package ${component})
+    cpack_add_component_group(${package})
+    cpack_add_component(${component} GROUP ${package})
+    cpack_add_component(${component}-system GROUP ${package})
+endforeach()

@@ -120,6 +120,39 @@ class Wayland(unittest.TestCase):
         wait_for(lambda: "dropped" in told.read_text(), "the file dropped")
         wait_for(lambda: [note for note in self.notes() if note.get("call", {}).get("segments")], "the call as a note")
 
+    def toggle_recording(self):
+        """What a user binds to a key of the desktop."""
+        environment = os.environ | {"VARNIC_DATA_DIR": str(self.library)}
+        self.assertEqual(output(PROGRAM, "--toggle-recording", env=environment).returncode, 0)
+
+    def displayed(self):
+        """How many notifications are on the screen."""
+        return output("dunstctl", "count", "displayed", text=True).stdout.strip()
+
+    def test_recording_isStartedByACommandAndStoppedInItsNotification(self):
+        config = self.folder / "dunstrc"
+        config.write_text("[global]\ndmenu = grep Stop\n")
+        self.spawn("dunst", "-conf", config)
+        wait_for(lambda: self.displayed() == "0", "who shows notifications")
+        program = self.start()
+        self.toggle_recording()
+        program.press("Start Recording")
+        wait_for(lambda: self.displayed() == "1", "the notification")
+        program.expect("Stop recording")
+        self.assertEqual(output("dunstctl", "context").returncode, 0)
+        wait_for(self.notes, "the recording as a note")
+        wait_for(lambda: self.displayed() == "0", "the notification gone")
+        # Consent is asked for once.
+        self.toggle_recording()
+        wait_for(lambda: self.displayed() == "1", "the notification of the second recording")
+        self.toggle_recording()
+        wait_for(lambda: len(self.notes()) == 2, "the second recording as a note")
+
+    def test_settings_nameTheCommandForAKey(self):
+        program = self.start_in_front()
+        self.desktop.seat.key("ctrl+comma")
+        program.expect("…In its keyboard settings, set a shortcut for the command “varnic --toggle-recording”…")
+
     def test_scaledScreen_isDrawnInItsOwnPoints(self):
         self.addCleanup(self.desktop.message, "output", "*", "scale", "1")
         program = self.start_in_front()

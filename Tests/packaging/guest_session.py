@@ -6,6 +6,7 @@ or with the input.
 
 import json
 import os
+import shutil
 import signal
 import subprocess
 import sys
@@ -46,6 +47,18 @@ class Session:
         if (code := self.program.end()) != 0:
             raise AssertionError(f"it ended with {code}")
 
+    def prove(self):
+        """The program's own test, on this screen and with this sound."""
+        library = HOME / "selftest"
+        verdicts = []
+        for mode in ["flow", "persist"]:
+            told = self.run("env", f"VARNIC_SELFTEST={mode}", f"VARNIC_DATA_DIR={library}", f"VARNIC_FIXTURE_DIR={CALL}", "varnic")
+            verdicts.append(told.splitlines()[-1])
+            if not verdicts[-1].startswith("SELFTEST OK "):
+                raise AssertionError(told)
+        shutil.rmtree(library)
+        return f"under X with sound: {', '.join(verdicts)}"
+
     def start(self):
         self.open_program()
         return json.loads(self.run("varnic-cli", "devices", "--json"))["microphone"]
@@ -62,7 +75,7 @@ class Session:
         for name in playing:
             self.desktop.sound.stop(name)
         self.call = wait_for(lambda: next((note for note in self.notes() if note.get("call", {}).get("segments")), None),
-                             "the transcript")
+                             "the transcript", seconds=600)
         speakers = {segment["speaker"] for segment in self.call["call"]["segments"]}
         if speakers != {"you", "them"}:
             raise AssertionError(f"only {speakers} were heard")

@@ -7,9 +7,11 @@ is there already, and VARNIC_APT_CACHE a folder that keeps what is downloaded.
 """
 
 import hashlib
+import json
 import os
 import re
 import shutil
+import stat
 import subprocess
 import sys
 import tempfile
@@ -21,7 +23,9 @@ HERE = Path(__file__).resolve().parent
 SOURCE = HERE.parent.parent
 FIXTURES = SOURCE / "Tests/fixtures"
 PACKAGES = Path(sys.argv[1]).resolve()
-OWN = ["varnic", "varnic-models"]
+QML_MODULES = PACKAGES.parent / "qml"
+MODELS = {"varnic-models": "moonshine-tiny-en", "varnic-models-whisper": "whisper-base"}
+SPACE = "VARNIC_PACKAGES_ROOT"
 # What the walk needs besides the packages, whose dependencies are tried before.
 TOOLS = ["at-spi2-core", "dbus", "desktop-file-utils", "libglib2.0-bin", "openbox", "python3", "python3-pyatspi", "trayer",
          "wireplumber", "x11-utils", "xdg-utils", "xdotool", "xvfb", "imagemagick", "xz-utils"]
@@ -37,6 +41,16 @@ def said(*arguments, **options):
     """What a command prints, however it ends, and its exit code."""
     run = subprocess.run(list(map(str, arguments)), stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, **options)
     return run.stdout, run.returncode
+
+
+def field(package, name):
+    """What a package's control file says."""
+    return said("dpkg-deb", "--field", package, name)[0].strip()
+
+
+def names(relations):
+    """The packages that a field such as Depends names, the first of alternatives."""
+    return [re.match(r"\S+", relation.strip())[0] for relation in relations.split(",")]
 
 
 class Checks(unittest.TestCase):
@@ -72,6 +86,29 @@ class Checks(unittest.TestCase):
             # It leaves a folder where it runs.
             self.expect_clean("flatpak-builder", "--show-manifest", SOURCE / "packaging/flatpak/app.brevin.Varnic.yml", cwd=folder)
 
+    def test_dependencies_that_no_tool_finds_are_named(self):
+        """The test PackageDependencies, on what the package says at last."""
+        program = packages("varnic_*.deb")[0]
+        depends, recommends = (";".join(names(field(program, kind))) for kind in ["Depends", "Recommends"])
+        self.expect_clean(sys.executable, HERE / "dependencies_test.py", SOURCE / "Sources", QML_MODULES, depends, recommends)
+
+    def test_every_library_is_the_package_s_own_or_of_one_that_is_named(self):
+        program = packages("varnic_*.deb")[0]
+        depends = names(field(program, "Depends"))
+        cached = dict(re.findall(r"^\s*(\S+) \(libc6,x86-64.*\) => (\S+)$", said("/sbin/ldconfig", "-p")[0], re.MULTILINE))
+        with tempfile.TemporaryDirectory() as folder:
+            self.expect_clean("dpkg-deb", "-x", program, folder)
+            binaries = [file for file in Path(folder).rglob("*")
+                        if file.is_file() and not file.is_symlink() and file.read_bytes()[:4] == b"\x7fELF"]
+            self.assertGreaterEqual({file.name for file in binaries}, {"varnic", "varnic-cli", "libonnxruntime.so"})
+            own = {file.name for file in binaries}
+            for file in binaries:
+                needed = re.findall(r"\(NEEDED\).*\[(.*)\]", self.expect_clean("readelf", "-d", file))
+                self.assertIn("libc.so.6", needed, file)
+                for library in set(needed) - own:
+                    owner = said("dpkg-query", "--search", Path(cached[library]).resolve())[0].split(":")[0]
+                    self.assertIn(owner, depends, f"{file.name} needs {library}")
+
     def test_programs_look_for_their_own_libraries_beside_themselves(self):
         with tempfile.TemporaryDirectory() as folder:
             self.expect_clean("tar", "-xf", packages("*.tar.xz")[0], "-C", folder)
@@ -84,27 +121,42 @@ class Checks(unittest.TestCase):
 
 
 class Root:
-    """A bare Debian in a folder of its own, gone with this process's mounts."""
+    """A bare Debian in the folder that `in_a_space_of_its_own` has made. Its mounts are seen, and are gone, with this
+    process and its children alone."""
+
+    DEVICES = {"null": (1, 3), "zero": (1, 5), "full": (1, 7), "random": (1, 8), "urandom": (1, 9), "tty": (5, 0)}
 
     def __init__(self):
-        self.folder = Path(tempfile.mkdtemp(prefix="varnic-root-"))
-        self.folder.chmod(0o755)
-        tar = os.environ.get("VARNIC_BARE_ROOT")
-        if tar:
+        self.folder = Path(os.environ[SPACE])
+        if tar := os.environ.get("VARNIC_BARE_ROOT"):
             subprocess.run(["tar", "-xpf", tar, "-C", self.folder], check=True)
         else:
             subprocess.run(["mmdebstrap", "--quiet", "--variant=minbase", "bookworm", self.folder], check=True)
         shutil.copy("/etc/resolv.conf", self.folder / "etc/resolv.conf")
-        for kind in ["--rbind /dev", "--bind /proc"]:
-            option, path = kind.split()
-            subprocess.run(["mount", option, path, self.folder / path[1:]], check=True)
+        self.make_devices()
+        self.mount("--bind", "/proc", "proc")
         if cache := os.environ.get("VARNIC_APT_CACHE"):
-            archives = self.folder / "var/cache/apt/archives"
-            archives.mkdir(parents=True, exist_ok=True)
-            subprocess.run(["mount", "--bind", cache, archives], check=True)
+            self.mount("--bind", cache, "var/cache/apt/archives")
         self.run("apt-get", "-q", "update")
         self.run("useradd", "--create-home", "guest")
         (self.folder / "trial").mkdir()
+
+    def mount(self, *words):
+        (self.folder / words[-1]).mkdir(parents=True, exist_ok=True)
+        subprocess.run(["mount", *words[:-1], self.folder / words[-1]], check=True)
+
+    def make_devices(self):
+        """Devices of its own, of which this system's do not depend."""
+        devices = self.folder / "dev"
+        self.mount("-t", "tmpfs", "-o", "mode=755", "tmpfs", "dev")
+        for name, number in self.DEVICES.items():
+            os.mknod(devices / name, stat.S_IFCHR, os.makedev(*number))
+            (devices / name).chmod(0o666)
+        (devices / "fd").symlink_to("/proc/self/fd")
+        (devices / "shm").mkdir()
+        (devices / "shm").chmod(0o1777)
+        self.mount("-t", "devpts", "-o", "newinstance,ptmxmode=666", "devpts", "dev/pts")
+        (devices / "ptmx").symlink_to("pts/ptmx")
 
     def command(self, *arguments, user="root", **environment):
         home = "/root" if user == "root" else f"/home/{user}"
@@ -127,12 +179,6 @@ class Root:
         for file in files:
             (shutil.copytree if file.is_dir() else shutil.copy)(file, self.folder / "trial" / file.name)
         return [f"/trial/{file.name}" for file in files]
-
-    def close(self):
-        subprocess.run(["umount", "--recursive", "--lazy", self.folder / "dev"])
-        subprocess.run(["umount", "--lazy", self.folder / "proc", self.folder / "var/cache/apt/archives"],
-                       stderr=subprocess.DEVNULL)
-        shutil.rmtree(self.folder, ignore_errors=True)
 
 
 def earlier(package: Path, folder: Path) -> Path:
@@ -174,7 +220,6 @@ class Walk(unittest.TestCase):
     def setUp(self):
         self.began = time.monotonic()
         self.root = Root()
-        self.addCleanup(self.root.close)
         self.library = self.root.folder / "home/guest/.local/share/Varnic/Library"
 
     def tell(self, text):
@@ -182,6 +227,10 @@ class Walk(unittest.TestCase):
 
     def install(self, *what):
         self.root.run("apt-get", "-q", "-y", "--no-install-recommends", "install", *what)
+
+    def models(self):
+        """The speech models that the user has, each tried out."""
+        return {model["id"] for model in json.loads(self.root.run("varnic-cli", "models", "--check", "--json", user="guest"))["models"]}
 
     def selftest(self, program="varnic"):
         for mode in ["flow", "persist"]:
@@ -195,8 +244,8 @@ class Walk(unittest.TestCase):
         return {str(file.relative_to(self.library)): hashlib.sha256(file.read_bytes()).hexdigest()
                 for file in self.library.rglob("*") if file.is_file()}
 
-    def versions(self):
-        return self.root.run("dpkg-query", "-W", "-f", "${Version}\n", *OWN).split()
+    def versions(self, own):
+        return set(self.root.run("dpkg-query", "-W", "-f", "${Version}\n", *own).split())
 
     def leftovers(self):
         """Files of the packages that are still there."""
@@ -207,14 +256,18 @@ class Walk(unittest.TestCase):
     def test_install_use_upgrade_remove(self):
         self.tell("a bare Debian is there")
         debs = packages("*.deb")
+        own = [field(deb, "Package") for deb in debs]
         with tempfile.TemporaryDirectory() as folder:
             before = self.root.bring(*[earlier(deb, Path(folder)) for deb in debs])
+        all_told = len(re.findall("^Inst ", self.root.run("apt-get", "-s", "install", *before), re.MULTILINE))
         there = self.root.installed()
         self.install(*before)
         brought = len(self.root.installed()) - len(there)
-        sizes = ", ".join(f"{deb.name} {deb.stat().st_size / 1e6:.1f} MB" for deb in debs)
-        self.tell(f"installed: {sizes}; {brought} packages with those that they need")
+        sizes = ", ".join(f"{deb.name} {deb.stat().st_size / 1e6:.1f} MB ({int(field(deb, 'Installed-Size')) / 1e3:.0f} MB "
+                          "installed)" for deb in debs)
+        self.tell(f"installed: {sizes}; {brought} packages with those that they need, {all_told} with what they recommend")
         self.assertRegex(self.root.run("varnic-cli", "--version", user="guest"), r"^varnic-cli \d")
+        self.assertEqual(self.models(), {model for package, model in MODELS.items() if package in own})
 
         # Nothing but the packages and what they ask for, and voices for the call.
         self.install("flite")
@@ -224,6 +277,7 @@ class Walk(unittest.TestCase):
         self.root.bring(HERE / "guest_session.py", FIXTURES)
         guest = Guest(self.root)
         self.addCleanup(guest.process.kill)
+        self.tell(guest.do("prove"))
         self.tell(guest.do("start"))
         call = guest.do("record")
         self.tell(f"recorded a call: {call}")
@@ -232,7 +286,7 @@ class Walk(unittest.TestCase):
 
         kept = self.contents()
         self.root.run("apt-get", "-q", "-y", "install", *self.root.bring(*debs))
-        self.assertFalse([version for version in self.versions() if "~before" in version])
+        self.assertEqual(self.versions(own), {field(deb, "Version") for deb in debs})
         self.assertEqual(self.contents(), kept)
         guest.do("goon")
         self.tell("upgraded under a running program, which goes on; the new one has the library")
@@ -242,10 +296,10 @@ class Walk(unittest.TestCase):
 
         kept = self.contents()
         self.assertGreaterEqual(len(kept), 4)
-        self.root.run("apt-get", "-q", "-y", "remove", *OWN)
+        self.root.run("apt-get", "-q", "-y", "remove", *own)
         self.assertEqual(self.leftovers(), [])
         self.assertNotIn("varnic", self.root.installed())
-        self.root.run("dpkg", "--purge", *OWN)
+        self.root.run("dpkg", "--purge", *own)
         self.assertEqual(self.leftovers(), [])
         self.assertEqual(self.contents(), kept)
         self.tell("removed and purged; the library stays")
@@ -256,8 +310,18 @@ class Walk(unittest.TestCase):
         self.selftest("/home/guest/a folder of mine/bin/varnic")
 
 
+def in_a_space_of_its_own():
+    """Runs this program again where its mounts and processes end with it, and takes the folder of its root away after them."""
+    folder = Path(tempfile.mkdtemp(prefix="varnic-root-"))
+    folder.chmod(0o755)
+    try:
+        return subprocess.run(["unshare", "--mount", "--pid", "--fork", "--kill-child", "--mount-proc", sys.executable, *sys.argv],
+                              env=os.environ | {SPACE: str(folder)}).returncode
+    finally:
+        subprocess.run(["rm", "-rf", "--one-file-system", folder], check=True)
+
+
 if __name__ == "__main__":
-    if os.environ.get("VARNIC_PACKAGES_MOUNTS") is None:
-        os.environ["VARNIC_PACKAGES_MOUNTS"] = "own"
-        os.execvp("unshare", ["unshare", "--mount", "--pid", "--fork", "--kill-child", "--mount-proc", sys.executable, *sys.argv])
+    if SPACE not in os.environ:
+        sys.exit(in_a_space_of_its_own())
     unittest.main(argv=[sys.argv[0], *sys.argv[2:]], verbosity=2)
