@@ -449,6 +449,21 @@ class Devices(CommandLine):
             self.assertIn(sentence, run.stderr)
         self.assertIn("again", self.succeed("transcribe", "--them", track, "--model", "fastest").lower())
 
+    def test_a_damaged_noise_reduction_is_done_without(self):
+        installed = next(Path(PROGRAM).parents[1].glob("share/varnic/noise"), None)
+        if installed is None:
+            self.skipTest("no noise reduction is installed")
+        noise = self.folder / "data/varnic/noise"
+        shutil.copytree(installed, noise)
+        # The library ends the process that it is in, given such a file.
+        os.truncate(next(noise.glob("*.tar.gz")), 1000)
+        self.environment["XDG_DATA_HOME"] = str(self.folder / "data")
+        track = self.folder / "noisy.wav"
+        subprocess.run(["ffmpeg", "-v", "error", "-i", Path(RECORDINGS) / "beckett.wav", "-f", "lavfi", "-i",
+                        "anoisesrc=d=20:a=0.02:seed=7", "-filter_complex", "amix=2:normalize=0:duration=first", track],
+                       check=True)
+        self.assertIn("again", self.succeed("transcribe", "--them", track, "--model", "fastest").lower())
+
     def test_a_sound_system_is_described(self):
         with SoundSystem(pulse=False) as sound:
             run = self.devices(sound.environment, "--json")

@@ -25,9 +25,10 @@ constexpr int rate = SpeechRecognizer::rate;
 
 /// Cuts a segment in two at a moment.
 std::pair<SpeechSegment, SpeechSegment> cutAt(const SpeechSegment& segment, double moment) {
-    const auto& [speech, audio] = segment;
-    return {{{speech.start, std::clamp(moment, speech.start, speech.end)}, {audio.start, moment}},
-            {{std::clamp(moment, speech.start, speech.end), speech.end}, {moment, audio.end}}};
+    std::pair halves(segment, segment);
+    halves.first.audio.end = halves.second.audio.start = moment;
+    halves.first.speech.end = halves.second.speech.start = std::clamp(moment, segment.speech.start, segment.speech.end);
+    return halves;
 }
 
 /// Leaves out what describes sounds.

@@ -1,6 +1,7 @@
 #include "VarnicPlatform/Speech/ModelCheck.h"
 
 #include "VarnicCore/Pipeline/Transcriber.h"
+#include "VarnicPlatform/Speech/NoiseReduction.h"
 #include "VarnicPlatform/Speech/SpeechRecognizer.h"
 
 #include <fmt/format.h>
@@ -12,8 +13,10 @@
 #include <cstdint>
 #include <exception>
 #include <filesystem>
+#include <iterator>
 #include <map>
 #include <mutex>
+#include <ranges>
 #include <span>
 #include <string_view>
 #include <system_error>
@@ -27,45 +30,56 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view option = "--try-speech-model";
-/// Seconds that trying a model out may take.
+constexpr std::string_view modelOption = "--try-speech-model";
+constexpr std::string_view networkOption = "--try-noise-reduction";
+/// Seconds that trying one out may take.
 constexpr unsigned patience = 60;
 
 std::atomic<bool> isEnabled = false;
 
-/// Whether the engine takes the model of a folder and hears something, be it nothing, with it.
-int tryOut(const fs::path& folder) {
+/// The engine takes the model of a folder and hears something, be it nothing, with it.
+void tryModel(const fs::path& folder) {
+    const std::vector<float> second(SpeechRecognizer::rate);
+    static_cast<void>(SpeechRecognizer::create(SpeechModel::load(folder), "en").decode(second));
+}
+
+/// A missing library tells nothing about the network.
+void tryNetwork(const fs::path& network) {
+    if (std::optional<NoiseReduction> reduction = NoiseReduction::create(network)) {
+        static_cast<void>(reduction->clean(std::vector<float>(NoiseReduction::rate)));
+    }
+}
+
+int tryOut(void (*attempt)(const fs::path&), const fs::path& what) {
     ::alarm(patience);
     try {
-        const SpeechModel model = SpeechModel::load(folder);
-        const std::vector<float> second(SpeechRecognizer::rate);
-        static_cast<void>(SpeechRecognizer::create(model, "en").decode(second));
+        attempt(what);
         return 0;
     } catch (const std::exception&) {
         return 1;
     }
 }
 
-bool isUsable(const fs::path& folder) {
+bool passes(std::string_view option, const fs::path& what) {
     std::error_code error;
     std::string program = fs::read_symlink("/proc/self/exe", error);
     std::string word(option);
-    std::string name = folder;
+    std::string name = what;
     std::array<char*, 4> command{program.data(), word.data(), name.data(), nullptr};
     int status = 0;
     const auto flags = static_cast<GSpawnFlags>(G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
-    // A program that can't be started tells nothing about the model.
+    // A program that can't be started tells nothing about the files.
     return g_spawn_sync(nullptr, command.data(), nullptr, flags, nullptr, nullptr, nullptr, nullptr, &status,
                         nullptr) == FALSE ||
            status == 0;
 }
 
-/// Sizes and times of the model's files, by which changed ones are told.
+/// Sizes and times of files, by which changed ones are told.
 using State = std::vector<std::pair<std::uintmax_t, fs::file_time_type>>;
 
-State stateOf(const SpeechModel& model) {
+State stateOf(const std::vector<fs::path>& files) {
     State state;
-    for (const auto& [role, file] : model.files) {
+    for (const fs::path& file : files) {
         std::error_code error;
         const std::uintmax_t size = fs::file_size(file, error);
         state.emplace_back(size, fs::last_write_time(file, error));
@@ -73,36 +87,50 @@ State stateOf(const SpeechModel& model) {
     return state;
 }
 
+/// Tries out what consists of these files, once for each state of them.
+bool passes(std::string_view option, const fs::path& what, const std::vector<fs::path>& files) {
+    if (!isEnabled) {
+        return true;
+    }
+    // Held while something is tried out: both sides of a call ask at once.
+    static std::mutex lock;
+    static std::map<fs::path, std::pair<State, bool>> known;
+    const std::scoped_lock guard(lock);
+    State state = stateOf(files);
+    auto found = known.find(what);
+    if (found == known.end() || found->second.first != state) {
+        const bool usable = passes(option, what);
+        found = known.insert_or_assign(what, std::pair(std::move(state), usable)).first;
+    }
+    return found->second.second;
+}
+
 } // namespace
 
 std::optional<int> enable(int argc, char** argv) {
     const std::span words(argv, static_cast<std::size_t>(argc));
-    if (words.size() == 3 && words[1] == option) {
-        return tryOut(words[2]);
+    if (words.size() == 3 && words[1] == modelOption) {
+        return tryOut(tryModel, words[2]);
+    }
+    if (words.size() == 3 && words[1] == networkOption) {
+        return tryOut(tryNetwork, words[2]);
     }
     isEnabled = true;
     return std::nullopt;
 }
 
 std::optional<std::string> fault(const SpeechModel& model) {
-    if (!isEnabled) {
-        return std::nullopt;
-    }
-    // Held while a model is tried out: both sides of a call ask at once.
-    static std::mutex lock;
-    static std::map<fs::path, std::pair<State, bool>> known;
-    const std::scoped_lock guard(lock);
-    State state = stateOf(model);
-    auto found = known.find(model.folder);
-    if (found == known.end() || found->second.first != state) {
-        const bool usable = isUsable(model.folder);
-        found = known.insert_or_assign(model.folder, std::pair(std::move(state), usable)).first;
-    }
-    if (found->second.second) {
+    std::vector<fs::path> files;
+    std::ranges::copy(std::views::values(model.files), std::back_inserter(files));
+    if (passes(modelOption, model.folder, files)) {
         return std::nullopt;
     }
     return fmt::format("The speech model “{}” in {} can’t be used: its files are damaged or of another kind.",
                        model.name, model.folder.string());
+}
+
+bool isUsable(const fs::path& network) {
+    return passes(networkOption, network, {network});
 }
 
 std::optional<SpeechModel> choose(std::vector<SpeechModel> models, std::string_view locale, const ModelChoice& choice,

@@ -2,13 +2,14 @@
 
 #include "VarnicPlatform/Speech/SpeechModel.h"
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-/// Tries speech models out in a process of their own: given files of another kind, the engine ends the process that it
-/// is in, and a recording with it.
+/// Tries speech models and the network of NoiseReduction out in a process of their own: given files of another kind,
+/// the engine ends the process that it is in, and a recording with it.
 namespace varnic::ModelCheck {
 
 /// To be called first in a program's `main`: from then on `fault` starts the program once more to try a model out. In
@@ -18,6 +19,10 @@ std::optional<int> enable(int argc, char** argv);
 /// Why a model can't be used, as a sentence that names it; nothing where it can, and in a program that didn't `enable`
 /// this. Blocks while the engine loads the model, a minute at most, once for each state of its files. Any thread.
 std::optional<std::string> fault(const SpeechModel& model);
+
+/// Whether a network of NoiseReduction can be used; true in a program that didn't `enable` this. Blocks as `fault`
+/// does.
+bool isUsable(const std::filesystem::path& network);
 
 /// The one of SpeechModels::choose, without those that can't be used. Where there is none because of that, `faults`
 /// holds the sentences. Blocks as `fault` does.

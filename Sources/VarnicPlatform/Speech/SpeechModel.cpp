@@ -1,8 +1,12 @@
 #include "VarnicPlatform/Speech/SpeechModel.h"
 
+#include "VarnicCore/Text/Unicode.h"
+
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 #include <unicode/locid.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
 
 #include <algorithm>
 #include <array>
@@ -43,10 +47,28 @@ const std::array<EngineForm, 4>& engineForms() {
     return forms;
 }
 
+/// A larger manifest is a file of another kind: one that names a hundred languages takes two kilobytes.
+constexpr std::uintmax_t largestManifest = 1 << 20;
+
+/// A part of a manifest for a sentence in one line, since it may be of any length and bytes.
+std::string shown(std::string_view text, std::int32_t most = 80) {
+    icu::UnicodeString line = Unicode::utf16(text);
+    if (line.length() > most) {
+        line.truncate(line.getChar32Start(most));
+        line.append(u'…');
+    }
+    for (std::int32_t index = 0; index < line.length(); ++index) {
+        if (u_iscntrl(line[index]) != 0) {
+            line.setCharAt(index, u' ');
+        }
+    }
+    return Unicode::utf8(line);
+}
+
 const EngineForm& formNamed(const std::string& name) {
     const auto* found = std::ranges::find(engineForms(), name, &EngineForm::name);
     if (found == engineForms().end()) {
-        throw std::runtime_error(fmt::format("unknown engine “{}”", name));
+        throw std::runtime_error(fmt::format("unknown engine “{}”", shown(name)));
     }
     return *found;
 }
@@ -55,10 +77,11 @@ const EngineForm& formNamed(const std::string& name) {
 fs::path fileIn(const fs::path& folder, const std::string& name) {
     const fs::path relative = fs::path(name).lexically_normal();
     if (name.empty() || relative.is_absolute() || *relative.begin() == "..") {
-        throw std::runtime_error(fmt::format("“{}” lies outside of the model’s folder", name));
+        throw std::runtime_error(fmt::format("“{}” lies outside of the model’s folder", shown(name)));
     }
-    if (!fs::is_regular_file(folder / relative)) {
-        throw std::runtime_error(fmt::format("“{}” is missing", name));
+    std::error_code error;
+    if (!fs::is_regular_file(folder / relative, error)) {
+        throw std::runtime_error(fmt::format("“{}” is missing", shown(name)));
     }
     return folder / relative;
 }
@@ -67,6 +90,18 @@ icu::Locale localeOf(std::string_view tag) {
     std::string name(tag);
     std::ranges::replace(name, '-', '_');
     return icu::Locale::createCanonical(name.c_str());
+}
+
+void requireNames(const SpeechModel& model) {
+    if (model.id.empty() || ModelChoice::from(model.id).id != model.id) {
+        throw std::runtime_error(fmt::format("“{}” can’t be its id", model.id));
+    }
+    if (model.name.empty()) {
+        throw std::runtime_error("its name is empty");
+    }
+    if (model.locales.empty()) {
+        throw std::runtime_error("no language is named");
+    }
 }
 
 void requireFiles(const SpeechModel& model, const std::vector<Roles>& forms) {
@@ -99,9 +134,17 @@ bool SpeechModel::fits(std::string_view locale) const {
 }
 
 SpeechModel SpeechModel::load(const fs::path& folder) {
-    std::ifstream in(folder / "model.json");
-    if (!in) {
+    const fs::path file = folder / "model.json";
+    std::error_code error;
+    std::ifstream in;
+    if (fs::is_regular_file(file, error)) { // reading from a pipe would wait
+        in.open(file);
+    }
+    if (!in.is_open()) {
         throw std::runtime_error("there is no model.json");
+    }
+    if (fs::file_size(file) > largestManifest) {
+        throw std::runtime_error("model.json is no manifest: it is too large");
     }
     // nlohmann's exceptions are std::exception, but not std::runtime_error.
     try {
@@ -119,12 +162,15 @@ SpeechModel SpeechModel::load(const fs::path& folder) {
             model.files[role] = fileIn(folder, name.get<std::string>());
             model.bytes += fs::file_size(model.files[role]);
         }
+        requireNames(model);
         requireFiles(model, form.forms);
         return model;
-    } catch (const nlohmann::json::exception& error) {
+    } catch (const nlohmann::json::exception& why) {
         // Behind the library's own "[json.exception…] ".
-        const std::string_view what = error.what();
-        throw std::runtime_error(fmt::format("model.json is no manifest: {}", what.substr(what.find("] ") + 2)));
+        const std::string_view what = why.what();
+        constexpr std::int32_t most = 200;
+        throw std::runtime_error(
+            fmt::format("model.json is no manifest: {}", shown(what.substr(what.find("] ") + 2), most)));
     }
 }
 

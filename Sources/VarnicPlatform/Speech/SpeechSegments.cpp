@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <functional>
+#include <iterator>
 #include <limits>
 #include <numeric>
 
@@ -16,6 +17,11 @@ namespace {
 constexpr double longestPause = 1;
 constexpr double audibleMargin = 0.5;
 constexpr double shortestPause = 0.15;
+/// How long the noise of a room is remembered, and how much of it has to be heard, in seconds.
+constexpr double noiseMemory = 60;
+constexpr double enoughNoise = 1;
+/// Decibels of full scale that even a good microphone's noise is above.
+constexpr float plainSilence = -90;
 
 /// Puts ranges that are at most `gap` apart together.
 std::vector<Range> bridged(const std::vector<Range>& ranges, double gap) {
@@ -94,6 +100,24 @@ float SpeechSegments::meanLevel(const std::vector<Range>& parts, const TrackLeve
         }
     }
     return count == 0 ? -120.0F : static_cast<float>(10 * std::log10(sum / static_cast<double>(count)));
+}
+
+float SpeechSegments::pauseLevel(const std::vector<Range>& speech, double before, const TrackLevels& track) {
+    std::vector<float> pauses;
+    double end = std::max(before - noiseMemory, 0.0);
+    const auto add = [&](double until) {
+        std::ranges::copy_if(track.within({end, until}), std::back_inserter(pauses),
+                             [](float level) { return level > plainSilence; });
+    };
+    for (const Range& range : speech) {
+        if (range.end > end && range.start < before) {
+            add(range.start);
+            end = range.end;
+        }
+    }
+    add(before);
+    const bool isEnough = static_cast<double>(pauses.size()) * track.frame >= enoughNoise;
+    return isEnough ? percentile(pauses, 0.5) : -120;
 }
 
 std::vector<Range> SpeechSegments::voicedRuns(Range part, const TrackLevels& track) {

@@ -15,6 +15,9 @@ struct SpeechSegment {
     VoiceActivity::Range speech;
     /// What the engine is given: the same with a little of the real audio around it.
     VoiceActivity::Range audio;
+    /// The level of the pauses around it in decibels of full scale, once speech is brought to
+    /// SpeechSegments::speechLevel.
+    float noise = -120;
 
     bool operator==(const SpeechSegment&) const = default;
 };
@@ -44,6 +47,11 @@ std::vector<VoiceActivity::Range> audible(const TrackLevels& track, float thresh
 
 /// The mean level over parts of a track, in decibels: that of their mean power.
 float meanLevel(const std::vector<VoiceActivity::Range>& parts, const TrackLevels& track);
+
+/// The level of the pauses in the minute before a moment, in decibels: the median of their frames' levels. `speech` is
+/// all speech of that minute. Plain silence is no pause, for no microphone was open then; -120 where the pauses
+/// together are shorter than a second, as they are among other voices.
+float pauseLevel(const std::vector<VoiceActivity::Range>& speech, double before, const TrackLevels& track);
 
 /// The runs within a part in which there is a voice, judged by the part's own levels; pauses shorter than 0.15 s are
 /// not seen. Never empty for a part with a level.

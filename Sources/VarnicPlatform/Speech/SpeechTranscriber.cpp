@@ -5,6 +5,7 @@
 #include "VarnicCore/Transcript/Utterances.h"
 #include "VarnicPlatform/Speech/GuardedDecoding.h"
 #include "VarnicPlatform/Speech/ModelCheck.h"
+#include "VarnicPlatform/Speech/NoiseReduction.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 #include "VarnicPlatform/Speech/SpeechRecognizer.h"
 #include "VarnicPlatform/Speech/TrackSegmenter.h"
@@ -24,6 +25,8 @@ namespace {
 /// A longer pause in seconds ends a line of the transcript.
 constexpr double lineGap = 1.2;
 constexpr double mostProgress = 0.99;
+/// Speech is cleaned where the pauses around it are louder than this, with the speech at SpeechSegments::speechLevel.
+constexpr float noisy = -40;
 
 std::string displayName(const std::string& locale, const std::string& displayLocale) {
     icu::UnicodeString name;
@@ -47,6 +50,36 @@ SpeechModel modelFor(const std::string& locale, const ModelChoice& choice,
     }
     return *std::move(model);
 }
+
+/// Takes noise out of the segments that have much of it, where noise reduction is installed.
+class Quietening {
+public:
+    explicit Quietening(const std::vector<std::filesystem::path>& dataDirectories)
+        : network_(NoiseReduction::network(dataDirectories)) {}
+
+    /// What is to be decoded of a segment, until the next one's turn.
+    std::span<const float> of(std::span<const float> samples, const SpeechSegment& segment) {
+        if (segment.noise <= noisy || !isReady()) {
+            return samples;
+        }
+        clean_ = reduction_->clean(samples);
+        return clean_;
+    }
+
+private:
+    bool isReady() {
+        // It is looked for once, and not at all in a quiet track.
+        const std::optional<std::filesystem::path> network = std::exchange(network_, std::nullopt);
+        if (network && ModelCheck::isUsable(*network)) {
+            reduction_ = NoiseReduction::create(*network);
+        }
+        return reduction_.has_value();
+    }
+
+    std::optional<std::filesystem::path> network_;
+    std::optional<NoiseReduction> reduction_;
+    std::vector<float> clean_;
+};
 
 } // namespace
 
@@ -74,9 +107,11 @@ std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, con
             }
             return recognizer->decode(samples);
         };
+        Quietening quietening(dataDirectories_);
         std::vector<TimedWord> words;
         const auto transcribe = [&](std::span<const float> samples, const SpeechSegment& segment) {
-            const std::vector<TimedWord> said = GuardedDecoding::decode(samples, segment, segmenter.levels(), decode);
+            const std::vector<TimedWord> said =
+                GuardedDecoding::decode(quietening.of(samples, segment), segment, segmenter.levels(), decode);
             words.insert(words.end(), said.begin(), said.end());
         };
         segmenter.run(transcribe, [&progress](double done) { progress(std::min(done, mostProgress)); });

@@ -130,10 +130,11 @@ private:
 class Pass {
 public:
     /// `feed` finds the speech; without one it has to be told by `know` beforehand.
-    Pass(TrackAudio audio, std::optional<AudibleFeed> feed, const TrackLevels& track, double longest,
+    /// `gain` is in decibels.
+    Pass(Reading read, float gain, std::optional<AudibleFeed> feed, const TrackLevels& track, double longest,
          const TrackSegmenter::OnSegment& onSegment, const ProgressCallback& progress)
-        : audio_(std::move(audio)), feed_(std::move(feed)), planner_(track, longest), length_(track.seconds()),
-          onSegment_(onSegment), progress_(progress) {}
+        : audio_(std::move(read), std::pow(10.0F, gain / 20)), gain_(gain), feed_(std::move(feed)), track_(track),
+          planner_(track, longest), onSegment_(onSegment), progress_(progress) {}
 
     /// All of the track's speech.
     void know(const std::vector<Range>& speech) {
@@ -170,11 +171,12 @@ private:
 
     void tell() {
         told_ = position();
-        progress_(std::min(told_ / length_, 1.0));
+        progress_(std::min(told_ / track_.seconds(), 1.0));
     }
 
     void add(const std::vector<Range>& speech) {
         std::ranges::for_each(speech, [this](const Range& range) { planner_.add(range); });
+        speech_.insert(speech_.end(), speech.begin(), speech.end());
     }
 
     void give(bool isEnd) {
@@ -182,6 +184,7 @@ private:
             if (!isEnd && sampleAt(next_->audio.end) > audio_.position()) {
                 return;
             }
+            next_->noise = SpeechSegments::pauseLevel(speech_, next_->speech.end, track_) + gain_;
             onSegment_(audio_.part(next_->audio), *next_);
             next_.reset();
             tell();
@@ -195,9 +198,12 @@ private:
     }
 
     TrackAudio audio_;
+    float gain_;
     std::optional<AudibleFeed> feed_;
+    const TrackLevels& track_;
     SegmentPlanner planner_;
-    double length_;
+    /// All that is known.
+    std::vector<Range> speech_;
     double told_ = 0;
     const TrackSegmenter::OnSegment& onSegment_;
     const ProgressCallback& progress_;
@@ -224,8 +230,8 @@ void TrackSegmenter::run(const OnSegment& onSegment, const ProgressCallback& pro
         feed.emplace(SpeechDetector::create(*detector_),
                      SpeechSegments::audible(track_, level - SpeechSegments::silenceBelowSpeech));
     }
-    const float gain = std::pow(10.0F, (SpeechSegments::speechLevel - level) / 20);
-    Pass pass(TrackAudio(reading(spoken_, echo_), gain), std::move(feed), track_, longest_, onSegment, progress);
+    Pass pass(reading(spoken_, echo_), SpeechSegments::speechLevel - level, std::move(feed), track_, longest_,
+              onSegment, progress);
     if (!detector_) {
         pass.know(loud);
     }

@@ -1,8 +1,10 @@
 #include "VarnicCore/Audio/SoundFiles.h"
+#include "VarnicCore/Text/Unicode.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -54,6 +56,15 @@ TEST_F(SpeechModelTest, installed_brokenModels_areSkippedWithAReason) {
     add("unknown", manifest("unknown", R"("en")", "e.onnx", "oracle"));
     add("roles", manifest("roles", R"("en")", "e.onnx", "transducer"));
     add("types", manifest("types", "7"));
+    add("bytes", "{\"id\": \"\xFF\", \"name\": \"" + std::string(1000, '\x01'));
+    add("lengthy", manifest("lengthy", R"("en")", std::string(5000, 'e')));
+    add("mute", manifest("mute", ""));
+    // These two mean something else in settings.
+    add("nameless", manifest("", R"("en")"));
+    add("reserved", manifest("fastest", R"("en")"));
+    add("pipe", "");
+    fs::remove(root() / "varnic/models/pipe/model.json");
+    ASSERT_EQ(::mkfifo((root() / "varnic/models/pipe/model.json").c_str(), 0600), 0);
     fs::create_directories(root() / "varnic/models/empty");
     std::vector<SpeechModels::Skipped> skipped;
     const auto models = SpeechModels::installed({root() / "nowhere", root()}, &skipped);
@@ -64,9 +75,12 @@ TEST_F(SpeechModelTest, installed_brokenModels_areSkippedWithAReason) {
     for (const auto& [folder, reason] : skipped) {
         folders.push_back(folder.filename());
         EXPECT_FALSE(reason.empty());
+        EXPECT_LT(reason.size(), 300U) << reason;
+        EXPECT_EQ(Unicode::utf8(Unicode::utf16(reason)), reason) << "malformed in " << folder;
     }
-    EXPECT_THAT(folders, ::testing::ElementsAre("absolute", "climbing", "cut", "empty", "incomplete", "roles", "types",
-                                                "unknown"));
+    EXPECT_THAT(folders,
+                ::testing::ElementsAre("absolute", "bytes", "climbing", "cut", "empty", "incomplete", "lengthy", "mute",
+                                       "nameless", "pipe", "reserved", "roles", "types", "unknown"));
 }
 
 TEST_F(SpeechModelTest, choose_locale_prefersTheVeryLocale) {

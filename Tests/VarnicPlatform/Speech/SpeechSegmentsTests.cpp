@@ -132,5 +132,25 @@ TEST(SpeechSegments, voicedRuns_pauses_areSeenInQuietAndInNoise) {
     }
 }
 
+struct Noise {
+    std::string what;
+    TrackLevels track;
+    std::vector<Range> speech;
+    float level;
+};
+
+TEST(SpeechSegments, pauseLevel_lastMinute_isThatOfItsPauses) {
+    const TrackLevels room = trackOf(70, -45, {{{5, 15}, -20}, {{16, 40}, -22}});
+    for (const auto& [what, track, speech, level] :
+         {Noise{"a room", room, {{5, 15}, {16, 40}}, -45}, Noise{"clicks", trackOf(70, -50, {{{20, 24}, -5}}), {}, -50},
+          Noise{"voices all over", room, {{0.3, 69.5}}, -120},
+          Noise{"a muted side", trackOf(70, -120, {{{20, 30}, -40}}), {{22, 28}}, -40},
+          Noise{"a minute ago", trackOf(70, -55, {{{0, 9}, -30}}), {}, -55},
+          Noise{"speech that is still to come", trackOf(90, -48, {{{69, 90}, -20}}), {{69.2, 80}}, -48}}) {
+        EXPECT_EQ(SpeechSegments::pauseLevel(speech, 70, track), level) << what;
+    }
+    EXPECT_EQ(SpeechSegments::pauseLevel({}, 70, {}), -120);
+}
+
 } // namespace
 } // namespace varnic
