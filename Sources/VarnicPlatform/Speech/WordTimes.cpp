@@ -17,6 +17,9 @@ namespace {
 
 /// What a pause inside of a phrase costs, in seconds of misplacement for each second of pause.
 constexpr double unpunctuatedCost = 0.6;
+/// How much longer than the engine tells the last word before a pause may last, in seconds: to the engine it ends with
+/// the sound that it knows it by.
+constexpr double longestTail = 1;
 
 bool endsPhrase(std::string_view word) {
     return !word.empty() && std::string_view(".?!,;:").find(word.back()) != std::string_view::npos;
@@ -97,13 +100,16 @@ std::vector<TimedWord> spread(std::string_view text, const std::vector<Range>& v
 }
 
 void fit(std::vector<TimedWord>& words, const std::vector<Range>& voiced) {
-    for (TimedWord& word : words) {
+    for (std::size_t index = 0; index < words.size(); ++index) {
+        TimedWord& word = words[index];
         const double end = word.start + word.duration;
         const auto first = std::ranges::upper_bound(voiced, word.start, {}, &Range::end);
         const auto behind = std::ranges::lower_bound(voiced, end, {}, &Range::start);
         if (first < behind) {
+            const Range& last = *std::prev(behind);
+            const bool isLast = index + 1 == words.size() || words[index + 1].start >= last.end;
             word.start = std::max(word.start, first->start);
-            word.duration = std::min(end, std::prev(behind)->end) - word.start;
+            word.duration = std::min(isLast ? end + longestTail : end, last.end) - word.start;
         }
     }
 }

@@ -15,7 +15,8 @@ namespace varnic::WordTimes {
 std::vector<TimedWord> spread(std::string_view text, const std::vector<VoiceActivity::Range>& voiced);
 
 /// Words as an engine timed them, in order, with the pauses before and behind a word taken from it: engines count those
-/// to one of its sides. A word in whose time there is no voice stays as it is.
+/// to one of its sides. The last word before a pause lasts until that, within a second. A word in whose time there is
+/// no voice stays as it is.
 void fit(std::vector<TimedWord>& words, const std::vector<VoiceActivity::Range>& voiced);
 
 } // namespace varnic::WordTimes
