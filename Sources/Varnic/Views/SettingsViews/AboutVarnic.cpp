@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QTextDocument>
 
+#include <fmt/format.h>
+
 namespace varnic {
 
 namespace {
@@ -50,7 +52,7 @@ QString AboutVarnic::licence() {
 }
 
 void AboutVarnic::writeToSupport() const {
-    model_.desktop.openURL(std::string("mailto:") + address);
+    model_.desktop.openURL(fmt::format("mailto:{}", address));
 }
 
 } // namespace varnic
