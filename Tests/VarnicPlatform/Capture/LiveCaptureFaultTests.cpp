@@ -189,11 +189,14 @@ TEST_F(LiveCaptureTest, microphoneVanishes_anotherStandsInUntilItReturns) {
     run("add-source second");
     recorder.start();
     feedMicrophone();
-    run("feed " + tone({600}) + " second");
     ASSERT_TRUE(recorder.comesToHear(Speaker::you, micTone));
     run("remove test-mic");
+    EXPECT_TRUE(comes([&] {
+        return recorder.capture.notice() == "“Virtual test-mic” is gone — recording from “Virtual second” instead.";
+    }));
+    // Not before: PipeWire 0.3.65 now and then leaves a player asleep whose microphone nobody has listened to.
+    run("feed " + tone({600}) + " second");
     EXPECT_TRUE(recorder.comesToHear(Speaker::you, 600));
-    EXPECT_EQ(recorder.capture.notice(), "“Virtual test-mic” is gone — recording from “Virtual second” instead.");
     run("add-source test-mic");
     feedMicrophone();
     EXPECT_TRUE(recorder.comesToHear(Speaker::you, micTone));
