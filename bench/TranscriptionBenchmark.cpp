@@ -60,7 +60,7 @@ void compare(const char* what, const SpokenTrack& track) {
     std::vector<bench::Cost> ratios;
     for (int turn = 0; turn < turns; ++turn) {
         all.push_back(bench::costOf(
-            [&] { lines = SpeechTranscriber("en-US", {}, data).transcribe(track, [](double) {}, {}).size(); }));
+            [&] { lines = SpeechTranscriber({"en-US"}, {}, data).transcribe(track, [](double) {}, {}).size(); }));
         if (turn == 0) {
             peak = peakMegabytes();
             TrackSegmenter(track, SpeechModels::detectorFile(data), model->longestSegment(), {})

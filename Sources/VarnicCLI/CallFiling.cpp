@@ -7,9 +7,8 @@
 namespace varnic::cli {
 
 FilingOptions FilingOptions::from(const Arguments& arguments) {
-    return {arguments.valueOr("your-name", ""), arguments.valueOr("their-name", ""),
-            arguments.valueOr("language", "en-US"), wishedModel(arguments, ModelChoice().text()),
-            arguments.has("json")};
+    return {arguments.valueOr("your-name", ""), arguments.valueOr("their-name", ""), wishedLanguage(arguments, "en-US"),
+            wishedModel(arguments, ModelChoice().text()), arguments.has("json")};
 }
 
 void apply(const FilingOptions& options, AppSettings& settings) {

@@ -17,12 +17,16 @@ struct FilingOptions {
     std::string speechModel;
     bool json = false;
 
-    /// From --your-name, --their-name, --language, --model and --json. Throws as `wishedModel` does.
+    /// From --your-name, --their-name, --language, --model and --json. Throws as `wishedLanguage` and `wishedModel` do.
     static FilingOptions from(const Arguments& arguments);
 };
 
 /// The application with these names and this language, and with its own summaries.
 void apply(const FilingOptions& options, AppSettings& settings);
+
+/// The setting for the language: what --language wishes, else `otherwise`. Throws std::runtime_error where it is to be
+/// found out and no model that is installed can.
+std::string wishedLanguage(const Arguments& arguments, const std::string& otherwise);
 
 /// The setting for the speech model: what --model wishes, else `otherwise`. Throws std::runtime_error for a model that
 /// is not installed or can't be used.

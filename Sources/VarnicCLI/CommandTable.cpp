@@ -19,7 +19,8 @@ Option theirName() {
 Option language(const std::string& otherwise) {
     return {.name = "language",
             .value = "LOCALE",
-            .help = "the language spoken" + otherwise + "; a speech model for it must be installed",
+            .help =
+                "the language spoken" + otherwise + "; auto has it found out; a speech model for it must be installed",
             .choice = Choice::language};
 }
 

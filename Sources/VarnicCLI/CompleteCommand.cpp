@@ -43,7 +43,11 @@ Candidates devices(const std::vector<SoundDevice>& devices) {
 
 Candidates languages() {
     Candidates candidates;
-    for (const SpeechModel& model : SpeechModels::installed(SpeechModels::dataDirectories())) {
+    const std::vector<SpeechModel> models = SpeechModels::installed(SpeechModels::dataDirectories());
+    if (SpeechModels::tellLanguages(models)) {
+        candidates.push_back({std::string(LanguageChoice::automatic), "found out for each call"});
+    }
+    for (const SpeechModel& model : models) {
         for (const std::string& locale : model.locales) {
             if (std::ranges::find(candidates, locale, &Candidate::text) == candidates.end()) {
                 candidates.push_back({locale, model.name});

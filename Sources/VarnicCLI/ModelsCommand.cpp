@@ -74,6 +74,17 @@ ExitCode models(const Arguments& arguments) {
     return faults.empty() && !installed.empty() ? ExitCode::success : ExitCode::failure;
 }
 
+std::string wishedLanguage(const Arguments& arguments, const std::string& otherwise) {
+    std::string wish = arguments.valueOr("language", otherwise);
+    if (wish == LanguageChoice::automatic &&
+        !SpeechModels::tellLanguages(SpeechModels::installed(SpeechModels::dataDirectories()))) {
+        throw std::runtime_error(
+            "No speech model that is installed can tell languages apart. Whisper’s models of several "
+            "languages can; or say the language with --language.");
+    }
+    return wish;
+}
+
 std::string wishedModel(const Arguments& arguments, const std::string& otherwise) {
     const std::optional<std::string> wish = arguments.value("model");
     if (!wish) {

@@ -129,7 +129,9 @@ void print(const CallDigest& digest, const std::string& yourName, const std::str
     for (const ActionItem& action : digest.actions) {
         Terminal::print("  [ ] {}{}\n", action.text, tag(action.owner, action.due, names));
     }
-    Terminal::print("\n{}\nSubject: {}\n\n{}\n", bold("Follow-up email"), digest.email.subject, digest.email.body);
+    if (digest.email != EmailDraft()) {
+        Terminal::print("\n{}\nSubject: {}\n\n{}\n", bold("Follow-up email"), digest.email.subject, digest.email.body);
+    }
 }
 
 } // namespace varnic::cli

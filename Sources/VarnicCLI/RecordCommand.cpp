@@ -225,7 +225,7 @@ ExitCode record(const Arguments& arguments) {
     Application application;
     AppModel& model = application.model;
     model.settings.liveTranscript = !arguments.has("no-live");
-    model.settings.localeID = arguments.valueOr("language", model.settings.localeID.value());
+    model.settings.localeID = wishedLanguage(arguments, model.settings.localeID.value());
     model.settings.speechModel = wishedModel(arguments, model.settings.speechModel.value());
     model.settings.yourName = arguments.valueOr("your-name", model.settings.yourName.value());
     const auto capture = std::make_shared<LiveCapture>(devicesOf(arguments, model.settings));

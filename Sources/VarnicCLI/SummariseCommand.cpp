@@ -65,7 +65,8 @@ void checkRequest(AppModel& model, const CallRecord& call) {
     const DigestContext context{.callDate = call.startedAt,
                                 .yourName = model.settings.yourName.value(),
                                 .themName = call.themName,
-                                .source = call.source};
+                                .source = call.source,
+                                .language = call.language};
     const KeyReading key = QCoro::waitFor(model.apiKey.readForRequest());
     try {
         static_cast<void>(model.aiSummariser(key)->request(call.segments, context, model.region));

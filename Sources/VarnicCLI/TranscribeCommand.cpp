@@ -61,7 +61,7 @@ Uuid transcribeAgain(Application& application, const std::string& idStart, const
     if (!LibraryLock::forCall(model.audioFolder(before.id))) {
         throw std::runtime_error("Another program is transcribing this call.");
     }
-    model.settings.localeID = arguments.valueOr("language", before.call->language);
+    model.settings.localeID = wishedLanguage(arguments, before.call->language);
     if (const auto name = arguments.value("their-name")) {
         model.renameThem(before.id, *name);
     }
@@ -82,7 +82,6 @@ CallImport callOf(const Arguments& arguments, const FilingOptions& options) {
         .files = {.you = recordingOf(Speaker::you, arguments), .them = recordingOf(Speaker::them, arguments)},
         .source = arguments.valueOr("source", "Call"),
         .themName = options.themName,
-        .language = options.language,
         .isFiledAtOnce = false};
     if (call.files.speakers().empty()) {
         throw UsageError("give a recording with --you, --them or both, or a call with --note");

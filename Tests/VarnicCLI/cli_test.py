@@ -465,6 +465,15 @@ class Devices(CommandLine):
                        check=True)
         self.assertIn("again", self.succeed("transcribe", "--them", track, "--model", "fastest").lower())
 
+    def test_languages_are_told_apart_where_a_model_can(self):
+        track = Path(RECORDINGS) / "beckett.wav"
+        shown = self.run_cli("transcribe", "--them", track, "--language", "auto", "--json")
+        if any(Path(PROGRAM).parents[1].glob("share/varnic/models/whisper*")):
+            self.assertEqual(json.loads(shown.stdout)["call"]["language"][:2], "en", shown.stderr)
+        else:
+            self.assertEqual(shown.returncode, 1)
+            self.assertIn("tell languages apart", shown.stderr)
+
     def test_a_sound_system_is_described(self):
         with SoundSystem(pulse=False) as sound:
             run = self.devices(sound.environment, "--json")

@@ -47,9 +47,8 @@ AppModel::AppModel(AppPlaces places, QObject* parent)
     : QObject(parent), settings(std::move(places.settings), accountName(), Region::user().locale),
       keys(keyStore(places.isScratch)), transport(std::make_shared<URLSessionTransport>(requestTimeout)),
       makeTranscriber([this] {
-          return std::make_shared<SpeechTranscriber>(settings.localeID.value(),
-                                                     ModelChoice::from(settings.speechModel.value()),
-                                                     SpeechModels::dataDirectories());
+          return std::make_shared<SpeechTranscriber>(
+              settings.language(), ModelChoice::from(settings.speechModel.value()), SpeechModels::dataDirectories());
       }),
       makeCapture([this] {
           auto capture = std::make_shared<LiveCapture>(settings.devices());

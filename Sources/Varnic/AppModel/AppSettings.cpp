@@ -83,7 +83,7 @@ AppSettings::AppSettings(StoredSettings stored, std::unique_ptr<QSettings>&& sto
       speechModel(stored.text("speechModel", "bestWords")), ai(stored.ai("ai")),
       microphone(stored.device("microphone")), heardOutput(stored.device("heardOutput")),
       startsAtLogin(stored.flag("startsAtLogin", false)), libraryFolder(stored.folder(libraryFolderKey)),
-      isLibraryLost(stored.flag(libraryLostKey, false)), store_(std::move(store)) {
+      isLibraryLost(stored.flag(libraryLostKey, false)), userLanguage_(languageTag(locale)), store_(std::move(store)) {
     const SettingsFile::Reading reading = SettingsFile::keepAside(*store_, !stored.damaged().empty());
     readProblem_ = reading.problem;
     if (!SettingsFile::isLater(*store_)) {
@@ -104,6 +104,10 @@ AppSettings::AppSettings(StoredSettings stored, std::unique_ptr<QSettings>&& sto
     lateWriting_ = std::make_unique<LateWriting>(writeSoon_);
     store_->installEventFilter(lateWriting_.get());
     keepAll();
+}
+
+LanguageChoice AppSettings::language() const {
+    return LanguageChoice::from(localeID.value(), userLanguage_);
 }
 
 void AppSettings::keepAll() {

@@ -3,6 +3,7 @@
 #include "VarnicCore/AISummariser/AISettings.h"
 #include "VarnicCore/Pipeline/Consent.h"
 #include "VarnicPlatform/Capture/CaptureDevices.h"
+#include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <QProperty>
 #include <QSettings>
@@ -52,7 +53,7 @@ public:
     /// Whether recordings stay after they have been transcribed.
     QProperty<bool> keepAudio;
     QProperty<bool> liveTranscript;
-    /// The spoken language, such as "en-GB".
+    /// The spoken language, such as "en-GB", or LanguageChoice::automatic.
     QProperty<std::string> localeID;
     /// Which speech model writes finished calls down, as ModelChoice has it.
     QProperty<std::string> speechModel;
@@ -67,6 +68,9 @@ public:
     /// The settings that said where the library lies can't be read, so the one in the usual place may be another. Stays
     /// true over restarts until `libraryFolder` is set or the user doesn't mind.
     QProperty<bool> isLibraryLost;
+
+    /// What is spoken, by `localeID`.
+    [[nodiscard]] LanguageChoice language() const;
 
     /// The devices of both sides.
     [[nodiscard]] CaptureDevices devices() const {
@@ -97,6 +101,8 @@ private:
     template <typename Value, typename Encode>
     void keep(const char* key, QProperty<Value>& property, Encode encode);
 
+    /// The user's own language.
+    std::string userLanguage_;
     std::unique_ptr<QSettings> store_;
     std::optional<std::string> readProblem_;
     /// Keys of values that could not be read and still stand in the store.

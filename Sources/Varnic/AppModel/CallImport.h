@@ -1,7 +1,6 @@
 #pragma once
 
 #include "VarnicCore/Library/RecordingMark.h"
-#include "VarnicCore/Models/Call.h"
 #include "VarnicCore/Pipeline/Recording.h"
 
 #include <filesystem>
@@ -16,8 +15,6 @@ struct CallImport {
     CallTracks files;
     std::string source = "Imported recording";
     std::string themName = "Speaker";
-    /// The spoken language, as the note stores it.
-    std::string language = CallRecord().language;
     /// The note is on disk while it is being transcribed, and stays when that is cancelled. Otherwise it is filed when
     /// it is finished; a cancelled one leaves nothing, and one whose program died is a recording to be recovered.
     bool isFiledAtOnce = true;

@@ -47,11 +47,7 @@ QCoro::Task<std::optional<Uuid>> AppModel::importCall(CallImport call) {
         saveNow(id, [mark = std::exchange(mark, nullptr)] { mark->remove(); });
     }
     co_await process(std::move(copied->recording), std::move(mark));
-    if (!self || note(id) == nullptr) {
-        co_return std::nullopt;
-    }
-    editCall(id, [&call](CallRecord& filed) { filed.language = call.language; });
-    co_return id;
+    co_return self&& note(id) != nullptr ? std::optional(id) : std::nullopt;
 }
 
 QCoro::Task<> AppModel::importAudio(std::filesystem::path file) {

@@ -69,6 +69,7 @@ Note withTranscript(Note edited, const Note& result, const Note& before) {
         return edited;
     }
     edited.call->segments = result.call->segments;
+    edited.call->language = result.call->language;
     edited.call->problem = result.call->problem;
     if (result.call->digest && result.call->digest != before.call->digest) {
         NoteEditor::apply(*result.call->digest, edited, false, currentDate());
@@ -105,7 +106,9 @@ DigestContext AppModel::context(Date startedAt, std::string themName, std::strin
 }
 
 DigestContext AppModel::context(const CallRecord& call) const {
-    return context(call.startedAt, call.themName, call.source);
+    DigestContext told = context(call.startedAt, call.themName, call.source);
+    told.language = call.language;
+    return told;
 }
 
 void AppModel::showPlaceholder(Uuid id, std::string title, CallRecord call) {
@@ -187,6 +190,7 @@ bool AppModel::keepLiveLines(Note& finished, const std::optional<std::string>& l
     }
     CallRecord call = *finished.call;
     call.segments = placeholder->call->segments;
+    call.language = placeholder->call->language;
     if (call.problem && call.problem->starts_with(nobodyHeard)) {
         call.problem = loss;
     }

@@ -26,6 +26,7 @@ Recording recordingOf(const RecordingResult& result) {
             .tracks = result.tracks,
             .isLiveBehind = result.isLiveBehind,
             .liveModel = result.liveModel,
+            .liveLanguage = result.liveLanguage,
             .startedAt = result.startedAt,
             .duration = result.duration,
             .source = result.source,
@@ -73,7 +74,7 @@ QCoro::Task<> AppModel::startRecording(bool allowWithoutThem) {
         co_return;
     }
     // Whoever gets here has said yes to recording. Asking the sound server may take a moment.
-    const auto survey = [locale = settings.localeID.value()] { return Permissions::survey(true, locale); };
+    const auto survey = [language = settings.language()] { return Permissions::survey(true, language); };
     const QPointer self(this);
     const Permissions::States may = co_await inBackground(survey);
     if (!self || isBusy(recorder_->state())) {
@@ -94,7 +95,7 @@ QCoro::Task<> AppModel::startRecording(bool allowWithoutThem) {
     const bool isLive = settings.liveTranscript.value() && may.speech == PermissionState::granted;
     std::optional<std::string> locale;
     if (isLive) {
-        locale = settings.localeID.value();
+        locale = settings.language().locale;
     }
     std::optional<std::string> problem;
     try {

@@ -28,7 +28,7 @@ std::filesystem::path freeName(const std::filesystem::path& file) {
 }
 
 const EmailDraft* emailOf(const Note* note) {
-    return note != nullptr && note->call && note->call->digest ? &note->call->digest->email : nullptr;
+    return note != nullptr && note->call ? note->call->email() : nullptr;
 }
 
 } // namespace

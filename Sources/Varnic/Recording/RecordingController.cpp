@@ -92,6 +92,7 @@ QCoro::Task<> RecordingController::start(Uuid noteID, fs::path folder, std::shar
     setState(Session::Starting());
     noteID_ = noteID;
     folder_ = folder;
+    liveLanguage_ = liveLocale.value_or("");
     reset(std::move(source));
     std::exception_ptr failure;
     try {
@@ -181,6 +182,7 @@ QCoro::Task<std::optional<RecordingResult>> RecordingController::stop() {
                            .live = liveSegments(),
                            .isLiveBehind = !recorder->haveRecognizersHeardAll(sides_),
                            .liveModel = recorder->liveModel(),
+                           .liveLanguage = liveLanguage_,
                            .loss = std::nullopt,
                            .mark = mark_};
     for (const auto& [speaker, sentence] : recorder->losses()) {

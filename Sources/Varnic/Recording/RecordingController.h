@@ -37,6 +37,8 @@ struct RecordingResult {
     bool isLiveBehind = false;
     /// The id of the speech model that wrote `live`, if it is one of this machine's.
     std::string liveModel;
+    /// The language tag that `live` is in; empty without one.
+    std::string liveLanguage;
     /// What of the audio could not be kept, and why, in sentences; nothing where all is there.
     std::optional<std::string> loss;
     /// Tells the folder from one whose recording died. To be removed once the call is filed.
@@ -159,6 +161,7 @@ private:
     /// The sides that may still come.
     std::vector<Speaker> awaited_;
     std::string source_ = "Call";
+    std::string liveLanguage_;
     std::optional<std::string> warning_;
 
     Uuid noteID_;

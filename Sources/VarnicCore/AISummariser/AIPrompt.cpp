@@ -3,6 +3,7 @@
 #include "VarnicCore/AISummariser/HTTPTransport.h"
 #include "VarnicCore/AISummariser/StatusText.h"
 #include "VarnicCore/Models/Clock.h"
+#include "VarnicCore/Text/Language.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <fmt/format.h>
@@ -153,6 +154,16 @@ const std::string_view system =
     "deadline as said — e.g. \"Friday\" — or an empty string), \"email_subject\" and \"email_body\" (a "
     "short, friendly follow-up email from You to Them that recaps and lists next steps; sign off "
     "with the sender's name if given).";
+
+std::string systemFor(std::string_view language) {
+    std::string text(system);
+    if (!Language::isEnglish(language)) {
+        constexpr std::string_view written = "plain, concise English";
+        text.replace(text.find(written), written.size(),
+                     fmt::format("plain, concise {}", Language::name(Language::bare(language), "en")));
+    }
+    return text;
+}
 
 const Json& schema() {
     static const Json text{{"type", "string"}};

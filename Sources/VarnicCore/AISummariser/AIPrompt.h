@@ -20,6 +20,9 @@ namespace varnic::AIPrompt {
 /// The instructions, for a model whose answers are held to `schema`.
 extern const std::string_view system;
 
+/// The same for a call in a language, a tag, which the digest is to be in.
+std::string systemFor(std::string_view language);
+
 /// The JSON schema that an answer must fit.
 const nlohmann::json& schema();
 

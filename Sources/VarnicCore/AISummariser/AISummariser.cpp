@@ -95,7 +95,9 @@ CallDigest AISummariser::digest(const std::vector<Segment>& segments, const Dige
             throw AIPrompt::mapStatus(response.status, response.body);
         }
         const std::string text = answer(response.body);
-        const std::string fallback = TitleSuggester::title(segments, context.callDate, titleName(context), region);
+        DigestContext named = context;
+        named.themName = titleName(context);
+        const std::string fallback = TitleSuggester::title(segments, named, region);
         return without(keyIn(asked), AIPrompt::parse(text, displayName(), fallback, now));
     } catch (const AIError& error) {
         // The sentence, since in the body the key may be spelt in escapes.

@@ -66,7 +66,7 @@ http::Request AnthropicSummariser::request(const std::vector<Segment>& segments,
     Json body{
         {"model", model_},
         {"max_tokens", 16000},
-        {"system", AIPrompt::system},
+        {"system", AIPrompt::systemFor(context.language)},
         {"messages", {{{"role", "user"}, {"content", AIPrompt::transcript(segments, context, region)}}}},
         {"output_config", {{"effort", "low"}, {"format", {{"type", "json_schema"}, {"schema", AIPrompt::schema()}}}}},
     };

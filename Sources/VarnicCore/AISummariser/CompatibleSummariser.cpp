@@ -54,7 +54,8 @@ http::Request CompatibleSummariser::request(const std::vector<Segment>& segments
     const Json body{
         {"model", model_},
         {"messages",
-         {{{"role", "system"}, {"content", fmt::format("{}\nReply with the JSON object only.", AIPrompt::system)}},
+         {{{"role", "system"},
+           {"content", fmt::format("{}\nReply with the JSON object only.", AIPrompt::systemFor(context.language))}},
           {{"role", "user"}, {"content", AIPrompt::transcript(segments, context, region)}}}},
         {"stream", false},
     };

@@ -86,7 +86,12 @@ Note callNote(Uuid id, CallRecord call, const std::optional<CallDigest>& digest,
     if (digest) {
         apply(*digest, note, true, now);
     } else {
-        note.title = TitleSuggester::title(note.call->segments, startedAt, note.call->themName, region, tagger);
+        const DigestContext told{.callDate = startedAt,
+                                 .yourName = {},
+                                 .themName = note.call->themName,
+                                 .source = note.call->source,
+                                 .language = note.call->language};
+        note.title = TitleSuggester::title(note.call->segments, told, region, tagger);
     }
     return note;
 }

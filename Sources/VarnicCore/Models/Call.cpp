@@ -1,5 +1,6 @@
 #include "VarnicCore/Models/Call.h"
 
+#include "VarnicCore/Text/Language.h"
 #include "VarnicCore/Text/Unicode.h"
 
 namespace varnic {
@@ -9,6 +10,12 @@ std::string CallRecord::name(Speaker speaker, const std::string& yourName) const
         return yourName;
     }
     return Unicode::trimBlanks(themName).empty() ? std::string(label(Speaker::them)) : themName;
+}
+
+const EmailDraft* CallRecord::email() const {
+    const bool isDrafted =
+        digest && (!digest->isLocal || Language::isEnglish(language) || digest->email != EmailDraft());
+    return isDrafted ? &digest->email : nullptr;
 }
 
 std::optional<double> CallRecord::yourShare() const {

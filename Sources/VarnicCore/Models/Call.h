@@ -65,13 +65,17 @@ struct CallRecord {
     std::vector<Speaker> tracks;
     /// The other party's name; may be empty.
     std::string themName;
-    /// A locale identifier.
+    /// The locale identifier of the language that it is written down in.
     std::string language = "en-US";
     /// A sentence to show in place of the summary when processing fell short.
     std::optional<std::string> problem;
 
     /// What to call a speaker: `yourName` as given, or the other party's name, "Them" when that is blank.
     [[nodiscard]] std::string name(Speaker speaker, const std::string& yourName) const;
+
+    /// The follow-up mail of its digest; null where there is none. One that was emptied is one still, but this computer
+    /// drafts none for calls in other languages than English.
+    [[nodiscard]] const EmailDraft* email() const;
 
     /// The part of all speech that is yours, 0 to 1; absent when nothing was said.
     [[nodiscard]] std::optional<double> yourShare() const;

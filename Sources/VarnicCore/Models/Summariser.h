@@ -19,6 +19,8 @@ struct DigestContext {
     std::string themName;
     /// The application that the call came from; may be empty.
     std::string source;
+    /// The language tag of the call's words.
+    std::string language = "en-US";
 
     bool operator==(const DigestContext&) const = default;
 };

@@ -2,6 +2,7 @@
 
 #include "VarnicCore/Audio/EchoFreeReader.h"
 #include "VarnicCore/Editor/NoteEditor.h"
+#include "VarnicCore/Text/Language.h"
 #include "VarnicCore/Transcript/Diarisation.h"
 #include "VarnicCore/Transcript/OverheardLines.h"
 
@@ -109,12 +110,14 @@ WrittenCall CallProcessor::process(const Recording& recording, const DigestConte
                                    const StageCallback& progress, const std::stop_token& stop) const {
     CallRecord call = recording.record();
     const bool hasLive = recording.live && !recording.live->empty();
-    const bool isLiveEnough = hasLive && !isOutdone(recording, stop);
+    const SpokenLanguages spoken = transcriber->languages(recording.tracks, stop);
+    const bool isLiveEnough = hasLive && !isOutdone(recording, spoken, stop);
     if (!isLiveEnough) {
         progress(ProcessingStage::transcribing(0));
         try {
             const Sides sides = transcribeBoth(
-                recording.tracks, [&](double overall) { progress(ProcessingStage::transcribing(overall)); }, stop);
+                recording.tracks, spoken, [&](double overall) { progress(ProcessingStage::transcribing(overall)); },
+                stop);
             call.segments = transcript(sides.you, sides.them, recording.tracks, stop);
         } catch (const std::exception& error) {
             call.problem = error.what();
@@ -125,6 +128,8 @@ WrittenCall CallProcessor::process(const Recording& recording, const DigestConte
         call.problem.reset();
         call.segments = transcript(linesOf(*recording.live, Speaker::you), linesOf(*recording.live, Speaker::them),
                                    recording.tracks, stop);
+    } else if (!spoken.call.empty()) {
+        call.language = spoken.call;
     }
     call.themName = context.themName;
     if (call.segments.empty() && !call.problem) {
@@ -132,7 +137,7 @@ WrittenCall CallProcessor::process(const Recording& recording, const DigestConte
     }
     call.problem = CallProblem::joined(call.problem, recording.loss);
     progress(ProcessingStage::summarising());
-    call.digest = tryDigest(call.segments, context, stop);
+    call.digest = tryDigest(call.segments, context, call.language, stop);
     const std::optional<CallDigest> digest = call.digest;
     Note note = NoteEditor::callNote(recording.noteID, std::move(call), digest, region, currentDate());
     progress(ProcessingStage::done());
@@ -142,30 +147,41 @@ WrittenCall CallProcessor::process(const Recording& recording, const DigestConte
 Note CallProcessor::retranscribe(const Note& note, const CallTracks& tracks, const DigestContext& context,
                                  const std::stop_token& stop) const {
     Note copy = note;
-    const Sides sides = transcribeBoth(tracks, [](double /*overall*/) {}, stop);
+    const SpokenLanguages spoken = transcriber->languages(tracks, stop);
+    const Sides sides = transcribeBoth(tracks, spoken, [](double /*overall*/) {}, stop);
     const std::vector<Segment> segments = transcript(sides.you, sides.them, tracks, stop);
     if (copy.call) {
         copy.call->segments = segments;
+        copy.call->language = spoken.call.empty() ? copy.call->language : spoken.call;
         copy.call->problem =
             CallProblem::joined(segments.empty() ? std::optional<std::string>(nobodyHeard) : std::nullopt,
                                 CallProblem::lossIn(copy.call->problem));
     }
-    if (const auto digest = tryDigest(segments, context, stop)) {
+    const std::string language = copy.call ? copy.call->language : context.language;
+    if (const auto digest = tryDigest(segments, context, language, stop)) {
         NoteEditor::apply(*digest, copy, false, currentDate());
     }
     return copy;
 }
 
 /// Whether the tracks tell more than the lines that were written while the call ran.
-bool CallProcessor::isOutdone(const Recording& recording, const std::stop_token& stop) const {
-    if (recording.tracks.speakers().empty()) {
+bool CallProcessor::isOutdone(const Recording& recording, const SpokenLanguages& spoken,
+                              const std::stop_token& stop) const {
+    const std::vector<Speaker> sides = recording.tracks.speakers();
+    if (sides.empty()) {
         return false;
     }
-    return recording.isLiveBehind || transcriber->surpasses(recording.liveModel) ||
+    const auto isInAnother = [&](Speaker side) {
+        return !recording.liveLanguage.empty() && !spoken.of(side).empty() &&
+               !Language::isSame(recording.liveLanguage, spoken.of(side));
+    };
+    return recording.isLiveBehind || std::ranges::any_of(sides, isInAnother) ||
+           transcriber->surpasses(recording.liveModel, spoken) ||
            isSpoiledByEcho(*recording.live, recording.tracks, stop);
 }
 
-CallProcessor::Sides CallProcessor::transcribeBoth(const CallTracks& tracks, const std::function<void(double)>& overall,
+CallProcessor::Sides CallProcessor::transcribeBoth(const CallTracks& tracks, const SpokenLanguages& spoken,
+                                                   const std::function<void(double)>& overall,
                                                    const std::stop_token& stop) const {
     ProgressBox box(tracks.speakers().size());
     std::stop_source both;
@@ -179,8 +195,8 @@ CallProcessor::Sides CallProcessor::transcribeBoth(const CallTracks& tracks, con
             }
             try {
                 return transcriber->transcribe(
-                    {*file, speaker, overheard}, [&](double value) { overall(box.update(speaker, value)); },
-                    both.get_token());
+                    {*file, speaker, overheard, spoken.of(speaker)},
+                    [&](double value) { overall(box.update(speaker, value)); }, both.get_token());
             } catch (...) {
                 failure.keep(std::current_exception());
                 both.request_stop();
@@ -195,12 +211,13 @@ CallProcessor::Sides CallProcessor::transcribeBoth(const CallTracks& tracks, con
     return sides;
 }
 
-std::optional<CallDigest> CallProcessor::tryDigest(const std::vector<Segment>& segments, const DigestContext& context,
-                                                   const std::stop_token& stop) const {
+std::optional<CallDigest> CallProcessor::tryDigest(const std::vector<Segment>& segments, DigestContext context,
+                                                   const std::string& language, const std::stop_token& stop) const {
     if (segments.empty()) {
         return std::nullopt;
     }
     try {
+        context.language = language;
         return summariser->digest(segments, context, stop);
     } catch (const std::exception&) {
         return std::nullopt; // the transcript is worth keeping without a digest

@@ -33,10 +33,10 @@ public:
     std::shared_ptr<const Summariser> summariser;
     Region region;
 
-    /// Takes the live transcript or, where there is none, it lacks words, was spoiled by an echo or was written by a
-    /// lesser model, transcribes both tracks at once; merges, summarises and makes the note; blocks until done.
-    /// Whatever goes wrong with the call ends as a note whose `problem` says so. `progress` may be called on any
-    /// thread.
+    /// Takes the live transcript or, where there is none, it lacks words, was spoiled by an echo, or was written by a
+    /// lesser model or in another language than the one spoken, transcribes both tracks at once; merges, summarises and
+    /// makes the note; blocks until done. Whatever goes wrong with the call ends as a note whose `problem` says so.
+    /// `progress` may be called on any thread.
     [[nodiscard]] WrittenCall process(const Recording& recording, const DigestContext& context,
                                       const StageCallback& progress, const std::stop_token& stop = {}) const;
 
@@ -51,11 +51,12 @@ private:
         std::vector<Segment> them;
     };
 
-    [[nodiscard]] bool isOutdone(const Recording& recording, const std::stop_token& stop) const;
-    [[nodiscard]] Sides transcribeBoth(const CallTracks& tracks, const std::function<void(double)>& overall,
-                                       const std::stop_token& stop) const;
-    [[nodiscard]] std::optional<CallDigest> tryDigest(const std::vector<Segment>& segments,
-                                                      const DigestContext& context, const std::stop_token& stop) const;
+    [[nodiscard]] bool isOutdone(const Recording& recording, const SpokenLanguages& spoken,
+                                 const std::stop_token& stop) const;
+    [[nodiscard]] Sides transcribeBoth(const CallTracks& tracks, const SpokenLanguages& spoken,
+                                       const std::function<void(double)>& overall, const std::stop_token& stop) const;
+    [[nodiscard]] std::optional<CallDigest> tryDigest(const std::vector<Segment>& segments, DigestContext context,
+                                                      const std::string& language, const std::stop_token& stop) const;
 };
 
 } // namespace varnic

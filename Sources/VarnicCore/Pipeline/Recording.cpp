@@ -18,7 +18,8 @@ CallRecord Recording::record() const {
             .duration = duration,
             .source = source,
             .audioFolder = audioFolder,
-            .tracks = tracks.speakers()};
+            .tracks = tracks.speakers(),
+            .language = liveLanguage.empty() ? CallRecord().language : liveLanguage};
 }
 
 } // namespace varnic

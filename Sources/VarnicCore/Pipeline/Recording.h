@@ -35,6 +35,8 @@ struct Recording {
     bool isLiveBehind = false;
     /// The id of the speech model that wrote `live`, if it is one of this machine's.
     std::string liveModel;
+    /// The language tag that `live` was written in; empty where nobody says.
+    std::string liveLanguage;
     Date startedAt;
     /// Seconds.
     double duration = 0;
@@ -43,7 +45,7 @@ struct Recording {
     /// What of the audio could not be kept, in sentences for the note.
     std::optional<std::string> loss;
 
-    /// The call as far as it is known before it is transcribed.
+    /// The call as far as it is known before it is transcribed, in the language of its live lines.
     [[nodiscard]] CallRecord record() const;
 };
 

@@ -3,10 +3,15 @@
 #include "VarnicCore/Summariser/ActionFinder.h"
 #include "VarnicCore/Summariser/EmailDrafter.h"
 #include "VarnicCore/Summariser/TitleSuggester.h"
+#include "VarnicCore/Text/Language.h"
 #include "VarnicCore/Text/Pattern.h"
 #include "VarnicCore/Text/TextKit.h"
 #include "VarnicCore/Text/Unicode.h"
 #include "VarnicCore/Text/WordProfile.h"
+
+#include <unicode/locid.h>
+#include <unicode/uchar.h>
+#include <unicode/uscript.h>
 
 #include <algorithm>
 #include <array>
@@ -58,6 +63,17 @@ bool containsAny(std::string_view text, std::span<const std::string_view> phrase
     return std::ranges::any_of(phrases, [&](std::string_view phrase) { return text.contains(phrase); });
 }
 
+/// What a number is told by where words aren't known.
+bool namesAnAmount(std::string_view text) {
+    return text.contains('%') ||
+           Unicode::any(text, [](char32_t c) { return u_charType(static_cast<UChar32>(c)) == U_CURRENCY_SYMBOL; });
+}
+
+bool asks(std::string_view text) {
+    constexpr std::array<std::string_view, 3> marks{"?", "？", "؟"};
+    return std::ranges::any_of(marks, [text](std::string_view mark) { return text.ends_with(mark); });
+}
+
 struct Candidate {
     /// The sentence as it was spoken, trimmed.
     std::string text;
@@ -73,16 +89,17 @@ struct Candidate {
 /// The number of sentences in which a word occurs, by word.
 using Frequencies = std::unordered_map<std::string_view, double>;
 
-std::vector<Candidate> candidatesOf(const std::vector<Segment>& segments) {
+std::vector<Candidate> candidatesOf(const std::vector<Segment>& segments, std::string_view language) {
     const auto counts = [](const std::string& word) {
         return Unicode::any(word, [](char32_t c) { return Unicode::isLetter(c) || Unicode::isNumber(c); });
     };
+    const auto carriesMeaning = Language::isEnglish(language) ? TextKit::isContentWord : TextKit::isLongWord;
     std::vector<Candidate> candidates;
     for (const Segment& segment : segments) {
-        for (auto& sentence : TextKit::sentences(segment.text)) {
-            std::vector<std::string> words = TextKit::words(sentence);
+        for (auto& sentence : TextKit::sentences(segment.text, language)) {
+            std::vector<std::string> words = TextKit::words(sentence, language);
             const auto count = static_cast<std::size_t>(std::ranges::count_if(words, counts));
-            std::erase_if(words, [](const std::string& word) { return !TextKit::isContentWord(word); });
+            std::erase_if(words, [&](const std::string& word) { return !carriesMeaning(word); });
             candidates.push_back({std::move(sentence), candidates.size(), 0, count, std::move(words)});
         }
     }
@@ -117,13 +134,27 @@ bool namesANumber(std::string_view text, std::string_view folded) {
     return Unicode::any(text, Unicode::isNumber) || numberWord.isIn(Unicode::utf16(folded));
 }
 
-double scoreOf(const Candidate& candidate, const Frequencies& frequencies, double top) {
+/// What the words of English tell about a sentence; nothing for a greeting.
+std::optional<double> wordScore(const Candidate& candidate) {
+    const std::string folded = TextKit::fold(candidate.text);
+    if (candidate.wordCount < 14 && containsAny(folded, greetings)) {
+        return std::nullopt;
+    }
+    return (containsAny(folded, cues) ? 0.45 : 0) + (namesANumber(candidate.text, folded) ? 0.2 : 0);
+}
+
+/// What the signs in a sentence tell in any language.
+double signScore(const Candidate& candidate) {
+    return (namesAnAmount(candidate.text) ? 0.45 : 0) + (Unicode::any(candidate.text, Unicode::isNumber) ? 0.2 : 0);
+}
+
+double scoreOf(const Candidate& candidate, const Frequencies& frequencies, double top, bool isEnglish) {
     const std::size_t n = candidate.wordCount;
     if (n < 5 || candidate.content.empty()) {
         return -1;
     }
-    const std::string folded = TextKit::fold(candidate.text);
-    if (n < 14 && containsAny(folded, greetings)) {
+    const std::optional<double> told = isEnglish ? wordScore(candidate) : signScore(candidate);
+    if (!told) {
         return -1;
     }
     double score = 0;
@@ -132,18 +163,37 @@ double scoreOf(const Candidate& candidate, const Frequencies& frequencies, doubl
     }
     score /= std::sqrt(static_cast<double>(n));
     score += 0.05 * static_cast<double>(distinct(candidate.content).size());
-    score += containsAny(folded, cues) ? 0.45 : 0;
-    score += namesANumber(candidate.text, folded) ? 0.2 : 0;
-    score -= candidate.text.ends_with('?') ? 0.25 : 0;
+    score += *told;
+    score -= asks(candidate.text) ? 0.25 : 0;
     score -= n > 45 ? 0.3 : 0;
     return score;
 }
 
-void rank(std::vector<Candidate>& candidates) {
+/// Takes out the words that stand in so many sentences that they tell nothing about one: what a list of stop words does
+/// for a language that has one here.
+void dropCommonWords(std::vector<Candidate>& candidates) {
+    constexpr double fewSentences = 4;
+    constexpr double share = 0.1;
+    const double most = std::max(fewSentences, share * static_cast<double>(candidates.size()));
+    std::unordered_set<std::string> common;
+    for (const auto& [word, count] : frequenciesIn(candidates)) {
+        if (count > most) {
+            common.emplace(word);
+        }
+    }
+    for (Candidate& candidate : candidates) {
+        std::erase_if(candidate.content, [&common](const std::string& word) { return common.contains(word); });
+    }
+}
+
+void rank(std::vector<Candidate>& candidates, bool isEnglish) {
+    if (!isEnglish) {
+        dropCommonWords(candidates);
+    }
     const Frequencies frequencies = frequenciesIn(candidates);
     const double top = highest(frequencies);
     for (Candidate& candidate : candidates) {
-        candidate.score = scoreOf(candidate, frequencies, top);
+        candidate.score = scoreOf(candidate, frequencies, top, isEnglish);
     }
     std::ranges::stable_sort(candidates, std::ranges::greater{}, &Candidate::score);
 }
@@ -168,7 +218,8 @@ bool isLikeAny(const WordProfile& words, const std::vector<WordProfile>& others,
 
 /// The best of the ranked candidates that say something of their own.
 std::vector<const Candidate*> choose(const std::vector<Candidate>& ranked, const std::vector<ActionItem>& excluding,
-                                     std::size_t limit) {
+                                     std::size_t limit, std::string_view language) {
+    const bool isEnglish = Language::isEnglish(language);
     std::vector<WordProfile> excluded;
     excluded.reserve(excluding.size());
     for (const ActionItem& action : excluding) {
@@ -180,14 +231,41 @@ std::vector<const Candidate*> choose(const std::vector<Candidate>& ranked, const
         if (candidate.score <= 0 || chosen.size() >= limit) {
             break;
         }
-        WordProfile words(candidate.text);
-        if (isLikeAny(words, said, 0.55) || isLikeAny(words, excluded, 0.6) || isAction(candidate.text)) {
+        WordProfile words(candidate.text, language);
+        if (isLikeAny(words, said, 0.55) || isLikeAny(words, excluded, 0.6) ||
+            (isEnglish && isAction(candidate.text))) {
             continue;
         }
         said.push_back(std::move(words));
         chosen.push_back(&candidate);
     }
     return chosen;
+}
+
+/// The mark that a sentence lacks at its end, by the script it ends in.
+std::string_view missingEnd(const icu::UnicodeString& sentence) {
+    const UChar32 last = sentence.char32At(sentence.length() - 1);
+    if (u_hasBinaryProperty(last, UCHAR_S_TERM) != 0 || last == U'…' || u_charType(last) == U_END_PUNCTUATION ||
+        u_charType(last) == U_FINAL_PUNCTUATION) {
+        return "";
+    }
+    const auto isIn = [last](UScriptCode script) { return uscript_hasScript(last, script) != 0; };
+    if (isIn(USCRIPT_HAN) || isIn(USCRIPT_HIRAGANA) || isIn(USCRIPT_KATAKANA)) {
+        return "。";
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    switch (uscript_getScript(last, &status)) {
+    case USCRIPT_DEVANAGARI:
+    case USCRIPT_BENGALI:
+        return "।";
+    case USCRIPT_ARMENIAN:
+        return "։";
+    case USCRIPT_THAI:
+    case USCRIPT_LAO:
+        return "";
+    default:
+        return ".";
+    }
 }
 
 } // namespace
@@ -203,11 +281,16 @@ CallDigest ExtractiveSummariser::digest(const std::vector<Segment>& segments, co
 
 CallDigest ExtractiveSummariser::makeDigest(const std::vector<Segment>& segments, const DigestContext& context,
                                             const Region& region, Date now, const NounTagger& tagger) {
+    const bool isEnglish = Language::isEnglish(context.language);
     CallDigest digest;
-    digest.actions = ActionFinder::find(segments);
-    digest.summary = keySentences(segments, digest.actions);
-    digest.title = TitleSuggester::title(segments, context.callDate, context.themName, region, tagger);
-    digest.email = EmailDrafter::draft(digest.title, digest.summary, digest.actions, context);
+    if (isEnglish) {
+        digest.actions = ActionFinder::find(segments);
+    }
+    digest.summary = keySentences(segments, digest.actions, std::nullopt, context.language);
+    digest.title = TitleSuggester::title(segments, context, region, tagger);
+    if (isEnglish) {
+        digest.email = EmailDrafter::draft(digest.title, digest.summary, digest.actions, context);
+    }
     digest.provider = ExtractiveSummariser().displayName();
     digest.isLocal = true;
     digest.createdAt = now;
@@ -216,17 +299,30 @@ CallDigest ExtractiveSummariser::makeDigest(const std::vector<Segment>& segments
 
 std::vector<std::string> ExtractiveSummariser::keySentences(const std::vector<Segment>& segments,
                                                             const std::vector<ActionItem>& excluding,
-                                                            std::optional<std::size_t> limit) {
-    std::vector<Candidate> candidates = candidatesOf(segments);
-    rank(candidates);
-    auto chosen = choose(candidates, excluding, limit.value_or(usualLimit(candidates.size())));
+                                                            std::optional<std::size_t> limit,
+                                                            std::string_view language) {
+    const bool isEnglish = Language::isEnglish(language);
+    std::vector<Candidate> candidates = candidatesOf(segments, language);
+    rank(candidates, isEnglish);
+    auto chosen = choose(candidates, excluding, limit.value_or(usualLimit(candidates.size())), language);
     std::ranges::sort(chosen, {}, &Candidate::order);
     std::vector<std::string> sentences;
     sentences.reserve(chosen.size());
     for (const Candidate* candidate : chosen) {
-        sentences.push_back(tidy(candidate->text));
+        sentences.push_back(isEnglish ? tidy(candidate->text) : tidy(candidate->text, language));
     }
     return sentences;
+}
+
+std::string ExtractiveSummariser::tidy(std::string_view text, std::string_view language) {
+    static const Pattern blanks("\\s+");
+    icu::UnicodeString sentence = blanks.replaceAll(Unicode::utf16(Unicode::trim(text)), u" ");
+    if (sentence.isEmpty()) {
+        return {};
+    }
+    const icu::Locale locale(Language::bare(language).c_str());
+    sentence.toTitle(nullptr, locale, U_TITLECASE_WHOLE_STRING | U_TITLECASE_NO_LOWERCASE);
+    return Unicode::utf8(sentence).append(missingEnd(sentence));
 }
 
 std::string ExtractiveSummariser::tidy(std::string_view text) {

@@ -1,5 +1,6 @@
 #include "VarnicCore/Summariser/TitleSuggester.h"
 
+#include "VarnicCore/Text/Language.h"
 #include "VarnicCore/Text/TextKit.h"
 #include "VarnicCore/Text/Unicode.h"
 
@@ -77,19 +78,34 @@ std::vector<Noun> topNouns(const std::vector<TaggedWord>& words) {
     return nouns;
 }
 
+/// A title that needs no words of the call.
+std::string plainTitle(Date date, std::string_view themName, std::string_view source, const Region& region) {
+    constexpr std::string_view anyCall = "Call";
+    const std::string_view name = Unicode::trimBlanks(themName);
+    if (!name.empty()) {
+        return fmt::format("Call with {}", name);
+    }
+    const std::string kind =
+        source.empty() || source == anyCall ? std::string(anyCall) : fmt::format("{} call", source);
+    return fmt::format("{} on {}", kind, region.format(date, "EEE d MMM"));
+}
+
 } // namespace
 
 std::string title(const std::vector<Segment>& segments, Date date, std::string_view themName, const Region& region,
                   const NounTagger& tagger) {
     const std::vector<Noun> top = topNouns(tagger(joinedText(segments)));
-    const std::string_view name = Unicode::trimBlanks(themName);
-    if (top.size() < nounsOfTitle && !name.empty()) {
-        return std::string("Call with ").append(name);
-    }
-    if (top.empty()) {
-        return "Call on " + region.format(date, "EEE d MMM");
+    if (top.empty() || (top.size() < nounsOfTitle && !Unicode::trimBlanks(themName).empty())) {
+        return plainTitle(date, themName, {}, region);
     }
     return TextKit::capitalisedFirst(fmt::format("{}", fmt::join(top | std::views::transform(&Noun::word), " & ")));
+}
+
+std::string title(const std::vector<Segment>& segments, const DigestContext& context, const Region& region,
+                  const NounTagger& tagger) {
+    return Language::isEnglish(context.language)
+               ? title(segments, context.callDate, context.themName, region, tagger)
+               : plainTitle(context.callDate, context.themName, context.source, region);
 }
 
 } // namespace varnic::TitleSuggester

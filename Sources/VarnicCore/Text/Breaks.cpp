@@ -1,5 +1,6 @@
 #include "VarnicCore/Text/Breaks.h"
 
+#include "VarnicCore/Text/Language.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <unicode/brkiter.h>
@@ -9,8 +10,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 namespace varnic::Breaks {
 
@@ -26,23 +31,38 @@ Iterator checked(icu::BreakIterator* made, UErrorCode status) {
     return iterator;
 }
 
-// An iterator is costly to make and serves one thread at a time.
-icu::BreakIterator& sentenceIterator() {
-    thread_local const Iterator iterator = [] {
-        UErrorCode status = U_ZERO_ERROR;
-        auto* made = icu::BreakIterator::createSentenceInstance(icu::Locale("en@ss=standard"), status);
-        return checked(made, status);
-    }();
-    return *iterator;
+using Make = icu::BreakIterator* (*)(const icu::Locale&, UErrorCode&);
+
+/// Of each language, since an iterator is costly to make; for one thread, which it serves at a time.
+class Iterators {
+public:
+    /// `keywords` follow the language in the name of the locale.
+    Iterators(Make make, std::string keywords) : make_(make), keywords_(std::move(keywords)) {}
+
+    icu::BreakIterator& of(std::string_view language) {
+        auto found = made_.find(language);
+        if (found == made_.end()) {
+            UErrorCode status = U_ZERO_ERROR;
+            auto* made = make_(icu::Locale((Language::bare(language) + keywords_).c_str()), status);
+            found = made_.emplace(language, checked(made, status)).first;
+        }
+        return *found->second;
+    }
+
+private:
+    Make make_;
+    std::string keywords_;
+    std::map<std::string, Iterator, std::less<>> made_;
+};
+
+icu::BreakIterator& sentenceIterator(std::string_view language) {
+    thread_local Iterators iterators(icu::BreakIterator::createSentenceInstance, "@ss=standard");
+    return iterators.of(language);
 }
 
-icu::BreakIterator& wordIterator() {
-    thread_local const Iterator iterator = [] {
-        UErrorCode status = U_ZERO_ERROR;
-        auto* made = icu::BreakIterator::createWordInstance(icu::Locale::getEnglish(), status);
-        return checked(made, status);
-    }();
-    return *iterator;
+icu::BreakIterator& wordIterator(std::string_view language) {
+    thread_local Iterators iterators(icu::BreakIterator::createWordInstance, "");
+    return iterators.of(language);
 }
 
 /// Turns ascending positions in the UTF-16 form of a text into those in its UTF-8 form.
@@ -90,12 +110,12 @@ std::vector<std::string_view> pieces(std::string_view text, icu::BreakIterator& 
 
 } // namespace
 
-std::vector<std::string_view> sentences(std::string_view text) {
-    return pieces(text, sentenceIterator(), isWhole);
+std::vector<std::string_view> sentences(std::string_view text, std::string_view language) {
+    return pieces(text, sentenceIterator(language), isWhole);
 }
 
-std::vector<std::string_view> words(std::string_view text) {
-    return pieces(text, wordIterator(), isWord);
+std::vector<std::string_view> words(std::string_view text, std::string_view language) {
+    return pieces(text, wordIterator(language), isWord);
 }
 
 } // namespace varnic::Breaks

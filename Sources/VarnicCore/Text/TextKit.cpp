@@ -2,6 +2,7 @@
 
 #include "VarnicCore/Text/Breaks.h"
 #include "VarnicCore/Text/Pattern.h"
+#include "VarnicCore/Text/Tokens.h"
 #include "VarnicCore/Text/Unicode.h"
 #include "VarnicCore/Text/WordProfile.h"
 
@@ -214,9 +215,9 @@ void appendFolded(std::string_view text, std::string& folded) {
     }
 }
 
-std::vector<std::string> sentences(std::string_view text) {
+std::vector<std::string> sentences(std::string_view text, std::string_view language) {
     std::vector<std::string> found;
-    for (const auto piece : Breaks::sentences(text)) {
+    for (const auto piece : Breaks::sentences(text, language)) {
         if (const auto sentence = Unicode::trim(piece); !sentence.empty()) {
             found.emplace_back(sentence);
         }
@@ -224,15 +225,20 @@ std::vector<std::string> sentences(std::string_view text) {
     return found;
 }
 
-std::vector<std::string> words(std::string_view text) {
+std::vector<std::string> words(std::string_view text, std::string_view language) {
     std::vector<std::string> found;
     const std::string plain = Unicode::plainApostrophes(text);
-    std::ranges::transform(Breaks::words(plain), std::back_inserter(found), Unicode::lowerCased);
+    std::ranges::transform(Breaks::words(plain, language), std::back_inserter(found), Unicode::lowerCased);
     return found;
 }
 
 bool isContentWord(std::string_view word) {
     return !stopWords().contains(word) && Unicode::any(word, Unicode::isLetter) && Unicode::characterCount(word) >= 3;
+}
+
+bool isLongWord(std::string_view word) {
+    const std::size_t least = Unicode::any(word, Tokens::isUnspaced) ? 2 : 4;
+    return Unicode::any(word, Unicode::isLetter) && Unicode::characterCount(word) >= least;
 }
 
 std::vector<std::string> contentWords(std::string_view text) {
@@ -246,10 +252,10 @@ double similarity(std::string_view a, std::string_view b) {
 }
 
 std::size_t wordCount(std::string_view text) {
-    const auto counts = [](std::string_view piece) {
-        return Unicode::any(piece, [](char32_t c) { return Unicode::isLetter(c) || Unicode::isNumber(c); });
+    const auto counts = [](const Token& piece) {
+        return Unicode::any(piece.text, [](char32_t c) { return Unicode::isLetter(c) || Unicode::isNumber(c); });
     };
-    return static_cast<std::size_t>(std::ranges::count_if(Unicode::split(text, Unicode::isSpace), counts));
+    return static_cast<std::size_t>(std::ranges::count_if(Tokens::split(text), counts));
 }
 
 std::string stripLeadIns(std::string_view text) {

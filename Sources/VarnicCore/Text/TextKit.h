@@ -6,8 +6,8 @@
 #include <unordered_set>
 #include <vector>
 
-/// Language as things that can be counted and compared, for English. "’" (U+2019) counts as an apostrophe. Pure
-/// functions of UTF-8 text; malformed bytes count as U+FFFD each. Any thread.
+/// Language as things that can be counted and compared, for English where none is named, by its tag. "’" (U+2019)
+/// counts as an apostrophe. Pure functions of UTF-8 text; malformed bytes count as U+FFFD each. Any thread.
 namespace varnic::TextKit {
 
 /// Hashes strings and views of them alike.
@@ -30,13 +30,17 @@ std::string fold(std::string_view text);
 void appendFolded(std::string_view text, std::string& folded);
 
 /// The sentences in order, trimmed, without empty ones. Apostrophes stay as they are.
-std::vector<std::string> sentences(std::string_view text);
+std::vector<std::string> sentences(std::string_view text, std::string_view language = "en");
 
 /// The words in order, lower-cased, duplicates kept; digits too.
-std::vector<std::string> words(std::string_view text);
+std::vector<std::string> words(std::string_view text, std::string_view language = "en");
 
-/// Whether a lower-cased word carries meaning: three characters or more, a letter, no stop word.
+/// Whether a lower-cased word of English carries meaning: three characters or more, a letter, no stop word.
 bool isContentWord(std::string_view word);
+
+/// Whether a word carries meaning as far as its length tells, in a language whose stop words aren't known: four
+/// characters or more, two in scripts that are written without spaces, and a letter.
+bool isLongWord(std::string_view word);
 
 /// The words that carry meaning, in order, duplicates kept.
 std::vector<std::string> contentWords(std::string_view text);
@@ -45,7 +49,8 @@ std::vector<std::string> contentWords(std::string_view text);
 /// texts have others. Two texts without a word are alike. To compare one text often, see WordProfile.
 double similarity(std::string_view a, std::string_view b);
 
-/// The number of pieces between white space that hold a letter or a number.
+/// The number of pieces between white space that hold a letter or a number. What is written without spaces is counted
+/// by its words.
 std::size_t wordCount(std::string_view text);
 
 /// The text without filler words at its front ("So, yeah, we ship" gives "we ship") and blanks at its ends; never

@@ -1,5 +1,6 @@
 #include "VarnicCore/Text/WordProfile.h"
 
+#include "VarnicCore/Text/Language.h"
 #include "VarnicCore/Text/TextKit.h"
 #include "VarnicCore/Text/Unicode.h"
 
@@ -49,13 +50,17 @@ std::size_t WordProfile::Words::shared(const Words& other) const {
     return count;
 }
 
-WordProfile::WordProfile(std::string_view text) {
-    std::vector<std::string> words = TextKit::words(text);
+WordProfile::WordProfile(std::string_view text, std::string_view language) {
+    std::vector<std::string> words = TextKit::words(text, language);
+    const bool isEnglish = Language::isEnglish(language);
     std::erase_if(words, [](const std::string& word) { return !Unicode::any(word, Unicode::isLetter); });
     all_.take(words);
-    std::erase_if(words, [](const std::string& word) { return TextKit::stopWords().contains(word); });
+    std::erase_if(words, [isEnglish](const std::string& word) {
+        return isEnglish ? TextKit::stopWords().contains(word) : !TextKit::isLongWord(word);
+    });
     telling_.take(words);
-    std::erase_if(words, [](const std::string& word) { return Unicode::characterCount(word) < 3; });
+    std::erase_if(words,
+                  [isEnglish](const std::string& word) { return isEnglish && Unicode::characterCount(word) < 3; });
     contentCount_ = words.size();
     content_.take(std::move(words));
 }

@@ -12,7 +12,8 @@ namespace varnic {
 /// What is needed of a text to compare its words with those of many others.
 class WordProfile {
 public:
-    explicit WordProfile(std::string_view text);
+    /// `language` is the text’s, a tag; where its stop words aren’t known, long words stand for the others.
+    explicit WordProfile(std::string_view text, std::string_view language = "en");
 
     /// TextKit::similarity of the two texts.
     [[nodiscard]] double similarity(const WordProfile& other) const;
@@ -42,7 +43,7 @@ private:
     /// The sets that the similarity of two texts is computed from: the telling words if both have some.
     static std::pair<const Words&, const Words&> compared(const WordProfile& a, const WordProfile& b);
 
-    /// The words with a letter, and those of them that are no stop words.
+    /// The words with a letter, those of them that are no stop words, and of these the ones that carry meaning.
     Words all_;
     Words telling_;
     Words content_;

@@ -1,10 +1,10 @@
 #include "VarnicCore/Transcript/Utterances.h"
 
+#include "VarnicCore/Text/Tokens.h"
 #include "VarnicCore/Text/Unicode.h"
 
-#include <fmt/ranges.h>
-
 #include <algorithm>
+#include <array>
 #include <string_view>
 #include <utility>
 
@@ -18,7 +18,7 @@ constexpr double sentencePause = 0.35;
 constexpr std::size_t longLine = 30;
 
 struct TimedToken {
-    std::string_view text;
+    Token token;
     double start;
     double end;
 };
@@ -32,14 +32,14 @@ bool hasNoKey(std::string_view text) {
     return !Unicode::any(text, isLetterOrNumber);
 }
 
-std::vector<TimedToken> align(const std::vector<std::string_view>& tokens, const std::vector<TimedWord>& words) {
+std::vector<TimedToken> align(const std::vector<Token>& tokens, const std::vector<TimedWord>& words) {
     std::vector<TimedToken> aligned;
     aligned.reserve(tokens.size());
     std::size_t next = 0;
-    for (const std::string_view token : tokens) {
+    for (const Token& token : tokens) {
         const TimedWord& word = words[std::min(next, words.size() - 1)];
         aligned.push_back({token, word.start, word.end()});
-        if (!hasNoKey(token) || hasNoKey(word.text)) {
+        if (!hasNoKey(token.text) || hasNoKey(word.text)) {
             next = std::min(words.size(), next + 1);
         }
     }
@@ -47,7 +47,8 @@ std::vector<TimedToken> align(const std::vector<std::string_view>& tokens, const
 }
 
 bool endsSentence(std::string_view token) {
-    return token.ends_with('.') || token.ends_with('?') || token.ends_with('!');
+    constexpr auto marks = std::to_array<std::string_view>({".", "?", "!", "。", "？", "！", "؟", "۔", "।", "։"});
+    return std::ranges::any_of(marks, [token](std::string_view mark) { return token.ends_with(mark); });
 }
 
 /// Gathers tokens into lines.
@@ -56,25 +57,25 @@ public:
     LineBuilder(Speaker speaker, double offset) : speaker_(speaker), offset_(offset) {}
 
     void add(const TimedToken& token, double gap) {
-        if (pending_.empty()) {
+        if (pending_ == 0) {
             start_ = token.start;
         } else if (token.start - lastEnd_ > gap) {
             flush();
             start_ = token.start;
         }
-        pending_.push_back(token.text);
+        Tokens::append(text_, token.token.text, token.token.isJoined);
+        ++pending_;
         lastEnd_ = std::max(lastEnd_, token.end);
     }
 
     void flush() {
-        if (!pending_.empty()) {
-            lines_.emplace_back(speaker_, start_ + offset_, lastEnd_ + offset_,
-                                fmt::format("{}", fmt::join(pending_, " ")));
-            pending_.clear();
+        if (pending_ > 0) {
+            lines_.emplace_back(speaker_, start_ + offset_, lastEnd_ + offset_, std::exchange(text_, {}));
+            pending_ = 0;
         }
     }
 
-    [[nodiscard]] std::size_t pending() const { return pending_.size(); }
+    [[nodiscard]] std::size_t pending() const { return pending_; }
 
     std::vector<Segment> take() { return std::move(lines_); }
 
@@ -83,7 +84,9 @@ private:
     double offset_;
     double start_ = 0;
     double lastEnd_ = 0;
-    std::vector<std::string_view> pending_;
+    /// The line's tokens, and how many there are.
+    std::string text_;
+    std::size_t pending_ = 0;
     std::vector<Segment> lines_;
 };
 
@@ -99,15 +102,15 @@ std::vector<Segment> build(const std::vector<TimedWord>& words, const std::optio
         text = *formatted;
     } else {
         for (const TimedWord& word : words) {
-            text += text.empty() ? word.text : ' ' + word.text;
+            Tokens::append(text, word.text, word.isJoined);
         }
     }
-    const std::vector<TimedToken> tokens = align(Unicode::split(text, Unicode::isSpace), words);
+    const std::vector<TimedToken> tokens = align(Tokens::split(text), words);
     LineBuilder lines(speaker, offset);
     for (std::size_t i = 0; i < tokens.size(); ++i) {
         lines.add(tokens[i], gap);
         const bool isLast = i + 1 == tokens.size();
-        if (endsSentence(tokens[i].text) &&
+        if (endsSentence(tokens[i].token.text) &&
             (isLast || tokens[i + 1].start - tokens[i].end > sentencePause || lines.pending() > longLine)) {
             lines.flush();
         }

@@ -14,6 +14,8 @@ struct TimedWord {
     std::string text;
     double start = 0;
     double duration = 0;
+    /// Whether it is written without a blank behind the word before it.
+    bool isJoined = false;
 
     [[nodiscard]] double end() const { return start + duration; }
 

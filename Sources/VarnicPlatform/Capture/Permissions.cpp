@@ -2,13 +2,12 @@
 
 #include "VarnicCore/Audio/CaptureError.h"
 #include "VarnicCore/Files/Folders.h"
+#include "VarnicCore/Text/Language.h"
 #include "VarnicPlatform/Capture/SoundSurvey.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <glib.h>
-#include <unicode/locid.h>
-#include <unicode/unistr.h>
 
 #include <algorithm>
 #include <set>
@@ -49,19 +48,6 @@ bool launches(const std::vector<const char*>& command) {
                nullptr, nullptr, nullptr, nullptr) != 0;
 }
 
-icu::Locale localeOf(std::string tag) {
-    std::ranges::replace(tag, '-', '_');
-    return icu::Locale::createCanonical(tag.c_str());
-}
-
-/// A language's name for a reader, or its tag where it has none.
-std::string nameOf(const std::string& tag, const std::string& reader) {
-    icu::UnicodeString shown;
-    std::string name;
-    localeOf(tag).getDisplayName(localeOf(reader), shown).toUTF8String(name);
-    return name.empty() ? tag : name;
-}
-
 /// What keeps all sound away; nothing where PipeWire has it.
 std::optional<std::string> soundRemedy(const Surroundings& there) {
     if (!there.isConfigured) {
@@ -100,11 +86,11 @@ std::string speechRemedy(const Surroundings& there, const std::string& language)
 
 } // namespace
 
-States survey(bool saidYes, std::string_view locale, const std::vector<SpeechModel>& models) {
-    return override || !saidYes ? override.value_or(States()) : look(true, locale, "en", models).states;
+States survey(bool saidYes, const LanguageChoice& language, const std::vector<SpeechModel>& models) {
+    return override || !saidYes ? override.value_or(States()) : look(true, language, "en", models).states;
 }
 
-Findings look(bool saidYes, std::string_view locale, const std::string& reader,
+Findings look(bool saidYes, const LanguageChoice& language, const std::string& reader,
               const std::vector<SpeechModel>& models) {
     if (override) {
         return {.states = *override, .there = {}};
@@ -117,10 +103,10 @@ Findings look(bool saidYes, std::string_view locale, const std::string& reader,
                                 .hasSound = sound.hasSound,
                                 .hasMicrophone = sound.microphone.has_value(),
                                 .output = sound.output.value_or(""),
-                                .hasModel = SpeechModels::choose(models, locale, {}).has_value(),
+                                .hasModel = SpeechModels::know(models, language),
                                 .languages = {}}};
-    for (const Language& language : onDeviceLanguages(models, reader)) {
-        findings.there.languages.push_back(language.name);
+    for (const Language& known : onDeviceLanguages(models, reader)) {
+        findings.there.languages.push_back(known.name);
     }
     if (saidYes) {
         findings.states = {.mic = grantedIf(findings.there.hasMicrophone),
@@ -154,7 +140,7 @@ std::array<Permission, 3> described(const Findings& findings, std::string_view l
                        .title = "Speech Recognition",
                        .purpose = "The transcript, on this computer.",
                        .isMissing = isDenied(states.speech) || !there.hasModel,
-                       .remedy = speechRemedy(there, nameOf(std::string(locale), reader)),
+                       .remedy = speechRemedy(there, varnic::Language::name(locale, reader)),
                        .pane = "Privacy_SpeechRecognition"}};
 }
 
@@ -179,7 +165,7 @@ std::vector<Language> onDeviceLanguages(const std::vector<SpeechModel>& models, 
     }
     std::vector<Language> languages;
     for (const std::string& id : ids) {
-        languages.push_back({.id = id, .name = nameOf(id, reader)});
+        languages.push_back({.id = id, .name = varnic::Language::name(id, reader)});
     }
     std::ranges::stable_sort(languages, {}, &Language::name);
     return languages;

@@ -37,7 +37,7 @@ struct States {
     PermissionState mic = PermissionState::notAsked;
     /// Whether the computer's sound can be reached.
     PermissionState screen = PermissionState::notAsked;
-    /// Whether a speech model for the locale is installed.
+    /// Whether a speech model for the language is installed.
     PermissionState speech = PermissionState::notAsked;
 
     bool operator==(const States&) const = default;
@@ -68,12 +68,12 @@ struct Findings {
 inline std::optional<States> override;
 
 /// Asks PipeWire once where the user has said yes, which takes some milliseconds, at most a few seconds (see
-/// SoundSurvey::take). `models` are those that there are to transcribe the locale with.
-States survey(bool saidYes, std::string_view locale,
+/// SoundSurvey::take). `models` are those that there are to transcribe the language with.
+States survey(bool saidYes, const LanguageChoice& language,
               const std::vector<SpeechModel>& models = SpeechModels::installed(SpeechModels::dataDirectories()));
 
 /// The same with what there is; `reader` is the locale to name languages in.
-Findings look(bool saidYes, std::string_view locale, const std::string& reader,
+Findings look(bool saidYes, const LanguageChoice& language, const std::string& reader,
               const std::vector<SpeechModel>& models = SpeechModels::installed(SpeechModels::dataDirectories()));
 
 /// Microphone, system audio and speech recognition, in this order, with what to do where one is missing; `locale` is

@@ -1,6 +1,6 @@
 #include "VarnicPlatform/Speech/GuardedDecoding.h"
 
-#include "VarnicCore/Text/Unicode.h"
+#include "VarnicCore/Text/Tokens.h"
 #include "VarnicPlatform/Speech/TranscriptGuards.h"
 #include "VarnicPlatform/Speech/WordTimes.h"
 
@@ -40,9 +40,9 @@ void keepWhatWasSaid(Recognition& result) {
     std::string text;
     std::vector<TimedWord> words;
     std::size_t index = 0;
-    for (const std::string_view word : Unicode::split(result.text, Unicode::isSpace)) {
+    for (const auto& [word, isJoined] : Tokens::split(result.text)) {
         if (said[index]) {
-            text += (text.empty() ? "" : " ") + std::string(word);
+            Tokens::append(text, word, isJoined);
             if (!result.words.empty()) {
                 words.push_back(result.words[index]);
             }

@@ -1,5 +1,6 @@
 #include "VarnicPlatform/Speech/SpeechModel.h"
 
+#include "VarnicCore/Text/Language.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <fmt/format.h>
@@ -127,10 +128,14 @@ double SpeechModel::longestSegment() const {
     return engine == SpeechEngine::whisper ? 28 : 15;
 }
 
-bool SpeechModel::fits(std::string_view locale) const {
-    const std::string language = localeOf(locale).getLanguage();
-    return std::ranges::any_of(locales,
-                               [&language](const std::string& own) { return localeOf(own).getLanguage() == language; });
+bool SpeechModel::tellsLanguages() const {
+    return engine == SpeechEngine::whisper && locales.size() > 1;
+}
+
+std::optional<std::string> SpeechModel::tagFor(std::string_view locale) const {
+    const auto found =
+        std::ranges::find_if(locales, [locale](const std::string& own) { return Language::isSame(own, locale); });
+    return found == locales.end() ? std::nullopt : std::optional(*found);
 }
 
 SpeechModel SpeechModel::load(const fs::path& folder) {
@@ -172,6 +177,11 @@ SpeechModel SpeechModel::load(const fs::path& folder) {
         throw std::runtime_error(
             fmt::format("model.json is no manifest: {}", shown(what.substr(what.find("] ") + 2), most)));
     }
+}
+
+LanguageChoice LanguageChoice::from(std::string_view setting, std::string userLocale) {
+    return setting == automatic ? LanguageChoice{.locale = std::move(userLocale), .isAutomatic = true}
+                                : LanguageChoice{.locale = std::string(setting)};
 }
 
 ModelChoice ModelChoice::from(std::string_view text) {
@@ -250,6 +260,14 @@ std::optional<SpeechModel> SpeechModels::choose(const std::vector<SpeechModel>& 
     const auto found = isSmall ? std::ranges::min_element(fitting, {}, &SpeechModel::bytes)
                                : std::ranges::max_element(fitting, {}, &SpeechModel::bytes);
     return found == fitting.end() ? std::nullopt : std::optional(*found);
+}
+
+bool SpeechModels::know(const std::vector<SpeechModel>& models, const LanguageChoice& language) {
+    return (language.isAutomatic && tellLanguages(models)) || choose(models, language.locale, {}).has_value();
+}
+
+bool SpeechModels::tellLanguages(const std::vector<SpeechModel>& models) {
+    return std::ranges::any_of(models, &SpeechModel::tellsLanguages);
 }
 
 std::optional<fs::path> SpeechModels::detectorFile(const std::vector<fs::path>& dataDirectories) {

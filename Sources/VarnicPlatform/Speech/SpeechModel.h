@@ -38,13 +38,35 @@ struct SpeechModel {
     /// The longest speech in seconds that it should be given in one go.
     [[nodiscard]] double longestSegment() const;
 
-    /// Whether one of the model's languages is the locale's: "en" fits "en-US" and "en_GB".
-    [[nodiscard]] bool fits(std::string_view locale) const;
+    /// Whether it can tell which of several languages is spoken.
+    [[nodiscard]] bool tellsLanguages() const;
+
+    /// Its own tag of the locale's language: "en" for "en-US" and "en_GB". Nothing for a language that it doesn't know.
+    [[nodiscard]] std::optional<std::string> tagFor(std::string_view locale) const;
+
+    [[nodiscard]] bool fits(std::string_view locale) const { return tagFor(locale).has_value(); }
 
     /// Reads the manifest of a folder. Throws std::runtime_error with the reason for one that cannot be used.
     static SpeechModel load(const std::filesystem::path& folder);
 
     bool operator==(const SpeechModel&) const = default;
+};
+
+/// What is spoken in calls.
+struct LanguageChoice {
+    /// A language tag such as "en-US". Where the language is found out, what is taken for calls that don't tell and for
+    /// what is written down before that.
+    std::string locale;
+    /// Whether it is found out for each call.
+    bool isAutomatic = false;
+
+    /// The setting of a user of a locale: "auto", or a language tag.
+    static LanguageChoice from(std::string_view setting, std::string userLocale);
+
+    /// The setting that has each call's language found out.
+    static constexpr std::string_view automatic = "auto";
+
+    bool operator==(const LanguageChoice&) const = default;
 };
 
 /// Which of the models that know a language is to be taken.
@@ -83,6 +105,12 @@ std::vector<SpeechModel> installed(const std::vector<std::filesystem::path>& dat
 /// The model for a locale: of those that name the very locale, else of those that name its language.
 std::optional<SpeechModel> choose(const std::vector<SpeechModel>& models, std::string_view locale,
                                   const ModelChoice& choice);
+
+/// Whether there is a model for what is spoken, whatever that may turn out to be.
+bool know(const std::vector<SpeechModel>& models, const LanguageChoice& language);
+
+/// Whether the language of a call can be found out.
+bool tellLanguages(const std::vector<SpeechModel>& models);
 
 /// The voice activity detector's model file under the first directory that has it.
 std::optional<std::filesystem::path> detectorFile(const std::vector<std::filesystem::path>& dataDirectories);

@@ -1,6 +1,7 @@
 #include "VarnicPlatform/Speech/SpeechRecognizer.h"
 
 #include "VarnicCore/Pipeline/Transcriber.h"
+#include "VarnicCore/Text/Tokens.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <sherpa-onnx/c-api/c-api.h>
@@ -75,11 +76,11 @@ std::vector<TimedWord> timedWords(std::string_view text, const SherpaOnnxOffline
     }
     std::vector<TimedWord> words;
     std::size_t position = 0;
-    for (const std::string_view word : Unicode::split(text, Unicode::isSpace)) {
+    for (const auto& [word, isJoined] : Tokens::split(text)) {
         if (joined.compare(position, word.size(), word) != 0) {
             return {};
         }
-        words.push_back({std::string(word), starts[position], 0});
+        words.push_back({std::string(word), starts[position], 0, isJoined});
         position += word.size();
     }
     for (std::size_t index = 0; index < words.size(); ++index) {
@@ -107,7 +108,8 @@ void SpeechRecognizer::Destroy::operator()(const SherpaOnnxOfflineRecognizer* re
 }
 
 SpeechRecognizer SpeechRecognizer::create(const SpeechModel& model, std::string_view locale) {
-    const std::string language = languageOf(locale);
+    // The engine ends the process over a language that it knows by another tag.
+    const std::string language = languageOf(model.tagFor(locale).value_or(std::string(locale)));
     SherpaOnnxOfflineRecognizerConfig config{};
     config.feat_config.sample_rate = rate;
     config.feat_config.feature_dim = 80;

@@ -29,8 +29,8 @@ public:
     /// Samples a second that it takes.
     static constexpr int rate = 16'000;
 
-    /// `locale` is a hint for models of several languages. Throws TranscriberError `unavailable` where the engine does
-    /// not take the model's files.
+    /// `locale` is what models of several languages are to hear. Throws TranscriberError `unavailable` where the engine
+    /// does not take the model's files.
     static SpeechRecognizer create(const SpeechModel& model, std::string_view locale);
 
     /// Decodes samples of full scale 1, at most about half a minute of them: the time and the memory it takes grow with

@@ -1,16 +1,15 @@
 #include "VarnicPlatform/Speech/SpeechTranscriber.h"
 
 #include "VarnicCore/Audio/AudioError.h"
-#include "VarnicCore/Text/Unicode.h"
+#include "VarnicCore/Text/Language.h"
 #include "VarnicCore/Transcript/Utterances.h"
 #include "VarnicPlatform/Speech/GuardedDecoding.h"
+#include "VarnicPlatform/Speech/LanguageSearch.h"
 #include "VarnicPlatform/Speech/ModelCheck.h"
 #include "VarnicPlatform/Speech/NoiseReduction.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 #include "VarnicPlatform/Speech/SpeechRecognizer.h"
 #include "VarnicPlatform/Speech/TrackSegmenter.h"
-
-#include <unicode/locid.h>
 
 #include <algorithm>
 #include <optional>
@@ -30,12 +29,6 @@ constexpr double mostProgress = 0.99;
 /// to -45) as many words were right before as after cleaning; 15 dB below, a third fewer were wrong in white noise.
 constexpr float noisy = -40;
 
-std::string displayName(const std::string& locale, const std::string& displayLocale) {
-    icu::UnicodeString name;
-    icu::Locale::createCanonical(locale.c_str()).getDisplayName(icu::Locale(displayLocale.c_str()), name);
-    return name.isEmpty() ? locale : Unicode::utf8(name);
-}
-
 SpeechModel modelFor(const std::string& locale, const ModelChoice& choice,
                      const std::vector<std::filesystem::path>& directories, const std::string& displayLocale) {
     const std::vector<SpeechModel> models = SpeechModels::installed(directories);
@@ -48,7 +41,7 @@ SpeechModel modelFor(const std::string& locale, const ModelChoice& choice,
         throw TranscriberError::failed(faults.front());
     }
     if (!model) {
-        throw TranscriberError::noOnDevice(displayName(locale, displayLocale));
+        throw TranscriberError::noOnDevice(Language::name(locale, displayLocale));
     }
     return *std::move(model);
 }
@@ -83,11 +76,22 @@ private:
     std::vector<float> clean_;
 };
 
+/// Of the models that tell languages the one that knows them best; nothing where there is none.
+std::optional<SpeechModel> languageModel(const std::vector<SpeechModel>& models) {
+    std::optional<SpeechModel> best;
+    for (const SpeechModel& model : models) {
+        if (model.tellsLanguages() && (!best || model.bytes > best->bytes) && !ModelCheck::fault(model)) {
+            best = model;
+        }
+    }
+    return best;
+}
+
 } // namespace
 
-SpeechTranscriber::SpeechTranscriber(std::string locale, ModelChoice choice,
+SpeechTranscriber::SpeechTranscriber(LanguageChoice language, ModelChoice choice,
                                      std::vector<std::filesystem::path> dataDirectories, std::string displayLocale)
-    : locale_(std::move(locale)), choice_(std::move(choice)), dataDirectories_(std::move(dataDirectories)),
+    : language_(std::move(language)), choice_(std::move(choice)), dataDirectories_(std::move(dataDirectories)),
       displayLocale_(std::move(displayLocale)) {}
 
 std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, const ProgressCallback& progress,
@@ -96,7 +100,8 @@ std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, con
     if (!std::filesystem::exists(track.file, error)) {
         throw TranscriberError::missingFile();
     }
-    const SpeechModel model = modelFor(locale_, choice_, dataDirectories_, displayLocale_);
+    const std::string& locale = track.language.empty() ? language_.locale : track.language;
+    const SpeechModel model = modelFor(locale, choice_, dataDirectories_, displayLocale_);
     try {
         TrackSegmenter segmenter(track, SpeechModels::detectorFile(dataDirectories_), model.longestSegment(), stop);
         std::optional<SpeechRecognizer> recognizer; // a track without speech needs none
@@ -105,7 +110,7 @@ std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, con
                 throw TranscriberError::failed("cancelled");
             }
             if (!recognizer) {
-                recognizer = SpeechRecognizer::create(model, locale_);
+                recognizer = SpeechRecognizer::create(model, locale);
             }
             return recognizer->decode(samples);
         };
@@ -123,11 +128,52 @@ std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, con
     }
 }
 
-/// The model that is preferred for the language now, where that was not there yet when the call began.
-bool SpeechTranscriber::surpasses(const std::string& liveModel) const {
-    std::vector<std::string> faults;
-    const auto model = ModelCheck::choose(SpeechModels::installed(dataDirectories_), locale_, choice_, faults);
-    return model && !liveModel.empty() && model->id != liveModel;
+SpokenLanguages SpeechTranscriber::languages(const CallTracks& tracks, const std::stop_token& stop) const {
+    const std::string& usual = language_.locale;
+    const std::vector<SpeechModel> models =
+        language_.isAutomatic ? SpeechModels::installed(dataDirectories_) : std::vector<SpeechModel>();
+    const std::optional<SpeechModel> model = languageModel(models);
+    if (!model) {
+        return {.you = usual, .them = usual, .call = usual};
+    }
+    std::optional<LanguageIdentifier> identifier; // sides without speech need none
+    const auto identify = [&](std::span<const float> samples) -> std::optional<std::string> {
+        if (stop.stop_requested()) {
+            return std::nullopt;
+        }
+        if (!identifier) {
+            identifier = LanguageIdentifier::create(*model);
+        }
+        return identifier->identify(samples);
+    };
+    const auto isKnown = [&models](std::string_view language) {
+        return std::ranges::any_of(models, [language](const SpeechModel& one) { return one.fits(language); });
+    };
+    const auto heardOn = [&](const SpokenTrack& track) -> LanguageSearch::Heard {
+        try {
+            return LanguageSearch::stretchesOf(track, SpeechModels::detectorFile(dataDirectories_), stop)
+                .heard(identify, isKnown);
+        } catch (const std::exception&) {
+            return {}; // whoever transcribes the track finds out what it lacks
+        }
+    };
+    const auto you = tracks.you ? heardOn({*tracks.you, Speaker::you, tracks.them, {}}) : LanguageSearch::Heard();
+    const auto them = tracks.them ? heardOn({*tracks.them, Speaker::them, {}, {}}) : LanguageSearch::Heard();
+    return LanguageSearch::together(you, them, usual);
+}
+
+/// The model that is preferred for a language now, where that was not there yet when the call began.
+bool SpeechTranscriber::surpasses(const std::string& liveModel, const SpokenLanguages& spoken) const {
+    if (liveModel.empty()) {
+        return false;
+    }
+    const std::vector<SpeechModel> models = SpeechModels::installed(dataDirectories_);
+    return std::ranges::any_of(allSpeakers, [&](Speaker side) {
+        std::vector<std::string> faults;
+        const std::string& locale = spoken.of(side).empty() ? language_.locale : spoken.of(side);
+        const auto model = ModelCheck::choose(models, locale, choice_, faults);
+        return model && model->id != liveModel;
+    });
 }
 
 } // namespace varnic

@@ -14,9 +14,9 @@ namespace varnic {
 /// each with an engine of its own.
 class SpeechTranscriber final : public Transcriber {
 public:
-    /// `locale` is what is spoken, such as "en-US". The model is chosen of those under `dataDirectories`
+    /// `language` is what is spoken in calls. The model is chosen of those under `dataDirectories`
     /// (SpeechModels::dataDirectories()). A language that no model knows is named in the language of `displayLocale`.
-    SpeechTranscriber(std::string locale, ModelChoice choice, std::vector<std::filesystem::path> dataDirectories,
+    SpeechTranscriber(LanguageChoice language, ModelChoice choice, std::vector<std::filesystem::path> dataDirectories,
                       std::string displayLocale = "en");
 
     /// Throws, in this order: `missingFile`; `notAuthorized` when no model is installed at all; `noOnDevice` when none
@@ -26,10 +26,14 @@ public:
     [[nodiscard]] std::vector<Segment> transcribe(const SpokenTrack& track, const ProgressCallback& progress,
                                                   std::stop_token stop) const override;
 
-    [[nodiscard]] bool surpasses(const std::string& liveModel) const override;
+    /// Quick unless the language is to be found out; then each side is listened to for some moments, with the model
+    /// that knows languages best, and only languages that a model knows are heard.
+    [[nodiscard]] SpokenLanguages languages(const CallTracks& tracks, const std::stop_token& stop) const override;
+
+    [[nodiscard]] bool surpasses(const std::string& liveModel, const SpokenLanguages& spoken) const override;
 
 private:
-    std::string locale_;
+    LanguageChoice language_;
     ModelChoice choice_;
     std::vector<std::filesystem::path> dataDirectories_;
     std::string displayLocale_;

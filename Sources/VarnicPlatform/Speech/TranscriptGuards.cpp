@@ -1,11 +1,13 @@
 #include "VarnicPlatform/Speech/TranscriptGuards.h"
 
+#include "VarnicCore/Text/Tokens.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <zlib.h>
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <iterator>
 #include <new>
 #include <utility>
@@ -57,10 +59,20 @@ Repetition findRepetition(const std::vector<std::string>& keys, std::size_t from
     return {};
 }
 
-std::vector<std::string> keysOf(const std::vector<std::string_view>& words) {
+std::vector<std::string> keysOf(const std::vector<Token>& words) {
     std::vector<std::string> keys;
-    std::ranges::transform(words, std::back_inserter(keys), keyOf);
+    std::ranges::transform(words, std::back_inserter(keys), keyOf, &Token::text);
     return keys;
+}
+
+/// The text in Unicode's standard compression, whose bytes are those of UTF-8 for English. In UTF-8 all letters of
+/// another script begin with the same bytes, and any sentence looks as if it repeated itself.
+std::string denseBytes(std::string_view text) {
+    const icu::UnicodeString units = Unicode::utf16(text);
+    constexpr const char* encoding = "SCSU";
+    std::string bytes(static_cast<std::size_t>(units.extract(0, units.length(), nullptr, 0U, encoding)), '\0');
+    units.extract(0, units.length(), bytes.data(), static_cast<std::uint32_t>(bytes.size()), encoding);
+    return bytes;
 }
 
 } // namespace
@@ -71,11 +83,11 @@ bool isSuspicious(std::string_view text, std::size_t tokens, double seconds) {
 }
 
 bool repeats(std::string_view text) {
-    return findRepetition(keysOf(Unicode::split(text, Unicode::isSpace)), 0).times > 0;
+    return findRepetition(keysOf(Tokens::split(text)), 0).times > 0;
 }
 
 std::string withoutRepeats(std::string_view text) {
-    std::vector<std::string_view> words = Unicode::split(text, Unicode::isSpace);
+    std::vector<Token> words = Tokens::split(text);
     std::vector<std::string> keys = keysOf(words);
     for (Repetition found = findRepetition(keys, 0); found.times > 0; found = findRepetition(keys, found.first)) {
         const auto first = static_cast<std::ptrdiff_t>(found.first);
@@ -84,14 +96,14 @@ std::string withoutRepeats(std::string_view text) {
         keys.erase(keys.begin() + first, keys.begin() + first + surplus);
     }
     std::string result;
-    for (const std::string_view word : words) {
-        result += result.empty() ? "" : " ";
-        result += word;
+    for (const auto& [word, isJoined] : words) {
+        Tokens::append(result, word, isJoined);
     }
     return result;
 }
 
-double compressionRatio(std::string_view text) {
+double compressionRatio(std::string_view utf8) {
+    const std::string text = denseBytes(utf8);
     std::vector<Bytef> compressed(::compressBound(text.size()));
     uLongf size = compressed.size();
     // It can only fail for want of room, and the bound is room enough, or of memory.
@@ -102,19 +114,22 @@ double compressionRatio(std::string_view text) {
 }
 
 std::vector<bool> saidWords(std::string_view text) {
-    constexpr std::array<std::pair<char, char>, 3> brackets{{{'(', ')'}, {'[', ']'}, {'*', '*'}}};
+    using Bracket = std::pair<std::string_view, std::string_view>;
+    constexpr std::array<Bracket, 6> brackets{
+        {{"(", ")"}, {"[", "]"}, {"*", "*"}, {"（", "）"}, {"［", "］"}, {"【", "】"}}};
     std::vector<bool> said;
-    char closing = 0;
-    for (const std::string_view word : Unicode::split(text, Unicode::isSpace)) {
+    std::string_view closing;
+    for (const auto& [word, isJoined] : Tokens::split(text)) {
         std::size_t from = 0;
-        if (const auto* opened = std::ranges::find(brackets, word.front(), &std::pair<char, char>::first);
-            closing == 0 && opened != brackets.end()) {
+        const auto* opened =
+            std::ranges::find_if(brackets, [&word](const Bracket& bracket) { return word.starts_with(bracket.first); });
+        if (closing.empty() && opened != brackets.end()) {
             closing = opened->second;
-            from = 1;
+            from = opened->first.size();
         }
-        said.push_back(closing == 0 && (hasLetter(word) || Unicode::any(word, Unicode::isNumber)));
-        if (closing != 0 && word.find(closing, from) != std::string_view::npos) {
-            closing = 0;
+        said.push_back(closing.empty() && (hasLetter(word) || Unicode::any(word, Unicode::isNumber)));
+        if (!closing.empty() && word.find(closing, from) != std::string_view::npos) {
+            closing = {};
         }
     }
     return said;

@@ -18,10 +18,12 @@ bool repeats(std::string_view text);
 /// The text with one of each phrase that `repeats`.
 std::string withoutRepeats(std::string_view text);
 
-/// How many times smaller zlib makes the text. Plain English of a sentence or two has about 1.4.
+/// How many times smaller zlib makes the text, with a byte for a letter of most scripts. A plain sentence or two have
+/// about 1.4.
 double compressionRatio(std::string_view text);
 
-/// For each word of the text, between blanks, whether somebody said it. The others describe a sound, as some models do:
+/// For each word of the text, as Tokens::split has them, whether somebody said it. The others describe a sound, as some
+/// models do:
 /// "(dramatic music)", "[BLANK_AUDIO]", "*sighs*", "♪". What is opened and not closed goes on to the end.
 std::vector<bool> saidWords(std::string_view text);
 

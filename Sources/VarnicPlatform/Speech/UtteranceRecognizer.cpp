@@ -1,5 +1,7 @@
 #include "VarnicPlatform/Speech/UtteranceRecognizer.h"
 
+#include "VarnicCore/Text/Tokens.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -223,7 +225,7 @@ double UtteranceRecognizer::fromFirst(std::int64_t position) const {
 void UtteranceRecognizer::report(const std::vector<TimedWord>& words, bool isFinal) {
     SpeechResult result{.words = words, .formatted = {}, .isFinal = isFinal};
     for (const TimedWord& word : words) {
-        result.formatted += result.formatted.empty() ? word.text : " " + word.text;
+        Tokens::append(result.formatted, word.text, word.isJoined);
     }
     shown_ = !isFinal;
     report_(result);

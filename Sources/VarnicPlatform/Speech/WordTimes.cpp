@@ -1,8 +1,10 @@
 #include "VarnicPlatform/Speech/WordTimes.h"
 
+#include "VarnicCore/Text/Tokens.h"
 #include "VarnicCore/Text/Unicode.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <iterator>
@@ -22,14 +24,18 @@ constexpr double unpunctuatedCost = 0.6;
 constexpr double longestTail = 1;
 
 bool endsPhrase(std::string_view word) {
-    return !word.empty() && std::string_view(".?!,;:").find(word.back()) != std::string_view::npos;
+    constexpr auto marks = std::to_array<std::string_view>(
+        {".", "?", "!", ",", ";", ":", "。", "、", "？", "！", "，", "；", "：", "؟", "،", "।"});
+    return std::ranges::any_of(marks, [word](std::string_view mark) { return word.ends_with(mark); });
 }
 
 /// Seconds of voice before each word and behind the last, at an even pace.
-std::vector<double> evenPace(const std::vector<std::string_view>& words, double voicedSeconds) {
+std::vector<double> evenPace(const std::vector<Token>& words, double voicedSeconds) {
     std::vector<double> before{0};
-    for (const std::string_view word : words) {
-        before.push_back(before.back() + static_cast<double>(Unicode::characterCount(word)) + 1);
+    for (std::size_t index = 0; index < words.size(); ++index) {
+        const bool isFollowed = index + 1 < words.size() && words[index + 1].isJoined;
+        const auto length = static_cast<double>(Unicode::characterCount(words[index].text));
+        before.push_back(before.back() + length + (isFollowed ? 0 : 1));
     }
     const double pace = voicedSeconds / before.back();
     for (double& seconds : before) {
@@ -39,8 +45,8 @@ std::vector<double> evenPace(const std::vector<std::string_view>& words, double 
 }
 
 /// For each pause between runs, the number of words before it, by the least sum of costs.
-std::vector<std::size_t> wordsBeforePauses(const std::vector<std::string_view>& words,
-                                           const std::vector<double>& before, const std::vector<Range>& voiced) {
+std::vector<std::size_t> wordsBeforePauses(const std::vector<Token>& words, const std::vector<double>& before,
+                                           const std::vector<Range>& voiced) {
     const std::size_t pauses = voiced.size() - 1;
     // least[w]: the least cost of the pauses so far with at most w words before the last of them; chosen: which w.
     std::vector<double> least(before.size(), 0);
@@ -52,7 +58,7 @@ std::vector<std::size_t> wordsBeforePauses(const std::vector<std::string_view>& 
         double best = std::numeric_limits<double>::infinity();
         std::size_t bestCount = 0;
         for (std::size_t count = 0; count < before.size(); ++count) {
-            const bool natural = count > 0 && endsPhrase(words[count - 1]);
+            const bool natural = count > 0 && endsPhrase(words[count - 1].text);
             const double cost =
                 least[count] + std::abs(before[count] - voice) + (natural ? 0 : unpunctuatedCost * length);
             if (cost < best) {
@@ -75,7 +81,7 @@ std::vector<std::size_t> wordsBeforePauses(const std::vector<std::string_view>& 
 } // namespace
 
 std::vector<TimedWord> spread(std::string_view text, const std::vector<Range>& voiced) {
-    const std::vector<std::string_view> words = Unicode::split(text, Unicode::isSpace);
+    const std::vector<Token> words = Tokens::split(text);
     if (words.empty() || voiced.empty()) {
         return {};
     }
@@ -92,8 +98,8 @@ std::vector<TimedWord> spread(std::string_view text, const std::vector<Range>& v
         const auto& [start, end] = voiced[run];
         for (std::size_t word = first; word < ends[run]; ++word) {
             const double pace = (end - start) / (before[ends[run]] - before[first]);
-            timed.push_back({std::string(words[word]), start + (before[word] - before[first]) * pace,
-                             (before[word + 1] - before[word]) * pace});
+            timed.push_back({std::string(words[word].text), start + (before[word] - before[first]) * pace,
+                             (before[word + 1] - before[word]) * pace, words[word].isJoined});
         }
     }
     return timed;

@@ -43,6 +43,15 @@ TEST_F(AppSettingsTests, read_emptyStore_givesDefaultsAndWritesNothing) {
     EXPECT_EQ(settings.ai.value(), AISettings());
     EXPECT_TRUE(store()->allKeys().isEmpty());
     EXPECT_EQ(AppSettings(store(), "", "C").yourName.value(), "");
+    EXPECT_EQ(settings.language(), (LanguageChoice{.locale = "en-GB", .isAutomatic = false}));
+}
+
+TEST_F(AppSettingsTests, language_automatic_fallsBackToTheUsersOwn) {
+    AppSettings settings(store(), "", "en_GB");
+    settings.localeID = std::string(LanguageChoice::automatic);
+    EXPECT_EQ(settings.language(), (LanguageChoice{.locale = "en-GB", .isAutomatic = true}));
+    settings.localeID = std::string("de");
+    EXPECT_EQ(settings.language(), (LanguageChoice{.locale = "de", .isAutomatic = false}));
 }
 
 TEST_F(AppSettingsTests, change_eachKind_isThereNextTime) {

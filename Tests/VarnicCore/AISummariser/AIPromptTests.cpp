@@ -21,6 +21,11 @@ TEST(AIPrompt, transcript_tellsTheCallAndTheTimes) {
     EXPECT_EQ(AIPrompt::transcript({}, context, berlin), "Call: , 2025-06-04\nSender's name: Sam\nOther side: Maya\n");
 }
 
+TEST(AIPrompt, systemFor_asksForTheLanguageOfTheCall) {
+    EXPECT_EQ(AIPrompt::systemFor("en-GB"), AIPrompt::system);
+    EXPECT_NE(AIPrompt::systemFor("de-AT").find("Write in plain, concise German. Do not invent"), std::string::npos);
+}
+
 TEST(AIPrompt, schema_isClosedAtEveryLevel) {
     const auto& schema = AIPrompt::schema();
     EXPECT_EQ(schema["required"].dump(), R"(["title","summary","actions","email_subject","email_body"])");

@@ -36,5 +36,18 @@ TEST(Note, displayTitle_ofBlankTitleSaysWhatTheNoteIs) {
     ASSERT_EQ(note.blocks.size(), 1U);
 }
 
+TEST(CallRecord, email_ofOtherLanguages_isThereOnlyIfSomebodyWroteOne) {
+    CallRecord call;
+    EXPECT_EQ(call.email(), nullptr);
+    call.digest = CallDigest();
+    EXPECT_NE(call.email(), nullptr) << "emptied by the user, who may go on with it";
+    call.language = "de";
+    EXPECT_EQ(call.email(), nullptr);
+    call.digest->email.body = "Hallo!";
+    EXPECT_NE(call.email(), nullptr);
+    call.digest = CallDigest{.isLocal = false};
+    EXPECT_NE(call.email(), nullptr);
+}
+
 } // namespace
 } // namespace varnic

@@ -13,6 +13,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <stdexcept>
@@ -61,10 +62,24 @@ public:
 
     [[nodiscard]] std::vector<Segment> transcribe(const SpokenTrack& track, const ProgressCallback& progress,
                                                   std::stop_token stop) const override {
+        const std::lock_guard guard(lock);
+        told[track.speaker] = track.language;
         return fake_->transcribe(track, progress, std::move(stop));
     }
 
-    [[nodiscard]] bool surpasses(const std::string& liveModel) const override { return liveModel == "small"; }
+    [[nodiscard]] SpokenLanguages languages(const CallTracks& /*tracks*/,
+                                            const std::stop_token& /*stop*/) const override {
+        return spoken;
+    }
+
+    [[nodiscard]] bool surpasses(const std::string& liveModel, const SpokenLanguages& /*spoken*/) const override {
+        return liveModel == "small";
+    }
+
+    SpokenLanguages spoken;
+    /// What the tracks were handed over as.
+    mutable std::map<Speaker, std::string> told;
+    mutable std::mutex lock;
 
 private:
     std::shared_ptr<const FakeTranscriber> fake_;
@@ -86,9 +101,7 @@ protected:
         return file;
     }
 
-    [[nodiscard]] CallProcessor processor() const {
-        return {std::make_shared<LargeTranscriber>(fake), summariser, Region{}};
-    }
+    [[nodiscard]] CallProcessor processor() const { return {transcriber, summariser, Region{}}; }
 
     /// They speak all the time, you from second 24 to 27; headphones are taken off at 15.
     void writeTracks(bool hasEcho) const {
@@ -125,6 +138,7 @@ protected:
 
     TemporaryFolder folder;
     std::shared_ptr<FakeTranscriber> fake = std::make_shared<FakeTranscriber>();
+    std::shared_ptr<LargeTranscriber> transcriber = std::make_shared<LargeTranscriber>(fake);
     std::shared_ptr<const Summariser> summariser = std::make_shared<ExtractiveSummariser>();
     Recording recording;
     std::mutex lock;
@@ -218,6 +232,36 @@ TEST_F(CallProcessorTest, process_liveTranscriptIsOutdone_standsOnlyWhereTheTrac
         std::stop_source stopped;
         stopped.request_stop();
         EXPECT_TRUE(write(stopped.get_token()).isStopgap) << "as far as is known";
+    }
+}
+
+TEST_F(CallProcessorTest, process_languages_areThoseOfTheSidesAndTheNote) {
+    EXPECT_EQ(process().call->language, "en-US") << "nobody says";
+    transcriber->spoken = {.you = "de", .them = "fr", .call = "fr"};
+    const Note note = process();
+    EXPECT_EQ(note.call->language, "fr");
+    EXPECT_EQ(transcriber->told, (std::map<Speaker, std::string>{{Speaker::you, "de"}, {Speaker::them, "fr"}}));
+    transcriber->spoken = {.you = "es", .them = "es", .call = "es"};
+    EXPECT_EQ(processor().retranscribe(note, recording.tracks, {}).call->language, "es");
+    fake->failure = TranscriberError::unavailable();
+    EXPECT_EQ(process().call->language, "es") << "to be tried again in it";
+}
+
+TEST_F(CallProcessorTest, process_liveLinesInAnotherLanguage_areOutdone) {
+    writeTracks(false);
+    recording.live = {Segment(Speaker::them, 1, 2, "Good and talk.")};
+    recording.liveModel = "large";
+    recording.liveLanguage = "en-GB";
+    EXPECT_EQ(recording.record().language, "en-GB");
+    for (const auto& [you, them, isOutdone] : {std::tuple("de", "de", true), std::tuple("en", "de", true),
+                                               std::tuple("en-US", "en", false), std::tuple("", "", false)}) {
+        transcriber->spoken = {.you = you, .them = them, .call = them};
+        fake->failure.reset();
+        const Note note = process();
+        EXPECT_EQ(note.call->segments.size(), isOutdone ? 2U : 1U) << you << ' ' << them;
+        EXPECT_EQ(note.call->language, isOutdone ? "de" : "en-GB");
+        fake->failure = TranscriberError::unavailable();
+        EXPECT_EQ(process().call->language, "en-GB") << "that of the lines which stay";
     }
 }
 

@@ -138,6 +138,58 @@ TEST(ExtractiveSummariser, makeDigest_ofACall) {
     EXPECT_EQ(digest.createdAt, now);
 }
 
+TEST(ExtractiveSummariser, makeDigest_ofOtherLanguages_inventsNothing) {
+    struct Case {
+        std::string language;
+        std::vector<std::string> said;
+        std::vector<std::string> summary;
+    };
+
+    const std::vector<Case> cases{
+        {"de",
+         {"Ja, hallo.", "Also, das Budget für die neue Website liegt bei 40 Prozent",
+          "I’ll send the deck by Friday. Die neue Website soll im März fertig sein.", "Gut, bis dann!"},
+         {"Also, das Budget für die neue Website liegt bei 40 Prozent.", "I’ll send the deck by Friday.",
+          "Die neue Website soll im März fertig sein."}},
+        {"fr",
+         {"Oui.", "la sortie du produit coûte 500 € par mois ?"},
+         {"La sortie du produit coûte 500 € par mois ?"}},
+        {"tr",
+         {"ilk toplantı pazartesi günü saat dokuzda yapılacak"},
+         {"İlk toplantı pazartesi günü saat dokuzda yapılacak."}},
+        {"ja",
+         {"はい。", "予算は来年の三月までに決める必要があります。予算の会議は来週の月曜日です"},
+         {"予算は来年の三月までに決める必要があります。", "予算の会議は来週の月曜日です。"}},
+        {"zh", {"嗯。", "我们决定明年三月发布这个新产品"}, {"我们决定明年三月发布这个新产品。"}},
+        {"th", {"เราควรพูดคุยเกี่ยวกับงบประมาณในวันนี้"}, {"เราควรพูดคุยเกี่ยวกับงบประมาณในวันนี้"}},
+    };
+    for (const auto& [language, said, summary] : cases) {
+        std::vector<Segment> segments;
+        for (const std::string& text : said) {
+            segments.emplace_back(Speaker::you, 0, 1, text);
+        }
+        const DigestContext context{{}, "Ada", "Grace", "Zoom", language};
+        const auto digest = ExtractiveSummariser::makeDigest(segments, context, Region{}, {});
+        EXPECT_EQ(digest.summary, summary) << language;
+        EXPECT_THAT(digest.actions, IsEmpty()) << language;
+        EXPECT_EQ(digest.email, EmailDraft()) << language;
+        EXPECT_EQ(digest.title, "Call with Grace") << language;
+    }
+}
+
+TEST(ExtractiveSummariser, keySentences_ofOtherLanguages_areTheCentralOnesOfALongCall) {
+    std::vector<Segment> segments;
+    for (int i = 0; i < 30; ++i) {
+        segments.emplace_back(Speaker::you, i, i + 1, fmt::format("So etwas wie x{0}x oder auch y{0}y.", i));
+    }
+    segments[3].text = "Der Vertrag mit dem Verlag läuft nur noch bis zum Sommer.";
+    segments[20].text = "Ohne diesen Vertrag kann der Verlag im Sommer nichts drucken.";
+    segments[25].text = "Und der Vertrag mit dem Verlag läuft nur noch bis zum Sommer.";
+    EXPECT_THAT(ExtractiveSummariser::keySentences(segments, {}, 2, "de"),
+                ElementsAre(segments[3].text, segments[20].text))
+        << "what is said twice counts once";
+}
+
 TEST(ExtractiveSummariser, digest_ofNothing_isWhole) {
     const std::unique_ptr<const Summariser> summariser = std::make_unique<ExtractiveSummariser>();
     const auto digest = summariser->digest({}, {{}, "", "Grace", ""}, {});

@@ -47,6 +47,28 @@ TEST(TitleSuggester, title_ofRealTalk) {
     EXPECT_EQ(TitleSuggester::title(segments, Date{}, "Grace", Region{}), "Pricing & page");
 }
 
+TEST(TitleSuggester, title_ofOtherLanguages_isByPartyOrSourceAndDate) {
+    const std::vector<Segment> segments{
+        {Speaker::you, 0, 1, "Das Team plant die Website, und die Website plant das Team."}};
+
+    struct Case {
+        std::string themName;
+        std::string source;
+        std::string title;
+    };
+
+    for (const auto& [themName, source, title] :
+         {Case{" Grace ", "Zoom", "Call with Grace"}, Case{"", "Zoom", "Zoom call on Tue 3 Jun"},
+          Case{" ", "Call", "Call on Tue 3 Jun"}, Case{"", "", "Call on Tue 3 Jun"}}) {
+        const DigestContext context{.callDate = parseDate("2025-06-03T12:00:00Z"),
+                                    .yourName = {},
+                                    .themName = themName,
+                                    .source = source,
+                                    .language = "de"};
+        EXPECT_EQ(TitleSuggester::title(segments, context, Region{}), title);
+    }
+}
+
 TEST(TitleSuggester, title_namesTheDayInTheUsersRegion) {
     const Date date = parseDate("2025-06-03T22:30:00Z");
     EXPECT_EQ(TitleSuggester::title({}, date, "", Region{"en_US", "Europe/Berlin"}), "Call on Wed 4 Jun");

@@ -59,6 +59,30 @@ TEST(TextKit, sentences_areTrimmedAndKeepTheSpeakersCharacters) {
     EXPECT_THAT(TextKit::sentences(" \n\t "), IsEmpty());
 }
 
+TEST(TextKit, sentences_ofALanguage_endByItsRules) {
+    struct Case {
+        std::string language;
+        std::string text;
+        std::size_t count;
+    };
+
+    for (const auto& [language, text, count] :
+         {Case{"de", "Wir treffen evtl. Anna. Danach essen wir.", 2},
+          Case{"en", "Wir treffen evtl. Anna. Danach essen wir.", 3},
+          Case{"fr-CA", "Voici M. Dupont. Il part demain.", 2}, Case{"ja", "今日は会議です。明日も会議です。", 2},
+          Case{"zh", "今天开会。你来吗？来！", 3}, Case{"hi", "आज बैठक है। कल भी है।", 2},
+          Case{"nothing at all", "One. Two.", 2}}) {
+        EXPECT_EQ(TextKit::sentences(text, language).size(), count) << language << ": " << text;
+    }
+}
+
+TEST(TextKit, isLongWord_byTheLengthsOfItsScript) {
+    for (const auto& [word, isLong] : {std::pair("und", false), std::pair("Preis", true), std::pair("2026", false),
+                                       std::pair("価格", true), std::pair("は", false), std::pair("", false)}) {
+        EXPECT_EQ(TextKit::isLongWord(word), isLong) << word;
+    }
+}
+
 TEST(TextKit, words_keepInnerApostrophesAndDigits) {
     EXPECT_THAT(TextKit::words("I’ll pay $40, don't I?"), ElementsAre("i'll", "pay", "40", "don't", "i"));
     EXPECT_THAT(TextKit::words("Q3 budget budget"), ElementsAre("q3", "budget", "budget"));
@@ -109,6 +133,11 @@ TEST(TextKit, wordCount_countsPiecesWithALetterOrNumber) {
     for (const auto& [text, count] : cases) {
         EXPECT_EQ(TextKit::wordCount(text), count) << text;
     }
+}
+
+TEST(TextKit, wordCount_withoutSpaces_countsTheDictionarysWords) {
+    EXPECT_EQ(TextKit::wordCount("今日は会議です。"), 4U);
+    EXPECT_EQ(TextKit::wordCount("Wir sehen 東京タワー."), 3U);
 }
 
 TEST(TextKit, stripLeadIns_neverEmptiesTheText) {

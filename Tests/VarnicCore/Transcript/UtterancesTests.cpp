@@ -74,6 +74,14 @@ TEST(Utterances, build_longRunIsCutAtTheFirstSentenceEndPastThirtyTokens) {
     EXPECT_DOUBLE_EQ(lines[1].start, 15.5);
 }
 
+TEST(Utterances, build_withoutSpaces_linesEndWithSentencesToo) {
+    const std::vector<TimedWord> words{{"今日", 0, 0.5},           {"は", 0.5, 0.2, true}, {"会議", 0.7, 0.5, true},
+                                       {"です。", 1.2, 0.3, true}, {"明日", 2, 0.5, true}, {"も", 2.5, 0.2, true}};
+    EXPECT_THAT(build(words), ElementsAre(Line{0, 1.5, "今日は会議です。"}, Line{2, 2.7, "明日も"}));
+    EXPECT_THAT(build(words, "今日は会議です。明日も"),
+                ElementsAre(Line{0, 1.5, "今日は会議です。"}, Line{2, 2.7, "明日も"}));
+}
+
 TEST(Utterances, build_overlappingWordsKeepTheLargestEnd) {
     EXPECT_THAT(build({{"long", 0, 5}, {"inside", 1, 0.5}, {"behind", 6, 0.5}}),
                 ElementsAre(Line{0, 6.5, "long inside behind"}));

@@ -27,32 +27,37 @@ const std::vector<SpeechModel> models{{.id = "a", .name = "A", .locales = {"en"}
 
 TEST_F(PermissionsTest, survey_soundSystemThere_grantedOnceSaidYes) {
     startSystem();
-    EXPECT_EQ(Permissions::survey(false, "en", models), Permissions::States());
-    EXPECT_EQ(Permissions::survey(true, "en", models), (Permissions::States{granted, granted, granted}));
+    EXPECT_EQ(Permissions::survey(false, {"en"}, models), Permissions::States());
+    EXPECT_EQ(Permissions::survey(true, {"en"}, models), (Permissions::States{granted, granted, granted}));
 }
 
 TEST_F(PermissionsTest, survey_noSource_microphoneDeniedOnly) {
     startSystem({"--no-source"});
-    EXPECT_EQ(Permissions::survey(true, "en", models), (Permissions::States{denied, granted, granted}));
+    EXPECT_EQ(Permissions::survey(true, {"en"}, models), (Permissions::States{denied, granted, granted}));
 }
 
 TEST_F(PermissionsTest, survey_onlyAMonitor_isNoMicrophone) {
     startSystem({"--no-source"});
     run("add-monitor loop");
-    EXPECT_EQ(Permissions::survey(true, "en", models).mic, denied);
+    EXPECT_EQ(Permissions::survey(true, {"en"}, models).mic, denied);
     run("add-source real");
     EXPECT_EQ(SoundSurvey::take().microphone, "Virtual real");
 }
 
 TEST_F(PermissionsTest, survey_noServer_speechGrantedWhereAModelFits) {
     setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
-    EXPECT_EQ(Permissions::survey(true, "en-US", models), (Permissions::States{denied, denied, granted}));
-    EXPECT_EQ(Permissions::survey(true, "fr", models), (Permissions::States{denied, denied, denied}));
+    EXPECT_EQ(Permissions::survey(true, {"en-US"}, models), (Permissions::States{denied, denied, granted}));
+    EXPECT_EQ(Permissions::survey(true, {"fr"}, models), (Permissions::States{denied, denied, denied}));
+    const LanguageChoice automatic{.locale = "fr", .isAutomatic = true};
+    EXPECT_EQ(Permissions::survey(true, automatic, models).speech, denied) << "nothing tells languages apart";
+    const SpeechModel whisper{
+        .id = "c", .name = "C", .engine = SpeechEngine::whisper, .locales = {"en", "de"}, .files = {}};
+    EXPECT_EQ(Permissions::survey(true, automatic, {whisper}).speech, granted);
 }
 
 TEST_F(PermissionsTest, look_tellsWhatIsMissingAndWhatIsThere) {
     const auto remedies = [](const char* locale) {
-        const auto findings = Permissions::look(true, locale, "en", models);
+        const auto findings = Permissions::look(true, {locale}, "en", models);
         std::vector<std::string> said;
         for (const Permission& one : Permissions::described(findings, locale, "en")) {
             said.push_back(one.state == denied ? one.remedy : "");
@@ -78,7 +83,7 @@ TEST_F(PermissionsTest, described_beforeTheUserHasSaidYes_tellsWhatIsMissingToo)
     const auto missing = [](const std::vector<SpeechModel>& installed) {
         std::vector<std::string> said;
         for (const Permission& one :
-             Permissions::described(Permissions::look(false, "en", "en", installed), "en", "en")) {
+             Permissions::described(Permissions::look(false, {"en"}, "en", installed), "en", "en")) {
             EXPECT_EQ(one.state, notAsked) << one.title;
             said.push_back(one.isMissing ? one.remedy : "");
         }
@@ -95,7 +100,7 @@ TEST_F(PermissionsTest, described_beforeTheUserHasSaidYes_tellsWhatIsMissingToo)
 
 TEST_F(PermissionsTest, survey_overridden_givesThatUnasked) {
     Permissions::override = {.mic = granted, .screen = denied, .speech = notAsked};
-    EXPECT_EQ(Permissions::survey(false, "en", models), *Permissions::override);
+    EXPECT_EQ(Permissions::survey(false, {"en"}, models), *Permissions::override);
 }
 
 TEST_F(PermissionsTest, onDeviceLanguages_models_eachOnceSortedByName) {

@@ -94,6 +94,14 @@ TEST_F(SpeechModelTest, choose_locale_prefersTheVeryLocale) {
     }
 }
 
+TEST_F(SpeechModelTest, tagFor_locale_isTheModelsOwn) {
+    const SpeechModel model{.id = "many", .name = "Many", .locales = {"en", "tl", "no", "he"}, .files = {}};
+    for (const auto& [locale, tag] : {std::pair("en-GB", "en"), std::pair("fil-PH", "tl"), std::pair("nb-NO", "no"),
+                                      std::pair("iw", "he"), std::pair("de", "none")}) {
+        EXPECT_EQ(model.tagFor(locale).value_or("none"), tag) << locale;
+    }
+}
+
 TEST_F(SpeechModelTest, choose_severalForALanguage_byWishOrBySize) {
     add("large", manifest("large", R"("en", "de")"), 300);
     add("middle", manifest("middle", R"("en")"), 200);

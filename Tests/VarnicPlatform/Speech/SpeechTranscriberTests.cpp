@@ -27,7 +27,7 @@ const ModelChoice fastest{.preference = ModelChoice::Preference::fastest, .id = 
 
 std::vector<Segment> transcribe(const fs::path& file, const ModelChoice& choice = fastest,
                                 const std::vector<fs::path>& directories = {data}) {
-    return SpeechTranscriber("en-US", choice, directories).transcribe({file, Speaker::you}, ignore, {});
+    return SpeechTranscriber({"en-US"}, choice, directories).transcribe({file, Speaker::you}, ignore, {});
 }
 
 /// The start of the line that begins with the text, or -1.
@@ -54,12 +54,12 @@ TEST(SpeechTranscriber, transcribe_readSpeech_eachModelHearsWhatIsSaid) {
 
 TEST(SpeechTranscriber, surpasses_modelOfTheCall_onlyWhereAnotherIsPreferredNow) {
     const auto live = LiveRecognizer::create(Speaker::you, "en-US", {data}, {}, {});
-    const SpeechTranscriber transcriber("en-US", fastest, {data});
+    const SpeechTranscriber transcriber({"en-US"}, fastest, {data});
     EXPECT_FALSE(live->model().empty());
-    EXPECT_FALSE(transcriber.surpasses(live->model()));
-    EXPECT_TRUE(transcriber.surpasses("of yesterday"));
-    EXPECT_FALSE(transcriber.surpasses(""));
-    EXPECT_FALSE(SpeechTranscriber("tlh", {}, {data}).surpasses("of yesterday"));
+    EXPECT_FALSE(transcriber.surpasses(live->model(), {}));
+    EXPECT_TRUE(transcriber.surpasses("of yesterday", {}));
+    EXPECT_FALSE(transcriber.surpasses("", {}));
+    EXPECT_FALSE(SpeechTranscriber({"tlh"}, {}, {data}).surpasses("of yesterday", {}));
 }
 
 TEST(SpeechTranscriber, transcribe_linesWithPauses_haveTheirTimes) {
@@ -75,7 +75,7 @@ TEST(SpeechTranscriber, transcribe_linesWithPauses_haveTheirTimes) {
                           "[2]adelay=20000[c];[a][b][c]amix=3:normalize=0,volume=-14dB,apad=whole_dur=26\"");
     const auto track = files.make("track.m4a", "-i mix.wav -ar 44100 -ac 2 -c:a aac -b:a 64k");
     std::vector<double> told;
-    const SpeechTranscriber transcriber("en-US", fastest, {data});
+    const SpeechTranscriber transcriber({"en-US"}, fastest, {data});
     const std::vector<Segment> lines =
         transcriber.transcribe({track, Speaker::them}, [&told](double done) { told.push_back(done); }, {});
     EXPECT_NEAR(startOf(lines, "Please"), 2.1, 0.5) << textOf(lines);
@@ -142,7 +142,7 @@ TEST(SpeechTranscriber, transcribe_somethingIsMissing_saysWhatInOrder) {
     for (const auto& [what, locale, file, directory, expected] : failures) {
         try {
             static_cast<void>(
-                SpeechTranscriber(locale, fastest, {directory}).transcribe({file, Speaker::you}, ignore, {}));
+                SpeechTranscriber({locale}, fastest, {directory}).transcribe({file, Speaker::you}, ignore, {}));
             ADD_FAILURE() << what;
         } catch (const TranscriberError& error) {
             EXPECT_EQ(error, expected) << what << ": " << error.what();
@@ -155,7 +155,7 @@ TEST(SpeechTranscriber, transcribe_somethingIsMissing_saysWhatInOrder) {
 TEST(SpeechTranscriber, transcribe_stopRequested_endsAtTheNextSegment) {
     const SoundFiles files;
     const auto track = files.make("long.wav", "-stream_loop 4 -i '" + recordings + "/two_cities.wav'");
-    const SpeechTranscriber transcriber("en-US", fastest, {data});
+    const SpeechTranscriber transcriber({"en-US"}, fastest, {data});
     std::stop_source source;
     std::vector<double> told;
     const auto stopAtFirstSegment = [&](double done) {
@@ -175,7 +175,7 @@ TEST(SpeechTranscriber, transcribe_stopRequested_endsAtTheNextSegment) {
 }
 
 TEST(SpeechTranscriber, transcribe_twoTracksAtOnce_giveWhatEachGivesAlone) {
-    const SpeechTranscriber transcriber("en-US", fastest, {data});
+    const SpeechTranscriber transcriber({"en-US"}, fastest, {data});
     const std::string file = recordings + "/beckett.wav";
     const std::string alone = textOf(transcribe(file));
     std::string you;

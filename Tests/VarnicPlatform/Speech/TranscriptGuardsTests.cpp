@@ -25,6 +25,7 @@ TEST(TranscriptGuards, repeats_phrasesInARow_areFoundAndCollapsed) {
         {"Then I see. I see, I see I see. Good", true, "Then I see. Good"},
         {"one two three one two three one two three one two three one two", true, "one two three one two"},
         {"a a a a a a then b c b c b c b c", true, "a then b c"},
+        {"はい。今日は今日は今日は今日は会議です。", true, "はい。今日は会議です。"},
     };
     for (const auto& [text, repeated, collapsed] : texts) {
         EXPECT_EQ(repeats(text), repeated) << text;
@@ -42,6 +43,10 @@ TEST(TranscriptGuards, compressionRatio_plainAndRepetitiveText_areFarApart) {
     }
     EXPECT_GT(compressionRatio(loop), 8);
     EXPECT_EQ(compressionRatio(""), 0);
+    const std::string hindi = "मुझे लगता है कि हमें आज बजट के बारे में बात करनी चाहिए क्योंकि लॉन्च में केवल तीन सप्ताह बाकी हैं "
+                              "और किसी ने तय नहीं किया है कि कीमत क्या होगी। मैं किसी संख्या पर निर्णय लेने से पहले टीम के "
+                              "सभी लोगों से सुनना चाहूंगा, ताकि बाद में कोई शिकायत न करे।";
+    EXPECT_NEAR(compressionRatio(hindi), 1.5, 0.2) << "its letters begin alike in UTF-8";
 }
 
 TEST(TranscriptGuards, isSuspicious_eachSign_isEnough) {
@@ -67,7 +72,7 @@ TEST(TranscriptGuards, saidWords_descriptionsOfSounds_areNot) {
           Case{"♪ la la ♪", {false, true, true, false}},
           Case{"*sighs* Fine *a door closes*", {false, true, false, false, false}},
           Case{"10 to 12 f(x) it's", {true, true, true, true, true}}, Case{"Right. (door", {true, false}},
-          Case{"", {}}}) {
+          Case{"（拍手と笑い）はい、【音楽】", {false, false, false, true, false}}, Case{"", {}}}) {
         EXPECT_EQ(saidWords(text), said) << text;
     }
 }

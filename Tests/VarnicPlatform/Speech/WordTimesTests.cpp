@@ -27,6 +27,7 @@ TEST(WordTimes, spread_overVoicedRuns_keepsPausesBetweenWords) {
         {"the pause goes to the punctuation", "abc abc. abc abc", {{0, 1.5}, {2, 4.5}}, {0, 0.6667, 2, 3.25}},
         {"and not to far away punctuation", "a. abc abc abc abc", {{0, 4}, {4.3, 5}}, {0, 0.8, 1.8667, 2.9333, 4.3}},
         {"a run too short for a word", "abcdefghi", {{0, 2}, {2.5, 2.6}}, {0}},
+        {"words without spaces", "今日は会議です。明日も", {{0, 4}, {5, 7}}, {0, 1, 1.5, 2.5, 5, 6}},
     };
     for (const auto& [what, text, voiced, starts] : spreadings) {
         SCOPED_TRACE(what);

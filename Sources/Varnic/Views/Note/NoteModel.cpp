@@ -239,7 +239,7 @@ CallActions NoteModel::actions() const {
 }
 
 const EmailDraft* NoteModel::email() const {
-    return note_->call && note_->call->digest ? &note_->call->digest->email : nullptr;
+    return note_->call ? note_->call->email() : nullptr;
 }
 
 void NoteModel::editEmail(const std::function<void(EmailDraft&)>& change) {

@@ -4,6 +4,7 @@
 #include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/CallProblem.h"
 #include "VarnicCore/Models/Wording.h"
+#include "VarnicCore/Text/Language.h"
 
 #include <fmt/format.h>
 
@@ -46,6 +47,17 @@ QString SummaryModel::problem() const {
 
 bool SummaryModel::needsSettings() const {
     return !problem().isEmpty() && call()->problem->find("Speech Recognition") != std::string::npos;
+}
+
+QString SummaryModel::languageNote() const {
+    const CallRecord* const call = this->call();
+    const bool isTold = call != nullptr && !call->segments.empty() && stage().isEmpty();
+    if (!isTold || Language::isEnglish(call->language) || hasAIDigest()) {
+        return {};
+    }
+    const std::string name = Language::name(Language::bare(call->language), "en");
+    return shown(fmt::format("Varnic finds to-dos in English only. A summary in {} takes AI{}.", name,
+                             settings().enabled ? "" : ", which is turned on in Settings"));
 }
 
 bool SummaryModel::showsAI() const {

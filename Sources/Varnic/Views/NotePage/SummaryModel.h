@@ -19,6 +19,8 @@ class SummaryModel : public QObject, public QQmlParserStatus {
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
     /// The problem is one that the settings of speech recognition can mend.
     Q_PROPERTY(bool needsSettings READ needsSettings NOTIFY changed)
+    /// What the call's summary lacks because of its language; empty for nothing.
+    Q_PROPERTY(QString languageNote READ languageNote NOTIFY changed)
     /// The controls of AI summaries are shown.
     Q_PROPERTY(bool showsAI READ showsAI NOTIFY changed)
     /// Who made the AI digest that is shown; empty where none is.
@@ -43,6 +45,7 @@ public:
     [[nodiscard]] QString stage() const;
     [[nodiscard]] QString problem() const;
     [[nodiscard]] bool needsSettings() const;
+    [[nodiscard]] QString languageNote() const;
     [[nodiscard]] bool showsAI() const;
     [[nodiscard]] QString credit() const;
     [[nodiscard]] QString asking() const;

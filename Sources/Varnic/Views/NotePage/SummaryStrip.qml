@@ -12,7 +12,7 @@ Column {
 
     required property NoteModel note
 
-    bottomPadding: model.stage !== "" || model.problem !== "" || model.showsAI ? Theme.Space.m : 0
+    bottomPadding: model.stage !== "" || model.problem !== "" || model.languageNote !== "" || model.showsAI ? Theme.Space.m : 0
     spacing: 8
 
     SummaryModel {
@@ -87,6 +87,17 @@ Column {
 
             onClicked: strip.note.retranscribe()
         }
+    }
+
+    Theme.Label {
+        color: Theme.Palette.inkSoft
+        font: Theme.Typo.caption
+        objectName: "languageNote"
+        text: model.languageNote
+        textFormat: Text.PlainText
+        visible: text !== ""
+        width: parent.width
+        wrapMode: Text.Wrap
     }
 
     Repeater {

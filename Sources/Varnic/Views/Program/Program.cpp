@@ -201,8 +201,8 @@ QCoro::Task<> Program::tellWhatIsMissing() {
     }
     store.setValue(toldKey, true);
     const QPointer self(this);
-    const auto look = [locale = model_.settings.localeID.value(), reader = model_.region.locale] {
-        return Permissions::look(false, locale, reader).there;
+    const auto look = [language = model_.settings.language(), reader = model_.region.locale] {
+        return Permissions::look(false, language, reader).there;
     };
     const Permissions::Surroundings there = co_await inBackground(look);
     if (!self) {

@@ -68,8 +68,8 @@ QCoro::Task<> PermissionRows::look() {
         co_return;
     }
     const QPointer self(this);
-    const auto survey = [saidYes = isAllowed(), locale = model_->settings.localeID.value(),
-                         reader = model_->region.locale] { return Permissions::look(saidYes, locale, reader); };
+    const auto survey = [saidYes = isAllowed(), language = model_->settings.language(),
+                         reader = model_->region.locale] { return Permissions::look(saidYes, language, reader); };
     const Permissions::Findings findings = co_await inBackground(survey);
     if (self) {
         isLooking_ = false;
@@ -80,7 +80,7 @@ QCoro::Task<> PermissionRows::look() {
 void PermissionRows::show(const Permissions::Findings& findings) {
     std::vector<SetupRow> rows;
     for (const Permission& permission :
-         Permissions::described(findings, model_->settings.localeID.value(), model_->region.locale)) {
+         Permissions::described(findings, model_->settings.language().locale, model_->region.locale)) {
         rows.push_back(row(static_cast<int>(rows.size()), permission, inSettings_));
     }
     setRows(rows);
@@ -117,7 +117,7 @@ void PermissionRows::open(int row) {
         showModels();
         return;
     }
-    const auto described = Permissions::described(states_, model_->settings.localeID.value());
+    const auto described = Permissions::described(states_, model_->settings.language().locale);
     if (!Permissions::openSettings(described.at(static_cast<std::size_t>(row)).pane)) {
         model_->flash({.text = "No settings program was found", .symbol = "exclamationmark.triangle"});
     }

@@ -73,6 +73,7 @@ SettingsPage {
         title: "Transcript"
 
         ControlRow {
+            detail: RecordingSettings.languageDetail
             name: SettingsWindow.Language
             text: "Language"
 

@@ -3,9 +3,12 @@
 #include "Varnic/Background.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Models/Wording.h"
+#include "VarnicCore/Text/Language.h"
 
 #include <QLocale>
 #include <QPointer>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <string_view>
@@ -15,6 +18,8 @@
 namespace varnic {
 
 namespace {
+
+constexpr const char* automaticName = "Automatic";
 
 /// "en" of "en-GB".
 std::string_view languageOf(std::string_view tag) {
@@ -27,7 +32,8 @@ RecordingSettings* RecordingSettings::create(const QQmlEngine* engine, const QJS
     return new RecordingSettings(ViewContext::of(*engine).model);
 }
 
-RecordingSettings::RecordingSettings(AppModel& model, QObject* parent) : QObject(parent), model_(model) {
+RecordingSettings::RecordingSettings(AppModel& model, std::vector<std::filesystem::path> dataDirectories)
+    : model_(model), dataDirectories_(std::move(dataDirectories)) {
     const auto follow = [this](auto& property) {
         watchers_.push_back(property.addNotifier([this] { Q_EMIT changed(); }));
     };
@@ -39,9 +45,12 @@ RecordingSettings::RecordingSettings(AppModel& model, QObject* parent) : QObject
 
 QCoro::Task<> RecordingSettings::lookForLanguages() {
     const QPointer self(this);
-    const auto list = [reader = QLocale().name().toStdString()] {
-        std::vector<SpeechModel> models = SpeechModels::installed(SpeechModels::dataDirectories());
+    const auto list = [reader = QLocale().name().toStdString(), directories = dataDirectories_] {
+        std::vector<SpeechModel> models = SpeechModels::installed(directories);
         std::vector<Permissions::Language> languages = Permissions::onDeviceLanguages(models, reader);
+        if (SpeechModels::tellLanguages(models)) {
+            languages.insert(languages.begin(), {.id = std::string(LanguageChoice::automatic), .name = automaticName});
+        }
         return std::pair(std::move(models), std::move(languages));
     };
     auto found = co_await inBackground(list);
@@ -76,13 +85,26 @@ void RecordingSettings::setLanguage(int language) {
 }
 
 QString RecordingSettings::otherLanguage() const {
+    if (model_.settings.language().isAutomatic) {
+        return QString::fromUtf8(automaticName);
+    }
     const QString tag = QString::fromStdString(model_.settings.localeID.value());
     const QString name = QLocale::languageToString(QLocale(tag).language());
     return QLocale(tag).language() == QLocale::C ? tag : name;
 }
 
+QString RecordingSettings::languageDetail() const {
+    const LanguageChoice language = model_.settings.language();
+    if (!language.isAutomatic) {
+        return {};
+    }
+    const std::string name = Language::name(language.locale, "en");
+    return QString::fromStdString(Wording::shown(fmt::format(
+        "Found out when a call has ended, for each side. Live lines are in {}, the language of this Mac.", name)));
+}
+
 bool RecordingSettings::hasSeveralModels() const {
-    const auto fits = [locale = model_.settings.localeID.value()](const SpeechModel& model) {
+    const auto fits = [locale = model_.settings.language().locale](const SpeechModel& model) {
         return model.fits(locale);
     };
     return std::ranges::count_if(models_, fits) > 1;

@@ -8,6 +8,7 @@
 #include <QQmlEngine>
 #include <QtQmlIntegration>
 
+#include <filesystem>
 #include <vector>
 
 namespace varnic {
@@ -17,12 +18,14 @@ class RecordingSettings : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    /// The languages that can be recognised here, by their names.
+    /// The languages that can be recognised here, by their names; first "Automatic", where they can be told apart.
     Q_PROPERTY(QList<QString> languages READ languages NOTIFY changed)
     /// Which of them holds, or -1.
     Q_PROPERTY(int language READ language WRITE setLanguage NOTIFY changed)
     /// The language that holds, where it is none of them.
     Q_PROPERTY(QString otherLanguage READ otherLanguage NOTIFY changed)
+    /// What else is to be known of the one that holds; empty for nothing.
+    Q_PROPERTY(QString languageDetail READ languageDetail NOTIFY changed)
     /// Whether several speech models know the language.
     Q_PROPERTY(bool hasSeveralModels READ hasSeveralModels NOTIFY changed)
     /// Which of them writes finished calls down: 0 for the one with the best words, 1 for the fastest.
@@ -34,12 +37,15 @@ class RecordingSettings : public QObject {
 public:
     static RecordingSettings* create(const QQmlEngine* engine, const QJSEngine* scripts);
 
-    explicit RecordingSettings(AppModel& model, QObject* parent = nullptr);
+    /// Speech models are looked for under `dataDirectories`.
+    explicit RecordingSettings(AppModel& model,
+                               std::vector<std::filesystem::path> dataDirectories = SpeechModels::dataDirectories());
 
     [[nodiscard]] QList<QString> languages() const;
     [[nodiscard]] int language() const;
     void setLanguage(int language);
     [[nodiscard]] QString otherLanguage() const;
+    [[nodiscard]] QString languageDetail() const;
     [[nodiscard]] bool hasSeveralModels() const;
     [[nodiscard]] int model() const;
     void setModel(int model);
@@ -65,6 +71,7 @@ private:
     QCoro::Task<> lookForLanguages();
 
     AppModel& model_;
+    std::vector<std::filesystem::path> dataDirectories_;
     std::vector<SpeechModel> models_;
     std::vector<Permissions::Language> languages_;
     std::vector<QPropertyNotifier> watchers_;

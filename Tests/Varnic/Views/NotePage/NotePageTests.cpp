@@ -81,6 +81,26 @@ TEST_F(NotePageTest, lost_sound_hides_no_summary) {
     }
 }
 
+TEST_F(NotePageTest, other_languages_say_what_their_summary_takes) {
+    const Uuid id = addCall({line(Speaker::them, 0, 1, "Guten Tag.")});
+    open(id);
+    const auto note = [this] { return only<SummaryModel>()->languageNote().toStdString(); };
+    EXPECT_EQ(note(), "");
+    model->update(id, true, [](Note& call) {
+        call.call->language = "de";
+        call.call->digest = CallDigest();
+    });
+    EXPECT_EQ(note(),
+              "Varnic finds to-dos in English only. A summary in German takes AI, which is turned on in Settings.");
+    EXPECT_EQ(find<QQuickItem>("languageNote")->property("text").toString().toStdString(), note());
+    EXPECT_EQ(find<QQuickItem>("emailActions"), nullptr) << "none is drafted";
+    model->settings.ai = AISettings{.enabled = true};
+    EXPECT_EQ(note(), "Varnic finds to-dos in English only. A summary in German takes AI.");
+    model->update(id, true, [](Note& call) { call.call->digest = CallDigest{.isLocal = false}; });
+    EXPECT_EQ(note(), "");
+    EXPECT_NE(find<QQuickItem>("emailActions"), nullptr);
+}
+
 TEST_F(NotePageTest, return_in_the_title_goes_to_the_first_block_and_breaks_no_line) {
     const Uuid id = addNote("Plan", {Block{.text = "One"}, Block{.text = "Two"}});
     open(id);

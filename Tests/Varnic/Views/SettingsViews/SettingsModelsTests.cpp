@@ -3,15 +3,25 @@
 #include "Varnic/Views/SettingsViews/KeySettings.h"
 #include "Varnic/Views/SettingsViews/MenuBarWindow.h"
 #include "Varnic/Views/SettingsViews/RecentCalls.h"
+#include "Varnic/Views/SettingsViews/RecordingSettings.h"
 #include "Varnic/Views/SettingsViews/ServerCheck.h"
 #include "Varnic/Views/SettingsViews/SummarySettings.h"
 
+#include "VarnicCore/TemporaryFolder.h"
+
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 #include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
 
 namespace varnic {
 namespace {
+
+namespace fs = std::filesystem;
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -72,6 +82,44 @@ TEST(HotkeySettings, press_takesWhatCanBeACombination) {
     EXPECT_EQ(shown(), "Alt+Shift+R");
     model.restart();
     EXPECT_EQ(HotkeySettings(*model, nullptr).selected(), 1);
+}
+
+/// Lays out a model of which only the manifest is read.
+void installModel(const fs::path& data, const std::string& id, const std::string& engine, const std::string& locales) {
+    const fs::path folder = data / "varnic/models" / id;
+    fs::create_directories(folder);
+    std::ofstream(folder / "file") << "weights";
+    std::ofstream(folder / "model.json") << fmt::format(
+        R"({{"id": "{0}", "name": "{0}", "engine": "{1}", "locales": {2}, "files": {{"encoder": "file",)"
+        R"("decoder": "file", "merged_decoder": "file", "tokens": "file"}}}})",
+        id, engine, locales);
+}
+
+TEST(RecordingSettings, language_automaticComesFirstWhereLanguagesCanBeToldApart) {
+    const TemporaryFolder data;
+    ScratchModel model;
+    model->settings.localeID = std::string("de-AT");
+    installModel(data.path(), "one", "moonshine", R"(["tlh"])");
+    RecordingSettings settings(*model, {data.path()});
+    settings.look();
+    EXPECT_TRUE(waitUntil([&settings] { return !settings.languages().isEmpty(); }));
+    EXPECT_FALSE(settings.languages().contains("Automatic"));
+
+    installModel(data.path(), "many", "whisper", R"(["de", "en"])");
+    settings.look();
+    EXPECT_TRUE(waitUntil([&settings] { return settings.languages().contains("German"); }));
+    EXPECT_EQ(settings.languages().front(), "Automatic");
+    EXPECT_EQ(settings.languages().at(settings.language()), "German") << "what was chosen stays";
+    EXPECT_EQ(settings.languageDetail(), "");
+    settings.setLanguage(0);
+    EXPECT_TRUE(model->settings.language().isAutomatic);
+    EXPECT_EQ(settings.language(), 0);
+    EXPECT_THAT(settings.languageDetail().toStdString(), HasSubstr("Live lines are in English"));
+
+    fs::remove_all(data.path() / "varnic/models/many");
+    settings.look();
+    EXPECT_TRUE(waitUntil([&settings] { return settings.language() == -1; }));
+    EXPECT_EQ(settings.otherLanguage(), "Automatic");
 }
 
 TEST(SummarySettings, disclosure_tellsWhereTheTranscriptGoes) {
