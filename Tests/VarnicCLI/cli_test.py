@@ -482,6 +482,7 @@ class Devices(CommandLine):
         # The library ends the process that it is in, given such a file.
         os.truncate(next(noise.glob("*.tar.gz")), 1000)
         self.environment["XDG_DATA_HOME"] = str(self.folder / "data")
+        self.assertIn(f"noise reduction in {noise}", self.run_cli("models", "--check").stderr)
         track = self.folder / "noisy.wav"
         subprocess.run(["ffmpeg", "-v", "error", "-i", Path(RECORDINGS) / "beckett.wav", "-f", "lavfi", "-i",
                         "anoisesrc=d=20:a=0.02:seed=7", "-filter_complex", "amix=2:normalize=0:duration=first", track],
