@@ -3,6 +3,7 @@
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Library/NoteJson.h"
 #include "VarnicPlatform/Speech/ModelCheck.h"
+#include "VarnicPlatform/Speech/NoiseReduction.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
 
 #include <fmt/format.h>
@@ -10,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -44,7 +46,8 @@ nlohmann::json described(const SpeechModel& model) {
 ExitCode models(const Arguments& arguments) {
     arguments.expectNoWords();
     std::vector<SpeechModels::Skipped> skipped;
-    const std::vector<SpeechModel> installed = SpeechModels::installed(SpeechModels::dataDirectories(), &skipped);
+    const std::vector<std::filesystem::path> data = SpeechModels::dataDirectories();
+    const std::vector<SpeechModel> installed = SpeechModels::installed(data, &skipped);
     std::vector<std::string> faults;
     for (const auto& [folder, reason] : skipped) {
         faults.push_back(fmt::format("The speech model in {} can’t be used: {}.", folder.string(), reason));
@@ -59,6 +62,16 @@ ExitCode models(const Arguments& arguments) {
             list.push_back(described(model));
         } else {
             print(model);
+        }
+    }
+    if (const auto network = NoiseReduction::network(data)) {
+        const std::string folder = network->parent_path().string();
+        if (arguments.has("check") && !ModelCheck::isUsable(*network)) {
+            faults.push_back(fmt::format(
+                "The noise reduction in {} can’t be used: its files are damaged or of another kind.", folder));
+        }
+        if (!arguments.has("json")) {
+            Terminal::print("{}\n  {}\n", Terminal::bold("Noise reduction"), Terminal::faint(folder));
         }
     }
     if (arguments.has("json")) {

@@ -450,6 +450,30 @@ class Devices(CommandLine):
             self.assertIn(sentence, run.stderr)
         self.assertIn("again", self.succeed("transcribe", "--them", track, "--model", "fastest").lower())
 
+    def test_each_damaged_file_of_a_model_is_told(self):
+        models = self.folder / "data/varnic/models"
+        sound = next(Path(PROGRAM).parents[1].glob("share/varnic/models/moonshine*"))
+        detector = next(Path(PROGRAM).parents[1].glob("share/varnic/vad/*.onnx"))
+        damages = {
+            "half": lambda file: os.truncate(file, file.stat().st_size // 2),
+            "empty": lambda file: os.truncate(file, 0),
+            "text": lambda file: file.write_text("nothing of the kind\n" * 100),
+            "other": lambda file: shutil.copy(detector, file),
+        }
+        manifest = json.loads((sound / "model.json").read_text())
+        expected = set()
+        for role, name in manifest["files"].items():
+            for kind, damage in damages.items():
+                folder = models / f"{role}-{kind}"
+                shutil.copytree(sound, folder)
+                (folder / "model.json").write_text(json.dumps(manifest | {"id": folder.name, "name": folder.name}))
+                damage(folder / name)
+                expected.add(folder.name)
+        self.environment["XDG_DATA_HOME"] = str(self.folder / "data")
+        faults = json.loads(self.run_cli("models", "--check", "--json").stdout)["faults"]
+        self.assertEqual({folder for folder in expected if any(f"“{folder}”" in fault for fault in faults)}, expected)
+        self.assertEqual(len(faults), len(expected), faults)
+
     def test_a_damaged_noise_reduction_is_done_without(self):
         installed = next(Path(PROGRAM).parents[1].glob("share/varnic/noise"), None)
         if installed is None:
@@ -459,6 +483,7 @@ class Devices(CommandLine):
         # The library ends the process that it is in, given such a file.
         os.truncate(next(noise.glob("*.tar.gz")), 1000)
         self.environment["XDG_DATA_HOME"] = str(self.folder / "data")
+        self.assertIn(f"noise reduction in {noise}", self.run_cli("models", "--check").stderr)
         track = self.folder / "noisy.wav"
         subprocess.run(["ffmpeg", "-v", "error", "-i", Path(RECORDINGS) / "beckett.wav", "-f", "lavfi", "-i",
                         "anoisesrc=d=20:a=0.02:seed=7", "-filter_complex", "amix=2:normalize=0:duration=first", track],

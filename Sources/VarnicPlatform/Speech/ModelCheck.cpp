@@ -1,6 +1,7 @@
 #include "VarnicPlatform/Speech/ModelCheck.h"
 
 #include "VarnicCore/Pipeline/Transcriber.h"
+#include "VarnicCore/Text/Unicode.h"
 #include "VarnicPlatform/Speech/NoiseReduction.h"
 #include "VarnicPlatform/Speech/SpeechRecognizer.h"
 
@@ -10,14 +11,18 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <charconv>
 #include <cstdint>
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <map>
 #include <mutex>
 #include <ranges>
 #include <span>
+#include <stdexcept>
+#include <string>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -37,10 +42,32 @@ constexpr unsigned patience = 60;
 
 std::atomic<bool> isEnabled = false;
 
+/// Each line of a list of tokens ends with a number, larger than that of the line before. The engine itself takes
+/// anything for such a list, and then leaves out the words that it finds no tokens of.
+void requireTokens(const fs::path& file) {
+    std::ifstream in(file);
+    std::optional<long> last;
+    for (std::string line; std::getline(in, line);) {
+        const std::string_view text = Unicode::trimEnd(line, Unicode::isSpace);
+        const std::string_view digits = text.substr(text.find_last_of(" \t") + 1);
+        long number = 0;
+        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+        if (error != std::errc() || end != digits.data() + digits.size() || number <= last.value_or(-1)) {
+            throw std::runtime_error("no list of tokens");
+        }
+        last = number;
+    }
+    if (!last) {
+        throw std::runtime_error("no list of tokens");
+    }
+}
+
 /// The engine takes the model of a folder and hears something, be it nothing, with it.
 void tryModel(const fs::path& folder) {
+    const SpeechModel model = SpeechModel::load(folder);
+    requireTokens(model.files.at("tokens"));
     const std::vector<float> second(SpeechRecognizer::rate);
-    static_cast<void>(SpeechRecognizer::create(SpeechModel::load(folder), "en").decode(second));
+    static_cast<void>(SpeechRecognizer::create(model, "en").decode(second));
 }
 
 /// A missing library tells nothing about the network.
