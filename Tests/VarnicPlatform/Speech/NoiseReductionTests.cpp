@@ -108,8 +108,8 @@ TEST_F(NoiseReductionTest, transcribe_speechInNoise_cleansItAndNothingElse) {
     }
     const ModelChoice fastest{.preference = ModelChoice::Preference::fastest, .id = {}};
     const auto heard = [&](const fs::path& file, const fs::path& directory) {
-        return textOf(SpeechTranscriber("en-US", fastest, {directory})
-                          .transcribe({file, Speaker::them, {}}, [](double /*progress*/) {}, {}));
+        return textOf(SpeechTranscriber({"en-US"}, fastest, {directory})
+                          .transcribe({file, Speaker::them}, [](double /*progress*/) {}, {}));
     };
     EXPECT_LT(wordErrors(twoCities, heard(noisy, data)),
               wordErrors(twoCities, heard(noisy, files.path("without"))) - 0.05);
