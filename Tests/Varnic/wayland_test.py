@@ -152,6 +152,8 @@ class Wayland(unittest.TestCase):
         program = self.start_in_front()
         self.desktop.seat.key("ctrl+comma")
         program.expect("…In its keyboard settings, set a shortcut for the command “varnic --toggle-recording”…")
+        pill = program.expect("Show a floating recording pill")
+        wait_for(lambda: "Wayland keeps no window in front of the others" in pill.description, "what the pill’s switch tells")
 
     def test_scaledScreen_isDrawnInItsOwnPoints(self):
         self.addCleanup(self.desktop.message, "output", "*", "scale", "1")

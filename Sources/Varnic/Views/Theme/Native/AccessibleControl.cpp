@@ -6,19 +6,27 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 
-#include <algorithm>
 #include <utility>
 
 namespace varnic {
 
 namespace {
 
-/// The attached object `Accessible` of an item, by which its view says what it is; null without one.
+bool isNamed(const QObject& attached) {
+    return !attached.property("name").toString().isEmpty();
+}
+
+/// The attached object `Accessible` of an item, by which its view says what it is; null without one. Qt gives some
+/// items a second one, in which nothing is said.
 QObject* told(const QObject* item) {
-    const auto& children = item->children();
-    const auto found = std::ranges::find_if(
-        children, [](const QObject* child) { return child->inherits("QQuickAccessibleAttached"); });
-    return found == children.end() ? nullptr : *found;
+    QObject* found = nullptr;
+    for (QObject* const child : item->children()) {
+        if (child->inherits("QQuickAccessibleAttached") &&
+            (found == nullptr || (isNamed(*child) && !isNamed(*found)))) {
+            found = child;
+        }
+    }
+    return found;
 }
 
 /// A button, a box or an entry of a menu. What stands in it is its name.
