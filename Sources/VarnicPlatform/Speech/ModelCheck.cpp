@@ -19,7 +19,7 @@
 #include <system_error>
 #include <utility>
 
-#include <unistd.h>
+#include <sys/resource.h>
 
 namespace varnic::ModelCheck {
 
@@ -28,14 +28,15 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::string_view option = "--try-speech-model";
-/// Seconds that trying a model out may take.
-constexpr unsigned patience = 60;
+/// Seconds of the processor that trying a model out may take. On a busy computer a good one may wait long for them.
+constexpr rlim_t patience = 60;
 
 std::atomic<bool> isEnabled = false;
 
 /// Whether the engine takes the model of a folder and hears something, be it nothing, with it.
 int tryOut(const fs::path& folder) {
-    ::alarm(patience);
+    const rlimit limit{.rlim_cur = patience, .rlim_max = patience};
+    ::setrlimit(RLIMIT_CPU, &limit);
     try {
         const SpeechModel model = SpeechModel::load(folder);
         const std::vector<float> second(SpeechRecognizer::rate);
