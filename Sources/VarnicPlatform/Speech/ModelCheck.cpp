@@ -27,7 +27,7 @@
 #include <system_error>
 #include <utility>
 
-#include <unistd.h>
+#include <sys/resource.h>
 
 namespace varnic::ModelCheck {
 
@@ -37,8 +37,10 @@ namespace {
 
 constexpr std::string_view modelOption = "--try-speech-model";
 constexpr std::string_view networkOption = "--try-noise-reduction";
-/// Seconds that trying one out may take.
-constexpr unsigned patience = 60;
+/// Seconds of the processor that trying one out may take, and on the clock: on a busy computer a good one may wait
+/// long.
+constexpr rlim_t patience = 60;
+constexpr unsigned longest = 600;
 
 std::atomic<bool> isEnabled = false;
 
@@ -78,7 +80,9 @@ void tryNetwork(const fs::path& network) {
 }
 
 int tryOut(void (*attempt)(const fs::path&), const fs::path& what) {
-    ::alarm(patience);
+    const rlimit limit{.rlim_cur = patience, .rlim_max = patience};
+    ::setrlimit(RLIMIT_CPU, &limit);
+    ::alarm(longest);
     try {
         attempt(what);
         return 0;

@@ -17,7 +17,8 @@ namespace varnic::ModelCheck {
 std::optional<int> enable(int argc, char** argv);
 
 /// Why a model can't be used, as a sentence that names it; nothing where it can, and in a program that didn't `enable`
-/// this. Blocks while the engine loads the model, a minute at most, once for each state of its files. Any thread.
+/// this. Blocks while the engine loads the model, a minute of its work at most, once for each state of its files. Any
+/// thread.
 std::optional<std::string> fault(const SpeechModel& model);
 
 /// Whether a network of NoiseReduction can be used; true in a program that didn't `enable` this. Blocks as `fault`
