@@ -225,7 +225,26 @@ class SettingsTest(unittest.TestCase):
         self.assertFalse([file for file in (self.folder / "config").rglob("*") if file.is_file()
                           and "sk-secret" in file.read_text()], "in no file of settings")
 
+    def record(self, program, live):
+        """Records the call by the key until the live text shows; gives its note."""
+        before = {note["id"] for note in self.notes()}
+        self.desktop.xdotool("key", "ctrl+shift+r")
+        if not before:  # consent is asked for once
+            program.press("Start Recording")
+        program.expect("Stop recording")
+        self.assertEqual(self.windows("Varnic is recording"), "", "the pill is off")
+        # The default devices are silent; the words come from those that were chosen.
+        playing = [self.sound.feed(str(self.call / "you.caf"), "headset"), self.sound.play(str(self.call / "them.caf"), "speakers")]
+        wait_for(lambda: any(live in name for name in program.names()), f"a live line with {live}")
+        self.desktop.xdotool("key", "ctrl+shift+r")
+        program.expect("Record call")
+        for name in playing:
+            self.sound.stop(name)
+        return wait_for(lambda: next((note for note in self.notes() if note["id"] not in before and note["call"].get("digest")),
+                                     None), "the call")
+
     def test_settings_showInTheNextCall(self):
+        self.add_model("de", "another for German")
         program = self.start()
         server = self.enterContext(Server())
         settings = Settings(program)
@@ -242,25 +261,21 @@ class SettingsTest(unittest.TestCase):
         settings.choose("Your microphone", "Virtual headset")
         settings.choose("Their side", "Virtual speakers")
         settings.choose("Language", "German")
+        settings.choose("Speech model", "Fastest")
         settings.turn("Keep call audio after transcribing")
         settings.close()
 
-        self.desktop.xdotool("key", "ctrl+shift+r")
-        program.press("Start Recording")
-        program.expect("Stop recording")
-        self.assertEqual(self.windows("Varnic is recording"), "", "the pill is off")
-        # The default devices are silent; the words come from those that were chosen.
-        for name in [self.sound.feed(str(self.call / "you.caf"), "headset"),
-                     self.sound.play(str(self.call / "them.caf"), "speakers")]:
-            self.addCleanup(self.sound.stop, name)
-        wait_for(lambda: any("DESIGNS" in name for name in program.names()), "a live line in capitals")
-        self.desktop.xdotool("key", "ctrl+shift+r")
-        program.expect("Record call")
-        note = wait_for(lambda: next((note for note in self.notes() if note["call"].get("digest")), None), "the call")
+        note = self.record(program, "DESIGNS")
         self.assertEqual({segment["speaker"] for segment in note["call"]["segments"]}, {"you", "them"})
         self.assertTrue(all(segment["text"].isupper() for segment in note["call"]["segments"]), note["call"]["segments"])
-        self.assertIn("Ada", json.dumps(note["call"]["digest"]["email"]))
         wait_for(lambda: not list(self.library.glob("audio/*/*.m4a")), "no audio kept")
+
+        settings = Settings(program)
+        settings.tab("Recording")
+        settings.choose("Language", "English")
+        settings.close()
+        note = self.record(program, "designs")
+        self.assertIn("Ada", json.dumps(note["call"]["digest"]["email"]))
 
         settings = Settings(program)
         settings.tab("General")
@@ -275,7 +290,7 @@ class SettingsTest(unittest.TestCase):
         self.assertEqual(settings.holds("Model"), "larger:7b")
         settings.close()
         program.press("Summarise with larger:7b")
-        wait_for(lambda: self.notes()[0]["title"] == "Launch plan", "the AI’s summary")
+        wait_for(lambda: "Launch plan" in [note["title"] for note in self.notes()], "the AI’s summary")
         self.desktop.xdotool("key", "ctrl+shift+r")
         program.expect("Start Recording")
 
