@@ -108,6 +108,7 @@ Theme.Sheet {
         target: sheet.study
     }
 
+    // Keys that are pressed while the sheet comes in count.
+    onAboutToShow: takeFocus()
     onClosed: study.close()
-    onOpened: takeFocus()
 }

@@ -71,6 +71,17 @@ protected:
         return found == items.end() ? nullptr : *found;
     }
 
+    /// What a loader holds under that name, which a popup's own item has not; else null.
+    [[nodiscard]] QObject* loaded(const char* name) const {
+        for (const QQuickItem* item : shownItems()) {
+            auto* const object = item->property("item").value<QObject*>();
+            if (object != nullptr && object->objectName() == name) {
+                return object;
+            }
+        }
+        return nullptr;
+    }
+
     void press(int key, Qt::KeyboardModifiers modifiers = {}) {
         QTest::keyClick(&mainWindow->window(), static_cast<Qt::Key>(key), modifiers);
     }
@@ -105,6 +116,19 @@ TEST_F(MainWindowTest, search_replaces_any_list_and_gives_it_back) {
         EXPECT_EQ(model->query.value(), "");
         EXPECT_TRUE(waitUntil([this] { return shown("searchResults") == nullptr; }));
     }
+}
+
+TEST_F(MainWindowTest, keys_count_while_the_card_comes_in) {
+    const auto deck = model->newNote("Capitals", {Block::flashcard("France", "Paris")});
+    open();
+    model->studyDeck = deck;
+    QObject* const sheet = loaded("studySheet");
+    ASSERT_NE(sheet, nullptr);
+    QQuickItem* const card = mainWindow->window().activeFocusItem();
+    press(Qt::Key_Tab);
+    ASSERT_FALSE(sheet->property("opened").toBool());
+    ASSERT_TRUE(waitUntil([&] { return sheet->property("opened").toBool(); }));
+    EXPECT_NE(mainWindow->window().activeFocusItem(), card);
 }
 
 TEST_F(MainWindowTest, arrows_go_from_the_search_into_the_results_and_back) {
