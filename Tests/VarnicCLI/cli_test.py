@@ -450,6 +450,22 @@ class Devices(CommandLine):
             self.assertIn(sentence, run.stderr)
         self.assertIn("again", self.succeed("transcribe", "--them", track, "--model", "fastest").lower())
 
+    def test_a_language_that_a_model_only_claims_is_told(self):
+        whisper = next(Path(PROGRAM).parents[1].glob("share/varnic/models/whisper*"), None)
+        if whisper is None:
+            self.skipTest("there is no Whisper; ./dev setup models brings it")
+        folder = self.folder / "data/varnic/models/claims"
+        shutil.copytree(whisper, folder)
+        manifest = json.loads((folder / "model.json").read_text()) | {"id": "claims", "locales": ["en", "tlh"]}
+        (folder / "model.json").write_text(json.dumps(manifest))
+        self.environment["XDG_DATA_HOME"] = str(self.folder / "data")
+        track = Path(RECORDINGS) / "beckett.wav"
+        # The engine ends the process that it is in, asked for such a language.
+        run = self.run_cli("transcribe", "--them", track, "--language", "tlh")
+        self.assertEqual(run.returncode, 1)
+        self.assertIn("without the language “tlh”", run.stderr)
+        self.assertIn("again", self.succeed("transcribe", "--them", track, "--model", "claims").lower())
+
     def test_each_damaged_file_of_a_model_is_told(self):
         models = self.folder / "data/varnic/models"
         sound = next(Path(PROGRAM).parents[1].glob("share/varnic/models/moonshine*"))

@@ -87,7 +87,6 @@ class Session:
         address = f"varnic:{self.call['id']}"
         self.program.press("More")
         self.program.press("Copy Link")
-        self.program.expect("…Link copied…")
         subprocess.run(["varnic", "--new-note"], check=True)
         wait_for(lambda: len(self.notes()) == 2, "a new note")
         self.program.expect("…Untitled…")

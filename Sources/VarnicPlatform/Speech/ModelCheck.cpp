@@ -2,6 +2,7 @@
 
 #include "VarnicCore/Pipeline/Transcriber.h"
 #include "VarnicCore/Text/Unicode.h"
+#include "VarnicPlatform/Speech/LanguageIdentifier.h"
 #include "VarnicPlatform/Speech/NoiseReduction.h"
 #include "VarnicPlatform/Speech/SpeechRecognizer.h"
 
@@ -9,7 +10,6 @@
 #include <glib.h>
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <charconv>
 #include <cstdint>
@@ -65,11 +65,14 @@ void requireTokens(const fs::path& file) {
 }
 
 /// The engine takes the model of a folder and hears something, be it nothing, with it.
-void tryModel(const fs::path& folder) {
+void tryModel(const fs::path& folder, std::string_view locale) {
     const SpeechModel model = SpeechModel::load(folder);
     requireTokens(model.files.at("tokens"));
     const std::vector<float> second(SpeechRecognizer::rate);
-    static_cast<void>(SpeechRecognizer::create(model, "en").decode(second));
+    static_cast<void>(SpeechRecognizer::create(model, locale).decode(second));
+    if (model.tellsLanguages()) {
+        static_cast<void>(LanguageIdentifier::create(model));
+    }
 }
 
 /// A missing library tells nothing about the network.
@@ -79,24 +82,28 @@ void tryNetwork(const fs::path& network) {
     }
 }
 
-int tryOut(void (*attempt)(const fs::path&), const fs::path& what) {
+template <typename Attempt>
+int tryOut(Attempt attempt) {
     const rlimit limit{.rlim_cur = patience, .rlim_max = patience};
     ::setrlimit(RLIMIT_CPU, &limit);
     ::alarm(longest);
     try {
-        attempt(what);
+        attempt();
         return 0;
     } catch (const std::exception&) {
         return 1;
     }
 }
 
-bool passes(std::string_view option, const fs::path& what) {
+/// What a second start of the program is to try out, as its arguments.
+using Trial = std::vector<std::string>;
+
+bool passes(Trial trial) {
     std::error_code error;
-    std::string program = fs::read_symlink("/proc/self/exe", error);
-    std::string word(option);
-    std::string name = what;
-    std::array<char*, 4> command{program.data(), word.data(), name.data(), nullptr};
+    trial.insert(trial.begin(), fs::read_symlink("/proc/self/exe", error));
+    std::vector<char*> command;
+    std::ranges::transform(trial, std::back_inserter(command), [](std::string& word) { return word.data(); });
+    command.push_back(nullptr);
     int status = 0;
     const auto flags = static_cast<GSpawnFlags>(G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
     // A program that can't be started tells nothing about the files.
@@ -119,19 +126,19 @@ State stateOf(const std::vector<fs::path>& files) {
 }
 
 /// Tries out what consists of these files, once for each state of them.
-bool passes(std::string_view option, const fs::path& what, const std::vector<fs::path>& files) {
+bool passes(const Trial& trial, const std::vector<fs::path>& files) {
     if (!isEnabled) {
         return true;
     }
     // Held while something is tried out: both sides of a call ask at once.
     static std::mutex lock;
-    static std::map<fs::path, std::pair<State, bool>> known;
+    static std::map<Trial, std::pair<State, bool>> known;
     const std::scoped_lock guard(lock);
     State state = stateOf(files);
-    auto found = known.find(what);
+    auto found = known.find(trial);
     if (found == known.end() || found->second.first != state) {
-        const bool usable = passes(option, what);
-        found = known.insert_or_assign(what, std::pair(std::move(state), usable)).first;
+        const bool usable = passes(trial);
+        found = known.insert_or_assign(trial, std::pair(std::move(state), usable)).first;
     }
     return found->second.second;
 }
@@ -140,35 +147,37 @@ bool passes(std::string_view option, const fs::path& what, const std::vector<fs:
 
 std::optional<int> enable(int argc, char** argv) {
     const std::span words(argv, static_cast<std::size_t>(argc));
-    if (words.size() == 3 && words[1] == modelOption) {
-        return tryOut(tryModel, words[2]);
+    if (words.size() == 4 && words[1] == modelOption) {
+        return tryOut([&] { tryModel(words[2], words[3]); });
     }
     if (words.size() == 3 && words[1] == networkOption) {
-        return tryOut(tryNetwork, words[2]);
+        return tryOut([&] { tryNetwork(words[2]); });
     }
     isEnabled = true;
     return std::nullopt;
 }
 
-std::optional<std::string> fault(const SpeechModel& model) {
-    std::vector<fs::path> files;
+std::optional<std::string> fault(const SpeechModel& model, std::string_view locale) {
+    std::vector<fs::path> files{model.folder / "model.json"};
     std::ranges::copy(std::views::values(model.files), std::back_inserter(files));
-    if (passes(modelOption, model.folder, files)) {
+    const std::string tag = model.tagFor(locale).value_or(model.locales.front());
+    if (passes({std::string(modelOption), model.folder, tag}, files)) {
         return std::nullopt;
     }
-    return fmt::format("The speech model “{}” in {} can’t be used: its files are damaged or of another kind.",
-                       model.name, model.folder.string());
+    return fmt::format("The speech model “{}” in {} can’t be used: its files are damaged, of another kind or without "
+                       "the language “{}”.",
+                       model.name, model.folder.string(), tag);
 }
 
 bool isUsable(const fs::path& network) {
-    return passes(networkOption, network, {network});
+    return passes({std::string(networkOption), network}, {network});
 }
 
 std::optional<SpeechModel> choose(std::vector<SpeechModel> models, std::string_view locale, const ModelChoice& choice,
                                   std::vector<std::string>& faults) {
     std::optional<SpeechModel> chosen;
     while ((chosen = SpeechModels::choose(models, locale, choice))) {
-        const std::optional<std::string> why = fault(*chosen);
+        const std::optional<std::string> why = fault(*chosen, locale);
         if (!why) {
             break;
         }

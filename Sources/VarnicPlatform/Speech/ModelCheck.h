@@ -16,10 +16,10 @@ namespace varnic::ModelCheck {
 /// that second start it gives the exit code to end with at once.
 std::optional<int> enable(int argc, char** argv);
 
-/// Why a model can't be used, as a sentence that names it; nothing where it can, and in a program that didn't `enable`
-/// this. Blocks while the engine loads the model, a minute of its work at most, once for each state of its files. Any
-/// thread.
-std::optional<std::string> fault(const SpeechModel& model);
+/// Why a model can't be used for a locale, or for its first language where it doesn't name the locale's: a sentence
+/// that names the model. Nothing where it can, and in a program that didn't `enable` this. Blocks while the engine
+/// loads the model, a minute of its work at most, once for each state of its files. Any thread.
+std::optional<std::string> fault(const SpeechModel& model, std::string_view locale = {});
 
 /// Whether a network of NoiseReduction can be used; true in a program that didn't `enable` this. Blocks as `fault`
 /// does.

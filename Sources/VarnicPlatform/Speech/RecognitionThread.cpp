@@ -213,7 +213,7 @@ private:
             if (!voice_) {
                 voice_.emplace(makeDetector());
             }
-            if (!recognizer_ && !ModelCheck::fault(model_)) {
+            if (!recognizer_ && !ModelCheck::fault(model_, locale_)) {
                 recognizer_ = SpeechRecognizer::create(model_, locale_);
             }
         });
