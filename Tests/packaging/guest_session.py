@@ -74,8 +74,8 @@ class Session:
         self.program.expect("Record call")
         for name in playing:
             self.desktop.sound.stop(name)
-        self.call = wait_for(lambda: next((note for note in self.notes() if note.get("call", {}).get("segments")), None),
-                             "the transcript", seconds=600)
+        self.call = wait_for(lambda: next((note for note in self.notes() if note.get("call", {}).get("digest")), None),
+                             "the transcript and its digest, after which nothing more is written", seconds=600)
         speakers = {segment["speaker"] for segment in self.call["call"]["segments"]}
         if speakers != {"you", "them"}:
             raise AssertionError(f"only {speakers} were heard")
@@ -106,9 +106,7 @@ class Session:
         wait_for(lambda: len(self.notes()) == before + 1, "a note of the old program")
         self.quit()
         self.open_program()
-        # By the name that the digest has given it meanwhile.
-        title = next(note["title"] for note in self.notes() if note["id"] == self.call["id"])
-        self.program.expect(f"…{title}…")
+        self.program.expect(f"…{self.call['title']}…")
         self.quit()
 
     def activate(self):
