@@ -216,8 +216,9 @@ class Guest:
         return "".join(told).strip()
 
     def end(self):
-        self.process.stdin.close()
-        self.process.wait(60)
+        with self.process:  # which closes what leads to it
+            self.process.stdin.close()
+            self.process.wait(60)
 
 
 class Walk(unittest.TestCase):
