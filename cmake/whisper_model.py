@@ -20,6 +20,9 @@ import onnx
 from onnx import TensorProto, helper, numpy_helper
 
 OPSET = 17  # the first with LayerNormalization
+# Where ONNX Runtime keeps operations of its own. Its attention never has the shares of all pairs of frames in memory,
+# which take 70 MB for half a minute.
+ENGINE_DOMAIN = "com.microsoft"
 HEAD_SIZE = 64  # of every Whisper model
 SPECIAL_TOKEN = "<|{}|>"
 
@@ -107,8 +110,18 @@ class Graph:
         self.constants[name] = numpy_helper.from_array(self.weights[name].astype(np.float16), name)
         return name
 
+    def half_turned(self, name: str) -> str:
+        """A matrix with its rows as columns. Turning it while the model is loaded would take its size once more."""
+        turned = f"{name} turned"
+        self.constants[turned] = numpy_helper.from_array(
+            np.ascontiguousarray(self.weights[name].T.astype(np.float16)), turned)
+        return turned
+
+    def float(self, half: str) -> str:
+        return self.op("Cast", half, to=TensorProto.FLOAT)
+
     def weight(self, name: str) -> str:
-        return self.op("Cast", self.half(name), to=TensorProto.FLOAT)
+        return self.float(self.half(name))
 
     def dimension(self, value: str, index: int) -> str:
         return self.op("Slice", self.op("Shape", value), self.ints(index), self.ints(index + 1))
@@ -117,7 +130,7 @@ class Graph:
         return self.op("Slice", value, first, end, self.ints(axis))
 
     def linear(self, value: str, layer: str) -> str:
-        matrix = self.op("Transpose", self.weight(f"{layer}/weight"), perm=[1, 0])
+        matrix = self.float(self.half_turned(f"{layer}/weight"))
         return self.op("Add", self.op("MatMul", value, matrix), self.weight(f"{layer}/bias"))
 
     def split_linear(self, value: str, layer: str, count: int) -> list[str]:
@@ -154,7 +167,8 @@ class Graph:
     def save(self, file: Path, inputs: list, outputs: list, metadata: dict[str, object]) -> None:
         graph = helper.make_graph(self.nodes, file.stem, inputs, outputs, list(self.constants.values()))
         # Version 8 of the format came with this opset; older engines read it too.
-        model = helper.make_model(graph, opset_imports=[helper.make_opsetid("", OPSET)], ir_version=8)
+        model = helper.make_model(graph, opset_imports=[helper.make_opsetid("", OPSET), helper.make_opsetid(ENGINE_DOMAIN, 1)],
+                                  ir_version=8)
         helper.set_model_props(model, {key: str(value) for key, value in metadata.items()})
         onnx.checker.check_model(model)
         onnx.save(model, file)
@@ -188,7 +202,8 @@ def save_encoder(weights: dict[str, np.ndarray], file: Path, metadata: dict[str,
         attention = f"{layer}/self_attention"
         query, key, content = graph.split_linear(graph.norm(value, f"{attention}/layer_norm"),
                                                  f"{attention}/linear_0", 3)
-        found, _ = graph.attention(query, key, content)
+        found = graph.op("MultiHeadAttention", query, key, content, domain=ENGINE_DOMAIN,
+                         num_heads=metadata["n_audio_head"])
         value = graph.op("Add", value, graph.linear(found, f"{attention}/linear_1"))
         value = graph.feed_forward(value, f"{layer}/ffn")
     value = graph.norm(value, "encoder/layer_norm")
@@ -214,8 +229,8 @@ def save_decoder(weights: dict[str, np.ndarray], file: Path, metadata: dict[str,
     graph = Graph(weights)
     length, width = metadata["n_text_ctx"], metadata["n_text_state"]
     end = graph.op("Add", "offset", graph.dimension("tokens", 1))
-    embeddings = graph.half("decoder/embeddings/weight")
-    value = graph.op("Cast", graph.op("Gather", embeddings, "tokens"), to=TensorProto.FLOAT)
+    embeddings = graph.half_turned("decoder/embeddings/weight")
+    value = graph.op("Transpose", graph.float(graph.op("Gather", embeddings, "tokens", axis=1)), perm=[1, 2, 0])
     places = graph.weight("decoder/position_encodings/encodings")
     value = graph.op("Add", value, graph.part(places, "offset", end, 0))
 
@@ -250,8 +265,7 @@ def save_decoder(weights: dict[str, np.ndarray], file: Path, metadata: dict[str,
         value = graph.op("Add", value, graph.linear(found, f"{attention}/linear_2"))
         value = graph.feed_forward(value, f"{layer}/ffn")
     value = graph.norm(value, "decoder/layer_norm")
-    likelihood = graph.op("Transpose", graph.op("Cast", embeddings, to=TensorProto.FLOAT), perm=[1, 0])
-    graph.op("MatMul", value, likelihood, output="logits")
+    graph.op("MatMul", value, graph.float(embeddings), output="logits")
     for name, filled in caches.items():
         graph.op("Concat", *filled, output=f"out_n_layer_self_{name}_cache", axis=0)
     graph.op("Concat", *aligned, output="cross_attention_weights", axis=1)

@@ -7,11 +7,12 @@
 #include "VarnicPlatform/Speech/LanguageSearch.h"
 #include "VarnicPlatform/Speech/ModelCheck.h"
 #include "VarnicPlatform/Speech/NoiseReduction.h"
+#include "VarnicPlatform/Speech/SharedRecognizer.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
-#include "VarnicPlatform/Speech/SpeechRecognizer.h"
 #include "VarnicPlatform/Speech/TrackSegmenter.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <span>
 #include <system_error>
@@ -104,13 +105,13 @@ std::vector<Segment> SpeechTranscriber::transcribe(const SpokenTrack& track, con
     const SpeechModel model = modelFor(locale, choice_, dataDirectories_, displayLocale_);
     try {
         TrackSegmenter segmenter(track, SpeechModels::detectorFile(dataDirectories_), model.longestSegment(), stop);
-        std::optional<SpeechRecognizer> recognizer; // a track without speech needs none
+        std::shared_ptr<const SharedRecognizer> recognizer; // a track without speech needs none
         const auto decode = [&](std::span<const float> samples) {
             if (stop.stop_requested()) {
                 throw TranscriberError::failed("cancelled");
             }
             if (!recognizer) {
-                recognizer = SpeechRecognizer::create(model, locale);
+                recognizer = SharedRecognizer::of(model, locale);
             }
             return recognizer->decode(samples);
         };

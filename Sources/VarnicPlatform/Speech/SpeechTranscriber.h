@@ -10,8 +10,8 @@
 namespace varnic {
 
 /// Transcribes on this machine with the speech model that is installed for a language; no audio leaves it. The models
-/// are looked up for each file, so that one installed meanwhile is found. Immutable; any number of files at a time,
-/// each with an engine of its own.
+/// are looked up for each file, so that one installed meanwhile is found. Immutable; any number of files at a time, by
+/// a SharedRecognizer.
 class SpeechTranscriber final : public Transcriber {
 public:
     /// `language` is what is spoken in calls. The model is chosen of those under `dataDirectories`

@@ -1,4 +1,5 @@
 #include "VarnicCore/Audio/SoundFiles.h"
+#include "VarnicPlatform/Speech/SharedRecognizer.h"
 #include "VarnicPlatform/Speech/SpeechTranscriber.h"
 #include "VarnicPlatform/Speech/Words.h"
 
@@ -48,6 +49,16 @@ protected:
 
     SoundFiles files;
 };
+
+TEST_F(SpeechLanguageTest, sharedRecognizer_largeModel_isInMemoryOncePerLanguage) {
+    for (const SpeechModel& model : SpeechModels::installed({data})) {
+        const auto recognizer = SharedRecognizer::of(model, "en");
+        EXPECT_EQ(SharedRecognizer::of(model, "en-US") == recognizer, model.tellsLanguages()) << model.id;
+        if (model.tellsLanguages()) {
+            EXPECT_NE(SharedRecognizer::of(model, "de"), recognizer);
+        }
+    }
+}
 
 TEST_F(SpeechLanguageTest, languages_automatic_areFoundOutForEachSide) {
     const fs::path silence = files.make("silence.wav", "-f lavfi -i anullsrc=d=3");
