@@ -117,11 +117,11 @@ class Graph:
             np.ascontiguousarray(self.weights[name].T.astype(np.float16)), turned)
         return turned
 
-    def float(self, half: str) -> str:
+    def as_float(self, half: str) -> str:
         return self.op("Cast", half, to=TensorProto.FLOAT)
 
     def weight(self, name: str) -> str:
-        return self.float(self.half(name))
+        return self.as_float(self.half(name))
 
     def dimension(self, value: str, index: int) -> str:
         return self.op("Slice", self.op("Shape", value), self.ints(index), self.ints(index + 1))
@@ -130,7 +130,7 @@ class Graph:
         return self.op("Slice", value, first, end, self.ints(axis))
 
     def linear(self, value: str, layer: str) -> str:
-        matrix = self.float(self.half_turned(f"{layer}/weight"))
+        matrix = self.as_float(self.half_turned(f"{layer}/weight"))
         return self.op("Add", self.op("MatMul", value, matrix), self.weight(f"{layer}/bias"))
 
     def split_linear(self, value: str, layer: str, count: int) -> list[str]:
@@ -230,7 +230,7 @@ def save_decoder(weights: dict[str, np.ndarray], file: Path, metadata: dict[str,
     length, width = metadata["n_text_ctx"], metadata["n_text_state"]
     end = graph.op("Add", "offset", graph.dimension("tokens", 1))
     embeddings = graph.half_turned("decoder/embeddings/weight")
-    value = graph.op("Transpose", graph.float(graph.op("Gather", embeddings, "tokens", axis=1)), perm=[1, 2, 0])
+    value = graph.op("Transpose", graph.as_float(graph.op("Gather", embeddings, "tokens", axis=1)), perm=[1, 2, 0])
     places = graph.weight("decoder/position_encodings/encodings")
     value = graph.op("Add", value, graph.part(places, "offset", end, 0))
 
@@ -265,7 +265,7 @@ def save_decoder(weights: dict[str, np.ndarray], file: Path, metadata: dict[str,
         value = graph.op("Add", value, graph.linear(found, f"{attention}/linear_2"))
         value = graph.feed_forward(value, f"{layer}/ffn")
     value = graph.norm(value, "decoder/layer_norm")
-    graph.op("MatMul", value, graph.float(embeddings), output="logits")
+    graph.op("MatMul", value, graph.as_float(embeddings), output="logits")
     for name, filled in caches.items():
         graph.op("Concat", *filled, output=f"out_n_layer_self_{name}_cache", axis=0)
     graph.op("Concat", *aligned, output="cross_attention_weights", axis=1)
