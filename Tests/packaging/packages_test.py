@@ -90,6 +90,10 @@ class Checks(unittest.TestCase):
     def test_rpmlint(self):
         output, _ = said("rpmlint", "-c", SOURCE / "packaging/rpmlint.toml", *packages("*.rpm"))
         self.assertRegex(output, r"\b0 errors, 0 warnings\b", output)
+        for package in packages("*.rpm"):
+            files = self.expect_clean("rpm", "--query", "--list", "--package", package)
+            self.assertIn("/usr/share/doc/varnic", files)
+            self.assertNotRegex(files, "lintian|changelog", "what is Debian's alone")
 
     def test_flatpak(self):
         with tempfile.TemporaryDirectory() as folder:
