@@ -29,8 +29,9 @@ class Completion(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
-        (self.folder / "bin").mkdir()
-        (self.folder / "bin/varnic-cli").symlink_to(PROGRAM)
+        for place in ["bin", "my bin"]:
+            (self.folder / place).mkdir()
+            (self.folder / place / "varnic-cli").symlink_to(PROGRAM)
         (self.folder / "some call.m4a").touch()
         notes = self.folder / "library/notes"
         notes.mkdir(parents=True)
@@ -131,6 +132,7 @@ class InShells(Completion):
         """Types into a shell that is set up."""
         for typed, shown in [("varnic-cli sho\t", "show "), ("0b\t", "B000000 "), ("\x15varnic-cli export 0A --form\t", "--format"),
                              (" pd\t", "pdf"), ("\x15varnic-cli transcribe --you som\t", r"some\\ call\.m4a"),
+                             ("\x15~/my\\ bin/varnic-cli sho\t", "show "),
                              ("\x15varnic-cli show 0\t\t", r"Launch: plan with a tab[\s\S]*Groceries")]:
             shell.type(typed)
             shell.expect(shown)
@@ -154,15 +156,19 @@ class InShells(Completion):
     @unittest.skipUnless(shutil.which("fish"), "no fish")
     def test_fish(self):
         def offered(line):
-            run = subprocess.run(["fish", "--no-config", "-c", f"source '{COMPLETIONS}/varnic-cli.fish'; complete -C '{line}'"],
-                                 capture_output=True, text=True, env=self.environment, cwd=self.folder)
+            run = subprocess.run(["fish", "--no-config", "-c", f"source '{COMPLETIONS}/varnic-cli.fish'; complete -C $LINE"],
+                                 capture_output=True, text=True, env=self.environment | {"LINE": line}, cwd=self.folder)
             self.assertEqual(run.stderr, "")
             return run.stdout.splitlines()
 
         for line, lines in {"varnic-cli sho": ["show\tshow one note"], "varnic-cli show 0b": ["0B000000\tGroceries"],
-                            "varnic-cli export --format=do": ["--format=docx\tWord (.docx)"]}.items():
-            self.assertEqual(offered(line), lines)
-        self.assertIn("some call.m4a", offered("varnic-cli transcribe --you som")[0])
+                            "varnic-cli export --format=do": ["--format=docx\tWord (.docx)"],
+                            "~/bin/varnic-cli sho": ["show\tshow one note"], "gone/varnic-cli sho": [],
+                            "varnic-cli transcribe --you some\\ c": ["some call.m4a"],
+                            "varnic-cli transcribe --you=som": ["--you=some call.m4a"],
+                            "varnic-cli transcribe --you ~/my": ["~/my bin/"]}.items():
+            with self.subTest(line):
+                self.assertEqual(offered(line), lines)
 
 
 if __name__ == "__main__":

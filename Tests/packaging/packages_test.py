@@ -64,6 +64,16 @@ class Checks(unittest.TestCase):
                                    "--tag-display-limit", "0", *packages("*.deb"))
         self.assertEqual(output, "")
 
+    def test_words_that_lintian_is_not_to_tell_of_hide_no_others(self):
+        with tempfile.TemporaryDirectory() as folder:
+            tree, deb = Path(folder) / "tree", Path(folder) / "varnic.deb"
+            self.expect_clean("dpkg-deb", "-R", packages("varnic_*.deb")[0], tree)
+            with (tree / "usr/bin/varnic").open("ab") as program:
+                program.write(b"\0You will recieve it\0")
+            self.expect_clean("dpkg-deb", "-Znone", "--root-owner-group", "-b", tree, deb)
+            output = self.expect_clean("lintian", "--allow-root", "--display-info", "--tags", "spelling-error-in-binary", deb)
+            self.assertEqual(output.strip(), "I: varnic: spelling-error-in-binary recieve receive [usr/bin/varnic]")
+
     def test_metadata_of_the_desktop(self):
         with tempfile.TemporaryDirectory() as folder:
             self.expect_clean("dpkg-deb", "-x", packages("varnic_*.deb")[0], folder)
@@ -80,6 +90,10 @@ class Checks(unittest.TestCase):
     def test_rpmlint(self):
         output, _ = said("rpmlint", "-c", SOURCE / "packaging/rpmlint.toml", *packages("*.rpm"))
         self.assertRegex(output, r"\b0 errors, 0 warnings\b", output)
+        for package in packages("*.rpm"):
+            files = self.expect_clean("rpm", "--query", "--list", "--package", package)
+            self.assertIn("/usr/share/doc/varnic", files)
+            self.assertNotRegex(files, "lintian|changelog", "what is Debian's alone")
 
     def test_flatpak(self):
         with tempfile.TemporaryDirectory() as folder:

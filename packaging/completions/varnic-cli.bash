@@ -1,7 +1,8 @@
 # Completes varnic-cli by what the program itself says of its commands, the notes of the library among them.
 _varnic_cli() {
     local -a words=() descriptions=()
-    local index part glued candidate description
+    local index part glued candidate description program=${1/#\~/$HOME}
+    program=${program//[\\\"\']/}
     # Readline takes the sign of “--format=pdf” for a word of its own.
     for ((index = 1; index <= COMP_CWORD; ++index)); do
         part=${COMP_WORDS[index]}
@@ -21,7 +22,7 @@ _varnic_cli() {
         fi
         COMPREPLY+=("${candidate#"$glued"}")
         descriptions+=("$description")
-    done < <("${1/#\~/$HOME}" complete -- "${words[@]}" 2>/dev/null)
+    done < <("$program" complete -- "${words[@]}" 2>/dev/null)
     # What is listed to choose from is told of; what is put into the line is not.
     if ((${#COMPREPLY[@]} > 1)) && [[ ${COMP_TYPE-} == 63 || ${COMP_TYPE-} == 33 || ${COMP_TYPE-} == 64 ]]; then
         for index in "${!COMPREPLY[@]}"; do
