@@ -1,6 +1,6 @@
 // Live transcription of a call, at the speed at which it is spoken: bench-live [SECONDS]
-// Both sides speak at once and all the time, which no call does: what the processor has to bear at most, and how long
-// after a pause the words of the line before it are there.
+// First one side speaks all the time, then both at once, which no call does: what the processor has to bear at most,
+// and how long after a pause the words of the line before it are there.
 
 #include "VarnicCore/Audio/AudioReader.h"
 #include "VarnicPlatform/Speech/LiveRecognizer.h"
@@ -48,7 +48,7 @@ std::vector<float> sound(const fs::path& file, double seconds) {
 
 /// One side of the call.
 struct Side {
-    Side(Speaker speaker, std::vector<float> spoken) : samples(std::move(spoken)) {
+    Side(Speaker who, std::vector<float> spoken) : speaker(who), samples(std::move(spoken)) {
         const auto onPartial = [this](Speaker, const std::vector<Segment>&) { ++partials; };
         const auto onCommit = [this](Speaker, const std::vector<Segment>& lines) {
             if (!lines.empty()) {
@@ -66,6 +66,7 @@ struct Side {
         recognizer->append({.rate = rate, .channels = {{next.begin(), next.end()}}}, static_cast<double>(from) / rate);
     }
 
+    Speaker speaker;
     std::vector<float> samples;
     double began = 0;
     /// Written on the engine's thread, read once that is done.
@@ -74,32 +75,41 @@ struct Side {
     std::unique_ptr<LiveRecognizer> recognizer;
 };
 
-void measure(double seconds) {
-    const fs::path recordings = VARNIC_RECORDINGS;
-    Side you(Speaker::you, sound(recordings / "endgame_nagg_nell.wav", seconds));
-    Side them(Speaker::them, sound(recordings / "two_cities.wav", seconds));
-    // The models are loaded by then.
-    std::this_thread::sleep_for(std::chrono::seconds(3));
+void measure(const std::vector<Side*>& sides) {
     const auto start = std::chrono::steady_clock::now();
-    you.began = them.began = bench::now(CLOCK_MONOTONIC);
+    for (Side* side : sides) {
+        side->began = bench::now(CLOCK_MONOTONIC);
+    }
+    const std::size_t length = sides.front()->samples.size();
     const bench::Cost cost = bench::costOf([&] {
-        for (std::size_t from = 0; from + piece <= you.samples.size(); from += piece) {
+        for (std::size_t from = 0; from + piece <= length; from += piece) {
             std::this_thread::sleep_until(start + std::chrono::milliseconds(1000 * (from + piece) / rate));
-            you.speak(from);
-            them.speak(from);
+            std::ranges::for_each(sides, [from](const Side* side) { side->speak(from); });
         }
     });
-    for (const auto& [name, side] : {std::pair("you", &you), {"them", &them}}) {
+    for (Side* side : sides) {
         side->recognizer->endAudio();
         while (!side->recognizer->isDone()) {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
         const auto slowest = std::ranges::max_element(side->delays, {}, &bench::Cost::elapsed);
         fmt::print("{:4}: {} lines, {} times in between; after their last word {:.2f} s (median), {:.2f} s at most\n",
-                   name, side->delays.size(), side->partials, bench::median(side->delays, &bench::Cost::elapsed),
-                   slowest->elapsed);
+                   rawValue(side->speaker), side->delays.size(), side->partials,
+                   bench::median(side->delays, &bench::Cost::elapsed), slowest->elapsed);
     }
-    fmt::print("{:.0f} s of both sides: {:.1f} % of a processor\n", cost.elapsed, 100 * cost.processor / cost.elapsed);
+    fmt::print("{:.0f} s of {}: {:.1f} % of a processor\n", cost.elapsed, sides.size() == 1 ? "one side" : "both sides",
+               100 * cost.processor / cost.elapsed);
+}
+
+void measure(double seconds) {
+    const fs::path recordings = VARNIC_RECORDINGS;
+    Side alone(Speaker::them, sound(recordings / "two_cities.wav", seconds));
+    Side you(Speaker::you, sound(recordings / "endgame_nagg_nell.wav", seconds));
+    Side them(Speaker::them, alone.samples);
+    // The models are loaded by then.
+    std::this_thread::sleep_for(std::chrono::seconds(3));
+    measure(std::vector{&alone});
+    measure(std::vector{&you, &them});
 }
 
 } // namespace

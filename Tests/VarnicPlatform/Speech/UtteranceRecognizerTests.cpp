@@ -79,6 +79,21 @@ TEST_F(UtteranceRecognizerTest, add_pausesOfDifferentLength_endUtterancesFromSix
     EXPECT_NEAR(results.at(1).words.at(0).start, 6.05, 0.1);
 }
 
+TEST_F(UtteranceRecognizerTest, add_shortPauseBehindMuchSpeech_endsTheUtterance) {
+    hear(1, false);
+    hear(3.5, true);
+    hear(0.4, false);
+    EXPECT_TRUE(results.empty()) << "not enough yet to be decoded by itself";
+    hear(1.5, true);
+    hear(0.4, false);
+    EXPECT_EQ(texts(), Texts{"Nr. 1"});
+    hear(1, true);
+    hear(0.65, false);
+    EXPECT_EQ(texts(), (Texts{"Nr. 1", "Nr. 2"}));
+    EXPECT_NEAR(heard.at(0), 6, 0.15);
+    EXPECT_NEAR(heard.at(1), 1.6, 0.25) << "nothing is heard twice";
+}
+
 TEST_F(UtteranceRecognizerTest, offerPartial_whileSpeaking_hearsAgainOnlyWhatIsNew) {
     hear(1, false);
     listener.offerPartial(false);
