@@ -21,8 +21,6 @@ public:
     explicit HandCapture(std::vector<Speaker> sides) : sides_(std::move(sides)) {}
 
     std::optional<CaptureError> failure;
-    /// What `start` was asked for.
-    WantedSides wanted;
     std::set<Speaker> expected;
     std::vector<Speaker> late;
     std::optional<std::string> said;
@@ -31,11 +29,10 @@ public:
     std::atomic<bool> isOpening = false;
     std::atomic<bool> takesSound = false;
 
-    std::vector<Speaker> start(double /*hostStart*/, WantedSides sides, Deliver deliver) override {
+    std::vector<Speaker> start(double /*hostStart*/, WantedSides /*wanted*/, Deliver deliver) override {
         if (failure) {
             throw CaptureError(*failure);
         }
-        wanted = sides;
         deliver_ = std::move(deliver);
         takesSound = true;
         isOpening.wait(true);

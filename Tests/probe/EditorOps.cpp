@@ -55,15 +55,6 @@ Json returned(const std::optional<NoteEditor::ReturnResult>& result) {
     return {{"leftList", std::get<NoteEditor::LeftList>(*result).id.text()}};
 }
 
-using StepFunction = Json (*)(const Step&);
-
-/// A step without a result.
-template <auto Function>
-Json silently(const Step& step) {
-    Function(step);
-    return nullptr;
-}
-
 void insertBlock(const Step& step) {
     const auto after = step.args.has("after") ? std::optional(step.id("after")) : std::nullopt;
     NoteEditor::insert(step.args.stored<Block>("block"), after, step.note, step.now);
@@ -83,47 +74,31 @@ void applyDigest(const Step& step) {
     NoteEditor::apply(step.args.stored<CallDigest>("digest"), step.note, step.args.boolean("replaceTitle"), step.now);
 }
 
-const std::map<std::string, StepFunction>& steps() {
+/// The steps that give nothing.
+const std::map<std::string, void (*)(const Step&)>& edits() {
     using namespace NoteEditor;
-    static const std::map<std::string, StepFunction> table{
-        {"insert", silently<insertBlock>},
+    static const std::map<std::string, void (*)(const Step&)> table{
+        {"insert", insertBlock},
+        {"move", [](const Step& s) { move(s.id(), s.args.integer("by"), s.note, s.now); }},
+        {"setText", setText},
+        {"setKind", [](const Step& s) { setKind(s.kind(), s.id(), s.note, s.now); }},
+        {"setCell", probe::setCell},
+        {"addRow", [](const Step& s) { addRow(s.id(), s.note, s.now); }},
+        {"addColumn", [](const Step& s) { addColumn(s.id(), s.note, s.now); }},
+        {"removeRow", [](const Step& s) { removeRow(s.index("index"), s.id(), s.note, s.now); }},
+        {"removeColumn", [](const Step& s) { removeColumn(s.index("index"), s.id(), s.note, s.now); }},
+        {"applyDigest", applyDigest},
+    };
+    return table;
+}
+
+const std::map<std::string, Json (*)(const Step&)>& answers() {
+    using namespace NoteEditor;
+    static const std::map<std::string, Json (*)(const Step&)> table{
         {"delete", [](const Step& s) { return idOrNull(remove(s.id(), s.note, s.now)); }},
-        {"move",
-         [](const Step& s) {
-             move(s.id(), s.args.integer("by"), s.note, s.now);
-             return Json();
-         }},
-        {"setText", silently<setText>},
-        {"setKind",
-         [](const Step& s) {
-             setKind(s.kind(), s.id(), s.note, s.now);
-             return Json();
-         }},
         {"return", [](const Step& s) { return returned(pressReturn(s.id(), s.note, s.now)); }},
         {"deleteWhenEmpty", [](const Step& s) { return idOrNull(pressDeleteWhenEmpty(s.id(), s.note, s.now)); }},
         {"shortcut", [](const Step& s) { return Json(applyShortcut(s.id(), s.note, s.now)); }},
-        {"setCell", silently<probe::setCell>},
-        {"addRow",
-         [](const Step& s) {
-             addRow(s.id(), s.note, s.now);
-             return Json();
-         }},
-        {"addColumn",
-         [](const Step& s) {
-             addColumn(s.id(), s.note, s.now);
-             return Json();
-         }},
-        {"removeRow",
-         [](const Step& s) {
-             removeRow(s.index("index"), s.id(), s.note, s.now);
-             return Json();
-         }},
-        {"removeColumn",
-         [](const Step& s) {
-             removeColumn(s.index("index"), s.id(), s.note, s.now);
-             return Json();
-         }},
-        {"applyDigest", silently<applyDigest>},
         {"plainText", [](const Step& s) { return Json(plainText(s.note)); }},
         {"wordCount", [](const Step& s) { return Json(wordCount(s.note)); }},
         {"readingMinutes", [](const Step& s) { return Json(readingMinutes(s.note)); }},
@@ -131,17 +106,24 @@ const std::map<std::string, StepFunction>& steps() {
     return table;
 }
 
+Json taken(const Step& step) {
+    const std::string op = step.args.text("op");
+    if (const auto edit = edits().find(op); edit != edits().end()) {
+        edit->second(step);
+        return nullptr;
+    }
+    if (const auto answer = answers().find(op); answer != answers().end()) {
+        return answer->second(step);
+    }
+    throw ProbeError("unknown editor op " + op);
+}
+
 Json runEditor(const Arguments& args) {
     Note note = args.note();
     Json results = Json::array();
     for (const Json& step : args.at("ops")) {
         // A step sees the run's clock.
-        const Step one{Arguments(step), note, args.now()};
-        const auto found = steps().find(one.args.text("op"));
-        if (found == steps().end()) {
-            throw ProbeError("unknown editor op " + one.args.text("op"));
-        }
-        results.push_back(found->second(one));
+        results.push_back(taken({Arguments(step), note, args.now()}));
     }
     return {{"note", encode(note)}, {"results", std::move(results)}};
 }

@@ -49,19 +49,6 @@ TEST_F(AppModelTests, load_unreadableFiles_loadsTheOthersAndSaysSo) {
     }
 }
 
-TEST_F(AppModelTests, visibleNotes_sectionsAndPins) {
-    const Uuid first = model->newNote("First");
-    model->newNote("Second");
-    Note call(Uuid::random(), "Call", currentDate(), {}, CallRecord{});
-    QCoro::waitFor(model->restore(call));
-    model->togglePin(first);
-    EXPECT_EQ(titles(model->visibleNotes()).front(), "First");
-    model->section = LibrarySection::calls;
-    EXPECT_THAT(titles(model->visibleNotes()), ElementsAre("Call"));
-    model->section = LibrarySection::notes;
-    EXPECT_THAT(titles(model->visibleNotes()), SizeIs(2));
-}
-
 TEST_F(AppModelTests, update_quickEdits_areWrittenTogetherAfterAPause) {
     const Uuid id = model->newNote("A");
     model->flushSaves();

@@ -55,20 +55,29 @@ TEST_F(AppSettingsTests, language_automatic_fallsBackToTheUsersOwn) {
 }
 
 TEST_F(AppSettingsTests, change_eachKind_isThereNextTime) {
+    const DeviceChoice headset{.name = "alsa_input.usb-1", .label = "Headset “pro”"};
     {
         AppSettings settings(store(), "", "en_US");
         settings.yourName = "Zoë, “the boss”";
         settings.showPill = false;
         settings.headsUpTone = Consent::Tone::brief;
         settings.hotkey = HotkeyChoice::ctrlShiftR;
+        settings.hotkeyKeys = "Ctrl+Alt+F9";
+        settings.microphone = headset;
+        settings.heardOutput = headset;
         settings.ai = AISettings{.enabled = true, .compatModel = "llama \"3\"; x=1"};
     }
-    const AppSettings settings(store(), "", "en_US");
+    AppSettings settings(store(), "", "en_US");
     EXPECT_EQ(settings.yourName.value(), "Zoë, “the boss”");
     EXPECT_FALSE(settings.showPill.value());
     EXPECT_EQ(settings.headsUpTone.value(), Consent::Tone::brief);
     EXPECT_EQ(settings.hotkey.value(), HotkeyChoice::ctrlShiftR);
+    EXPECT_EQ(settings.hotkeyKeys.value(), "Ctrl+Alt+F9");
+    EXPECT_EQ(settings.devices(), (CaptureDevices{.microphone = headset, .heard = headset}));
     EXPECT_EQ(settings.ai.value(), (AISettings{.enabled = true, .compatModel = "llama \"3\"; x=1"}));
+    settings.microphone = DeviceChoice();
+    EXPECT_TRUE(settings.save());
+    EXPECT_TRUE(AppSettings(store(), "", "C").microphone.value().isDefault());
 }
 
 TEST_F(AppSettingsTests, read_damagedValues_givesDefaults) {
@@ -84,22 +93,6 @@ TEST_F(AppSettingsTests, read_damagedValues_givesDefaults) {
     EXPECT_EQ(settings.headsUpTone.value(), Consent::Tone::friendly);
     EXPECT_TRUE(settings.showPill.value());
     EXPECT_EQ(settings.ai.value(), AISettings());
-}
-
-TEST_F(AppSettingsTests, settingsOfDevicesAndKeys_areThereNextTime) {
-    const DeviceChoice headset{.name = "alsa_input.usb-1", .label = "Headset “pro”"};
-    {
-        AppSettings settings(store(), "", "en_US");
-        settings.microphone = headset;
-        settings.heardOutput = headset;
-        settings.hotkeyKeys = "Ctrl+Alt+F9";
-    }
-    AppSettings settings(store(), "", "en_US");
-    EXPECT_EQ(settings.devices(), (CaptureDevices{.microphone = headset, .heard = headset}));
-    EXPECT_EQ(settings.hotkeyKeys.value(), "Ctrl+Alt+F9");
-    settings.microphone = DeviceChoice();
-    EXPECT_TRUE(settings.save());
-    EXPECT_TRUE(AppSettings(store(), "", "C").microphone.value().isDefault());
 }
 
 TEST_F(AppSettingsTests, read_whatCantBeRead_isKeptAsideAndTold) {

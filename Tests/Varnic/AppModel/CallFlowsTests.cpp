@@ -32,31 +32,6 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 
-TEST_F(CallFlowsTests, toggle_withoutConsent_asksFirst) {
-    model->settings.consentSeen = false;
-    model->toggleRecording();
-    EXPECT_TRUE(model->showConsent.value());
-    model->toggleRecording();
-    EXPECT_FALSE(isBusy(model->recorder().state()));
-    model->consentAccepted();
-    ASSERT_TRUE(waitUntil([&] { return isRecording(model->recorder().state()); }));
-    EXPECT_EQ(model->selection.value(), model->recorder().noteID());
-    EXPECT_TRUE(model->settings.consentSeen.value());
-    model->toggleRecording();
-    EXPECT_TRUE(waitUntil([&] { return model->notes().size() == 1 && model->processing.value().empty(); }));
-}
-
-TEST_F(CallFlowsTests, start_systemSoundDenied_showsSetupUnlessAllowed) {
-    Permissions::override->screen = PermissionState::denied;
-    QCoro::waitFor(model->startRecording(false));
-    EXPECT_TRUE(model->showSetup.value());
-    EXPECT_FALSE(isBusy(model->recorder().state()));
-    QCoro::waitFor(model->startRecording(true));
-    EXPECT_TRUE(isRecording(model->recorder().state()));
-    EXPECT_TRUE(capture->wanted.you);
-    EXPECT_FALSE(capture->wanted.them);
-}
-
 TEST_F(CallFlowsTests, start_fails_leavesNothingButAToast) {
     model->makeCapture = [this] {
         capture = std::make_shared<HandCapture>(sides);

@@ -1,13 +1,12 @@
 #include "Varnic/DemoData/DemoData.h"
 
-#include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/Recording/RecordingController.h"
 #include "VarnicCore/Library/Flashcards.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <filesystem>
+#include <stdexcept>
 
 namespace varnic {
 namespace {
@@ -33,16 +32,7 @@ TEST(DemoData, notes_areOfTheDaysUpToNow) {
     const Note& launch = notes.front();
     EXPECT_TRUE(launch.pinned);
     EXPECT_EQ(region.format(launch.created, "yyyy-MM-dd HH:mm"), "2026-03-14 11:00");
-    EXPECT_EQ(launch.call->themName, "Mira");
-    EXPECT_TRUE(launch.call->digest->isLocal);
-    EXPECT_THAT(
-        launch.blocks,
-        Contains(Field(&Block::text, "Mira sounded keen on the bundle — check the Intel numbers before Friday.")));
     EXPECT_THAT(notes, testing::Each(Field(&Note::modified, testing::Le(now))));
-    const Note& review = named(notes, "Library design review");
-    EXPECT_EQ(region.format(review.created, "yyyy-MM-dd HH:mm"), "2026-03-14 09:00");
-    EXPECT_EQ(review.call->digest->provider, "Claude Haiku 5.5");
-    EXPECT_THAT(review.todos(), Contains(Field(&Block::due, "Thursday")));
     EXPECT_LT(named(notes, "Interview with Owen").created, region.startOfDay(region.day(now)));
 }
 
@@ -52,31 +42,6 @@ TEST(DemoData, notes_someCardsAreDueAndOthersRest) {
     ASSERT_TRUE(deck);
     EXPECT_EQ(deck->total, 4);
     EXPECT_EQ(deck->due, 2);
-}
-
-TEST(DemoData, load_showsTheLibraryAndWritesNothing) {
-    ScratchModel model;
-    const auto files = [&] {
-        std::vector<std::filesystem::path> found;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(model.folder())) {
-            if (entry.is_regular_file()) {
-                found.push_back(entry.path());
-            }
-        }
-        return found;
-    };
-    DemoData::load(*model);
-    EXPECT_TRUE(model->isDemo);
-    EXPECT_EQ(model->selection.value(), model->visibleNotes().front()->id);
-    EXPECT_TRUE(model->visibleNotes().front()->pinned);
-    EXPECT_EQ(model->settings.yourName.value(), "Tara");
-    EXPECT_TRUE(model->settings.consentSeen.value());
-    EXPECT_FALSE(model->openTodos().empty());
-    model->update(*model->selection.value(), true, [](Note& note) { note.title = "Mine"; });
-    model->newNote("New");
-    model->flushSaves();
-    EXPECT_TRUE(model->settings.save());
-    EXPECT_THAT(files(), testing::IsEmpty());
 }
 
 TEST(DemoData, showLive_bothSidesAndALineThatIsBeingSpoken) {
@@ -89,7 +54,6 @@ TEST(DemoData, showLive_bothSidesAndALineThatIsBeingSpoken) {
     EXPECT_THAT(recorder.samples(), Contains(Field(&InkSample::them, testing::Gt(0.3F))));
     ASSERT_THAT(recorder.committed(), SizeIs(5));
     const Segment& partial = recorder.partial().at(Speaker::you).front();
-    EXPECT_EQ(partial.text, "On pricing, we are thinking fifteen hundred rupees");
     EXPECT_LE(recorder.committed().back().end, partial.start);
     EXPECT_LE(partial.end, recorder.elapsed());
     recorder.clearDemo();

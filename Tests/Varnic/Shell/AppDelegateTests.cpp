@@ -66,31 +66,28 @@ TEST_F(AppDelegateTest, launch_takesItsStepsInOrder) {
     ScratchModel own(model.folder() / "Library");
     for (const Case& one : cases) {
         own.restart();
-        std::vector<std::string> taken;
+        steps.clear();
+        environment = one.environment;
         AppDelegate fresh(*own);
-        fresh.hooks = {.startKit = [&] { taken.emplace_back("kit"); },
-                       .runSelfTest = [&]() -> QCoro::Task<> {
-                           taken.emplace_back("selftest");
+        fresh.hooks = {.startKit = [this] { steps.emplace_back("kit"); },
+                       .runSelfTest = [this]() -> QCoro::Task<> {
+                           steps.emplace_back("selftest");
                            co_return;
                        },
-                       .runSnapshots = [&](std::filesystem::path folder) -> QCoro::Task<> {
-                           taken.push_back("snapshots " + folder.string());
+                       .runSnapshots = [this](std::filesystem::path folder) -> QCoro::Task<> {
+                           steps.push_back("snapshots " + folder.string());
                            co_return;
                        },
                        .loadDemo =
-                           [&](AppModel& demo) {
+                           [this](AppModel& demo) {
                                demo.isDemo = true;
-                               taken.emplace_back("demo");
+                               steps.emplace_back("demo");
                            },
-                       .environment =
-                           [&](const char* name) {
-                               const auto found = one.environment.find(name);
-                               return found == one.environment.end() ? std::nullopt : std::optional(found->second);
-                           },
-                       .quit = [&] { taken.emplace_back("quit"); }};
-        own->desktop.applyHotkey = [&] { taken.emplace_back("hotkey"); };
+                       .environment = delegate.hooks.environment,
+                       .quit = delegate.hooks.quit};
+        own->desktop.applyHotkey = model->desktop.applyHotkey;
         QCoro::waitFor(fresh.applicationDidFinishLaunching());
-        EXPECT_EQ(taken, one.steps);
+        EXPECT_EQ(steps, one.steps);
         EXPECT_EQ(own->notes().size(), one.notes);
     }
 }

@@ -40,11 +40,6 @@ TEST_F(MenusTest, shortcuts_areOnesOwn) {
     }
 }
 
-TEST_F(MenusTest, transcript_itsKeysAreThePages) {
-    EXPECT_EQ(entry("Show Transcript").shortcut, "Alt+T");
-    EXPECT_TRUE(entry("Show Transcript").isPagesShortcut) << "both would hear them, and neither act";
-}
-
 TEST_F(MenusTest, entries_doWhatTheySay) {
     std::string copied;
     model->desktop.closeWindow = [this] { asked.emplace_back("close"); };

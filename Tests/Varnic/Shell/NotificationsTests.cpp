@@ -2,10 +2,13 @@
 
 #include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Recording/RecordingHealth.h"
+#include "Varnic/Shell/PillController.h"
+#include "Varnic/Shell/RecordingNotice.h"
 #include "Varnic/Shell/ShellTest.h"
 #include "VarnicCore/Audio/TranscriberError.h"
 #include "VarnicPlatform/Desktop/XServer.h"
 
+#include <QScopeGuard>
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -36,6 +39,15 @@ protected:
             shown = {std::istreambuf_iterator(told), {}};
             return shown.find(text) != std::string::npos;
         });
+    }
+
+    /// How many notifications are on the screen, as the server says.
+    int displayed() const {
+        const std::filesystem::path file = model.folder() / "count";
+        runProgram({"sh", "-c", R"(dunstctl count displayed >"$0")", file});
+        int count = -1;
+        std::ifstream(file) >> count;
+        return count;
     }
 
     XServer screen;
@@ -87,6 +99,24 @@ TEST_F(NotificationsTest, warningWhileRecording_isTold) {
     ASSERT_TRUE(waitUntil([this] { return model->recorder().warning().has_value(); }));
     EXPECT_TRUE(comesToShow(*model->recorder().warning()));
     model->discardRecording();
+}
+
+TEST_F(NotificationsTest, noticeOfARecording_staysWhileThatRuns) {
+    RecordingNotice notice(*model);
+    PillController controller(*model);
+    controller.present = [&notice] { notice.present(); };
+    controller.orderOut = [&notice] { notice.orderOut(); };
+    model->desktop.refreshPill = [&controller] { controller.refresh(); };
+    const auto before = qScopeGuard([this] { model->desktop.refreshPill = [] {}; });
+    ASSERT_NO_FATAL_FAILURE(record());
+    ASSERT_TRUE(waitUntil([this] { return displayed() == 1; }));
+    ASSERT_TRUE(waitUntil([this] {
+        EXPECT_EQ(runProgram({"dunstctl", "action", "0"}), 0);
+        return activations > 0;
+    }));
+    EXPECT_EQ(displayed(), 1);
+    model->discardRecording();
+    EXPECT_TRUE(waitUntil([this] { return displayed() == 0; }));
 }
 
 } // namespace

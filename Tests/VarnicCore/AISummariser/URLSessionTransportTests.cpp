@@ -181,14 +181,5 @@ TEST(Transport, digest_ofALocalServer_goesThroughNoProxy) {
     EXPECT_EQ(remote, "Couldn’t reach the provider — you seem to be offline.");
 }
 
-TEST(Transport, digest_thatIsStoppedBeforehand_sendsNothing) {
-    const BoundPort silent;
-    silent.listen();
-    std::stop_source stop;
-    stop.request_stop();
-    const CompatibleSummariser summariser(silent.url(), "m", key, transport(1h));
-    EXPECT_THROW(static_cast<void>(summariser.digest(segments, context, stop.get_token())), http::Cancellation);
-}
-
 } // namespace
 } // namespace varnic

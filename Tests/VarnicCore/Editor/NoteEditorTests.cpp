@@ -1,7 +1,8 @@
 #include "VarnicCore/Editor/NoteEditor.h"
 
+#include "VarnicCore/Editor/BlockNotes.h"
+
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
@@ -9,30 +10,8 @@
 namespace varnic {
 namespace {
 
+using namespace blockNotes;
 using testing::ElementsAre;
-
-const Date created = parseDate("2026-03-14T09:00:00Z");
-const Date later = parseDate("2026-03-14T10:00:00Z");
-
-Block block(BlockKind kind, const std::string& text) {
-    Block made;
-    made.kind = kind;
-    made.text = text;
-    return made;
-}
-
-Note noteOf(std::vector<Block> blocks) {
-    return {Uuid::random(), "", created, std::move(blocks)};
-}
-
-/// "kind: text" of every block.
-std::vector<std::string> lines(const Note& note) {
-    std::vector<std::string> found;
-    for (const Block& one : note.blocks) {
-        found.push_back(std::string(rawValue(one.kind)) + ": " + one.text);
-    }
-    return found;
-}
 
 TEST(NoteEditor, insert_goesBehindTheNamedBlockOrToTheEnd) {
     Note note = noteOf({block(BlockKind::heading, "A"), block(BlockKind::heading, "B")});
@@ -100,14 +79,13 @@ TEST(NoteEditor, pressReturn_continuesListsAndEndsThem) {
     const auto made = NoteEditor::pressReturn(note.blocks[0].id, note, later);
     ASSERT_TRUE(made && std::holds_alternative<NoteEditor::NewBlock>(*made));
     EXPECT_EQ(std::get<NoteEditor::NewBlock>(*made).id, note.blocks[1].id);
-    EXPECT_EQ(note.blocks[1].kind, BlockKind::todo);
-    EXPECT_FALSE(note.blocks[1].done);
+    EXPECT_THAT(lines(note), ElementsAre("todo: [x] buy", "todo: ", "heading: H"));
 
     note.blocks[1].text = " \t";
     EXPECT_EQ(NoteEditor::pressReturn(note.blocks[1].id, note, later),
               NoteEditor::ReturnResult(NoteEditor::LeftList{note.blocks[1].id}));
     NoteEditor::pressReturn(note.blocks[2].id, note, later);
-    EXPECT_THAT(lines(note), ElementsAre("todo: buy", "paragraph:  \t", "heading: H", "paragraph: "));
+    EXPECT_THAT(lines(note), ElementsAre("todo: [x] buy", "paragraph:  \t", "heading: H", "paragraph: "));
     EXPECT_EQ(NoteEditor::pressReturn(Uuid::random(), note, later), std::nullopt);
 }
 
@@ -126,7 +104,6 @@ TEST(NoteEditor, applyShortcut_turnsTypedFormsIntoBlocks) {
         BlockKind kind;
         std::string typed;
         std::string result;
-        bool done = false;
     };
 
     const std::vector<Case> cases{
@@ -134,16 +111,16 @@ TEST(NoteEditor, applyShortcut_turnsTypedFormsIntoBlocks) {
         {BlockKind::paragraph, "## Plan", "subheading: Plan"},
         {BlockKind::paragraph, "### Plan", "subheading: Plan"},
         {BlockKind::paragraph, "#Plan", "paragraph: #Plan"},
-        {BlockKind::paragraph, "[x] done", "todo: done", true},
+        {BlockKind::paragraph, "[x] done", "todo: [x] done"},
         {BlockKind::paragraph, "- [ ] a", "todo: a"},
         {BlockKind::paragraph, "• a", "bullet: a"},
         {BlockKind::bullet, "[] a", "todo: a"},
-        {BlockKind::bullet, "- [x] a", "todo: a", true},
+        {BlockKind::bullet, "- [x] a", "todo: [x] a"},
         {BlockKind::bullet, "# a", "bullet: # a"},
         {BlockKind::heading, "> a", "heading: > a"},
         {BlockKind::paragraph, " --- \t", "divider: "},
         {BlockKind::paragraph, "----", "paragraph: ----"},
-        {BlockKind::paragraph, "a :: b :: c", "flashcard: a"},
+        {BlockKind::paragraph, "a :: b :: c", "flashcard: a / b :: c"},
         {BlockKind::paragraph, " :: b", "paragraph:  :: b"},
         {BlockKind::heading, "a :: b", "heading: a :: b"},
     };
@@ -151,7 +128,6 @@ TEST(NoteEditor, applyShortcut_turnsTypedFormsIntoBlocks) {
         Note note = noteOf({block(one.kind, one.typed)});
         const bool changed = NoteEditor::applyShortcut(note.blocks[0].id, note, later);
         EXPECT_THAT(lines(note), ElementsAre(one.result)) << one.typed;
-        EXPECT_EQ(note.blocks[0].done, one.done) << one.typed;
         EXPECT_EQ(changed, one.result != std::string(rawValue(one.kind)) + ": " + one.typed) << one.typed;
         EXPECT_EQ(note.modified, changed ? later : created) << one.typed;
     }
