@@ -97,6 +97,15 @@ TEST(SpeechTranscriber, transcribe_withoutDetector_findsSpeechByItsLevel) {
     EXPECT_NE(text.find("tried"), std::string::npos) << text;
 }
 
+TEST(SpeechTranscriber, transcribe_quietSpeechInNoiseAsLoud_isHeard) {
+    const SoundFiles files;
+    const fs::path noisy = files.make("noisy.wav", "-i '" + recordings +
+                                                       "/two_cities.wav' -f lavfi -i anoisesrc=a=0.032:seed=7 "
+                                                       "-filter_complex amix=2:duration=first:normalize=0,volume=-6dB");
+    const std::vector<Segment> lines = transcribe(noisy);
+    EXPECT_LT(wordErrors(twoCities, textOf(lines)), 0.5) << textOf(lines);
+}
+
 TEST(SpeechTranscriber, transcribe_nobodySpeaks_isEmpty) {
     const SoundFiles files;
     const std::vector<std::pair<std::string, std::string>> inputs{
