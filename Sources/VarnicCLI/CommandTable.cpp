@@ -234,8 +234,9 @@ as it was.
          "FILE.md | FOLDER [--json]",
          "make notes of Markdown files",
          R"(Each file becomes a note, of a folder every .md file in it and below. A file without a title is named after
-itself, and title and date of a front matter become the note’s. Lists in lists become one list, and code loses its
-indentation; how often is told at the end. The files stay as they are. Ctrl-C ends it after the file that it is at.
+itself, and title and date of a front matter become the note’s. “**Q:** question” with “**A:** answer” in the next line
+becomes a flashcard. Lists in lists become one list, and code loses its indentation; how often is told at the end. The
+files stay as they are. Ctrl-C ends it after the file that it is at.
 )",
          {json("print an array of objects with id, title, file and, where something was simplified, an object with "
                "nestedItems and codeLines")},

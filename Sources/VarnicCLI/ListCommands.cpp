@@ -36,7 +36,9 @@ ExitCode list(const Arguments& arguments) {
     const std::vector<Note> notes = loadNotes(store);
     printList(notes, arguments.has("json"));
     if (notes.empty() && store.unreadable().empty() && !arguments.has("json")) {
-        Terminal::print(stderr, "The library is empty. varnic-cli transcribe --help tells how to file a call.\n");
+        Terminal::print(
+            stderr, "The library is empty. `varnic-cli record` records a call, `varnic-cli transcribe` files one that "
+                    "was recorded elsewhere.\n");
     }
     return ExitCode::success;
 }

@@ -4,7 +4,9 @@ namespace varnic::cli {
 
 std::vector<std::string> missingDevices(const SoundSurvey& survey) {
     if (!survey.isReachable) {
-        return {"The sound system, PipeWire, isn’t running: nothing can be recorded."};
+        return {
+            "The sound system, PipeWire, isn’t running: nothing can be recorded. It is in the packages pipewire and "
+            "wireplumber."};
     }
     if (!survey.hasSound) {
         return {"PipeWire is running, but has no sound devices: nothing can be recorded. If PulseAudio runs the sound, "

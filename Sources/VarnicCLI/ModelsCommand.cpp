@@ -1,7 +1,9 @@
 #include "VarnicCLI/CallFiling.h"
 #include "VarnicCLI/Command.h"
 #include "VarnicCLI/Terminal.h"
+#include "VarnicCore/Audio/TranscriberError.h"
 #include "VarnicCore/Library/NoteJson.h"
+#include "VarnicCore/Models/Wording.h"
 #include "VarnicPlatform/Speech/ModelCheck.h"
 #include "VarnicPlatform/Speech/NoiseReduction.h"
 #include "VarnicPlatform/Speech/SpeechModel.h"
@@ -81,7 +83,7 @@ ExitCode models(const Arguments& arguments) {
             Terminal::print(stderr, "varnic-cli: {}\n", fault);
         }
         if (installed.empty() && faults.empty()) {
-            Terminal::print("No speech model is installed.\n");
+            Terminal::print("{}\n", Wording::shown(TranscriberError::notAuthorized().what()));
         }
     }
     return faults.empty() && !installed.empty() ? ExitCode::success : ExitCode::failure;
@@ -92,8 +94,8 @@ std::string wishedLanguage(const Arguments& arguments, const std::string& otherw
     if (wish == LanguageChoice::automatic &&
         !SpeechModels::tellLanguages(SpeechModels::installed(SpeechModels::dataDirectories()))) {
         throw std::runtime_error(
-            "No speech model that is installed can tell languages apart. Whisper’s models of several "
-            "languages can; or say the language with --language.");
+            "No speech model that is installed can tell languages apart. On Debian, the one in the package "
+            "varnic-models-whisper can; or say the language with --language.");
     }
     return wish;
 }

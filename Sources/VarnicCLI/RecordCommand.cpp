@@ -1,4 +1,5 @@
 #include "Varnic/Recording/RecordingController.h"
+#include "Varnic/Recording/RecordingHealth.h"
 #include "VarnicCLI/CallFiling.h"
 #include "VarnicCLI/FlowRunner.h"
 #include "VarnicCLI/MissingDevices.h"
@@ -128,10 +129,17 @@ private:
         const InkSample level = recorder.samples().empty() ? InkSample() : recorder.samples().back();
         std::string text =
             fmt::format("● {}  you {}  them {}", Clock::stamp(recorder.elapsed()), meter(level.you), meter(level.them));
-        if (recorder.warning()) {
-            text += "  " + Wording::shown(*recorder.warning());
+        if (const auto trouble = warning()) {
+            text += "  " + Wording::shown(*trouble);
         }
         return text;
+    }
+
+    /// That of the recorder, but for a side that is missing because nobody wants it.
+    [[nodiscard]] std::optional<std::string> warning() const {
+        const auto& told = model_.recorder().warning();
+        const bool isOfUnwanted = !model_.wantedSides.them && told == RecordingHealth::missingSide({Speaker::you});
+        return isOfUnwanted ? std::nullopt : told;
     }
 
     void printNewLines() {
@@ -149,8 +157,8 @@ private:
         for (; problemsTold_ < problems.size(); ++problemsTold_) {
             tell(problems[problemsTold_]);
         }
-        if (model_.recorder().warning() != warned_) {
-            warned_ = model_.recorder().warning();
+        if (warning() != warned_) {
+            warned_ = warning();
             if (warned_ && std::ranges::find(problems, *warned_) == problems.end()) {
                 tell(*warned_);
             }

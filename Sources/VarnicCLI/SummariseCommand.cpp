@@ -55,6 +55,8 @@ std::string advice(AIError::Kind kind, const AISettings& settings) {
         return "\nHere that is: --model NAME";
     case AIError::Kind::badURL:
         return "\nHere that is: --server URL";
+    case AIError::Kind::offline:
+        return settings.staysOnThisMac() ? fmt::format("\nIs the server at {} running?", settings.compatBaseURL) : "";
     default:
         return "";
     }
@@ -84,9 +86,13 @@ void askProvider(Application& application, const Note& before) {
     const Uuid& id = before.id;
     runFlow(application, [&] { return model.runAI(id); });
     if (const auto failed = model.aiError.value().find(id); failed != model.aiError.value().end()) {
-        const bool isBadKey = failed->second == AIError::badKey().what();
-        throw std::runtime_error(failed->second +
-                                 (isBadKey ? advice(AIError::Kind::badKey, model.settings.ai.value()) : ""));
+        std::string sentence = failed->second;
+        for (const AIError& error : {AIError::badKey(), AIError::offline()}) {
+            if (failed->second == error.what()) {
+                sentence += advice(error.kind(), model.settings.ai.value());
+            }
+        }
+        throw std::runtime_error(sentence);
     }
     const Note* note = model.note(id);
     if (note == nullptr) {

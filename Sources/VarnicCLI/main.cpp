@@ -29,6 +29,12 @@ const Command* commandNamed(std::string_view name) {
     return nullptr;
 }
 
+/// The command line that tells of the one that wasn't understood.
+std::string helpFor(const std::vector<std::string>& words) {
+    const bool isCommand = !words.empty() && commandNamed(words.front()) != nullptr;
+    return fmt::format("varnic-cli {}--help", isCommand ? words.front() + " " : "");
+}
+
 ExitCode run(const std::vector<std::string>& words) {
     if (words.empty()) {
         fmt::print(stderr, "{}", Help::overview());
@@ -65,15 +71,16 @@ int main(int argc, char** argv) {
     if (const std::optional<int> code = varnic::ModelCheck::enable(argc, argv)) {
         return *code;
     }
+    const std::vector<std::string> words(argv + 1, argv + argc);
     try {
-        const ExitCode code = run({argv + 1, argv + argc});
+        const ExitCode code = run(words);
         if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
             fmt::print(stderr, "varnic-cli: The output couldn’t be written.\n");
             return static_cast<int>(ExitCode::failure);
         }
         return static_cast<int>(code);
     } catch (const UsageError& error) {
-        Terminal::print(stderr, "varnic-cli: {}; see varnic-cli --help\n", error.what());
+        Terminal::print(stderr, "varnic-cli: {}; see {}\n", error.what(), helpFor(words));
         return static_cast<int>(ExitCode::usage);
     } catch (const varnic::CaptureError& error) {
         Terminal::print(stderr, "varnic-cli: {}\n", varnic::Wording::shown(error.what()));

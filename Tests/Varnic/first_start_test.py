@@ -23,7 +23,7 @@ from sound_system import SoundSystem  # noqa: E402
 NO_FONTS = "<fontconfig><cachedir>{}</cachedir></fontconfig>"
 
 # Texts have these parts in their order, which are between ellipses.
-NO_MODEL = "No speech model is installed. On Debian there is one in the package varnic-models…"
+NO_MODEL = "No speech model is installed. On Debian there is one for English in the package varnic-models, …whisper…"
 NO_MICROPHONE = "No microphone was found…"
 NO_PIPEWIRE = "PipeWire isn’t running…It is in the packages pipewire and wireplumber…"
 NO_CONFIGURATION = "…On Debian it is in the package pipewire-bin…"

@@ -614,6 +614,8 @@ class BadInput(CommandLine):
             with self.subTest(args):
                 run = self.run_cli(*args)
                 self.assertEqual((run.returncode, run.stdout), (2, ""))
+                if args and args[0] != "dance":
+                    self.assertRegex(run.stderr, f"; see varnic-cli {args[0]} --help\n$")
         self.assertEqual(self.succeed("-h"), self.succeed("--help"))
         self.assertRegex(self.succeed("--version"), r"\Avarnic-cli \d+\.\d+\.\d+\n\Z")
         for command in ("transcribe", "list", "show", "digest"):

@@ -464,7 +464,7 @@ class Missing(RecordTest):
         return run.returncode, run.stdout + run.stderr
 
     def test_no_server_and_a_server_without_devices(self):
-        for sound, says in ((self.no_sound_system(), "PipeWire, isn’t running"),
+        for sound, says in ((self.no_sound_system(), "It is in the packages pipewire and wireplumber."),
                             (self.sound_system(nodes=False), "has no sound devices")):
             for arguments in ([], ["--no-live"], ["--mic-only"]):
                 self.fails(sound, ["`varnic-cli devices` tells what is missing."], *arguments)
@@ -588,6 +588,11 @@ class Stopping(RecordTest):
             recorder = self.start(*arguments)
             self.assertEqual(recorder.end(), 0, recorder.error)
             self.assertAlmostEqual(recorder.note()["call"]["duration"], 5, delta=0.3)
+
+    def test_a_side_that_is_not_wanted_is_not_missed(self):
+        run = self.run_cli("record", "--for", "1", "--mic-only", "--no-live", sound=self.sound_system().environment)
+        self.assertIn("Recording. Ctrl-C stops.", run.stderr)
+        self.assertNotIn("your side only", run.stderr)
 
     def test_an_interrupt_while_it_starts_leaves_nothing_half_done(self):
         sound = self.sound_system()

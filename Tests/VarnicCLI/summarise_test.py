@@ -7,6 +7,7 @@ import json
 import os
 import pty
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
@@ -112,6 +113,14 @@ class Summarise(AI):
                     self.assertNotIn(KEY, run.stderr)
                     self.assertEqual(self.file.read_bytes(), before)
         self.assertEqual([path.name for path in self.file.parent.iterdir()], [self.file.name])
+
+    def test_a_server_on_this_computer_that_is_not_there_is_asked_for(self):
+        with socket.socket() as unused:
+            unused.bind(("127.0.0.1", 0))  # and listens to nobody
+            address = f"http://127.0.0.1:{unused.getsockname()[1]}/v1"
+            run = self.run_cli("summarise", ID, "--server", address, "--model", "m")
+        self.assertEqual(run.returncode, 1)
+        self.assertIn(f"\nIs the server at {address} running?\n", run.stderr)
 
     def test_what_cannot_work_sends_nothing(self):
         before = self.file.read_bytes()

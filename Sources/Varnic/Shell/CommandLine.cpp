@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QUrl>
 
 #include <fmt/format.h>
@@ -27,6 +28,7 @@ constexpr const char* fileWords =
 /// What one option asks for.
 struct Demand {
     const char* option;
+    /// Fits into a line of the help, by which shells complete.
     const char* what;
     Request::Kind kind;
 };
@@ -34,9 +36,8 @@ struct Demand {
 constexpr std::array demands{
     Demand{"library", "Show all notes.", Request::Kind::openLibrary},
     Demand{"new-note", "Begin a new note.", Request::Kind::newNote},
-    Demand{"record", "Record a call; show the window if one is recorded already.", Request::Kind::recordCall},
-    Demand{"toggle-recording", "Start or stop a recording, in the program that runs if one does.",
-           Request::Kind::toggleRecording},
+    Demand{"record", "Record a call, or show the one that is recorded.", Request::Kind::recordCall},
+    Demand{"toggle-recording", "Start or stop a recording.", Request::Kind::toggleRecording},
     Demand{"background", "Start without a window, with an icon in the tray.", Request::Kind::background}};
 
 /// A path or a file's URL, as file managers give them.
@@ -131,7 +132,9 @@ CommandLine CommandLine::parse(const QStringList& words) {
                            .exitCode = usageError};
     };
     if (!parser.parse(words)) {
-        return refused(parser.errorText());
+        QString reason = parser.errorText();
+        reason.remove(QRegularExpression("\\.$"));
+        return refused(reason);
     }
     if (parser.isSet(help)) {
         return {.request = {}, .answer = helpText(parser)};

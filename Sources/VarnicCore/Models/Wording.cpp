@@ -16,7 +16,12 @@ struct Phrase {
 constexpr std::array phrases{
     Phrase{"their side needs Screen Recording", "the computer’s sound can’t be heard"},
     Phrase{"Speech Recognition is turned off for Varnic.",
-           "No speech model is installed. On Debian there is one in the package varnic-models."},
+           "No speech model is installed. On Debian there is one for English in the package varnic-models, and one for "
+           "99 languages in varnic-models-whisper."},
+    Phrase{
+        "can’t be transcribed on this Mac yet.",
+        "can’t be transcribed on this computer yet. On Debian there is a speech model for 99 languages in the package "
+        "varnic-models-whisper."},
     Phrase{"this Mac", "this computer"},
     Phrase{"my Mac", "my computer"},
     Phrase{"your Mac", "your computer"},

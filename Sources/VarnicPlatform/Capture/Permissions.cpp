@@ -74,14 +74,25 @@ std::string microphoneRemedy(const Surroundings& there) {
     return fmt::format("No microphone was found.{} Plug one in, or choose one in the sound settings.", found);
 }
 
+/// More languages than this are counted, and one that none of so many models knows is in no package.
+constexpr std::size_t mostNamed = 8;
+
 std::string speechRemedy(const Surroundings& there, const std::string& language) {
+    const std::string later = "Calls are recorded without one, and can be transcribed later.";
     if (there.languages.empty()) {
-        return "No speech model is installed. On Debian there is one in the package varnic-models; others go into the "
-               "models folder. Calls are recorded without one, and can be transcribed later.";
+        return "No speech model is installed. On Debian there is one for English in the package varnic-models, and one "
+               "for 99 languages in varnic-models-whisper; others go into the models folder. " +
+               later;
     }
-    return fmt::format("No speech model is installed for {}. There are models for {}. Put one into the models folder, "
-                       "or choose another language; calls are recorded without one, and can be transcribed later.",
-                       language, fmt::join(there.languages, ", "));
+    if (there.languages.size() > mostNamed) {
+        return fmt::format("No speech model is installed for {}. There are models for {} other languages. Put one into "
+                           "the models folder, or choose another language. {}",
+                           language, there.languages.size(), later);
+    }
+    return fmt::format("No speech model is installed for {}. There are models for {}. On Debian there is one for 99 "
+                       "languages in the package varnic-models-whisper; others go into the models folder. Or choose "
+                       "another language. {}",
+                       language, fmt::join(there.languages, ", "), later);
 }
 
 } // namespace

@@ -57,7 +57,7 @@ TEST(CommandLine, parse_answersInsteadOfRunning) {
          {Case{{"varnic", "--version"}, 0, "varnic " VARNIC_VERSION "\n"},
           Case{{"varnic", "--help"}, 0, "--toggle-recording"}, Case{{"varnic", "-h"}, 0, "[file…]"},
           Case{{"varnic", "--background", "--toggle-recording"}, 2, "nothing else"},
-          Case{{"varnic", "--togle"}, 2, "togle"},
+          Case{{"varnic", "--togle"}, 2, "togle'; see varnic --help"},
           Case{{"varnic", "varnic:x", "a.m4a"}, 2, "an address goes with nothing else"},
           Case{{"varnic", "--toggle-recording", "a.m4a"}, 2, "takes no files"}}) {
         const CommandLine line = CommandLine::parse(words);
@@ -84,6 +84,15 @@ TEST(CommandLine, desktopEntry_asksForTheSameByCommandAsOverTheBus) {
         ASSERT_NE(known, ApplicationInterface::actions.end()) << name.toStdString();
         const QStringList words = entry["Desktop Action " + name + "/Exec"].split(' ');
         EXPECT_EQ(CommandLine::parse(words).request.kind, known->kind) << words.join(' ').toStdString();
+    }
+}
+
+TEST(CommandLine, help_tellsOfEachOptionInALine_byWhichShellsComplete) {
+    const QString help = QString::fromStdString(CommandLine::parse({"varnic", "--help"}).answer.value());
+    const QStringList lines = help.split('\n').filter(QRegularExpression("^ +(-\\w, )?--"));
+    EXPECT_GE(lines.size(), 7);
+    for (const QString& line : lines) {
+        EXPECT_TRUE(line.endsWith('.')) << line.toStdString();
     }
 }
 

@@ -26,8 +26,12 @@ TEST(Wording, shown_speaksOfThisPlatform) {
         {"this Mac, and this Mac’s Keychain", "this computer, and this computer’s key ring"},
         {"Start a Zoom, Meet, Teams or FaceTime call, then press Record.",
          "Start a Zoom, Meet or Teams call, then press Record."},
-        {"Speech Recognition is turned off for Varnic.",
-         "No speech model is installed. On Debian there is one in the package varnic-models."},
+        {"Speech Recognition is turned off for Varnic.", "No speech model is installed. On Debian there is one for "
+                                                         "English in the package varnic-models, and one for 99 "
+                                                         "languages in varnic-models-whisper."},
+        {"German can’t be transcribed on this Mac yet.",
+         "German can’t be transcribed on this computer yet. On Debian there is a speech model for 99 languages in the "
+         "package varnic-models-whisper."},
         {"any Zoom, Meet, Teams, FaceTime or browser call", "any Zoom, Meet, Teams or browser call"},
         {"", ""},
     };

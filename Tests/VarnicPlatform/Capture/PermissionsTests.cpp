@@ -69,7 +69,8 @@ TEST_F(PermissionsTest, look_tellsWhatIsMissingAndWhatIsThere) {
     EXPECT_THAT(remedies("fr-FR"),
                 ElementsAre(HasSubstr("There is only “Virtual test-sink” to listen with."), IsEmpty(),
                             testing::AllOf(HasSubstr("for French (France)"),
-                                           HasSubstr("models for English, German, Portuguese (Brazil)."))));
+                                           HasSubstr("models for English, German, Portuguese (Brazil). On Debian"),
+                                           HasSubstr("package varnic-models-whisper"))));
     system.reset();
     startSystem({"--no-nodes", "--no-session", "--no-pulse"});
     EXPECT_THAT(remedies("en"), ElementsAre(HasSubstr("no sound devices"), HasSubstr("no sound devices"), IsEmpty()));
@@ -91,11 +92,22 @@ TEST_F(PermissionsTest, described_beforeTheUserHasSaidYes_tellsWhatIsMissingToo)
     };
     using testing::HasSubstr;
     EXPECT_THAT(missing(models), ElementsAre(HasSubstr("No microphone was found."), IsEmpty(), IsEmpty()));
-    EXPECT_THAT(missing({}), ElementsAre(HasSubstr("No microphone"), IsEmpty(), HasSubstr("package varnic-models")));
+    EXPECT_THAT(missing({}), ElementsAre(HasSubstr("No microphone"), IsEmpty(),
+                                         testing::AllOf(HasSubstr("English in the package varnic-models,"),
+                                                        HasSubstr("99 languages in varnic-models-whisper;"))));
     setenv("PIPEWIRE_CONFIG_DIR", folder.path().c_str(), 1);
     EXPECT_THAT(missing(models),
                 ElementsAre(HasSubstr("package pipewire-bin"), HasSubstr("package pipewire-bin"), IsEmpty()));
     unsetenv("PIPEWIRE_CONFIG_DIR");
+}
+
+TEST_F(PermissionsTest, described_aLanguageThatNoneOfManyKnows_countsThemAndNamesNoPackage) {
+    const Permissions::Findings findings{.states = {.speech = denied},
+                                         .there = {.languages = std::vector<std::string>(99, "German")}};
+    EXPECT_THAT(Permissions::described(findings, "ga", "en").back().remedy,
+                testing::AllOf(testing::StartsWith("No speech model is installed for Irish. There are models for 99 "
+                                                   "other languages."),
+                               testing::Not(testing::HasSubstr("varnic-models"))));
 }
 
 TEST_F(PermissionsTest, survey_overridden_givesThatUnasked) {
