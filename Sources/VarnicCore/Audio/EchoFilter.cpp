@@ -20,6 +20,11 @@ constexpr float memory = 0.9F;
 constexpr float share = 0.5F;
 /// Below the power of any audio; keeps divisions finite.
 constexpr float leastPower = 1e-8F;
+/// Partitions whose response is held to their time at each block, in turn, once the path is known. Holding all of them
+/// takes as long as the rest of the filter, and takes out no more: 21.5 dB of the echo in a room of a quarter of a
+/// second, two of them 21.4. At first all are held: a new path is found sooner.
+constexpr std::size_t confinedAtOnce = 2;
+constexpr std::size_t blocksAnew = 32;
 /// Before anything is known, the echo may be as loud as the far end.
 constexpr float unknown = 1;
 
@@ -97,23 +102,30 @@ void EchoFilter::learn(const Spectrum& error, const Powers& total) {
         nearEnd_[bin] = memory * nearEnd_[bin] + (1 - memory) * std::norm(error[bin]);
         certainty[bin] = 1 / (total[bin] + nearEnd_[bin] / share + leastPower);
     }
-    Spectrum step(bins);
-    std::vector<float> response(window);
     for (std::size_t delay = 0; delay < partitions; ++delay) {
         const Spectrum& spectrum = farEnd_[(newest_ + delay) % partitions];
         Powers& doubt = error_[delay];
+        Spectrum& path = path_[delay];
         for (std::size_t bin = 0; bin < bins; ++bin) {
             const float gain = doubt[bin] * certainty[bin];
-            step[bin] = product(std::conj(spectrum[bin]), error[bin]) * gain;
             doubt[bin] = steadiness * steadiness * (1 - share * gain * std::norm(spectrum[bin])) * doubt[bin] +
-                         change * std::norm(path_[delay][bin]);
+                         change * std::norm(path[bin]);
+            path[bin] += product(std::conj(spectrum[bin]), error[bin]) * gain;
         }
-        // A partition answers for one block of delay.
-        transform_.backward(step, response);
-        std::fill(response.begin() + block, response.end(), 0.0F);
-        transform_.forward(response, step);
-        std::ranges::transform(path_[delay], step, path_[delay].begin(), std::plus<>());
     }
+    std::vector<float> response(window);
+    const std::size_t held = ++learnt_ > blocksAnew ? confinedAtOnce : partitions;
+    for (std::size_t count = 0; count < held; ++count) {
+        confined_ = (confined_ + 1) % partitions;
+        confine(path_[confined_], response);
+    }
+}
+
+/// A partition answers for one block of delay. `response` is room for it.
+void EchoFilter::confine(Spectrum& partition, std::span<float> response) {
+    transform_.backward(partition, response);
+    std::ranges::fill(response.subspan(block), 0.0F);
+    transform_.forward(response, partition);
 }
 
 } // namespace varnic

@@ -54,6 +54,7 @@ private:
 
     void take(std::span<const float, block> farEnd);
     void learn(const Spectrum& error, const Powers& total);
+    void confine(Spectrum& partition, std::span<float> response);
 
     RealTransform transform_;
     /// The last two blocks of the far end.
@@ -64,6 +65,10 @@ private:
     std::size_t silent_ = partitions + 1;
     /// The path, a spectrum for each block of delay, and the expected square of its error.
     std::vector<Spectrum> path_;
+    /// The partition that was held to its time last.
+    std::size_t confined_ = 0;
+    /// Blocks that were learnt from.
+    std::size_t learnt_ = 0;
     std::vector<Powers> error_;
     /// The power of what does not come from the far end, smoothed.
     Powers nearEnd_;

@@ -64,14 +64,17 @@ public:
         Recognition result = engine_(samples);
         keepWhatWasSaid(result);
         const double seconds = static_cast<double>(samples.size()) / rate;
-        if (TranscriptGuards::isSuspicious(result.text, result.tokens, seconds)) {
+        if (result.isCutShort || TranscriptGuards::isSuspicious(result.text, result.tokens, seconds)) {
             if (cuts < mostCuts && seconds >= shortestPart) {
                 decodeHalves(samples, part, cuts + 1);
                 return;
             }
-            result.text = TranscriptGuards::withoutRepeats(result.text);
-            // The engine's times are those of the repeats too.
-            result.words.clear();
+            std::string text = TranscriptGuards::withoutRepeats(result.text);
+            if (text != result.text) {
+                result.text = std::move(text);
+                // The engine's times are those of the repeats too.
+                result.words.clear();
+            }
         }
         if (TranscriptGuards::hasLetter(result.text)) {
             keep(std::move(result), part);

@@ -21,6 +21,8 @@ struct Recognition {
     std::vector<TimedWord> words;
     /// The engine's own units of text.
     std::size_t tokens = 0;
+    /// Whether the engine has stopped before the end of what was said: there were more tokens than it gives at once.
+    bool isCutShort = false;
 };
 
 /// The speech engine with one model. It computes on the calling thread alone. Movable; one thread at a time.
@@ -42,9 +44,14 @@ private:
         void operator()(const SherpaOnnxOfflineRecognizer* recognizer) const;
     };
 
-    explicit SpeechRecognizer(const SherpaOnnxOfflineRecognizer* recognizer) : recognizer_(recognizer) {}
+    SpeechRecognizer(const SherpaOnnxOfflineRecognizer* recognizer, double mostTokens)
+        : recognizer_(recognizer), mostTokens_(mostTokens) {}
+
+    [[nodiscard]] Recognition decodeOnce(std::span<const float> samples) const;
 
     std::unique_ptr<const SherpaOnnxOfflineRecognizer, Destroy> recognizer_;
+    /// The tokens after which the engine stops, for each second of audio.
+    double mostTokens_;
 };
 
 } // namespace varnic

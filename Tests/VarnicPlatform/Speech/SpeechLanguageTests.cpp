@@ -95,5 +95,14 @@ TEST_F(SpeechLanguageTest, transcribe_otherLanguages_areWrittenInThem) {
     }
 }
 
+TEST_F(SpeechLanguageTest, transcribe_moreTokensThanTheEngineGivesAtOnce_loseNoWord) {
+    files.run("espeak-ng -v fr -s 175 -w fast.wav \"Bonjour à tous, aujourd'hui nous allons parler du budget de notre "
+              "projet, parce qu'il ne reste que trois semaines avant le lancement et que personne n'a encore décidé "
+              "quel sera le prix.\"");
+    const std::string text = textOf(automatic().transcribe({files.path("fast.wav"), Speaker::them, std::nullopt, "fr"},
+                                                           [](double /*done*/) {}, {}));
+    EXPECT_TRUE(text.ends_with("le prix. ")) << text;
+}
+
 } // namespace
 } // namespace varnic
