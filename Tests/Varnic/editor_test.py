@@ -175,25 +175,6 @@ class EditorTest(unittest.TestCase):
         self.assertEqual([self.program.expect(name) is not None for name in ("Not done", "Done")], [True, True])
         self.assertTrue(any(name.startswith("Box 2") for name in self.program.names()))
 
-    def test_undo_goesOverTypingStructureAndTicks(self):
-        self.start("one", block("Ship it", "todo"))
-        self.go("one")
-        self.type(" more")
-        self.key("Return")
-        self.type("two")
-        self.go("Ship it")
-        self.key("ctrl+Return")
-        end = ["p one more", "p two", "x Ship it"]
-        self.expect_stored(*end)
-        self.key("ctrl+z")
-        self.expect_stored("p one more", "p two", "t Ship it")
-        self.key("ctrl+z", "ctrl+z")
-        self.expect_stored("p one more", "t Ship it")
-        self.key("ctrl+z", "ctrl+z")
-        self.expect_stored("p one", "t Ship it")
-        self.key(*["ctrl+shift+z"] * 5)
-        self.expect_stored(*end)
-
     def test_severalBlocks_goToOtherProgramsAndComeFromThem(self):
         self.start("one", block("Ship it", "todo"), block("", "table", rows=[["a", "b"], ["c", "d"]]), "end")
         self.drag(self.place("one"), self.place("d", 30))
@@ -207,7 +188,7 @@ class EditorTest(unittest.TestCase):
         self.key("Return", "ctrl+v")
         self.expect_stored("p one", "t Ship it", "| a, b; c, d", "p end", "h Plan", "x done", "- item")
 
-    def test_mouse_selectsMovesAndTurnsBlocks(self):
+    def test_mouse_selectsMovesAndTurnsBlocks_andUndo(self):
         self.start("one", "two", "three", "four")
         self.drag(self.place("one"), self.place("two", 200))
         self.type("x")
@@ -226,6 +207,10 @@ class EditorTest(unittest.TestCase):
         self.program.press("Quote", "menu item")
         self.expect_stored("p three", "p four", "> x!")
         self.type("?")
+        self.expect_stored("p three", "p four", "> x!?")
+        self.key("ctrl+z")
+        self.expect_stored("p three", "p four", "> x!")
+        self.key("ctrl+shift+z")
         self.expect_stored("p three", "p four", "> x!?")
 
     def test_typing_whileAnotherProgramChangesTheNote_losesNothing(self):

@@ -31,11 +31,6 @@ TEST_F(PermissionsTest, survey_soundSystemThere_grantedOnceSaidYes) {
     EXPECT_EQ(Permissions::survey(true, {"en"}, models), (Permissions::States{granted, granted, granted}));
 }
 
-TEST_F(PermissionsTest, survey_noSource_microphoneDeniedOnly) {
-    startSystem({"--no-source"});
-    EXPECT_EQ(Permissions::survey(true, {"en"}, models), (Permissions::States{denied, granted, granted}));
-}
-
 TEST_F(PermissionsTest, survey_onlyAMonitor_isNoMicrophone) {
     startSystem({"--no-source"});
     run("add-monitor loop");

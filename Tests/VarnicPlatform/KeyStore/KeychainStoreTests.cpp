@@ -125,15 +125,6 @@ TEST(UnlockedKeyRing, setKey_replacesReadsBackAndRemoves) {
     store.setKey(std::nullopt, "openAICompatible");
 }
 
-TEST(UnlockedKeyRing, remove_tellsWhetherThereWasAKey) {
-    KeychainStore store("app.brevin.varnic.test");
-    EXPECT_EQ(failureOfRemoving(store), "none");
-    store.setKey("sk-old", "anthropic");
-    EXPECT_FALSE(store.isLocked("anthropic"));
-    EXPECT_EQ(failureOfRemoving(store), "");
-    EXPECT_EQ(store.key("anthropic"), std::nullopt);
-}
-
 /// All in processes of their own: a child can't go on with a connection of its parent's to the ring.
 TEST(CrashingKeyRing, key_isInNoCoreDump) {
     const auto set = [] { KeychainStore("app.brevin.varnic.test").setKey("sk-secret", "anthropic"); };

@@ -264,19 +264,6 @@ TEST_F(ListModels, search_results_are_the_same_in_any_order) {
     }
 }
 
-TEST_F(ListModels, todos_stand_under_their_notes_until_they_are_done) {
-    add("Later", 10, {todo("Rest")});
-    const Uuid first = add("First", 0, {todo("Write"), todo("Send")});
-    TodoListModel todos;
-    const QAbstractItemModelTester tester(&todos, QAbstractItemModelTester::FailureReportingMode::Fatal);
-    todos.setModel(*model);
-    EXPECT_THAT(column(todos, TodoListModel::text), ElementsAre("First", "Write", "Send", "Later", "Rest"));
-    model->toggleTodo(first, model->note(first)->blocks.front().id);
-    EXPECT_THAT(column(todos, TodoListModel::text), ElementsAre("First", "Send", "Later", "Rest"));
-    model->toggleTodo(first, model->note(first)->blocks.back().id);
-    EXPECT_THAT(column(todos, TodoListModel::text), ElementsAre("Later", "Rest"));
-}
-
 TEST_F(ListModels, decks_count_their_cards) {
     add("One", 0, {Block::flashcard("Q", "A")});
     add("Two", 5, {Block::flashcard("Q", "A"), Block::flashcard("R", "A")});

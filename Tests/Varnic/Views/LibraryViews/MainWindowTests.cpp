@@ -1,6 +1,6 @@
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/Shell/AppDelegate.h"
-#include "Varnic/Views/LibraryViews/Library.h"
+#include "Varnic/Views/ItemTree.h"
 #include "Varnic/Views/Program/MainWindow.h"
 #include "Varnic/Views/Program/QuitDialog.h"
 #include "Varnic/Views/Theme/Native/AccessibleControl.h"
@@ -16,7 +16,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -39,29 +38,10 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return shown(list) != nullptr; }));
     }
 
-    /// All items that show. What a loader holds is no child of an object, but of an item.
-    static void collect(QQuickItem* item, std::vector<QQuickItem*>& items) {
-        if (item->isVisible()) {
-            items.push_back(item);
-            for (QQuickItem* child : item->childItems()) {
-                collect(child, items);
-            }
-        }
-    }
-
     [[nodiscard]] std::vector<QQuickItem*> shownItems() const {
         std::vector<QQuickItem*> items;
-        collect(mainWindow->window().contentItem(), items);
+        visitShown(mainWindow->window().contentItem(), [&items](QQuickItem* item) { items.push_back(item); });
         return items;
-    }
-
-    /// What is typed into is told as the field around it.
-    static bool hasName(QQuickItem* item) {
-        const auto name = [](QQuickItem* named) {
-            QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(named);
-            return told == nullptr ? QString() : told->text(QAccessible::Name);
-        };
-        return !name(item).isEmpty() || !name(item->parentItem()).isEmpty();
     }
 
     /// The item of that name if it shows, else null.
@@ -289,29 +269,16 @@ TEST_F(MainWindowTest, dividers_move_by_key) {
 TEST_F(MainWindowTest, unreadable_library_is_not_shown_as_an_empty_one_and_can_be_tried_again) {
     model->newNote("Plan");
     model.restart();
-    const std::filesystem::path notes = model.folder() / "Library" / "notes";
-    std::filesystem::rename(notes, model.folder() / "away");
-    std::filesystem::create_symlink("notes", notes);
+    model.takeNotesAway();
     open();
     auto* const button = shown("tryAgain");
     ASSERT_NE(button, nullptr);
     EXPECT_EQ(shown("emptyList"), nullptr);
-    std::filesystem::remove(notes);
-    std::filesystem::rename(model.folder() / "away", notes);
+    model.putNotesBack();
     button->forceActiveFocus();
     press(Qt::Key_Space);
     EXPECT_TRUE(waitUntil([this] { return shown("tryAgain") == nullptr; }));
     EXPECT_EQ(model->notes().size(), 1U);
-}
-
-TEST_F(MainWindowTest, dropped_recordings_come_in_one_after_another) {
-    open();
-    Library library(*model);
-    library.importFiles(
-        {QUrl("file:///nowhere/a.wav"), QUrl("https://example.org/b.wav"), QUrl("file:///nowhere/c.wav")});
-    EXPECT_TRUE(model->isImporting.value());
-    EXPECT_TRUE(waitUntil([this] { return !model->isImporting.value(); }));
-    EXPECT_TRUE(waitUntil([this] { return shown("toast") != nullptr; }));
 }
 
 /// Answers with a button, or by closing the question, as Escape does.
@@ -333,19 +300,6 @@ TEST_F(MainWindowTest, question_at_the_end_takes_each_answer) {
             (*button)->click();
         }
         EXPECT_EQ(QCoro::waitFor(asking), choice.answer) << choice.text;
-    }
-}
-
-TEST_F(MainWindowTest, every_control_has_a_name) {
-    model->newNote("Plan", {Block{.kind = BlockKind::todo, .text = "Write"}});
-    open();
-    for (const auto section : {LibrarySection::all, LibrarySection::todos}) {
-        model->section = section;
-        for (QQuickItem* item : shownItems()) {
-            if (item->activeFocusOnTab()) {
-                EXPECT_TRUE(hasName(item)) << item->metaObject()->className();
-            }
-        }
     }
 }
 

@@ -3,6 +3,7 @@
 #include "Varnic/Recording/RecordingController.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "Varnic/Views/Ink/InkTrail.h"
+#include "Varnic/Views/ItemTree.h"
 #include "Varnic/Views/LiveView/LiveCall.h"
 
 #include <QQmlEngine>
@@ -40,30 +41,16 @@ protected:
         return *view.engine()->singletonInstance<LiveCall*>(qmlTypeId("Varnic.LiveView", 1, 0, "LiveCall"));
     }
 
-    [[nodiscard]] QQuickItem* item(const char* name) const {
-        return view.contentItem()->findChild<QQuickItem*>(QString::fromLatin1(name));
-    }
+    [[nodiscard]] QQuickItem* item(const char* name) const { return within(view.contentItem(), name); }
 
     void click(const char* name) {
         QQuickItem* target = nullptr;
         ASSERT_TRUE(waitUntil([&] {
-            target = find(view.contentItem(), QString::fromLatin1(name));
+            target = item(name);
             return target != nullptr && target->isVisible() && target->width() > 0;
         })) << name;
         QTest::mouseClick(&view, Qt::LeftButton, {},
                           target->mapToScene(QPointF(target->width() / 2, target->height() / 2)).toPoint());
-    }
-
-    static QQuickItem* find(QQuickItem* in, const QString& name) {
-        if (in->objectName() == name) {
-            return in;
-        }
-        for (QQuickItem* child : in->childItems()) {
-            if (QQuickItem* found = find(child, name)) {
-                return found;
-            }
-        }
-        return nullptr;
     }
 
     [[nodiscard]] bool isDialogOpen() const {
@@ -156,7 +143,7 @@ TEST_F(LiveRecordingViewTests, buttonsAreWholeHoweverNarrowThePageIs) {
 
 TEST_F(LiveRecordingViewTests, theLineBeingSpokenIsInSight) {
     record();
-    const auto* list = find(view.contentItem(), QStringLiteral("transcript"));
+    const auto* list = item("transcript");
     ASSERT_NE(list, nullptr);
     std::vector<Segment> lines;
     for (int turn = 0; turn < 12; ++turn) {
@@ -195,7 +182,7 @@ TEST_F(LiveRecordingViewTests, aMissingModelIsNamedInPlaceOfTheTranscript) {
 TEST_F(LiveRecordingViewTests, whatIsWrongStandsInTheWindowAndInThePill) {
     QQuickView pill(view.engine(), nullptr);
     pill.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Varnic/LiveView/RecordingPill.qml")));
-    const QQuickItem* inPill = find(pill.contentItem(), QStringLiteral("warning"));
+    const QQuickItem* inPill = within(pill.contentItem(), "warning");
     ASSERT_NE(inPill, nullptr);
     record({Speaker::you});
     const QString side = call().them().detail;

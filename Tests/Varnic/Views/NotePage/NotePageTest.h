@@ -2,6 +2,7 @@
 
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/Views/Context/ViewContext.h"
+#include "Varnic/Views/ItemTree.h"
 #include "Varnic/Views/NotePage/CallPlayer.h"
 #include "VarnicCore/Audio/AudioMix.h"
 
@@ -18,23 +19,6 @@
 #include <vector>
 
 namespace varnic {
-
-/// The first object of that name (any, if empty) in what an item shows. Rows of repeaters and lists have no QObject
-/// parent, so a search by those does not find them.
-template <typename Type>
-Type* within(QQuickItem* item, const QString& name) {
-    for (QObject* own : QObjectList{item} + item->children()) {
-        if (auto* const found = qobject_cast<Type*>(own); found && (name.isEmpty() || found->objectName() == name)) {
-            return found;
-        }
-    }
-    for (QQuickItem* child : item->childItems()) {
-        if (auto* const found = within<Type>(child, name)) {
-            return found;
-        }
-    }
-    return nullptr;
-}
 
 /// A page in a window, on a library of its own.
 class NotePageTest : public testing::Test {

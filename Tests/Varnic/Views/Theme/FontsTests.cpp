@@ -1,5 +1,3 @@
-#include "Varnic/Views/Theme/Native/Fonts.h"
-
 #include <QFont>
 #include <QFontDatabase>
 #include <QFontInfo>
@@ -50,7 +48,6 @@ TEST(Fonts, families_areInstalled) {
 }
 
 TEST(Fonts, serif_digitsAreAsHighAsEachOther) {
-    prepareFonts();
     for (const QFont& serif :
          {font("Varnic Serif"), font("Varnic Serif", QFont::DemiBold), font("Varnic Serif", QFont::Normal, true)}) {
         const QFontInfo info(serif);
@@ -68,7 +65,6 @@ TEST(Fonts, serif_digitsAreAsHighAsEachOther) {
 }
 
 TEST(Fonts, figures_digitsAreAsWideAsEachOther) {
-    prepareFonts();
     for (const int weight : {QFont::Normal, QFont::Medium, QFont::DemiBold}) {
         const QFont figures = font("Varnic Figures", weight);
         EXPECT_EQ(QFontInfo(figures).family(), "Varnic Figures");

@@ -46,12 +46,6 @@ Item {
                 }
             }
         }
-
-        Theme.SecretField {
-            id: secret
-
-            placeholderText: "Paste your key"
-        }
     }
 
     TestCase {
@@ -134,15 +128,6 @@ Item {
             compare(picker.displayText, "Ben");
             page.chosen = -1;
             compare(picker.displayText, "Nobody");
-        }
-
-        function test_assistiveProgramsAreTold() {
-            compare(control.Accessible.name, "Show the pill");
-            compare(control.Accessible.description, "It floats.");
-            compare(picker.Accessible.name, "Who");
-            compare(picker.Accessible.description, "Ann");
-            verify(secret.Accessible.passwordEdit);
-            compare(secret.Accessible.description, "Paste your key");
         }
     }
 }

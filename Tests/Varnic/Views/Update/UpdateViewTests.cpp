@@ -5,6 +5,7 @@
 #include "HTTP/LocalServer.h"
 #include "Varnic/AppModel/ScratchModel.h"
 #include "Varnic/Views/Context/ViewContext.h"
+#include "Varnic/Views/ItemTree.h"
 #include "Varnic/Views/Update/UpdateModel.h"
 #include "VarnicCore/TemporaryFolder.h"
 
@@ -77,20 +78,12 @@ protected:
     /// What can be read, from top to bottom.
     [[nodiscard]] std::vector<std::string> texts() const {
         std::vector<std::string> found;
-        collect(view->rootObject(), found);
+        visitShown(view->rootObject(), [&found](const QQuickItem* item) {
+            if (item->inherits("QQuickText") && !item->property("text").toString().isEmpty()) {
+                found.push_back(item->property("text").toString().toStdString());
+            }
+        });
         return found;
-    }
-
-    static void collect(const QQuickItem* item, std::vector<std::string>& found) {
-        if (!item->isVisible()) {
-            return;
-        }
-        if (item->inherits("QQuickText") && !item->property("text").toString().isEmpty()) {
-            found.push_back(item->property("text").toString().toStdString());
-        }
-        for (const QQuickItem* child : item->childItems()) {
-            collect(child, found);
-        }
     }
 
     void pressReturn() { QTest::keyClick(view.get(), Qt::Key_Return); }
