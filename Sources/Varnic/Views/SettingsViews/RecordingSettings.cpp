@@ -123,8 +123,7 @@ void RecordingSettings::setModel(int model) {
 
 QString RecordingSettings::languageNote() {
     return QString::fromStdString(
-        Wording::shown("Only languages with a speech model on this Mac are listed; on Debian, the package "
-                       "varnic-models-whisper brings 99. Audio never leaves your Mac."));
+        Wording::shown("Only languages with a speech model on this Mac are listed. Audio never leaves your Mac."));
 }
 
 } // namespace varnic
