@@ -71,8 +71,9 @@ protected:
         return makeBundle(app, version);
     }
 
-    void publish(const std::string& version) {
+    void publish(const std::string& version, const std::function<void(const fs::path&)>& change = [](auto&) {}) {
         const fs::path app = newApp(version);
+        change(app);
         Release::seal(app, key);
         pack(app, version);
     }
@@ -349,13 +350,7 @@ TEST_F(UpdaterTest, aBadArchive_isRefusedInOneSentence) {
              pack(app, "0.1.1");
          },
          std::string(UpdateMessages::wrongApp)},
-        {"no program",
-         [&] {
-             const fs::path app = newApp("0.1.1");
-             fs::remove(app / "Contents/bin/tiny");
-             Release::seal(app, key);
-             pack(app, "0.1.1");
-         },
+        {"no program", [&] { publish("0.1.1", [](const fs::path& app) { fs::remove(app / "Contents/bin/tiny"); }); },
          std::string(UpdateMessages::wrongApp)},
         {"no manifest", [&] { pack(newApp("0.1.1"), "0.1.1"); }, std::string(UpdateMessages::damagedCode)},
         {"somebody else’s manifest",
@@ -401,10 +396,8 @@ TEST_F(UpdaterTest, aBadArchive_isRefusedInOneSentence) {
          other("The archive is damaged.")},
         {"a set-user-id program",
          [&] {
-             const fs::path app = newApp("0.1.1");
-             fs::permissions(app / "Contents/bin/tiny", fs::perms(04755));
-             Release::seal(app, key);
-             pack(app, "0.1.1");
+             publish("0.1.1",
+                     [](const fs::path& app) { fs::permissions(app / "Contents/bin/tiny", fs::perms(04755)); });
          },
          other("The archive holds what no app should hold.")},
     };
@@ -433,10 +426,8 @@ TEST_F(UpdaterTest, aFullDisk_isTold) {
     for (const rlim_t room : {rlim_t(300'000), rlim_t(feed.download->length)}) {
         if (room > 300'000) {
             // The archive fits in, and what it holds does not.
-            const fs::path app = newApp("0.1.1");
-            writeFile(app / "Contents/share/big", std::string(900'000, 'x'));
-            Release::seal(app, key);
-            pack(app, "0.1.1");
+            publish("0.1.1",
+                    [](const fs::path& app) { writeFile(app / "Contents/share/big", std::string(900'000, 'x')); });
         }
         const varnic::FileSizeLimit limit(room);
         check();
