@@ -221,16 +221,19 @@ void TrackSegmenter::run(const OnSegment& onSegment, const ProgressCallback& pro
     learnEcho();
     measure();
     const std::vector<Range> loud = VoiceActivity::detect(track_.levels, track_.frame, shortestSpeech, bridgedPause);
-    if (loud.empty()) {
+    // Where other voices or a fan are about as loud as the speech, the detector tells it from them, the level does not.
+    const std::optional<float> level = !loud.empty() ? SpeechSegments::meanLevel(loud, track_)
+                                       : detector_   ? SpeechSegments::levelInNoise(track_)
+                                                     : std::nullopt;
+    if (!level) {
         return;
     }
-    const float level = SpeechSegments::meanLevel(loud, track_);
     std::optional<AudibleFeed> feed;
     if (detector_) {
         feed.emplace(SpeechDetector::create(*detector_),
-                     SpeechSegments::audible(track_, level - SpeechSegments::silenceBelowSpeech));
+                     SpeechSegments::audible(track_, *level - SpeechSegments::silenceBelowSpeech));
     }
-    Pass pass(reading(spoken_, echo_), SpeechSegments::speechLevel - level, std::move(feed), track_, longest_,
+    Pass pass(reading(spoken_, echo_), SpeechSegments::speechLevel - *level, std::move(feed), track_, longest_,
               onSegment, progress);
     if (!detector_) {
         pass.know(loud);
