@@ -22,6 +22,8 @@ constexpr double noiseMemory = 60;
 constexpr double enoughNoise = 1;
 /// Decibels of full scale that even a good microphone's noise is above.
 constexpr float plainSilence = -90;
+/// What is quieter is no speech, as in VoiceActivity.
+constexpr float quietestSpeech = -50;
 
 /// Puts ranges that are at most `gap` apart together.
 std::vector<Range> bridged(const std::vector<Range>& ranges, double gap) {
@@ -100,6 +102,11 @@ float SpeechSegments::meanLevel(const std::vector<Range>& parts, const TrackLeve
         }
     }
     return count == 0 ? -120.0F : static_cast<float>(10 * std::log10(sum / static_cast<double>(count)));
+}
+
+std::optional<float> SpeechSegments::levelInNoise(const TrackLevels& track) {
+    const float level = track.levels.empty() ? plainSilence : percentile(track.levels, 0.9);
+    return level > quietestSpeech ? std::optional(level) : std::nullopt;
 }
 
 float SpeechSegments::pauseLevel(const std::vector<Range>& speech, double before, const TrackLevels& track) {

@@ -48,6 +48,10 @@ std::vector<VoiceActivity::Range> audible(const TrackLevels& track, float thresh
 /// The mean level over parts of a track, in decibels: that of their mean power.
 float meanLevel(const std::vector<VoiceActivity::Range>& parts, const TrackLevels& track);
 
+/// The level of speech that its level alone does not tell from the noise it is spoken in, in decibels: that of the
+/// track's loudest tenth. Nothing for a track that is too quiet to hold any.
+std::optional<float> levelInNoise(const TrackLevels& track);
+
 /// The level of the pauses in the minute before a moment, in decibels: the median of their frames' levels. `speech` is
 /// all speech of that minute. Plain silence is no pause, for no microphone was open then; -120 where the pauses
 /// together are shorter than a second, as they are among other voices.

@@ -20,9 +20,6 @@ namespace {
 /// How speech is told by its level alone.
 constexpr double shortestSpeech = 0.25;
 constexpr double bridgedPause = 0.6;
-/// The mean level in decibels from which on a track may have speech that its levels don't tell of: the lowest threshold
-/// of VoiceActivity.
-constexpr float quietestNoise = -50;
 /// Progress is told with each segment, and in so many seconds of the track without one.
 constexpr double tellEvery = 10;
 
@@ -224,20 +221,21 @@ void TrackSegmenter::run(const OnSegment& onSegment, const ProgressCallback& pro
     learnEcho();
     measure();
     const std::vector<Range> loud = VoiceActivity::detect(track_.levels, track_.frame, shortestSpeech, bridgedPause);
-    float level = SpeechSegments::meanLevel(loud, track_);
+    std::optional<float> level = SpeechSegments::meanLevel(loud, track_);
     if (loud.empty()) {
-        // Noise as loud as the speech hides it from the levels, but not from a detector.
-        level = SpeechSegments::meanLevel({{0, track_.seconds()}}, track_);
-        if (!detector_ || level < quietestNoise) {
-            return;
-        }
+        // Where other voices or a fan are about as loud as the speech, the detector tells it from them, the level does
+        // not.
+        level = detector_ ? SpeechSegments::levelInNoise(track_) : std::nullopt;
+    }
+    if (!level) {
+        return;
     }
     std::optional<AudibleFeed> feed;
     if (detector_) {
         feed.emplace(SpeechDetector::create(*detector_),
-                     SpeechSegments::audible(track_, level - SpeechSegments::silenceBelowSpeech));
+                     SpeechSegments::audible(track_, *level - SpeechSegments::silenceBelowSpeech));
     }
-    Pass pass(reading(spoken_, echo_), SpeechSegments::speechLevel - level, std::move(feed), track_, longest_,
+    Pass pass(reading(spoken_, echo_), SpeechSegments::speechLevel - *level, std::move(feed), track_, longest_,
               onSegment, progress);
     if (!detector_) {
         pass.know(loud);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -120,6 +121,12 @@ TEST(SpeechSegments, meanLevel_parts_isThatOfTheirPower) {
     EXPECT_NEAR(SpeechSegments::meanLevel({{1, 2}}, track), -20, 0.001);
     EXPECT_NEAR(SpeechSegments::meanLevel({{1, 2}, {5, 6}}, track), -22.967, 0.001);
     EXPECT_EQ(SpeechSegments::meanLevel({}, track), -120.0F);
+}
+
+TEST(SpeechSegments, levelInNoise_quietTracks_haveNone) {
+    EXPECT_EQ(SpeechSegments::levelInNoise(trackOf(10, -42, {{{2, 5}, -38}})), -38.0F);
+    EXPECT_EQ(SpeechSegments::levelInNoise(trackOf(10, -60, {{{2, 2.5}, -40}})), std::nullopt) << "a click or two";
+    EXPECT_EQ(SpeechSegments::levelInNoise({}), std::nullopt);
 }
 
 TEST(SpeechSegments, voicedRuns_pauses_areSeenInQuietAndInNoise) {
