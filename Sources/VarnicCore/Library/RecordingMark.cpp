@@ -27,8 +27,9 @@ namespace {
 constexpr const char* fileName = "recording.json";
 /// Far more than a mark needs.
 constexpr std::size_t mostBytes = 65'536;
-/// How often a folder is made again that another process takes for abandoned and removes.
-constexpr int attempts = 5;
+/// How often a folder is made again that another process takes for abandoned and removes. On a busy computer one that
+/// looks all the time came between five times in a row.
+constexpr int attempts = 100;
 
 std::string textOf(const RecordingMark& mark) {
     nlohmann::json sides = nlohmann::json::array();
