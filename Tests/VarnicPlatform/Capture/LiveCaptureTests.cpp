@@ -79,6 +79,13 @@ TEST_F(LiveCaptureTest, start_programSpeaksPulse_isHeard) {
     EXPECT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
 }
 
+TEST_F(LiveCaptureTest, start_playsAlready_isHeard) {
+    startSystem();
+    play();
+    recorder.start();
+    EXPECT_TRUE(recorder.comesToHear(Speaker::them, playerTone));
+}
+
 TEST_F(LiveCaptureTest, start_withoutSystem_givesYou) {
     startSystem();
     recorder.wanted.them = false;
