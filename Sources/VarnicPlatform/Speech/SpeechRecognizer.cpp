@@ -3,6 +3,7 @@
 #include "VarnicCore/Pipeline/Transcriber.h"
 #include "VarnicCore/Text/Tokens.h"
 #include "VarnicCore/Text/Unicode.h"
+#include "VarnicPlatform/Speech/TranscriptGuards.h"
 
 #include <sherpa-onnx/c-api/c-api.h>
 
@@ -134,7 +135,8 @@ SpeechRecognizer SpeechRecognizer::create(const SpeechModel& model, std::string_
 Recognition SpeechRecognizer::decode(std::span<const float> samples) const {
     Recognition recognition = decodeOnce(samples);
     constexpr auto most = static_cast<std::size_t>(longestAudio * rate);
-    if (recognition.isCutShort && samples.size() < most) {
+    // A text that repeats itself would only go on with that.
+    if (recognition.isCutShort && samples.size() < most && !TranscriptGuards::repeats(recognition.text)) {
         // Silence behind it makes room for as many tokens again.
         std::vector<float> longer(samples.begin(), samples.end());
         longer.resize(std::min(2 * samples.size(), most));
