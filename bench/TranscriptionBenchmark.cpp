@@ -1,4 +1,4 @@
-// Transcription against the bare engine on the same sound: bench-transcription [FILE]
+// Transcription with each model against the bare engine on the same sound: bench-transcription [FILE]
 // Without a file, ten minutes of a recording that comes with the speech model, by itself and over an echo. The two take
 // turns, since what else the machine does changes from minute to minute; the ratio is the median of the turns'.
 
@@ -13,6 +13,7 @@
 #include <fmt/core.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <exception>
@@ -47,9 +48,9 @@ fs::path track(const fs::path& file, const std::string& how) {
     return file;
 }
 
-void compare(const char* what, const SpokenTrack& track) {
+void compare(const char* what, const SpokenTrack& track, const SpeechModel& model) {
     const std::vector<fs::path> data = SpeechModels::dataDirectories();
-    const auto model = SpeechModels::choose(SpeechModels::installed(data), "en-US", {});
+    const SpeechTranscriber transcriber({"en-US"}, ModelChoice::from(model.id), data);
     const double length = audioLength(track.file).seconds();
     // What the engine is given, as it is given.
     std::vector<std::vector<float>> sounds;
@@ -59,25 +60,24 @@ void compare(const char* what, const SpokenTrack& track) {
     std::vector<bench::Cost> bare;
     std::vector<bench::Cost> ratios;
     for (int turn = 0; turn < turns; ++turn) {
-        all.push_back(bench::costOf(
-            [&] { lines = SpeechTranscriber({"en-US"}, {}, data).transcribe(track, [](double) {}, {}).size(); }));
+        all.push_back(bench::costOf([&] { lines = transcriber.transcribe(track, [](double) {}, {}).size(); }));
         if (turn == 0) {
             peak = peakMegabytes();
-            TrackSegmenter(track, SpeechModels::detectorFile(data), model->longestSegment(), {})
+            TrackSegmenter(track, SpeechModels::detectorFile(data), model.longestSegment(), {})
                 .run([&sounds](std::span<const float> samples,
                                const SpeechSegment&) { sounds.emplace_back(samples.begin(), samples.end()); },
                      [](double) {});
         }
         bare.push_back(bench::costOf([&] {
-            const SpeechRecognizer recognizer = SpeechRecognizer::create(model.value(), "en-US");
+            const SpeechRecognizer recognizer = SpeechRecognizer::create(model, "en-US");
             for (const std::vector<float>& sound : sounds) {
                 static_cast<void>(recognizer.decode(sound));
             }
         }));
         ratios.push_back({all.back().elapsed / bare.back().elapsed, all.back().processor / bare.back().processor});
     }
-    fmt::print("{}: {:.0f} s of sound, {} segments, {} lines, peak of the process so far {} MB\n", what, length,
-               sounds.size(), lines, peak);
+    fmt::print("{}, {}: {:.0f} s of sound, {} segments, {} lines, peak of the process so far {} MB\n", model.name, what,
+               length, sounds.size(), lines, peak);
     for (const auto& [name, costs] : {std::pair("ours", &all), {"engine", &bare}}) {
         fmt::print("{:6} {:.1f} s, {:.1f} s of CPU, real-time factor {:.4f}\n", name,
                    bench::median(*costs, &bench::Cost::elapsed), bench::median(*costs, &bench::Cost::processor),
@@ -92,19 +92,26 @@ void compare(const char* what, const SpokenTrack& track) {
 int main(int count, char** arguments) {
     const std::span words(arguments, static_cast<std::size_t>(count));
     try {
+        std::vector<SpeechModel> models = SpeechModels::installed(SpeechModels::dataDirectories());
+        std::erase_if(models, [](const SpeechModel& model) { return !model.fits("en-US"); });
+        std::ranges::sort(models, {}, &SpeechModel::bytes);
         if (words.size() > 1) {
-            compare("one side", {words[1], Speaker::them, {}});
+            for (const SpeechModel& model : models) {
+                compare("one side", {words[1], Speaker::them, {}}, model);
+            }
             return EXIT_SUCCESS;
         }
         const TemporaryFolder folder;
         const fs::path them = track(folder.path() / "them.m4a", "-stream_loop -1 -i '{recordings}/two_cities.wav'");
-        compare("one side", {them, Speaker::them, {}});
         // What you say, and 12 dB down and 30 ms late what they do.
         const fs::path you =
             track(folder.path() / "you.m4a", "-stream_loop -1 -i '{recordings}/endgame_nagg_nell.wav' "
                                              "-stream_loop -1 -i '{recordings}/two_cities.wav' -filter_complex "
                                              "'[1]volume=0.25,adelay=30[echo];[0][echo]amix=normalize=0'");
-        compare("over an echo", {you, Speaker::you, them});
+        for (const SpeechModel& model : models) {
+            compare("one side", {them, Speaker::them, {}}, model);
+            compare("over an echo", {you, Speaker::you, them}, model);
+        }
         return EXIT_SUCCESS;
     } catch (const std::exception& error) {
         fmt::print(stderr, "{}\n", error.what());
