@@ -3,7 +3,6 @@
 #include "VarnicCLI/Terminal.h"
 #include "VarnicCore/Audio/CaptureError.h"
 #include "VarnicCore/Models/Wording.h"
-#include "VarnicPlatform/Speech/EngineMemory.h"
 #include "VarnicPlatform/Speech/ModelCheck.h"
 
 #include <fmt/format.h>
@@ -67,7 +66,6 @@ ExitCode run(const std::vector<std::string>& words) {
 } // namespace
 
 int main(int argc, char** argv) {
-    varnic::returnEngineMemory();
     if (const std::optional<int> code = varnic::ModelCheck::enable(argc, argv)) {
         return *code;
     }

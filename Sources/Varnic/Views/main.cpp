@@ -9,7 +9,6 @@
 #include "Varnic/Views/Program/Program.h"
 #include "Varnic/Views/Theme/Native/AccessibleControl.h"
 #include "Varnic/Views/Theme/Native/Fonts.h"
-#include "VarnicPlatform/Speech/EngineMemory.h"
 #include "VarnicPlatform/Speech/ModelCheck.h"
 
 #include <QApplication>
@@ -126,7 +125,6 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    varnic::returnEngineMemory();
     if (const auto code = varnic::ModelCheck::enable(argc, argv)) {
         return *code;
     }

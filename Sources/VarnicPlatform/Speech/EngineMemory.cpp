@@ -5,9 +5,7 @@
 namespace varnic {
 
 void returnEngineMemory() {
-    // Blocks from this size on have pages of their own; the weights of a model's layers are larger. To set it ends the
-    // learning.
-    ::mallopt(M_MMAP_THRESHOLD, 1 << 20);
+    ::malloc_trim(0);
 }
 
 } // namespace varnic

@@ -1,6 +1,7 @@
 #include "VarnicPlatform/Speech/LanguageIdentifier.h"
 
 #include "VarnicCore/Audio/TranscriberError.h"
+#include "VarnicPlatform/Speech/EngineMemory.h"
 
 #include <sherpa-onnx/c-api/c-api.h>
 
@@ -24,6 +25,7 @@ struct DestroyResult {
 
 void LanguageIdentifier::Destroy::operator()(const SherpaOnnxSpokenLanguageIdentification* identifier) const {
     SherpaOnnxDestroySpokenLanguageIdentification(identifier);
+    returnEngineMemory();
 }
 
 LanguageIdentifier LanguageIdentifier::create(const SpeechModel& model) {
@@ -39,6 +41,7 @@ LanguageIdentifier LanguageIdentifier::create(const SpeechModel& model) {
     if (identifier == nullptr) {
         throw TranscriberError::unavailable();
     }
+    returnEngineMemory();
     return LanguageIdentifier(identifier);
 }
 

@@ -3,6 +3,7 @@
 #include "VarnicCore/Pipeline/Transcriber.h"
 #include "VarnicCore/Text/Tokens.h"
 #include "VarnicCore/Text/Unicode.h"
+#include "VarnicPlatform/Speech/EngineMemory.h"
 #include "VarnicPlatform/Speech/TranscriptGuards.h"
 
 #include <sherpa-onnx/c-api/c-api.h>
@@ -113,6 +114,7 @@ struct DestroyResult {
 
 void SpeechRecognizer::Destroy::operator()(const SherpaOnnxOfflineRecognizer* recognizer) const {
     SherpaOnnxDestroyOfflineRecognizer(recognizer);
+    returnEngineMemory();
 }
 
 SpeechRecognizer SpeechRecognizer::create(const SpeechModel& model, std::string_view locale) {
@@ -127,6 +129,7 @@ SpeechRecognizer SpeechRecognizer::create(const SpeechModel& model, std::string_
     if (recognizer == nullptr) {
         throw TranscriberError::unavailable();
     }
+    returnEngineMemory();
     const double mostTokens =
         model.engine == SpeechEngine::whisper ? whisperTokens : std::numeric_limits<double>::infinity();
     return {recognizer, mostTokens};
