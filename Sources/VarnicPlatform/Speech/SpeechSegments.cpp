@@ -16,6 +16,10 @@ namespace {
 
 constexpr double longestPause = 1;
 constexpr double audibleMargin = 0.5;
+/// Decibels over its floor within which noise alone stays. So far below the loudest speaker even a faint voice is above
+/// the noise, if it can be understood at all.
+constexpr float aboveNoise = 6;
+constexpr float noiseBelowSpeech = 20;
 constexpr double shortestPause = 0.15;
 /// How long the noise of a room is remembered, and how much of it has to be heard, in seconds.
 constexpr double noiseMemory = 60;
@@ -73,6 +77,28 @@ double power(float level) {
     return std::pow(10.0, static_cast<double>(level) / 10);
 }
 
+/// The levels of a tenth of a second around each frame: a room's noise goes up and down by less than 6 dB in that.
+std::vector<float> smoothed(const TrackLevels& track) {
+    const std::span<const float> levels = track.levels;
+    const auto reach = static_cast<std::size_t>(std::lround(0.05 / track.frame));
+    std::vector<float> result(levels.size());
+    for (std::size_t index = 0; index < levels.size(); ++index) {
+        const std::size_t first = index - std::min(index, reach);
+        const std::span<const float> window = levels.subspan(first, std::min(index + reach + 1, levels.size()) - first);
+        const double sum = std::transform_reduce(window.begin(), window.end(), 0.0, std::plus<>(), power);
+        result[index] = static_cast<float>(10 * std::log10(sum / static_cast<double>(window.size())));
+    }
+    return result;
+}
+
+/// The level that a track's noise nowhere falls below, however much of the track is speech; -120 for one of plain
+/// silence.
+float noiseFloor(const std::vector<float>& levels) {
+    std::vector<float> heard;
+    std::ranges::copy_if(levels, std::back_inserter(heard), [](float level) { return level > plainSilence; });
+    return heard.empty() ? -120 : percentile(heard, 0.02);
+}
+
 } // namespace
 
 std::span<const float> TrackLevels::within(Range range) const {
@@ -84,8 +110,11 @@ std::span<const float> TrackLevels::within(Range range) const {
     return std::span(levels).subspan(first, std::max(index(range.end), first) - first);
 }
 
-std::vector<Range> SpeechSegments::audible(const TrackLevels& track, float threshold) {
-    std::vector<Range> parts = bridged(above(threshold, track.levels, 0, track.frame), 2 * audibleMargin);
+std::vector<Range> SpeechSegments::audible(const TrackLevels& track, float speech) {
+    const std::vector<float> levels = smoothed(track);
+    const float threshold = std::clamp(noiseFloor(levels) + aboveNoise, speech - silenceBelowSpeech,
+                                       speech - noiseBelowSpeech);
+    std::vector<Range> parts = bridged(above(threshold, levels, 0, track.frame), 2 * audibleMargin);
     for (Range& part : parts) {
         part = {std::max(part.start - audibleMargin, 0.0), std::min(part.end + audibleMargin, track.seconds())};
     }

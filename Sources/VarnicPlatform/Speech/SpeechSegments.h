@@ -42,8 +42,10 @@ inline constexpr float speechLevel = -23;
 inline constexpr float silenceBelowSpeech = 40;
 /// Seconds of real audio on either side of the speech: the engine drops words at hard edges.
 inline constexpr double context = 0.3;
-/// The parts of a track that are not plain silence: within half a second of a frame above `threshold` decibels.
-std::vector<VoiceActivity::Range> audible(const TrackLevels& track, float threshold);
+
+/// The parts of a track in which somebody may speak: within half a second of what is louder than the track's own noise
+/// and than plain silence. `speech` is the level of its speech in decibels.
+std::vector<VoiceActivity::Range> audible(const TrackLevels& track, float speech);
 
 /// The mean level over parts of a track, in decibels: that of their mean power.
 float meanLevel(const std::vector<VoiceActivity::Range>& parts, const TrackLevels& track);

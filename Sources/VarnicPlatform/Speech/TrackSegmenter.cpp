@@ -232,8 +232,7 @@ void TrackSegmenter::run(const OnSegment& onSegment, const ProgressCallback& pro
     }
     std::optional<AudibleFeed> feed;
     if (detector_) {
-        feed.emplace(SpeechDetector::create(*detector_),
-                     SpeechSegments::audible(track_, *level - SpeechSegments::silenceBelowSpeech));
+        feed.emplace(SpeechDetector::create(*detector_), SpeechSegments::audible(track_, *level));
     }
     Pass pass(reading(spoken_, echo_), SpeechSegments::speechLevel - *level, std::move(feed), track_, longest_,
               onSegment, progress);
