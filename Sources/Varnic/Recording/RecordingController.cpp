@@ -402,6 +402,7 @@ void RecordingController::release() {
     if (const auto recorder = std::exchange(recorder_, nullptr)) {
         recorder->cancelRecognizers();
         recorder->close();
+        Background::start([ended = recorder->takeRecognizers()]() mutable { ended.clear(); });
     }
     mark_.reset();
 }

@@ -15,6 +15,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace varnic {
@@ -73,6 +74,9 @@ public:
 
     /// Closes the files. Nothing may be delivered any more.
     void close();
+
+    /// Hands the recognisers out, after `close`: to end one may take as long as its model does to load.
+    Recognizers takeRecognizers() { return std::exchange(recognizers_, {}); }
 
 private:
     static std::size_t index(Speaker speaker) { return speaker == Speaker::you ? 0 : 1; }

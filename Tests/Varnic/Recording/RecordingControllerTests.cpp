@@ -1,5 +1,6 @@
 #include "Varnic/Recording/RecordingController.h"
 
+#include "Varnic/Background.h"
 #include "Varnic/EventLoop.h"
 #include "Varnic/HandCapture.h"
 #include "Varnic/Recording/RecordingHealth.h"
@@ -251,6 +252,29 @@ TEST_F(RecordingControllerTests, stop_recognisersHaveNotHeardAll_saysSo) {
         start(both, "en-US");
         both->play(Speaker::you, 0, 1);
         EXPECT_EQ(stop()->isLiveBehind, !isDone);
+    }
+}
+
+TEST_F(RecordingControllerTests, stop_recogniserTakesLongToEnd_doesNotHoldTheWindow) {
+    std::binary_semaphore mayEnd(0);
+    controller.makeRecognizer = [&](Speaker speaker, const std::string&, const auto& onPartial, const auto& onCommit) {
+        if (speaker == Speaker::them) {
+            return std::unique_ptr<LiveRecognizer>();
+        }
+        const std::shared_ptr<void> engine(nullptr, [&mayEnd](const void*) { mayEnd.acquire(); });
+        const auto noRequest = [engine](const SpeechRequest::OnResult&) { return nullptr; };
+        return std::make_unique<LiveRecognizer>(speaker, noRequest, onPartial, onCommit);
+    };
+    for (const bool isKept : {true, false}) {
+        start(both, "en-US");
+        if (isKept) {
+            EXPECT_TRUE(stop());
+        } else {
+            controller.discard();
+        }
+        EXPECT_TRUE(Background::isBusy()) << "the engine has not ended";
+        mayEnd.release();
+        Background::waitForDone();
     }
 }
 
