@@ -1,5 +1,7 @@
 #include "VarnicPlatform/Speech/SharedRecognizer.h"
 
+#include "VarnicPlatform/Speech/EngineMemory.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -35,7 +37,10 @@ std::shared_ptr<const SharedRecognizer> SharedRecognizer::of(const SpeechModel& 
 
 Recognition SharedRecognizer::decode(std::span<const float> samples) const {
     const std::scoped_lock guard(turn_);
-    return recognizer_.decode(samples);
+    Recognition recognition = recognizer_.decode(samples);
+    // Each thread has a heap of its own, and both would keep what one decoding takes.
+    returnEngineMemory();
+    return recognition;
 }
 
 } // namespace varnic
