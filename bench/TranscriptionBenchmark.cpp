@@ -63,7 +63,7 @@ void compare(const char* what, const SpokenTrack& track, const SpeechModel& mode
         all.push_back(bench::costOf([&] { lines = transcriber.transcribe(track, [](double) {}, {}).size(); }));
         if (turn == 0) {
             peak = peakMegabytes();
-            TrackSegmenter(track, SpeechModels::detectorFile(data), model.longestSegment(), {})
+            TrackSegmenter(track, SpeechModels::detectorFile(data), model.segments(), {})
                 .run([&sounds](std::span<const float> samples,
                                const SpeechSegment&) { sounds.emplace_back(samples.begin(), samples.end()); },
                      [](double) {});

@@ -48,7 +48,7 @@ bool isSentence(const std::string& text) {
 }
 
 void requireUsable(const SpeechModel& model) {
-    require(!model.id.empty() && !model.name.empty() && !model.locales.empty() && model.longestSegment() > 0);
+    require(!model.id.empty() && !model.name.empty() && !model.locales.empty() && model.segments().speech > 0);
     require(ModelChoice::from(model.id).id == model.id);
     for (const auto& [role, file] : model.files) {
         const fs::path inside = fs::weakly_canonical(file).lexically_relative(fs::canonical(model.folder));

@@ -53,7 +53,7 @@ Heard Stretches::heard(const Identify& identify, const std::function<bool(std::s
 Stretches stretchesOf(const SpokenTrack& track, const std::optional<std::filesystem::path>& detector,
                       const std::stop_token& stop) {
     Stretches stretches;
-    TrackSegmenter segmenter(track, detector, longestStretch, stop);
+    TrackSegmenter segmenter(track, detector, {.speech = longestStretch}, stop);
     segmenter.run(
         [&stretches](std::span<const float> samples, const SpeechSegment& /*segment*/) { stretches.add(samples); },
         [](double /*done*/) {});

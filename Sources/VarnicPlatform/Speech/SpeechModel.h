@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VarnicPlatform/Speech/SpeechSegments.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -35,8 +37,8 @@ struct SpeechModel {
     /// Whether it tells when each word was said ("word_times" in a manifest).
     bool tellsWordTimes = false;
 
-    /// The longest speech in seconds that it should be given in one go.
-    [[nodiscard]] double longestSegment() const;
+    /// What it should be given in one go.
+    [[nodiscard]] SegmentLimits segments() const;
 
     /// Whether it can tell which of several languages is spoken.
     [[nodiscard]] bool tellsLanguages() const;

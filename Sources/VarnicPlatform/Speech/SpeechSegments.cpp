@@ -14,7 +14,6 @@ using VoiceActivity::Range;
 
 namespace {
 
-constexpr double longestPause = 1;
 constexpr double audibleMargin = 0.5;
 /// Decibels over its floor within which noise alone stays. So far below the loudest speaker even a faint voice is above
 /// the noise, if it can be understood at all.
@@ -24,6 +23,9 @@ constexpr double shortestPause = 0.15;
 /// How long the noise of a room is remembered, and how much of it has to be heard, in seconds.
 constexpr double noiseMemory = 60;
 constexpr double enoughNoise = 1;
+/// Decibels from the tenth percentile of the pauses' levels to their median that noise doesn't reach: white noise has
+/// 0, a fan, traffic or a bad line 2 to 4. Music has 6; voices that nobody took for speech, and rooms that ring, 10.
+constexpr float unsteady = 5;
 /// Decibels of full scale that even a good microphone's noise is above.
 constexpr float plainSilence = -90;
 /// What is quieter is no speech, as in VoiceActivity.
@@ -112,8 +114,8 @@ std::span<const float> TrackLevels::within(Range range) const {
 
 std::vector<Range> SpeechSegments::audible(const TrackLevels& track, float speech) {
     const std::vector<float> levels = smoothed(track);
-    const float threshold = std::clamp(noiseFloor(levels) + aboveNoise, speech - silenceBelowSpeech,
-                                       speech - noiseBelowSpeech);
+    const float threshold =
+        std::clamp(noiseFloor(levels) + aboveNoise, speech - silenceBelowSpeech, speech - noiseBelowSpeech);
     std::vector<Range> parts = bridged(above(threshold, levels, 0, track.frame), 2 * audibleMargin);
     for (Range& part : parts) {
         part = {std::max(part.start - audibleMargin, 0.0), std::min(part.end + audibleMargin, track.seconds())};
@@ -152,8 +154,11 @@ float SpeechSegments::pauseLevel(const std::vector<Range>& speech, double before
         }
     }
     add(before);
-    const bool isEnough = static_cast<double>(pauses.size()) * track.frame >= enoughNoise;
-    return isEnough ? percentile(pauses, 0.5) : -120;
+    if (static_cast<double>(pauses.size()) * track.frame < enoughNoise) {
+        return -120;
+    }
+    const float level = percentile(pauses, 0.5);
+    return level - percentile(pauses, 0.1) > unsteady ? -120 : level;
 }
 
 std::vector<Range> SpeechSegments::voicedRuns(Range part, const TrackLevels& track) {
@@ -187,9 +192,9 @@ double SpeechSegments::quietest(Range between, const TrackLevels& track) {
 }
 
 void SegmentPlanner::add(Range speech) {
-    for (const Range& piece : cut({speech.start, std::min(speech.end, track_.seconds())}, longest_, track_)) {
-        const bool joins = !speech_.empty() && piece.start - speech_.back().end <= longestPause &&
-                           piece.end - speech_.back().start <= longest_;
+    for (const Range& piece : cut({speech.start, std::min(speech.end, track_.seconds())}, limits_.speech, track_)) {
+        const bool joins = !speech_.empty() && piece.start - speech_.back().end <= limits_.pause &&
+                           piece.end - speech_.back().start <= limits_.speech;
         if (joins) {
             speech_.back().end = std::max(speech_.back().end, piece.end);
         } else {
@@ -203,7 +208,7 @@ std::optional<SpeechSegment> SegmentPlanner::next() {
         return std::nullopt;
     }
     // A pause that is too long to be joined over leaves room for the whole context, too.
-    const bool mayGrow = speech_.size() == 1 && known_ - speech_.front().end <= longestPause;
+    const bool mayGrow = speech_.size() == 1 && known_ - speech_.front().end <= limits_.pause;
     if (mayGrow && !isFinished_) {
         return std::nullopt;
     }

@@ -15,7 +15,7 @@ struct SpeechSegment {
     VoiceActivity::Range speech;
     /// What the engine is given: the same with a little of the real audio around it.
     VoiceActivity::Range audio;
-    /// The level of the pauses around it in decibels of full scale, once speech is brought to
+    /// The level of the steady noise in the pauses around it in decibels of full scale, once speech is brought to
     /// SpeechSegments::speechLevel.
     float noise = -120;
 
@@ -31,6 +31,14 @@ struct TrackLevels {
 
     /// The levels of a part, cut to what there is.
     [[nodiscard]] std::span<const float> within(VoiceActivity::Range range) const;
+};
+
+/// How much a model likes to hear at once, in seconds.
+struct SegmentLimits {
+    /// The longest speech of a segment, pauses included.
+    double speech = 15;
+    /// The longest pause over which speech is joined.
+    double pause = 1;
 };
 
 /// Pure functions from levels and voice activity to what the engine is to transcribe.
@@ -54,9 +62,10 @@ float meanLevel(const std::vector<VoiceActivity::Range>& parts, const TrackLevel
 /// track's loudest tenth. Nothing for a track that is too quiet to hold any.
 std::optional<float> levelInNoise(const TrackLevels& track);
 
-/// The level of the pauses in the minute before a moment, in decibels: the median of their frames' levels. `speech` is
-/// all speech of that minute. Plain silence is no pause, for no microphone was open then; -120 where the pauses
-/// together are shorter than a second, as they are among other voices.
+/// The level of the steady noise in the pauses of the minute before a moment, in decibels: the median of their frames'
+/// levels. `speech` is all speech of that minute. Plain silence is no pause, for no microphone was open then; -120
+/// where the pauses together are shorter than a second, as they are among other voices, and where they are filled with
+/// music or with voices too faint to be taken for speech.
 float pauseLevel(const std::vector<VoiceActivity::Range>& speech, double before, const TrackLevels& track);
 
 /// The runs within a part in which there is a voice, judged by the part's own levels; pauses shorter than 0.15 s are
@@ -68,12 +77,12 @@ double quietest(VoiceActivity::Range between, const TrackLevels& track);
 
 } // namespace SpeechSegments
 
-/// Makes segments of speech that becomes known bit by bit. Over pauses of up to a second speech is joined, and speech
-/// that goes on for too long is cut where it is quietest. No two segments share audio.
+/// Makes segments of speech that becomes known bit by bit. Over short pauses speech is joined, and speech that goes on
+/// for too long is cut where it is quietest. No two segments share audio.
 class SegmentPlanner {
 public:
-    /// `longest` is that of a segment's speech, in seconds. `track` must outlive it.
-    SegmentPlanner(const TrackLevels& track, double longest) : track_(track), longest_(longest) {}
+    /// `track` must outlive it.
+    SegmentPlanner(const TrackLevels& track, SegmentLimits limits) : track_(track), limits_(limits) {}
 
     /// More speech, behind what is known already.
     void add(VoiceActivity::Range speech);
@@ -92,7 +101,7 @@ public:
 
 private:
     const TrackLevels& track_;
-    double longest_;
+    SegmentLimits limits_;
     /// The speech of the segments to come; the last one may still grow.
     std::deque<VoiceActivity::Range> speech_;
     /// Where the speech of the last segment ended.

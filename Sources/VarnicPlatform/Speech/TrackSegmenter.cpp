@@ -131,10 +131,10 @@ class Pass {
 public:
     /// `feed` finds the speech; without one it has to be told by `know` beforehand.
     /// `gain` is in decibels.
-    Pass(Reading read, float gain, std::optional<AudibleFeed> feed, const TrackLevels& track, double longest,
+    Pass(Reading read, float gain, std::optional<AudibleFeed> feed, const TrackLevels& track, SegmentLimits limits,
          const TrackSegmenter::OnSegment& onSegment, const ProgressCallback& progress)
         : audio_(std::move(read), std::pow(10.0F, gain / 20)), gain_(gain), feed_(std::move(feed)), track_(track),
-          planner_(track, longest), onSegment_(onSegment), progress_(progress) {}
+          planner_(track, limits), onSegment_(onSegment), progress_(progress) {}
 
     /// All of the track's speech.
     void know(const std::vector<Range>& speech) {
@@ -213,9 +213,9 @@ private:
 
 } // namespace
 
-TrackSegmenter::TrackSegmenter(SpokenTrack track, std::optional<std::filesystem::path> detector, double longest,
+TrackSegmenter::TrackSegmenter(SpokenTrack track, std::optional<std::filesystem::path> detector, SegmentLimits limits,
                                std::stop_token stop)
-    : spoken_(std::move(track)), detector_(std::move(detector)), longest_(longest), stop_(std::move(stop)) {}
+    : spoken_(std::move(track)), detector_(std::move(detector)), limits_(limits), stop_(std::move(stop)) {}
 
 void TrackSegmenter::run(const OnSegment& onSegment, const ProgressCallback& progress) {
     learnEcho();
@@ -234,7 +234,7 @@ void TrackSegmenter::run(const OnSegment& onSegment, const ProgressCallback& pro
     if (detector_) {
         feed.emplace(SpeechDetector::create(*detector_), SpeechSegments::audible(track_, *level));
     }
-    Pass pass(reading(spoken_, echo_), SpeechSegments::speechLevel - *level, std::move(feed), track_, longest_,
+    Pass pass(reading(spoken_, echo_), SpeechSegments::speechLevel - *level, std::move(feed), track_, limits_,
               onSegment, progress);
     if (!detector_) {
         pass.know(loud);

@@ -20,10 +20,9 @@ public:
     /// Takes the samples of a segment's `audio`, which are gone when it returns, and the segment.
     using OnSegment = std::function<void(std::span<const float>, const SpeechSegment&)>;
 
-    /// `detector` is the voice activity detector's model; without one, speech is found by its level. `longest` is the
-    /// longest speech of a segment in seconds. A request through `stop` ends the work with TranscriberError `failed`,
-    /// at the latest when the segment that was given is done.
-    TrackSegmenter(SpokenTrack track, std::optional<std::filesystem::path> detector, double longest,
+    /// `detector` is the voice activity detector's model; without one, speech is found by its level. A request through
+    /// `stop` ends the work with TranscriberError `failed`, at the latest when the segment that was given is done.
+    TrackSegmenter(SpokenTrack track, std::optional<std::filesystem::path> detector, SegmentLimits limits,
                    std::stop_token stop);
 
     /// Gives the segments one after another, and `progress` the part of the track that was gone through, 0 to 1. Throws
@@ -42,7 +41,7 @@ private:
     /// What is known of the echo in the track, if there may be one.
     std::optional<EchoRemoval> echo_;
     std::optional<std::filesystem::path> detector_;
-    double longest_;
+    SegmentLimits limits_;
     std::stop_token stop_;
     TrackLevels track_;
 };

@@ -108,9 +108,13 @@ std::vector<TimedWord> spread(std::string_view text, const std::vector<Range>& v
 void fit(std::vector<TimedWord>& words, const std::vector<Range>& voiced) {
     for (std::size_t index = 0; index < words.size(); ++index) {
         TimedWord& word = words[index];
-        const double end = word.start + word.duration;
+        double end = word.end();
         const auto first = std::ranges::upper_bound(voiced, word.start, {}, &Range::end);
-        const auto behind = std::ranges::lower_bound(voiced, end, {}, &Range::start);
+        auto behind = std::ranges::lower_bound(voiced, end, {}, &Range::start);
+        if (first == behind && index + 1 < words.size()) {
+            end = words[index + 1].start;
+            behind = std::ranges::lower_bound(voiced, end, {}, &Range::start);
+        }
         if (first < behind) {
             const Range& last = *std::prev(behind);
             const bool isLast = index + 1 == words.size() || words[index + 1].start >= last.end;

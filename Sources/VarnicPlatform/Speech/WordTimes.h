@@ -16,7 +16,7 @@ std::vector<TimedWord> spread(std::string_view text, const std::vector<VoiceActi
 
 /// Words as an engine timed them, in order, with the pauses before and behind a word taken from it: engines count those
 /// to one of its sides. The last word before a pause lasts until that, within a second. A word in whose time there is
-/// no voice stays as it is.
+/// no voice begins with the next one, if that comes before the word behind it, and stays as it is otherwise.
 void fit(std::vector<TimedWord>& words, const std::vector<VoiceActivity::Range>& voiced);
 
 } // namespace varnic::WordTimes

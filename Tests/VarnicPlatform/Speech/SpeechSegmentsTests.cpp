@@ -31,7 +31,7 @@ TrackLevels trackOf(double seconds, float level, const std::vector<Part>& parts)
 }
 
 std::vector<SpeechSegment> planned(const std::vector<Range>& speech, const TrackLevels& track) {
-    SegmentPlanner planner(track, 15);
+    SegmentPlanner planner(track, {});
     std::vector<SpeechSegment> segments;
     const auto take = [&] {
         while (const auto segment = planner.next()) {
@@ -95,7 +95,7 @@ TEST(SegmentPlanner, next_context_isRealSoundThatNobodyElseHears) {
 
 TEST(SegmentPlanner, next_longSilence_givesTheLastSpeechBeforeIt) {
     const TrackLevels track = trackOf(30, -20, {});
-    SegmentPlanner planner(track, 15);
+    SegmentPlanner planner(track, {});
     planner.add({1, 2});
     planner.advance(3);
     EXPECT_FALSE(planner.next()) << "speech that begins now is joined";
@@ -108,10 +108,12 @@ TEST(SegmentPlanner, next_longSilence_givesTheLastSpeechBeforeIt) {
 
 TEST(SpeechSegments, audible_silenceAndNoise_areLeftOutWithAMargin) {
     const std::vector<Part> speech = {{{0.2, 1}, -30}, {{2, 3}, -40}, {{10, 11}, -30}};
+
     struct Case {
         TrackLevels track;
         std::vector<Range> parts;
     };
+
     const std::vector<Range> heard = {{0, 3.5}, {9.5, 11.5}};
     const std::vector<Case> cases = {
         {trackOf(20, -100, {speech[0], speech[1], speech[2], {{15, 16}, -62}}), heard},
@@ -173,6 +175,7 @@ TEST(SpeechSegments, pauseLevel_lastMinute_isThatOfItsPauses) {
          {Noise{"a room", room, {{5, 15}, {16, 40}}, -45}, Noise{"clicks", trackOf(70, -50, {{{20, 24}, -5}}), {}, -50},
           Noise{"voices all over", room, {{0.3, 69.5}}, -120},
           Noise{"a muted side", trackOf(70, -120, {{{20, 30}, -40}}), {{22, 28}}, -40},
+          Noise{"music", trackOf(70, -30, {{{0, 25}, -36}}), {}, -120},
           Noise{"a minute ago", trackOf(70, -55, {{{0, 9}, -30}}), {}, -55},
           Noise{"speech that is still to come", trackOf(90, -48, {{{69, 90}, -20}}), {{69.2, 80}}, -48}}) {
         EXPECT_EQ(SpeechSegments::pauseLevel(speech, 70, track), level) << what;
