@@ -141,6 +141,21 @@ TEST_F(ForeignChangesTests, folderThatIsReplaced_isFollowedOn) {
     EXPECT_TRUE(waitUntil([&] { return model->note(id)->title == "Watched"; }));
 }
 
+TEST_F(ForeignChangesTests, libraryThatIsMovedAway_getsNoOtherInItsPlace) {
+    const fs::path library = model.folder() / "Library";
+    const Uuid doomed = model->newNote("Doomed");
+    model->flushSaves();
+    fs::rename(library, model.folder() / "away");
+    ASSERT_TRUE(waitUntil([&] { return model->isUnreadable.value(); }));
+    model->update(id, true, [](Note& note) { note.title = "Mine"; });
+    model->remove(doomed);
+    ASSERT_TRUE(waitUntil([&] { return model->isSpared(id); }));
+    EXPECT_FALSE(fs::exists(library));
+    fs::rename(model.folder() / "away", library);
+    ASSERT_TRUE(waitUntil([&] { return !model->isUnreadable.value(); }));
+    EXPECT_TRUE(waitUntil([&] { return LibraryStore(library).load(id, currentDate())->title == "Mine"; }));
+}
+
 TEST_F(ForeignChangesTests, conflictCopyOfASynchroniser_becomesANote) {
     const std::string name = id.text() + ".sync-conflict-20260314-092653-ABCDEFG.json";
     const fs::path conflict = file(id).parent_path() / name;
