@@ -9,6 +9,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace varnic {
 
@@ -37,7 +39,18 @@ void TranscriptModel::readTurns() {
                                       .start = turn.start,
                                       .end = turn.end,
                                       .text = std::move(turn.text)},
-                              .folded = {}});
+                              .folded = {},
+                              .passages = {}});
+        }
+        auto turn = turns_.begin();
+        std::size_t place = 0;
+        for (const Segment& said : call->segments) {
+            if (const auto next = std::next(turn); next != turns_.end() && next->row.id == said.id) {
+                turn = next;
+                place = 0;
+            }
+            turn->passages.push_back({said.start, place});
+            place += said.text.size() + 1; // with the blank between two
         }
     }
     show();
@@ -78,10 +91,31 @@ void TranscriptModel::markPosition() {
             changeRow(i, std::move(row));
         }
     }
-    if (const int row = playing_ ? rowAt(time_) : -1; row != followedRow_) {
+    const int row = playing_ ? rowAt(time_) : -1;
+    const double part = partAt(time_, row);
+    const bool isElsewhere = std::exchange(followedPart_, part) != part;
+    if (row != followedRow_) {
         followedRow_ = row;
         Q_EMIT followedRowChanged();
+    } else if (isElsewhere) {
+        Q_EMIT followedPartChanged();
     }
+}
+
+double TranscriptModel::partAt(double time, int row) const {
+    if (row < 0) {
+        return 0;
+    }
+    const Uuid& id = rows()[static_cast<std::size_t>(row)].id;
+    const auto turn = std::ranges::find(turns_, id, [](const Turn& one) { return one.row.id; });
+    const auto next = std::ranges::upper_bound(turn->passages, time + tolerance, {}, &Passage::start);
+    const std::size_t place = next == turn->passages.begin() ? 0 : std::prev(next)->place;
+    return static_cast<double>(place) / static_cast<double>(std::max<std::size_t>(turn->row.text.size(), 1));
+}
+
+double TranscriptModel::fromMiddle(double turnHeight, double viewHeight) const {
+    const double room = std::max((turnHeight - viewHeight) / 2, 0.0);
+    return std::clamp((followedPart_ - 0.5) * turnHeight, -room, room);
 }
 
 void TranscriptModel::setFilter(const QString& filter) {

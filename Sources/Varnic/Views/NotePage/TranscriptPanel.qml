@@ -19,7 +19,7 @@ Rectangle {
     function show(row: int): void {
         const from = list.contentY;
         list.positionViewAtIndex(row, ListView.Center);
-        glide.to = list.contentY;
+        glide.to = list.contentY + transcript.fromMiddle(list.itemAtIndex(row)?.height ?? 0, list.height);
         list.contentY = from;
         glide.restart();
     }
@@ -146,6 +146,10 @@ Rectangle {
             playing: panel.player.playing
             time: panel.player.time
 
+            // Whoever has scrolled away from what is being said is left there until the next turn.
+            onFollowedPartChanged: if (glide.running || list.contentY === glide.to) {
+                panel.show(followedRow);
+            }
             onFollowedRowChanged: if (followedRow >= 0) {
                 panel.show(followedRow);
             }
@@ -175,6 +179,7 @@ Rectangle {
 
             duration: Theme.Motion.layout
             easing.type: Theme.Motion.easing
+            objectName: "glide"
             property: "contentY"
             target: list
         }

@@ -250,6 +250,35 @@ TEST_F(NotePageTest, the_transcript_follows_the_player_only_while_it_plays) {
     }
 }
 
+TEST_F(NotePageTest, a_turn_longer_than_the_panel_is_followed_by_its_words) {
+    model->showTranscript = true;
+    std::vector<Segment> talk;
+    for (int i = 0; i < 200; ++i) {
+        talk.push_back(line(Speaker::them, i, i + 1, "A sentence of a talk without a pause."));
+    }
+    open(addCall(std::move(talk)));
+    auto* const turns = find<QQuickItem>("turns");
+    auto* const transcript = only<TranscriptModel>();
+    transcript->setPlaying(true);
+    const auto isSeen = [&](double part) {
+        QQuickItem* item = nullptr;
+        QMetaObject::invokeMethod(turns, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, item), Q_ARG(int, 0));
+        const qreal y = item == nullptr ? -1 : item->mapToItem(turns, QPointF(0, item->height() * part)).y();
+        return y >= 0 && y < turns->height();
+    };
+    for (const int sentence : {0, 1, 100, 150, 199, 30}) {
+        transcript->setTime(sentence + 0.5);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isSeen(sentence / 200.0); })) << sentence;
+    }
+    const auto* const glide = find<QObject>("glide");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !glide->property("running").toBool(); }));
+    const double readThere = turns->property("contentY").toDouble() + 2000;
+    turns->setProperty("contentY", readThere);
+    transcript->setTime(31.5);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(turns->property("contentY").toDouble(), readThere) << "who scrolls is left there";
+}
+
 TEST_F(NotePageTest, return_on_a_turn_goes_to_it) {
     model->showTranscript = true;
     open(addCall({line(Speaker::you, 0, 1, "One."), line(Speaker::them, 4, 5, "Two.")}));
