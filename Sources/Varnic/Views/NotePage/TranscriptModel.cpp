@@ -113,9 +113,9 @@ double TranscriptModel::partAt(double time, int row) const {
     return static_cast<double>(place) / static_cast<double>(std::max<std::size_t>(turn->row.text.size(), 1));
 }
 
-double TranscriptModel::fromMiddle(double turnHeight, double viewHeight) const {
+double TranscriptModel::fromMiddle(int row, double turnHeight, double viewHeight) const {
     const double room = std::max((turnHeight - viewHeight) / 2, 0.0);
-    return std::clamp((followedPart_ - 0.5) * turnHeight, -room, room);
+    return std::clamp((partAt(time_, row) - 0.5) * turnHeight, -room, room);
 }
 
 void TranscriptModel::setFilter(const QString& filter) {

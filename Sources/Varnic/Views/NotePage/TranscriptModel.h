@@ -71,9 +71,12 @@ public:
 
     [[nodiscard]] double followedPart() const { return followedPart_; }
 
-    /// How far below the middle of the followed turn the middle of the view belongs, both of these heights: nowhere but
-    /// in the middle where all of the turn is in sight then, else at what is being said.
-    Q_INVOKABLE double fromMiddle(double turnHeight, double viewHeight) const;
+    /// The last row that has begun at a moment, in seconds; -1 before the first.
+    Q_INVOKABLE int rowAt(double time) const;
+
+    /// How far below the middle of a turn the middle of the view belongs, both of these heights: nowhere but in the
+    /// middle where all of the turn is in sight then, else at the words that the player is at.
+    Q_INVOKABLE double fromMiddle(int row, double turnHeight, double viewHeight) const;
 
 Q_SIGNALS:
     void changed();
@@ -101,7 +104,6 @@ private:
     void show();
     void markPosition();
     [[nodiscard]] bool playerIsIn(const TurnRow& row) const;
-    [[nodiscard]] int rowAt(double time) const;
     [[nodiscard]] double partAt(double time, int row) const;
 
     QPointer<NoteModel> note_;

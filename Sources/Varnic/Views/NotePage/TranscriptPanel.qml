@@ -16,10 +16,17 @@ Rectangle {
     required property NoteModel note
     required property CallPlayer player
 
+    /// Scrolls to what is said where the player is.
+    function reveal(): void {
+        const row = transcript.rowAt(player.time);
+        if (row >= 0) {
+            show(row);
+        }
+    }
     function show(row: int): void {
         const from = list.contentY;
         list.positionViewAtIndex(row, ListView.Center);
-        glide.to = list.contentY + transcript.fromMiddle(list.itemAtIndex(row)?.height ?? 0, list.height);
+        glide.to = list.contentY + transcript.fromMiddle(row, list.itemAtIndex(row)?.height ?? 0, list.height);
         list.contentY = from;
         glide.restart();
     }

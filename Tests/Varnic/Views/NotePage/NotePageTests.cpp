@@ -260,15 +260,9 @@ TEST_F(NotePageTest, a_turn_longer_than_the_panel_is_followed_by_its_words) {
     auto* const turns = find<QQuickItem>("turns");
     auto* const transcript = only<TranscriptModel>();
     transcript->setPlaying(true);
-    const auto isSeen = [&](double part) {
-        QQuickItem* item = nullptr;
-        QMetaObject::invokeMethod(turns, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, item), Q_ARG(int, 0));
-        const qreal y = item == nullptr ? -1 : item->mapToItem(turns, QPointF(0, item->height() * part)).y();
-        return y >= 0 && y < turns->height();
-    };
     for (const int sentence : {0, 1, 100, 150, 199, 30}) {
         transcript->setTime(sentence + 0.5);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return isSeen(sentence / 200.0); })) << sentence;
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isTurnSeen(0, sentence / 200.0); })) << sentence;
     }
     const auto* const glide = find<QObject>("glide");
     ASSERT_TRUE(QTest::qWaitFor([&] { return !glide->property("running").toBool(); }));
@@ -324,6 +318,22 @@ TEST_F(NotePageTest, a_click_on_the_words_of_a_turn_goes_to_it) {
     ASSERT_NE(words, nullptr);
     QTest::mouseClick(&view, Qt::LeftButton, {}, words->mapToScene({8, 8}).toPoint());
     EXPECT_EQ(only<CallPlayer>()->time(), 3);
+}
+
+TEST_F(NotePageTest, a_seek_shows_what_is_said_there) {
+    std::vector<Segment> lines;
+    for (int i = 0; i < 200; ++i) {
+        lines.push_back(line(i % 2 == 0 ? Speaker::you : Speaker::them, i * 5, i * 5 + 1, "Yes."));
+    }
+    const Uuid id = addCall(std::move(lines));
+    for (const bool isOpen : {false, true}) {
+        const double time = isOpen ? 100 : 900;
+        model->seek = AppModel::Seek{.note = id, .time = time};
+        if (!isOpen) {
+            open(id);
+        }
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isTurnSeen(static_cast<int>(time / 5)); })) << time;
+    }
 }
 
 TEST_F(NotePageTest, a_seek_is_taken_by_the_page_of_its_call_only) {
