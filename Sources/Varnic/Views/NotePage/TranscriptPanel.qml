@@ -24,11 +24,14 @@ Rectangle {
         }
     }
     function show(row: int): void {
+        glide.stop();
         const from = list.contentY;
+        const isNear = list.itemAtIndex(row) !== null;
         list.positionViewAtIndex(row, ListView.Center);
         glide.to = list.contentY + transcript.fromMiddle(row, list.itemAtIndex(row)?.height ?? 0, list.height);
-        list.contentY = from;
-        glide.restart();
+        list.contentY = isNear ? from : glide.to;
+        // How high the rows in between are is only guessed: on the way past them the place would be another one.
+        glide.running = isNear;
     }
 
     Accessible.name: "Transcript"

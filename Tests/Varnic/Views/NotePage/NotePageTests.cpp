@@ -323,16 +323,18 @@ TEST_F(NotePageTest, a_click_on_the_words_of_a_turn_goes_to_it) {
 TEST_F(NotePageTest, a_seek_shows_what_is_said_there) {
     std::vector<Segment> lines;
     for (int i = 0; i < 200; ++i) {
-        lines.push_back(line(i % 2 == 0 ? Speaker::you : Speaker::them, i * 5, i * 5 + 1, "Yes."));
+        lines.push_back(
+            line(i % 2 == 0 ? Speaker::you : Speaker::them, i * 5, i * 5 + 1,
+                 i % 60 > 20 ? "A turn of many more words than one line of the panel has room for." : "Yes."));
     }
     const Uuid id = addCall(std::move(lines));
-    for (const bool isOpen : {false, true}) {
-        const double time = isOpen ? 100 : 900;
-        model->seek = AppModel::Seek{.note = id, .time = time};
-        if (!isOpen) {
+    for (const int row : {180, 20, 100, 101}) {
+        model->seek = AppModel::Seek{.note = id, .time = row * 5.0};
+        if (row == 180) {
             open(id);
         }
-        EXPECT_TRUE(QTest::qWaitFor([&] { return isTurnSeen(static_cast<int>(time / 5)); })) << time;
+        const auto isThere = [&] { return isTurnSeen(row) && !find<QObject>("glide")->property("running").toBool(); };
+        EXPECT_TRUE(QTest::qWaitFor(isThere)) << row;
     }
 }
 
