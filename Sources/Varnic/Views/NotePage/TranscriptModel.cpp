@@ -19,6 +19,11 @@ namespace {
 /// A turn that begins this soon, in seconds, is begun: a seek to its start may end up a sample before it.
 constexpr double tolerance = 0.01;
 
+/// How much of a text comes before a place in it, 0 to 1.
+double part(std::size_t place, const std::string& text) {
+    return place < text.size() ? static_cast<double>(place) / static_cast<double>(text.size()) : 0;
+}
+
 } // namespace
 
 void TranscriptModel::componentComplete() {
@@ -102,26 +107,38 @@ void TranscriptModel::markPosition() {
     }
 }
 
+/// One that there is.
+const TranscriptModel::Turn& TranscriptModel::turnOf(int row) const {
+    const Uuid& id = rows()[static_cast<std::size_t>(row)].id;
+    return *std::ranges::find(turns_, id, [](const Turn& turn) { return turn.row.id; });
+}
+
 double TranscriptModel::partAt(double time, int row) const {
     if (row < 0) {
         return 0;
     }
-    const Uuid& id = rows()[static_cast<std::size_t>(row)].id;
-    const auto turn = std::ranges::find(turns_, id, [](const Turn& one) { return one.row.id; });
-    const auto next = std::ranges::upper_bound(turn->passages, time + tolerance, {}, &Passage::start);
-    const std::size_t place = next == turn->passages.begin() ? 0 : std::prev(next)->place;
-    return static_cast<double>(place) / static_cast<double>(std::max<std::size_t>(turn->row.text.size(), 1));
+    const Turn& turn = turnOf(row);
+    const auto next = std::ranges::upper_bound(turn.passages, time + tolerance, {}, &Passage::start);
+    return next == turn.passages.begin() ? 0 : part(std::prev(next)->place, turn.row.text);
 }
 
-double TranscriptModel::fromMiddle(int row, double turnHeight, double viewHeight) const {
+double TranscriptModel::foundPart(int row) const {
+    const std::string& text = turnOf(row).folded;
+    return part(text.find(TextKit::fold(filter_.toStdString())), text);
+}
+
+double TranscriptModel::fromMiddle(double part, double turnHeight, double viewHeight) {
     const double room = std::max((turnHeight - viewHeight) / 2, 0.0);
-    return std::clamp((partAt(time_, row) - 0.5) * turnHeight, -room, room);
+    return std::clamp((part - 0.5) * turnHeight, -room, room);
 }
 
 void TranscriptModel::setFilter(const QString& filter) {
     if (filter != filter_) {
         filter_ = filter;
         show();
+        if (!filter_.isEmpty() && !rows().empty()) {
+            Q_EMIT found();
+        }
     }
 }
 

@@ -74,9 +74,15 @@ public:
     /// The last row that has begun at a moment, in seconds; -1 before the first.
     Q_INVOKABLE int rowAt(double time) const;
 
+    /// How much of a row's words comes before those that the player is at, 0 to 1.
+    Q_INVOKABLE double playedPart(int row) const { return partAt(time_, row); }
+
+    /// How much of a shown row's words comes before the first that is filtered for, 0 to 1.
+    Q_INVOKABLE double foundPart(int row) const;
+
     /// How far below the middle of a turn the middle of the view belongs, both of these heights: nowhere but in the
-    /// middle where all of the turn is in sight then, else at the words that the player is at.
-    Q_INVOKABLE double fromMiddle(int row, double turnHeight, double viewHeight) const;
+    /// middle where all of the turn is in sight then, else at the words behind a part of it.
+    Q_INVOKABLE static double fromMiddle(double part, double turnHeight, double viewHeight);
 
 Q_SIGNALS:
     void changed();
@@ -84,6 +90,8 @@ Q_SIGNALS:
     void followedRowChanged();
     /// Within the same row.
     void followedPartChanged();
+    /// There are rows with what is filtered for now.
+    void found();
 
 private:
     /// Words of a turn that were said in one go.
@@ -104,6 +112,7 @@ private:
     void show();
     void markPosition();
     [[nodiscard]] bool playerIsIn(const TurnRow& row) const;
+    [[nodiscard]] const Turn& turnOf(int row) const;
     [[nodiscard]] double partAt(double time, int row) const;
 
     QPointer<NoteModel> note_;

@@ -19,16 +19,17 @@ Rectangle {
     /// Scrolls to what is said where the player is.
     function reveal(): void {
         const row = transcript.rowAt(player.time);
-        if (row >= 0) {
-            show(row);
-        }
+        show(row, transcript.playedPart(row));
     }
-    function show(row: int): void {
+    function show(row: int, part: real): void {
+        if (row < 0) {
+            return;
+        }
         glide.stop();
         const from = list.contentY;
         const isNear = list.itemAtIndex(row) !== null;
         list.positionViewAtIndex(row, ListView.Center);
-        glide.to = list.contentY + transcript.fromMiddle(row, list.itemAtIndex(row)?.height ?? 0, list.height);
+        glide.to = list.contentY + transcript.fromMiddle(part, list.itemAtIndex(row)?.height ?? 0, list.height);
         list.contentY = isNear ? from : glide.to;
         // How high the rows in between are is only guessed: on the way past them the place would be another one.
         glide.running = isNear;
@@ -158,11 +159,10 @@ Rectangle {
 
             // Whoever has scrolled away from what is being said is left there until the next turn.
             onFollowedPartChanged: if (glide.running || list.contentY === glide.to) {
-                panel.show(followedRow);
+                panel.show(followedRow, followedPart);
             }
-            onFollowedRowChanged: if (followedRow >= 0) {
-                panel.show(followedRow);
-            }
+            onFound: panel.show(0, foundPart(0))
+            onFollowedRowChanged: panel.show(followedRow, followedPart)
         }
 
         Theme.RowOrder {

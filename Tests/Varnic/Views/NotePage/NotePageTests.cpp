@@ -273,6 +273,21 @@ TEST_F(NotePageTest, a_turn_longer_than_the_panel_is_followed_by_its_words) {
     EXPECT_EQ(turns->property("contentY").toDouble(), readThere) << "who scrolls is left there";
 }
 
+TEST_F(NotePageTest, what_is_looked_for_in_a_long_turn_is_shown) {
+    model->showTranscript = true;
+    std::vector<Segment> talk(200, line(Speaker::them, 0, 1, "A sentence of a talk without a pause."));
+    talk[150].text = "Of one café only, it speaks but once.";
+    for (Segment& sentence : talk) {
+        sentence.id = Uuid::random();
+    }
+    open(addCall(std::move(talk)));
+    EXPECT_FALSE(isTurnSeen(0, 0.75));
+    for (const auto& [filter, part] : {std::pair("CAFE", 0.75), std::pair("a talk", 0.0)}) {
+        find<QQuickItem>("filter")->setProperty("text", filter);
+        EXPECT_TRUE(QTest::qWaitFor([&, part = part] { return isTurnSeen(0, part); })) << filter;
+    }
+}
+
 TEST_F(NotePageTest, return_on_a_turn_goes_to_it) {
     model->showTranscript = true;
     open(addCall({line(Speaker::you, 0, 1, "One."), line(Speaker::them, 4, 5, "Two.")}));
