@@ -6,6 +6,8 @@
 #include "VarnicCore/Audio/AudioMix.h"
 #include "VarnicCore/Models/CallProblem.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickTextDocument>
@@ -191,6 +193,20 @@ TEST_F(NotePageTest, a_typed_name_stands_in_the_transcript) {
     type("Priya");
     EXPECT_EQ(model->note(id)->call->themName, "Priya");
     EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::name), QStringList({"Priya"}));
+}
+
+TEST_F(NotePageTest, a_pasted_name_loses_its_line_breaks) {
+    const Uuid id = addCall({line(Speaker::them, 0, 3, "Hello.")});
+    open(id);
+    auto* const field = find<QQuickItem>("themName");
+    field->forceActiveFocus();
+    for (const auto& [pasted, name] : {std::pair("Priya\n", "Priya"), std::pair("Priya\r\nRao\n\n", "Priya Rao")}) {
+        QMetaObject::invokeMethod(field, "selectAll");
+        QGuiApplication::clipboard()->setText(pasted);
+        QTest::keySequence(&view, QKeySequence::Paste);
+        EXPECT_EQ(model->note(id)->call->themName, name);
+    }
+    EXPECT_EQ(field->property("text").toString().toStdString(), "Priya Rao");
 }
 
 TEST_F(NotePageTest, filter_finds_words_whatever_their_accents_and_marks_them) {
