@@ -1,4 +1,6 @@
+#include "Varnic/AppModel/CallImport.h"
 #include "Varnic/AppModel/ScratchModel.h"
+#include "VarnicCore/Audio/SoundFiles.h"
 
 #include <gmock/gmock.h>
 
@@ -150,6 +152,8 @@ TEST_F(ForeignChangesTests, libraryThatIsMovedAway_getsNoOtherInItsPlace) {
     model->update(id, true, [](Note& note) { note.title = "Mine"; });
     model->remove(doomed);
     ASSERT_TRUE(waitUntil([&] { return model->isSpared(id); }));
+    EXPECT_EQ(QCoro::waitFor(model->importCall({.files = {.them = SoundFiles().tone("Board.wav", 1)}})), std::nullopt);
+    EXPECT_EQ(model->toast.value()->text, *model->loadProblem.value());
     EXPECT_FALSE(fs::exists(library));
     fs::rename(model.folder() / "away", library);
     ASSERT_TRUE(waitUntil([&] { return !model->isUnreadable.value(); }));
