@@ -217,7 +217,7 @@ as it was.
          "ID is a note’s id or the beginning of one, as `list` prints it.\n",
          {{.name = "format",
            .value = "FORMAT",
-           .help = "markdown (unless given), pdf, rtf or docx",
+           .help = "markdown, pdf, rtf or docx; unless given, the one that FILE’s ending names, or else markdown",
            .choice = Choice::exportFormat},
           {.name = "output",
            .value = "FILE",

@@ -5,12 +5,15 @@
 #include "VarnicCore/Export/Exporter.h"
 #include "VarnicCore/Library/NoteJson.h"
 #include "VarnicCore/Models/Wording.h"
+#include "VarnicCore/Text/Unicode.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <string>
 
 namespace varnic::cli {
 
@@ -23,9 +26,18 @@ fs::path destination(const fs::path& asked, const Note& note, ExportFormat forma
     return fs::is_directory(asked) ? asked / Exporter::fittingFileName(note, format) : asked;
 }
 
+/// The format that a file of this name is in; Markdown where the name tells none.
+ExportFormat formatOf(const fs::path& file) {
+    const std::string ending = Unicode::lowerCased(file.extension().string());
+    const auto* const format = std::ranges::find_if(
+        allExportFormats, [&ending](ExportFormat one) { return "." + std::string(fileExtension(one)) == ending; });
+    return format == allExportFormats.end() ? ExportFormat::markdown : *format;
+}
+
 /// The format asked for, when what is asked for besides goes with it.
 ExportFormat formatOf(const Arguments& arguments) {
-    const std::string name = arguments.valueOr("format", "markdown");
+    const std::string name =
+        arguments.valueOr("format", std::string(rawValue(formatOf(fs::path(arguments.valueOr("output", ""))))));
     const auto format = exportFormatFrom(name);
     if (!format) {
         throw UsageError(fmt::format("{} isn’t a format", name));

@@ -375,6 +375,10 @@ class Tools(CommandLine):
                     piped = subprocess.run([PROGRAM, "export", garden, "--format", kind, *more], capture_output=True,
                                            env=self.environment, check=True)
                     self.assertEqual(piped.stdout, written)
+                named = self.folder / f"by its name.{kind.upper()}"
+                self.succeed("export", garden, "-o", named)
+                self.assertEqual(named.read_bytes(), written)
+                named.unlink()
         self.assertEqual(sorted(path.suffix for path in self.folder.iterdir() if path.is_file()),
                          [".docx", ".pdf", ".rtf"])
 

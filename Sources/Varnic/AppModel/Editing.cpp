@@ -308,11 +308,7 @@ void AppModel::grade(Uuid note, Uuid card, Flashcards::Grade grade) {
 }
 
 void AppModel::renameThem(Uuid id, std::string name) {
-    update(id, false, [&name](Note& note) {
-        if (note.call) {
-            note.call->themName = std::move(name);
-        }
-    });
+    update(id, false, [&name](Note& note) { NoteEditor::renameThem(std::move(name), note); });
 }
 
 } // namespace varnic

@@ -16,6 +16,10 @@
 namespace varnic {
 
 QCoro::Task<std::optional<Uuid>> AppModel::importCall(CallImport call) {
+    if (isUnreadable.value()) { // a copy would be the beginning of another library in its place
+        flash({.text = loadProblem.value().value_or(""), .symbol = warningSymbol});
+        co_return std::nullopt;
+    }
     const Uuid id = Uuid::random();
     const std::stop_token stop = stopProcessing_.get_token();
     std::optional<CopiedCall> copied;

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace varnic {
 
@@ -45,8 +46,8 @@ void takeOver(const Note& placeholder, const std::optional<Note>& before, Note& 
     if (!placeholder.title.empty() && (!before || placeholder.title != before->title)) {
         finished.title = placeholder.title;
     }
-    if (placeholder.call && finished.call) {
-        finished.call->themName = placeholder.call->themName;
+    if (placeholder.call) {
+        NoteEditor::renameThem(placeholder.call->themName, finished);
     }
 }
 
@@ -73,6 +74,8 @@ Note withTranscript(Note edited, const Note& result, const Note& before) {
     edited.call->problem = result.call->problem;
     if (result.call->digest && result.call->digest != before.call->digest) {
         NoteEditor::apply(*result.call->digest, edited, false, currentDate());
+        const std::string name = std::exchange(edited.call->themName, result.call->themName);
+        NoteEditor::renameThem(name, edited);
     }
     return edited;
 }

@@ -1,5 +1,6 @@
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Models/PlaceholderBlocks.h"
+#include "VarnicCore/Summariser/EmailDrafter.h"
 #include "VarnicCore/Summariser/TitleSuggester.h"
 #include "VarnicCore/Text/TextKit.h"
 
@@ -114,6 +115,16 @@ void apply(const CallDigest& digest, Note& note, bool replaceTitle, Date now) {
         std::ranges::move(placeholderBlocks(), std::back_inserter(note.blocks));
     }
     note.modified = now;
+}
+
+void renameThem(std::string name, Note& note) {
+    if (!note.call) {
+        return;
+    }
+    if (note.call->digest) {
+        EmailDrafter::greetAnew(note.call->digest->email, note.call->themName, name);
+    }
+    note.call->themName = std::move(name);
 }
 
 } // namespace varnic::NoteEditor

@@ -77,4 +77,8 @@ Note callNote(Uuid id, CallRecord call, const std::optional<CallDigest>& digest,
 /// ticked and blocks that the user wrote or reworded stay.
 void apply(const CallDigest& digest, Note& note, bool replaceTitle, Date now);
 
+/// Gives the other party of a call another name, by which a follow-up email that greets them by the old one does too.
+/// Nothing in a note without a call.
+void renameThem(std::string name, Note& note);
+
 } // namespace varnic::NoteEditor

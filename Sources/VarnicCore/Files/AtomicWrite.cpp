@@ -10,7 +10,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstddef>
 #include <utility>
+#include <vector>
 
 namespace varnic::AtomicWrite {
 
@@ -20,6 +22,8 @@ using std::filesystem::path;
 
 constexpr std::string_view suffix = ".tmp";
 constexpr mode_t forOwner = 0600;
+/// Bytes that are copied at once.
+constexpr std::size_t pieceSize = 1UL << 20U;
 
 /// A name that is short enough also where the target's is as long as a name can be.
 path besides(const path& target) {
@@ -66,11 +70,21 @@ Prepared::Prepared(const path& target, std::string_view bytes, Readers readers)
 }
 
 Prepared Prepared::copyOf(const path& from, const path& target) {
+    // The standard library's copying calls a full disk a faulty one.
+    const FileDescriptor source(::open(from.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!source.isOpen()) {
+        throw LibraryError::fromErrno("read", from);
+    }
     Prepared prepared(target, forOwner);
-    std::error_code failure;
-    std::filesystem::copy_file(from, prepared.temporary_, std::filesystem::copy_options::overwrite_existing, failure);
-    if (failure) {
-        throw LibraryError("written", target, failure);
+    std::vector<char> piece(pieceSize);
+    ssize_t count = 0;
+    while ((count = ::read(source.number(), piece.data(), piece.size())) > 0) {
+        if (!writeAll(prepared.descriptor_.number(), {piece.data(), static_cast<std::size_t>(count)})) {
+            throw LibraryError::fromErrno("written", target);
+        }
+    }
+    if (count < 0) {
+        throw LibraryError::fromErrno("read", from);
     }
     prepared.forceToDisk();
     return prepared;

@@ -103,6 +103,14 @@ SharedLibrary::Found SharedLibrary::look(const fs::path& file, Date now) {
     }
 }
 
+/// Throws LibraryError where the folder of the notes has been taken away with notes that are known: one that is made in
+/// its place would be a second library, and would be in the way when the first one comes back.
+void SharedLibrary::expectFolder() const {
+    if (!known_.empty() && !Folders::isThere(store_.notesDir())) {
+        throw LibraryError("written", store_.notesDir(), std::make_error_code(std::errc::no_such_file_or_directory));
+    }
+}
+
 bool SharedLibrary::isKnown(const Uuid& id, const NoteVersion& version) const {
     const auto known = known_.find(id);
     return known != known_.end() && known->second.version == version;
@@ -193,6 +201,7 @@ bool SharedLibrary::follow(Note copy, const Uuid& original, Date now) {
 
 std::optional<Note> SharedLibrary::save(const Note& note, Date now, const Note* base) {
     const LibraryLock lock = LibraryLock::forWriting(store_.root());
+    expectFolder();
     nameById(note.id);
     const fs::path file = store_.url(note.id);
     // On the disk before anything is compared, so that hardly any time is left for others between that and the
@@ -291,6 +300,7 @@ bool SharedLibrary::takeInConflicts(const std::optional<std::set<std::string>>& 
 
 void SharedLibrary::remove(const Uuid& id) {
     const LibraryLock lock = LibraryLock::forWriting(store_.root());
+    expectFolder();
     nameById(id);
     store_.remove(id);
     known_[id].isGone = true;

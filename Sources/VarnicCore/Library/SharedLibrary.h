@@ -43,7 +43,8 @@ public:
     /// note of its own first, named "<title> (other copy)" and without the recording, and is returned; if it only adds
     /// to an earlier such copy, that copy takes the additions instead. What cannot be read is set
     /// aside as "<UUID>.json.damaged". A note that was deleted meanwhile comes back, its recording too. A file of
-    /// another name is renamed after the note's id. Throws LibraryError or EncodeError, and then nothing is lost.
+    /// another name is renamed after the note's id. A folder of notes that was taken away is not made anew. Throws
+    /// LibraryError or EncodeError, and then nothing is lost.
     /// A version that was only loaded is not in memory: `base`, if not null, is the note as it was loaded.
     std::optional<Note> save(const Note& note, Date now, const Note* base = nullptr);
 
@@ -91,6 +92,7 @@ private:
     [[nodiscard]] static Found look(const std::filesystem::path& file, Date now);
     [[nodiscard]] std::set<std::string> allNames() const;
     [[nodiscard]] std::optional<Uuid> idOf(const std::filesystem::path& goneFile) const;
+    void expectFolder() const;
     [[nodiscard]] bool isKnown(const Uuid& id, const NoteVersion& version) const;
     [[nodiscard]] std::optional<Note> merged(const Found& other, const Note& ours, const Note* base) const;
     [[nodiscard]] std::optional<NoteChange> changeOf(const std::filesystem::path& file, Date now) const;

@@ -28,13 +28,17 @@ bool takesBy(std::string_view due) {
            std::ranges::any_of(weekdays, [&](std::string_view day) { return due.ends_with(day); });
 }
 
+std::string greeting(std::string_view themName) {
+    const std::string_view name = Unicode::trimBlanks(themName);
+    return name.empty() ? "Hi all," : fmt::format("Hi {},", name);
+}
+
 } // namespace
 
 EmailDraft draft(std::string_view title, const std::vector<std::string>& summary,
                  const std::vector<ActionItem>& actions, const DigestContext& context) {
-    const std::string_view them = Unicode::trimBlanks(context.themName);
     const std::string_view you = Unicode::trimBlanks(context.yourName);
-    std::vector<std::string> lines{them.empty() ? "Hi all," : fmt::format("Hi {},", them), "",
+    std::vector<std::string> lines{greeting(context.themName), "",
                                    "Thanks for the time today. A quick recap so we’re on the same page:", ""};
     for (const auto& sentence : summary | std::views::take(mostSentences)) {
         lines.push_back("• " + sentence);
@@ -55,6 +59,13 @@ EmailDraft draft(std::string_view title, const std::vector<std::string>& summary
     const bool isUnnamed = title.starts_with("Call on");
     return {isUnnamed ? "Follow-up from our call" : fmt::format("Follow-up: {}", title),
             fmt::format("{}", fmt::join(lines, "\n"))};
+}
+
+void greetAnew(EmailDraft& email, std::string_view oldName, std::string_view newName) {
+    const std::string old = greeting(oldName) + "\n";
+    if (email.body.starts_with(old)) {
+        email.body.replace(0, old.size(), greeting(newName) + "\n");
+    }
 }
 
 std::string phrase(const ActionItem& action) {

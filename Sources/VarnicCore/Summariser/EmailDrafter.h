@@ -14,6 +14,9 @@ namespace varnic::EmailDrafter {
 EmailDraft draft(std::string_view title, const std::vector<std::string>& summary,
                  const std::vector<ActionItem>& actions, const DigestContext& context);
 
+/// Has a mail that greets the other party by one name greet them by another. One with another beginning stays.
+void greetAnew(EmailDraft& email, std::string_view oldName, std::string_view newName);
+
 /// The to-do as a sentence of the user to the other party: "Could you review it tomorrow?".
 std::string phrase(const ActionItem& action);
 

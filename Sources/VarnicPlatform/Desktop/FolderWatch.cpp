@@ -22,6 +22,11 @@ FileDescriptor watching(const std::filesystem::path& folder) {
         ::inotify_add_watch(descriptor.number(), folder.c_str(), finishedWrites | IN_MOVE_SELF | IN_ONLYDIR) < 0) {
         return FileDescriptor(-1);
     }
+    // Whoever moves a folder above this one moves this one without a word.
+    for (std::filesystem::path above = std::filesystem::absolute(folder); above.has_relative_path();) {
+        above = above.parent_path();
+        ::inotify_add_watch(descriptor.number(), above.c_str(), IN_MOVE_SELF | IN_MASK_ADD | IN_ONLYDIR);
+    }
     return descriptor;
 }
 

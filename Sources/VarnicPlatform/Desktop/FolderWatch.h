@@ -22,8 +22,8 @@ public:
     /// The names of the files with news; nothing where some were missed, so that any may have changed. Never waits.
     [[nodiscard]] std::optional<std::set<std::string>> news();
 
-    /// The folder has been moved, removed or unmounted, as far as the news goes: nothing more will be told. Another one
-    /// may stand in its place by now.
+    /// The folder, or one that it lies in, has been moved, removed or unmounted, as far as the news goes: nothing more
+    /// will be told. Another one may stand in its place by now.
     [[nodiscard]] bool isOver() const { return isOver_; }
 
 private:

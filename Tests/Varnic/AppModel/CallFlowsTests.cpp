@@ -31,6 +31,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
+using testing::StartsWith;
 
 TEST_F(CallFlowsTests, start_fails_leavesNothingButAToast) {
     model->makeCapture = [this] {
@@ -195,10 +196,16 @@ TEST_F(CallFlowsTests, whatIsSetWhileACallIsWrittenDown_isKept) {
         EXPECT_EQ(note.title, "Mine");
         EXPECT_TRUE(note.pinned);
         EXPECT_EQ(note.call->themName, "Maya");
+        EXPECT_THAT(note.call->digest->email.body, StartsWith("Hi Maya,\n"));
         EXPECT_EQ(note.blocks[note.blocks.size() - 2].kind, BlockKind::divider);
         EXPECT_EQ(note.blocks.back().back, "Paris");
         EXPECT_THAT(model->existingTracks(note).speakers(), Not(IsEmpty())) << "sound that was being written down";
         EXPECT_THAT(model.stored(), Contains(note));
+        const auto again = model->retranscribe(id);
+        model->renameThem(id, "Zoë");
+        EXPECT_THAT(model->note(id)->call->digest->email.body, StartsWith("Hi Zoë,\n"));
+        QCoro::waitFor(again);
+        EXPECT_THAT(model->note(id)->call->digest->email.body, StartsWith("Hi Zoë,\n"));
         model->removeAudio(id);
         EXPECT_THAT(model->note(id)->call->tracks, IsEmpty());
     }

@@ -1,4 +1,6 @@
+#include "Varnic/AppModel/CallImport.h"
 #include "Varnic/AppModel/ScratchModel.h"
+#include "VarnicCore/Audio/SoundFiles.h"
 
 #include <gmock/gmock.h>
 
@@ -139,6 +141,23 @@ TEST_F(ForeignChangesTests, folderThatIsReplaced_isFollowedOn) {
     }
     writeInPlace(titled("Watched"));
     EXPECT_TRUE(waitUntil([&] { return model->note(id)->title == "Watched"; }));
+}
+
+TEST_F(ForeignChangesTests, libraryThatIsMovedAway_getsNoOtherInItsPlace) {
+    const fs::path library = model.folder() / "Library";
+    const Uuid doomed = model->newNote("Doomed");
+    model->flushSaves();
+    fs::rename(library, model.folder() / "away");
+    ASSERT_TRUE(waitUntil([&] { return model->isUnreadable.value(); }));
+    model->update(id, true, [](Note& note) { note.title = "Mine"; });
+    model->remove(doomed);
+    ASSERT_TRUE(waitUntil([&] { return model->isSpared(id); }));
+    EXPECT_EQ(QCoro::waitFor(model->importCall({.files = {.them = SoundFiles().tone("Board.wav", 1)}})), std::nullopt);
+    EXPECT_EQ(model->toast.value()->text, *model->loadProblem.value());
+    EXPECT_FALSE(fs::exists(library));
+    fs::rename(model.folder() / "away", library);
+    ASSERT_TRUE(waitUntil([&] { return !model->isUnreadable.value(); }));
+    EXPECT_TRUE(waitUntil([&] { return LibraryStore(library).load(id, currentDate())->title == "Mine"; }));
 }
 
 TEST_F(ForeignChangesTests, conflictCopyOfASynchroniser_becomesANote) {

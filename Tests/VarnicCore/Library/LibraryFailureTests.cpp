@@ -1,4 +1,5 @@
 #include "VarnicCore/FileSizeLimit.h"
+#include "VarnicCore/Files/AtomicWrite.h"
 #include "VarnicCore/Files/LibraryError.h"
 #include "VarnicCore/Library/LibraryStore.h"
 #include "VarnicCore/Library/TemporaryLibrary.h"
@@ -47,6 +48,26 @@ TEST(LibraryFailure, saveThatRunsOutOfSpace_leavesTheOldFileAndNoOther) {
     EXPECT_EQ(TemporaryLibrary::names(library.store.notesDir()).size(), 1U);
     library.store.save(note);
     EXPECT_EQ(library.store.load(note.id, now), note);
+}
+
+TEST(LibraryFailure, copyThatRunsOutOfSpace_saysSoAndLeavesNothing) {
+    const TemporaryLibrary folders;
+    const fs::path from = folders.folder() / "from.wav";
+    const fs::path copies = folders.folder() / "copies";
+    TemporaryLibrary::write(from, std::string(100'000, 'x'));
+    fs::create_directory(copies);
+    std::optional<LibraryError> error;
+    {
+        const FileSizeLimit limit(4096);
+        error = errorOf([&] { AtomicWrite::copy(from, copies / "them.wav"); });
+    }
+    EXPECT_EQ(error->code(), std::errc::file_too_large);
+    EXPECT_TRUE(fs::is_empty(copies));
+    EXPECT_THAT(errorOf([&] { AtomicWrite::copy(copies, folders.folder() / "folder.wav"); }).what(),
+                HasSubstr("copies” couldn’t be read: a folder stands where a file should be"));
+    AtomicWrite::copy(from, copies / "them.wav");
+    EXPECT_EQ(TemporaryLibrary::read(copies / "them.wav"), TemporaryLibrary::read(from));
+    EXPECT_EQ(fs::status(copies / "them.wav").permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
 TEST(LibraryFailure, rootBelowAFile_isToldBySavingAndRemoving) {

@@ -79,6 +79,29 @@ TEST(EmailDrafter, draft_ofNothing) {
                           "Let me know if I missed anything.\n\nBest,");
 }
 
+TEST(EmailDrafter, greetAnew_onlyWhoIsGreeted) {
+    struct Case {
+        std::string body;
+        std::string oldName;
+        std::string newName;
+        std::string greeted;
+    };
+
+    const std::vector<Case> cases{
+        {"Hi all,\n\nThanks", "", " Maya ", "Hi Maya,\n\nThanks"},
+        {"Hi Maya,\n\nThanks", "Maya", "\t", "Hi all,\n\nThanks"},
+        {"Hi Maya,\n\nThanks, Maya,\n", "Maya ", "Zoë", "Hi Zoë,\n\nThanks, Maya,\n"},
+        {"Hi Maya, hello", "Maya", "Zoë", "Hi Maya, hello"},
+        {"Dear Maya,\n", "Maya", "Zoë", "Dear Maya,\n"},
+        {"", "", "Zoë", ""},
+    };
+    for (const auto& [body, oldName, newName, greeted] : cases) {
+        EmailDraft email{.subject = "Hi Maya,", .body = body};
+        EmailDrafter::greetAnew(email, oldName, newName);
+        EXPECT_EQ(email, (EmailDraft{.subject = "Hi Maya,", .body = greeted}));
+    }
+}
+
 TEST(EmailDrafter, draft_listsEightTasks) {
     const std::vector<ActionItem> actions(9, item("Send the deck", Speaker::you));
     const auto body = EmailDrafter::draft("T", {}, actions, {}).body;

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QtQmlIntegration>
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -34,7 +35,7 @@ public:
     Q_INVOKABLE double xOf(double time, double width) const;
     /// A moment as the transcript writes it.
     Q_INVOKABLE static QString stamp(double time);
-    /// The first words of the turn that is heard at a moment, the last begun if there are two; empty where nobody
+    /// The words from a moment on of the turn that is heard then, the last begun if there are two; empty where nobody
     /// speaks.
     Q_INVOKABLE QString wordsAt(double time) const;
     /// Whether that turn is yours.
@@ -46,6 +47,7 @@ public:
 
 private:
     [[nodiscard]] const Segment* turnAt(double time) const;
+    [[nodiscard]] std::size_t placeAt(double time, const Segment& turn) const;
 
     double duration_ = 0;
     std::shared_ptr<const std::vector<Segment>> segments_;

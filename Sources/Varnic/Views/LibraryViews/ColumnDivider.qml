@@ -6,6 +6,8 @@ Rectangle {
     id: divider
 
     readonly property bool isDragged: drag.active
+    /// Whoever was on the way from column to column wants none of its keys later (FocusKeeper).
+    readonly property bool isPassedBy: true
     /// Which column it is the edge of, for assistive programs.
     required property string name
     readonly property real step: 10

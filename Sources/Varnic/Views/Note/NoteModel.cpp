@@ -1,6 +1,7 @@
 #include "Varnic/Views/Note/NoteModel.h"
 
 #include "Varnic/Recording/RecordingController.h"
+#include "Varnic/Views/Context/OneLine.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Export/ExportFormat.h"
@@ -200,7 +201,7 @@ QString NoteModel::themName() const {
 }
 
 void NoteModel::setThemName(const QString& name) {
-    app_->renameThem(id_, name.toStdString());
+    app_->renameThem(id_, oneLine(name));
 }
 
 double NoteModel::nameFieldWidth() const {

@@ -26,7 +26,11 @@ FocusScope {
 
         noteId: page.noteId
 
-        onSeekRequested: time => thePlayer.seek(time, false)
+        onSeekRequested: time => {
+            thePlayer.seek(time, false);
+            // The panel may just be about to be made.
+            Qt.callLater(() => panel.reveal());
+        }
     }
 
     CallPlayer {

@@ -9,6 +9,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace varnic {
 
@@ -16,6 +18,11 @@ namespace {
 
 /// A turn that begins this soon, in seconds, is begun: a seek to its start may end up a sample before it.
 constexpr double tolerance = 0.01;
+
+/// How much of a text comes before a place in it, 0 to 1.
+double part(std::size_t place, const std::string& text) {
+    return place < text.size() ? static_cast<double>(place) / static_cast<double>(text.size()) : 0;
+}
 
 } // namespace
 
@@ -37,7 +44,18 @@ void TranscriptModel::readTurns() {
                                       .start = turn.start,
                                       .end = turn.end,
                                       .text = std::move(turn.text)},
-                              .folded = {}});
+                              .folded = {},
+                              .passages = {}});
+        }
+        auto turn = turns_.begin();
+        std::size_t place = 0;
+        for (const Segment& said : call->segments) {
+            if (const auto next = std::next(turn); next != turns_.end() && next->row.id == said.id) {
+                turn = next;
+                place = 0;
+            }
+            turn->passages.push_back({said.start, place});
+            place += said.text.size() + 1; // with the blank between two
         }
     }
     show();
@@ -78,16 +96,49 @@ void TranscriptModel::markPosition() {
             changeRow(i, std::move(row));
         }
     }
-    if (const int row = playing_ ? rowAt(time_) : -1; row != followedRow_) {
+    const int row = playing_ ? rowAt(time_) : -1;
+    const double part = partAt(time_, row);
+    const bool isElsewhere = std::exchange(followedPart_, part) != part;
+    if (row != followedRow_) {
         followedRow_ = row;
         Q_EMIT followedRowChanged();
+    } else if (isElsewhere) {
+        Q_EMIT followedPartChanged();
     }
+}
+
+/// One that there is.
+const TranscriptModel::Turn& TranscriptModel::turnOf(int row) const {
+    const Uuid& id = rows()[static_cast<std::size_t>(row)].id;
+    return *std::ranges::find(turns_, id, [](const Turn& turn) { return turn.row.id; });
+}
+
+double TranscriptModel::partAt(double time, int row) const {
+    if (row < 0) {
+        return 0;
+    }
+    const Turn& turn = turnOf(row);
+    const auto next = std::ranges::upper_bound(turn.passages, time + tolerance, {}, &Passage::start);
+    return next == turn.passages.begin() ? 0 : part(std::prev(next)->place, turn.row.text);
+}
+
+double TranscriptModel::foundPart(int row) const {
+    const std::string& text = turnOf(row).folded;
+    return part(text.find(TextKit::fold(filter_.toStdString())), text);
+}
+
+double TranscriptModel::fromMiddle(double part, double turnHeight, double viewHeight) {
+    const double room = std::max((turnHeight - viewHeight) / 2, 0.0);
+    return std::clamp((part - 0.5) * turnHeight, -room, room);
 }
 
 void TranscriptModel::setFilter(const QString& filter) {
     if (filter != filter_) {
         filter_ = filter;
         show();
+        if (!filter_.isEmpty() && !rows().empty()) {
+            Q_EMIT found();
+        }
     }
 }
 

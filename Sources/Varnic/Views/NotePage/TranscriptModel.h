@@ -38,6 +38,8 @@ class TranscriptModel : public RowModel<TurnRow>, public QQmlParserStatus {
     Q_PROPERTY(QString placeholder READ placeholder NOTIFY changed)
     /// The row that the player is at, to be kept in sight; -1 while it does not play.
     Q_PROPERTY(int followedRow READ followedRow NOTIFY followedRowChanged)
+    /// How much of the followed row's words comes before what is being said, 0 to 1.
+    Q_PROPERTY(double followedPart READ followedPart NOTIFY followedPartChanged)
 
 public:
     enum Role { isYou = Qt::UserRole, name, start, stamp, words, isCurrent };
@@ -67,28 +69,58 @@ public:
 
     [[nodiscard]] int followedRow() const { return followedRow_; }
 
+    [[nodiscard]] double followedPart() const { return followedPart_; }
+
+    /// The last row that has begun at a moment, in seconds; -1 before the first.
+    Q_INVOKABLE int rowAt(double time) const;
+
+    /// How much of a row's words comes before those that the player is at, 0 to 1.
+    Q_INVOKABLE double playedPart(int row) const { return partAt(time_, row); }
+
+    /// How much of a shown row's words comes before the first that is filtered for, 0 to 1.
+    Q_INVOKABLE double foundPart(int row) const;
+
+    /// How far below the middle of a turn the middle of the view belongs, both of these heights: nowhere but in the
+    /// middle where all of the turn is in sight then, else at the words behind a part of it.
+    Q_INVOKABLE static double fromMiddle(double part, double turnHeight, double viewHeight);
+
 Q_SIGNALS:
     void changed();
     void positionChanged();
     void followedRowChanged();
+    /// Within the same row.
+    void followedPartChanged();
+    /// There are rows with what is filtered for now.
+    void found();
 
 private:
+    /// Words of a turn that were said in one go.
+    struct Passage {
+        /// Seconds into the call.
+        double start = 0;
+        /// Bytes of the turn's text before it.
+        std::size_t place = 0;
+    };
+
     struct Turn {
         TurnRow row;
         std::string folded;
+        std::vector<Passage> passages;
     };
 
     void readTurns();
     void show();
     void markPosition();
     [[nodiscard]] bool playerIsIn(const TurnRow& row) const;
-    [[nodiscard]] int rowAt(double time) const;
+    [[nodiscard]] const Turn& turnOf(int row) const;
+    [[nodiscard]] double partAt(double time, int row) const;
 
     QPointer<NoteModel> note_;
     QString filter_;
     double time_ = 0;
     bool playing_ = false;
     int followedRow_ = -1;
+    double followedPart_ = 0;
     /// All turns of the call.
     std::vector<Turn> turns_;
     std::vector<QPropertyNotifier> watchers_;

@@ -16,12 +16,23 @@ Rectangle {
     required property NoteModel note
     required property CallPlayer player
 
-    function show(row: int): void {
+    /// Scrolls to what is said where the player is.
+    function reveal(): void {
+        const row = transcript.rowAt(player.time);
+        show(row, transcript.playedPart(row));
+    }
+    function show(row: int, part: real): void {
+        if (row < 0) {
+            return;
+        }
+        glide.stop();
         const from = list.contentY;
+        const isNear = list.itemAtIndex(row) !== null;
         list.positionViewAtIndex(row, ListView.Center);
-        glide.to = list.contentY;
-        list.contentY = from;
-        glide.restart();
+        glide.to = list.contentY + transcript.fromMiddle(part, list.itemAtIndex(row)?.height ?? 0, list.height);
+        list.contentY = isNear ? from : glide.to;
+        // How high the rows in between are is only guessed: on the way past them the place would be another one.
+        glide.running = isNear;
     }
 
     Accessible.name: "Transcript"
@@ -146,9 +157,12 @@ Rectangle {
             playing: panel.player.playing
             time: panel.player.time
 
-            onFollowedRowChanged: if (followedRow >= 0) {
-                panel.show(followedRow);
+            // Whoever has scrolled away from what is being said is left there until the next turn.
+            onFollowedPartChanged: if (glide.running || list.contentY === glide.to) {
+                panel.show(followedRow, followedPart);
             }
+            onFound: panel.show(0, foundPart(0))
+            onFollowedRowChanged: panel.show(followedRow, followedPart)
         }
 
         Theme.RowOrder {
@@ -175,6 +189,7 @@ Rectangle {
 
             duration: Theme.Motion.layout
             easing.type: Theme.Motion.easing
+            objectName: "glide"
             property: "contentY"
             target: list
         }

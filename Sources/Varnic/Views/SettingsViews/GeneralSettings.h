@@ -2,6 +2,7 @@
 
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Shell/AppDelegate.h"
+#include "Varnic/Views/Context/OneLine.h"
 
 #include <QList>
 #include <QObject>
@@ -40,7 +41,7 @@ public:
 
     [[nodiscard]] QString yourName() const { return QString::fromStdString(model_.settings.yourName.value()); }
 
-    void setYourName(const QString& name) { model_.settings.yourName = name.toStdString(); }
+    void setYourName(const QString& name) { model_.settings.yourName = oneLine(name); }
 
     [[nodiscard]] bool showPill() const { return model_.settings.showPill.value(); }
 

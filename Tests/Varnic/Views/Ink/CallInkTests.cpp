@@ -7,7 +7,7 @@
 namespace varnic {
 namespace {
 
-TEST(CallInk, wordsAt_isTheTurnThatIsHeard) {
+TEST(CallInk, wordsAt_areOfTheTurnThatIsHeard) {
     CallRecord call;
     call.segments = {{Speaker::you, 1, 2, "Good"},
                      {Speaker::you, 3.5, 4, "morning."},
@@ -16,8 +16,8 @@ TEST(CallInk, wordsAt_isTheTurnThatIsHeard) {
     const CallInk ink(call);
     for (const auto& [time, words, isYours] :
          {std::tuple(0.9, "", false), std::tuple(1.0, "Good morning.", true), std::tuple(3.0, "Good morning.", true),
-          std::tuple(3.9, "Hi!", false), std::tuple(6.4, "Hi!", false), std::tuple(6.6, "", false),
-          std::tuple(11.4, "Well.", true), std::tuple(60.0, "", false)}) {
+          std::tuple(3.6, "morning.", true), std::tuple(3.9, "Hi!", false), std::tuple(6.4, "Hi!", false),
+          std::tuple(6.6, "", false), std::tuple(11.4, "Well.", true), std::tuple(60.0, "", false)}) {
         EXPECT_EQ(ink.wordsAt(time).toStdString(), words) << time;
         EXPECT_EQ(ink.isYoursAt(time), isYours) << time;
     }

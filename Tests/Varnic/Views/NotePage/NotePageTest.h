@@ -70,6 +70,15 @@ protected:
         return within<Type>(view.rootObject(), name);
     }
 
+    /// Whether a place in a turn of the transcript, from 0 at its top to 1, is in sight.
+    bool isTurnSeen(int row, double part = 0) {
+        auto* const turns = find<QQuickItem>("turns");
+        QQuickItem* item = nullptr;
+        QMetaObject::invokeMethod(turns, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, item), Q_ARG(int, row));
+        const qreal y = item == nullptr ? -1 : item->mapToItem(turns, QPointF(0, item->height() * part)).y();
+        return y >= 0 && y < turns->height();
+    }
+
     template <typename Type>
     Type* only() {
         return find<Type>("");

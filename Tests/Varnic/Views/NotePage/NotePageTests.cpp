@@ -6,6 +6,8 @@
 #include "VarnicCore/Audio/AudioMix.h"
 #include "VarnicCore/Models/CallProblem.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickTextDocument>
@@ -193,6 +195,20 @@ TEST_F(NotePageTest, a_typed_name_stands_in_the_transcript) {
     EXPECT_EQ(column(*only<TranscriptModel>(), TranscriptModel::name), QStringList({"Priya"}));
 }
 
+TEST_F(NotePageTest, a_pasted_name_loses_its_line_breaks) {
+    const Uuid id = addCall({line(Speaker::them, 0, 3, "Hello.")});
+    open(id);
+    auto* const field = find<QQuickItem>("themName");
+    field->forceActiveFocus();
+    for (const auto& [pasted, name] : {std::pair("Priya\n", "Priya"), std::pair("Priya\r\nRao\n\n", "Priya Rao")}) {
+        QMetaObject::invokeMethod(field, "selectAll");
+        QGuiApplication::clipboard()->setText(pasted);
+        QTest::keySequence(&view, QKeySequence::Paste);
+        EXPECT_EQ(model->note(id)->call->themName, name);
+    }
+    EXPECT_EQ(field->property("text").toString().toStdString(), "Priya Rao");
+}
+
 TEST_F(NotePageTest, filter_finds_words_whatever_their_accents_and_marks_them) {
     model->showTranscript = true;
     open(addCall({line(Speaker::you, 0, 1, "Hi."), line(Speaker::them, 1, 3, "My \xF0\x9F\x98\x80 résumé, Resume!"),
@@ -250,6 +266,44 @@ TEST_F(NotePageTest, the_transcript_follows_the_player_only_while_it_plays) {
     }
 }
 
+TEST_F(NotePageTest, a_turn_longer_than_the_panel_is_followed_by_its_words) {
+    model->showTranscript = true;
+    std::vector<Segment> talk;
+    for (int i = 0; i < 200; ++i) {
+        talk.push_back(line(Speaker::them, i, i + 1, "A sentence of a talk without a pause."));
+    }
+    open(addCall(std::move(talk)));
+    auto* const turns = find<QQuickItem>("turns");
+    auto* const transcript = only<TranscriptModel>();
+    transcript->setPlaying(true);
+    for (const int sentence : {0, 1, 100, 150, 199, 30}) {
+        transcript->setTime(sentence + 0.5);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isTurnSeen(0, sentence / 200.0); })) << sentence;
+    }
+    const auto* const glide = find<QObject>("glide");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !glide->property("running").toBool(); }));
+    const double readThere = turns->property("contentY").toDouble() + 2000;
+    turns->setProperty("contentY", readThere);
+    transcript->setTime(31.5);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(turns->property("contentY").toDouble(), readThere) << "who scrolls is left there";
+}
+
+TEST_F(NotePageTest, what_is_looked_for_in_a_long_turn_is_shown) {
+    model->showTranscript = true;
+    std::vector<Segment> talk(200, line(Speaker::them, 0, 1, "A sentence of a talk without a pause."));
+    talk[150].text = "Of one café only, it speaks but once.";
+    for (Segment& sentence : talk) {
+        sentence.id = Uuid::random();
+    }
+    open(addCall(std::move(talk)));
+    EXPECT_FALSE(isTurnSeen(0, 0.75));
+    for (const auto& [filter, part] : {std::pair("CAFE", 0.75), std::pair("a talk", 0.0)}) {
+        find<QQuickItem>("filter")->setProperty("text", filter);
+        EXPECT_TRUE(QTest::qWaitFor([&, part = part] { return isTurnSeen(0, part); })) << filter;
+    }
+}
+
 TEST_F(NotePageTest, return_on_a_turn_goes_to_it) {
     model->showTranscript = true;
     open(addCall({line(Speaker::you, 0, 1, "One."), line(Speaker::them, 4, 5, "Two.")}));
@@ -295,6 +349,24 @@ TEST_F(NotePageTest, a_click_on_the_words_of_a_turn_goes_to_it) {
     ASSERT_NE(words, nullptr);
     QTest::mouseClick(&view, Qt::LeftButton, {}, words->mapToScene({8, 8}).toPoint());
     EXPECT_EQ(only<CallPlayer>()->time(), 3);
+}
+
+TEST_F(NotePageTest, a_seek_shows_what_is_said_there) {
+    std::vector<Segment> lines;
+    for (int i = 0; i < 200; ++i) {
+        lines.push_back(
+            line(i % 2 == 0 ? Speaker::you : Speaker::them, i * 5, i * 5 + 1,
+                 i % 60 > 20 ? "A turn of many more words than one line of the panel has room for." : "Yes."));
+    }
+    const Uuid id = addCall(std::move(lines));
+    for (const int row : {180, 20, 100, 101}) {
+        model->seek = AppModel::Seek{.note = id, .time = row * 5.0};
+        if (row == 180) {
+            open(id);
+        }
+        const auto isThere = [&] { return isTurnSeen(row) && !find<QObject>("glide")->property("running").toBool(); };
+        EXPECT_TRUE(QTest::qWaitFor(isThere)) << row;
+    }
 }
 
 TEST_F(NotePageTest, a_seek_is_taken_by_the_page_of_its_call_only) {

@@ -25,6 +25,14 @@ Item {
             text: "Outside"
         }
 
+        Theme.QuietButton {
+            id: edge
+
+            readonly property bool isPassedBy: true
+
+            text: "Edge"
+        }
+
         FocusScope {
             TextInput {
                 id: words
@@ -102,6 +110,7 @@ Item {
 
         function test_nothingNear_leadsBackToWhereItWas() {
             comeTo(outside);
+            comeTo(edge);
             comeTo(lost);
             near.visible = false;
             lost.visible = false;

@@ -51,6 +51,11 @@ bool isMenu(const QQuickItem* popup) {
     return popup->parent() != nullptr && popup->parent()->inherits("QQuickMenu");
 }
 
+/// Whether the keyboard only ever passes by there, as on its way over the edge of a column.
+bool isPassedBy(const QQuickItem* item) {
+    return item != nullptr && item->property("isPassedBy").toBool();
+}
+
 /// Scrolls to what has the keyboard and is wholly out of sight.
 void reveal(QQuickItem* item) {
     for (QQuickItem* outer = item->parentItem(); outer != nullptr; outer = outer->parentItem()) {
@@ -192,7 +197,7 @@ QQuickItem* FocusKeeper::nearest(const Place& place) {
 void FocusKeeper::restore() {
     QQuickItem* next = nullptr;
     for (auto place = history_.rbegin(); place != history_.rend() && next == nullptr; ++place) {
-        next = nearest(*place);
+        next = isPassedBy(place->item) ? nullptr : nearest(*place);
     }
     if (next == nullptr) {
         next = placeIn(window_->contentItem());

@@ -14,8 +14,9 @@ namespace varnic {
 /// Keeps the keyboard somewhere in a window at every moment. Where the control that has it goes away, is hidden or
 /// disabled, and where a menu or sheet closes, Qt Quick leaves it to an enclosing scope, which answers no key. From
 /// there it goes back to where it was: to the control itself as soon as that can be used again, else to what is left
-/// near it, else to where it was before. It never comes by itself into a text that can be typed in, lest what was meant
-/// for another text lands there. What has the keyboard is scrolled into sight. Main thread.
+/// near it, else to where it was before, but for controls with a true property `isPassedBy`. It never comes by itself
+/// into a text that can be typed in, lest what was meant for another text lands there. What has the keyboard is
+/// scrolled into sight. Main thread.
 class FocusKeeper : public QObject {
     Q_OBJECT
     QML_ELEMENT
