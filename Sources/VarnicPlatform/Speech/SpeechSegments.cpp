@@ -14,7 +14,9 @@ using VoiceActivity::Range;
 
 namespace {
 
-constexpr double audibleMargin = 0.5;
+/// Seconds before and behind what is louder than the noise: faint beginnings and ends of words, and for the detector to
+/// get used to the track again.
+constexpr double audibleMargin = 0.7;
 /// Decibels over its floor within which noise alone stays. So far below the loudest speaker even a faint voice is above
 /// the noise, if it can be understood at all.
 constexpr float aboveNoise = 6;
