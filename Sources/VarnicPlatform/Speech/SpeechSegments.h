@@ -51,8 +51,8 @@ inline constexpr float silenceBelowSpeech = 40;
 /// Seconds of real audio on either side of the speech: the engine drops words at hard edges.
 inline constexpr double context = 0.3;
 
-/// The parts of a track in which somebody may speak: within 0.7 seconds of what is louder than the track's own noise and
-/// than plain silence. `speech` is the level of its speech in decibels.
+/// The parts of a track in which somebody may speak: within 0.7 seconds of what is louder than the track's own noise
+/// and than plain silence. `speech` is the level of its speech in decibels.
 std::vector<VoiceActivity::Range> audible(const TrackLevels& track, float speech);
 
 /// The mean level over parts of a track, in decibels: that of their mean power.
