@@ -300,7 +300,7 @@ TEST_F(NotePageTest, what_is_looked_for_in_a_long_turn_is_shown) {
     EXPECT_FALSE(isTurnSeen(0, 0.75));
     for (const auto& [filter, part] : {std::pair("CAFE", 0.75), std::pair("a talk", 0.0)}) {
         find<QQuickItem>("filter")->setProperty("text", filter);
-        EXPECT_TRUE(QTest::qWaitFor([&, part = part] { return isTurnSeen(0, part); })) << filter;
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isTurnSeen(0, part); })) << filter;
     }
 }
 
