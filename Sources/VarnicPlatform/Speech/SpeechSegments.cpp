@@ -81,16 +81,19 @@ double power(float level) {
     return std::pow(10.0, static_cast<double>(level) / 10);
 }
 
-/// The levels of a tenth of a second around each frame: a room's noise goes up and down by less than 6 dB in that.
+double powerOf(std::span<const float> levels) {
+    return std::transform_reduce(levels.begin(), levels.end(), 0.0, std::plus<>(), power);
+}
+
+/// The levels of the 0.14 seconds around each frame: a room's noise goes up and down by less than 6 dB in that.
 std::vector<float> smoothed(const TrackLevels& track) {
     const std::span<const float> levels = track.levels;
-    const auto reach = static_cast<std::size_t>(std::lround(0.05 / track.frame));
+    const auto reach = static_cast<std::size_t>(std::lround(0.06 / track.frame));
     std::vector<float> result(levels.size());
     for (std::size_t index = 0; index < levels.size(); ++index) {
         const std::size_t first = index - std::min(index, reach);
         const std::span<const float> window = levels.subspan(first, std::min(index + reach + 1, levels.size()) - first);
-        const double sum = std::transform_reduce(window.begin(), window.end(), 0.0, std::plus<>(), power);
-        result[index] = static_cast<float>(10 * std::log10(sum / static_cast<double>(window.size())));
+        result[index] = static_cast<float>(10 * std::log10(powerOf(window) / static_cast<double>(window.size())));
     }
     return result;
 }
@@ -183,8 +186,7 @@ double SpeechSegments::quietest(Range between, const TrackLevels& track) {
     double least = std::numeric_limits<double>::infinity();
     double found = (between.start + between.end) / 2;
     for (std::size_t index = 0; index + width <= levels.size(); ++index) {
-        const std::span<const float> window = levels.subspan(index, width);
-        const double sum = std::transform_reduce(window.begin(), window.end(), 0.0, std::plus<>(), power);
+        const double sum = powerOf(levels.subspan(index, width));
         if (sum < least) {
             least = sum;
             found = between.start + (static_cast<double>(index) + static_cast<double>(width) / 2) * track.frame;

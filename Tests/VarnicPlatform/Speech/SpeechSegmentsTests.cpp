@@ -114,7 +114,7 @@ TEST(SpeechSegments, audible_silenceAndNoise_areLeftOutWithAMargin) {
         std::vector<Range> parts;
     };
 
-    const std::vector<Range> heard = {{0, 3.7}, {9.3, 11.7}};
+    const std::vector<Range> heard = {{0, 3.76}, {9.24, 11.76}};
     const std::vector<Case> cases = {
         {trackOf(20, -100, {speech[0], speech[1], speech[2], {{15, 16}, -62}}), heard},
         {trackOf(20, -65, speech), heard},
@@ -125,8 +125,8 @@ TEST(SpeechSegments, audible_silenceAndNoise_areLeftOutWithAMargin) {
         const std::vector<Range> parts = SpeechSegments::audible(track, -20);
         ASSERT_EQ(parts.size(), expected.size()) << track.levels.front();
         for (std::size_t index = 0; index < parts.size(); ++index) {
-            EXPECT_NEAR(parts[index].start, expected[index].start, 0.061) << track.levels.front();
-            EXPECT_NEAR(parts[index].end, expected[index].end, 0.061) << track.levels.front();
+            EXPECT_NEAR(parts[index].start, expected[index].start, 1e-6) << track.levels.front();
+            EXPECT_NEAR(parts[index].end, expected[index].end, 1e-6) << track.levels.front();
         }
     }
 }
@@ -135,8 +135,8 @@ TEST(SpeechSegments, audible_faintVoiceOverNoise_isHeard) {
     const TrackLevels track = trackOf(20, -62, {{{0.2, 5}, -20}, {{6, 8}, -20}, {{12, 13}, -52}});
     const std::vector<Range> parts = SpeechSegments::audible(track, -20);
     ASSERT_EQ(parts.size(), 2U);
-    EXPECT_NEAR(parts[1].start, 11.3, 0.061);
-    EXPECT_NEAR(parts[1].end, 13.7, 0.061);
+    EXPECT_NEAR(parts[1].start, 11.28, 1e-6);
+    EXPECT_NEAR(parts[1].end, 13.72, 1e-6);
 }
 
 TEST(SpeechSegments, meanLevel_parts_isThatOfTheirPower) {

@@ -43,7 +43,7 @@ TEST(WordTimes, spread_overVoicedRuns_keepsPausesBetweenWords) {
 
 TEST(WordTimes, fit_wordsWithPauses_beginAndEndWithTheirVoice) {
     std::vector<TimedWord> words{{"early", 0, 1.5}, {"late", 1.5, 0.5}, {"within", 2, 0.2}, {"unheard", 2.6, 0.3},
-                                 {"over", 3, 1},    {"afar", 4.1, 1},   {"off", 6.2, 0.3}};
+                                 {"over", 3, 2},    {"afar", 5.1, 0.5}, {"off", 6.2, 0.3}};
     WordTimes::fit(words, {{1.2, 1.7}, {1.8, 2.5}, {3.1, 3.4}, {3.6, 4}, {6, 6.4}});
     const std::vector<TimedWord> fitted{{"early", 1.2, 0.3},   {"late", 1.5, 0.5}, {"within", 2, 0.5},
                                         {"unheard", 2.6, 0.3}, {"over", 3.1, 0.9}, {"afar", 6, 0.2},
