@@ -6,9 +6,11 @@
 #include "Varnic/Views/NotePage/CallPlayer.h"
 #include "VarnicCore/Audio/AudioMix.h"
 
+#include <QAbstractListModel>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QStringList>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -25,6 +27,17 @@ class NotePageTest : public testing::Test {
 protected:
     /// A page that has been left is deleted while there is an application.
     void TearDown() override { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
+    static Segment line(Speaker who, double from, double to, const char* words) { return {who, from, to, words}; }
+
+    /// What all rows show in a role.
+    static QStringList column(const QAbstractListModel& rows, int role) {
+        QStringList values;
+        for (int i = 0; i < rows.rowCount(); ++i) {
+            values << rows.data(rows.index(i), role).toString();
+        }
+        return values;
+    }
 
     /// Shows what the library has open.
     void open(Uuid id) {
