@@ -86,7 +86,7 @@ def main() -> None:
             copy(voice, member, deps / "recordings" / Path(member).name)
 
     detector = wheel(wheels, "silero_vad")
-    copy(detector, "silero_vad/data/silero_vad.onnx", deps / "share/varnic/vad/silero_vad.onnx")
+    copy(detector, "silero_vad/data/silero_vad_16k_op15.onnx", deps / "share/varnic/vad/silero_vad.onnx")
     copy(detector, "silero_vad-6.2.3.dist-info/licenses/LICENSE", deps / "share/varnic/vad/LICENSE")
 
     tagger = wheel(wheels, "denckring_en_pos")
