@@ -7,8 +7,15 @@
 
 namespace varnic::Clock {
 
+namespace {
+
+/// A note file may hold any number; seconds beyond this don't fit the whole numbers in which they are counted here.
+constexpr double longest = 9e18;
+
+} // namespace
+
 std::string stamp(double seconds) {
-    const auto whole = static_cast<long long>(std::floor(std::max(seconds, 0.0)));
+    const auto whole = static_cast<long long>(std::floor(std::clamp(seconds, 0.0, longest)));
     const auto hours = whole / 3600;
     const auto minutes = whole / 60 % 60;
     if (hours > 0) {
@@ -21,7 +28,7 @@ std::string length(double seconds) {
     if (seconds < 60) {
         return "under a minute";
     }
-    const long long minutes = std::llround(seconds / 60);
+    const long long minutes = std::llround(std::min(seconds, longest) / 60);
     if (minutes < 60) {
         return fmt::format("{} min", minutes);
     }

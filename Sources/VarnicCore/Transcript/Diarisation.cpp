@@ -53,11 +53,11 @@ std::vector<Segment> turns(const std::vector<Segment>& segments, double gap) {
 }
 
 std::vector<Activity> activity(const std::vector<Segment>& segments, double duration, int buckets) {
-    if (!(duration > 0) || buckets < 1) {
+    const double width = buckets < 1 ? 0 : duration / buckets;
+    if (!(width > 0)) { // also where a tiny duration leaves no width
         return {};
     }
     std::vector<Activity> slices(static_cast<std::size_t>(buckets));
-    const double width = duration / buckets;
     for (const Segment& segment : segments) {
         // Compared as doubles first: a time far outside the call does not fit an integer.
         const auto first = static_cast<int>(std::clamp(segment.start / width, 0.0, static_cast<double>(buckets)));

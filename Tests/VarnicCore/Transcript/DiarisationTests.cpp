@@ -76,6 +76,7 @@ TEST(Diarisation, activity_isTheSpokenFractionOfEachSlice) {
                 ElementsAre(Activity{1, 0}, Activity{0.5, 0.5}, Activity{0, 1}, Activity{0, 1}));
     EXPECT_TRUE(Diarisation::activity(lines, 8, 0).empty());
     EXPECT_TRUE(Diarisation::activity(lines, 0, 4).empty());
+    EXPECT_TRUE(Diarisation::activity({Segment(Speaker::you, 0, 1, "x")}, 5e-324, 4).empty());
     EXPECT_THAT(Diarisation::activity({}, 8, 2), ElementsAre(Activity{}, Activity{}));
 }
 
