@@ -52,6 +52,20 @@ std::vector<Segment> turns(const std::vector<Segment>& segments, double gap) {
     return result;
 }
 
+std::size_t placeIn(const Segment& turn, const std::vector<Segment>& segments, double time) {
+    std::size_t place = 0;
+    auto said = std::ranges::find(segments, turn.id, &Segment::id);
+    while (said != segments.end()) {
+        const std::size_t next = place + said->text.size() + 1; // with the blank between two
+        ++said;
+        if (next >= turn.text.size() || said == segments.end() || said->start > time) {
+            break;
+        }
+        place = next;
+    }
+    return place;
+}
+
 std::vector<Activity> activity(const std::vector<Segment>& segments, double duration, int buckets) {
     const double width = buckets < 1 ? 0 : duration / buckets;
     if (!(width > 0)) { // also where a tiny duration leaves no width

@@ -2,6 +2,7 @@
 
 #include "VarnicCore/Models/Segment.h"
 
+#include <cstddef>
 #include <vector>
 
 /// The two sides of a call as one transcript, and views of it. Times in seconds. Pure.
@@ -23,6 +24,10 @@ inline constexpr double turnAfterglow = 0.5;
 
 /// Neighbouring lines of one speaker, no more than `gap` seconds apart, as one. Keeps the order and the first id.
 std::vector<Segment> turns(const std::vector<Segment>& segments, double gap);
+
+/// How many bytes of a turn's text come before what is being said at a moment. `turn` is one of those that `turns` made
+/// of `segments`.
+std::size_t placeIn(const Segment& turn, const std::vector<Segment>& segments, double time);
 
 /// How much each side speaks in one slice of a call, each 0 to 1.
 struct Activity {

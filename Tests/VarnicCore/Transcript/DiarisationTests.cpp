@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace varnic {
@@ -66,6 +67,19 @@ TEST(Diarisation, turns_joinsOneSpeakersNeighbouringLines) {
     EXPECT_EQ(turns[0].end, 5);
     EXPECT_EQ(turns[3].end, 9);
     EXPECT_TRUE(Diarisation::turns({}, 2).empty());
+}
+
+TEST(Diarisation, placeIn_isBeforeTheLineThatIsSaid) {
+    const std::vector<Segment> lines{you(0, 2, "So."), you(4, 5, "Then."), you(5, 6, "Soon."), you(8.5, 9, "Late."),
+                                     them(9, 10, "Yes.")};
+    const auto turns = Diarisation::turns(lines, 2);
+    ASSERT_THAT(texts(turns), ElementsAre("you: So. Then. Soon.", "you: Late.", "them: Yes."));
+    for (const auto& [turn, time, words] :
+         {std::tuple(0U, -1.0, "So. Then. Soon."), std::tuple(0U, 3.9, "So. Then. Soon."),
+          std::tuple(0U, 4.0, "Then. Soon."), std::tuple(0U, 60.0, "Soon."), std::tuple(1U, 60.0, "Late."),
+          std::tuple(2U, 9.0, "Yes.")}) {
+        EXPECT_EQ(turns[turn].text.substr(Diarisation::placeIn(turns[turn], lines, time)), words) << time;
+    }
 }
 
 TEST(Diarisation, activity_isTheSpokenFractionOfEachSlice) {

@@ -61,19 +61,8 @@ QString CallInk::wordsAt(double time) const {
     if (turn == nullptr) {
         return {};
     }
-    const std::string words = turn->text.substr(placeAt(time, *turn));
+    const std::string words = turn->text.substr(Diarisation::placeIn(*turn, *segments_, time));
     return QString::fromStdString(words.substr(0, words.find(' ', std::min(enough, words.size()))));
-}
-
-/// How many bytes of a turn's text come before what is being said.
-std::size_t CallInk::placeAt(double time, const Segment& turn) const {
-    std::size_t place = 0;
-    auto said = std::ranges::find(*segments_, turn.id, &Segment::id);
-    for (auto next = said; ++next != segments_->end() && next->speaker == turn.speaker && next->start <= time;) {
-        place += said->text.size() + 1; // with the blank between two
-        said = next;
-    }
-    return std::min(place, turn.text.size());
 }
 
 bool CallInk::isYoursAt(double time) const {

@@ -7,7 +7,6 @@
 #include <QString>
 #include <QtQmlIntegration>
 
-#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -47,7 +46,6 @@ public:
 
 private:
     [[nodiscard]] const Segment* turnAt(double time) const;
-    [[nodiscard]] std::size_t placeAt(double time, const Segment& turn) const;
 
     double duration_ = 0;
     std::shared_ptr<const std::vector<Segment>> segments_;

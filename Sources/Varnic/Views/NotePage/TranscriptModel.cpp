@@ -34,28 +34,14 @@ void TranscriptModel::componentComplete() {
 
 void TranscriptModel::readTurns() {
     turns_.clear();
+    lines_.clear();
     if (const auto& call = note_->note().call; call && note_->app() != nullptr) {
         const std::string yours = note_->name(Speaker::you);
         const std::string theirs = note_->name(Speaker::them);
-        for (Segment& turn : Diarisation::turns(call->segments, Diarisation::turnGap)) {
-            turns_.push_back({.row = {.id = turn.id,
-                                      .speaker = turn.speaker,
-                                      .name = turn.speaker == Speaker::you ? yours : theirs,
-                                      .start = turn.start,
-                                      .end = turn.end,
-                                      .text = std::move(turn.text)},
-                              .folded = {},
-                              .passages = {}});
-        }
-        auto turn = turns_.begin();
-        std::size_t place = 0;
-        for (const Segment& said : call->segments) {
-            if (const auto next = std::next(turn); next != turns_.end() && next->row.id == said.id) {
-                turn = next;
-                place = 0;
-            }
-            turn->passages.push_back({said.start, place});
-            place += said.text.size() + 1; // with the blank between two
+        lines_ = call->segments;
+        for (Segment& turn : Diarisation::turns(lines_, Diarisation::turnGap)) {
+            const std::string& speaker = turn.speaker == Speaker::you ? yours : theirs;
+            turns_.push_back({.row = {std::move(turn), speaker}, .folded = {}});
         }
     }
     show();
@@ -117,9 +103,8 @@ double TranscriptModel::partAt(double time, int row) const {
     if (row < 0) {
         return 0;
     }
-    const Turn& turn = turnOf(row);
-    const auto next = std::ranges::upper_bound(turn.passages, time + tolerance, {}, &Passage::start);
-    return next == turn.passages.begin() ? 0 : part(std::prev(next)->place, turn.row.text);
+    const Segment& turn = turnOf(row).row;
+    return part(Diarisation::placeIn(turn, lines_, time + tolerance), turn.text);
 }
 
 double TranscriptModel::foundPart(int row) const {
@@ -173,20 +158,20 @@ QVariant TranscriptModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
     }
-    const TurnRow& turn = rows()[static_cast<std::size_t>(index.row())];
+    const TurnRow& row = rows()[static_cast<std::size_t>(index.row())];
     switch (role) {
     case isYou:
-        return turn.speaker == Speaker::you;
+        return row.speaker == Speaker::you;
     case name:
-        return QString::fromStdString(turn.name);
+        return QString::fromStdString(row.name);
     case start:
-        return turn.start;
+        return row.start;
     case stamp:
-        return QString::fromStdString(Clock::stamp(turn.start));
+        return QString::fromStdString(Clock::stamp(row.start));
     case words:
-        return QString::fromStdString(turn.text);
+        return QString::fromStdString(row.text);
     case isCurrent:
-        return turn.isCurrent;
+        return row.isCurrent;
     default:
         return {};
     }

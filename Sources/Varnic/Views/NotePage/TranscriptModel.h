@@ -8,14 +8,9 @@
 namespace varnic {
 
 /// One turn of a transcript as it is shown.
-struct TurnRow {
-    Uuid id;
-    Speaker speaker = Speaker::you;
+struct TurnRow : Segment {
+    /// The speaker's.
     std::string name;
-    /// Seconds into the call.
-    double start = 0;
-    double end = 0;
-    std::string text;
     /// The player is in this turn.
     bool isCurrent = false;
 
@@ -94,18 +89,9 @@ Q_SIGNALS:
     void found();
 
 private:
-    /// Words of a turn that were said in one go.
-    struct Passage {
-        /// Seconds into the call.
-        double start = 0;
-        /// Bytes of the turn's text before it.
-        std::size_t place = 0;
-    };
-
     struct Turn {
         TurnRow row;
         std::string folded;
-        std::vector<Passage> passages;
     };
 
     void readTurns();
@@ -123,6 +109,8 @@ private:
     double followedPart_ = 0;
     /// All turns of the call.
     std::vector<Turn> turns_;
+    /// The lines of which they are made.
+    std::vector<Segment> lines_;
     std::vector<QPropertyNotifier> watchers_;
 };
 
