@@ -90,7 +90,9 @@ std::string AnthropicSummariser::answer(std::string_view body) const {
     if (reason == "max_tokens") {
         throw AIError::truncated();
     }
-    return textOf(json.value("content", Json::array()));
+    // Looked at in place: to copy what is nested a million times overflows the stack.
+    const auto content = json.find("content");
+    return content == json.end() ? std::string() : textOf(*content);
 }
 
 } // namespace varnic

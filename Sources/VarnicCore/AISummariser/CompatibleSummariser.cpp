@@ -71,7 +71,9 @@ std::string CompatibleSummariser::answer(std::string_view body) const {
         !json[content].is_string()) {
         throw AIError::badResponse("no message");
     }
-    if (json["choices"][0].value("finish_reason", Json()) == "length") {
+    // Looked at in place: to copy what is nested a million times overflows the stack.
+    const Json& choice = json["choices"][0];
+    if (const auto reason = choice.find("finish_reason"); reason != choice.end() && *reason == "length") {
         throw AIError::truncated();
     }
     return json[content].get<std::string>();
