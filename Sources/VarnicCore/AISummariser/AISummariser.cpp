@@ -65,6 +65,11 @@ CallDigest without(std::string_view key, CallDigest digest) {
     return digest;
 }
 
+/// Whether the sentence repeats what the provider said. In one of ours, the key may be a word such as "key".
+bool quotes(const AIError& error) {
+    return error.kind() == AIError::Kind::server || error.kind() == AIError::Kind::refused;
+}
+
 /// The beginning of what a provider said, which may be a page and more.
 std::string beginning(const std::string& text) {
     constexpr int mostLines = 4;
@@ -100,6 +105,9 @@ CallDigest AISummariser::digest(const std::vector<Segment>& segments, const Dige
         const std::string fallback = TitleSuggester::title(segments, named, region);
         return without(keyIn(asked), AIPrompt::parse(text, displayName(), fallback, now));
     } catch (const AIError& error) {
+        if (!quotes(error)) {
+            throw;
+        }
         // The sentence, since in the body the key may be spelt in escapes.
         throw error.saying(beginning(without(keyIn(asked), error.what())));
     }

@@ -1,7 +1,9 @@
 #include "HTTP/BoundPort.h"
 #include "HTTP/LocalServer.h"
+#include "VarnicCore/AISummariser/AIError.h"
 #include "VarnicCore/AISummariser/AnthropicSummariser.h"
 #include "VarnicCore/AISummariser/CompatibleSummariser.h"
+#include "VarnicCore/AISummariser/FixedTransport.h"
 #include "VarnicCore/AISummariser/URLSessionTransport.h"
 
 #include <gmock/gmock.h>
@@ -11,6 +13,9 @@
 #include <chrono>
 #include <cstdlib>
 #include <functional>
+#include <memory>
+#include <string>
+#include <utility>
 
 namespace varnic {
 namespace {
@@ -156,6 +161,31 @@ TEST_F(Provider, digest_ofEveryFailure_givesItsSentence) {
     for (const FailureCase& row : cases) {
         EXPECT_EQ(failureOf(anthropic(row.scenario)), row.anthropic) << row.scenario;
         EXPECT_EQ(failureOf(compatible(row.scenario)), row.compatible) << row.scenario;
+    }
+}
+
+std::shared_ptr<FixedTransport> answering(int status, std::string body) {
+    return std::make_shared<FixedTransport>(HTTPResponse{.status = status, .body = std::move(body)});
+}
+
+TEST(Answer, digest_ofWhatIsNestedAMillionTimes_givesItsSentence) {
+    constexpr std::size_t depth = 1'000'000;
+    const std::string deep = std::string(depth, '[') + std::string(depth, ']');
+    const AnthropicSummariser claude("claude", key, answering(200, R"({"content": )" + deep + "}"));
+    const CompatibleSummariser small(
+        "http://localhost/v1", "small", key,
+        answering(200, R"({"choices": [{"message": {"content": "{}"}, "finish_reason": )" + deep + "}]}"));
+    EXPECT_EQ(failureOf(claude), "The provider’s answer couldn’t be read (not the JSON Varnic asked for).");
+    EXPECT_EQ(failureOf(small), "The provider’s answer couldn’t be read (empty summary).");
+}
+
+TEST(Answer, digest_whereTheKeyIsAWordOfOurSentence_keepsTheSentence) {
+    const CompatibleSummariser small("http://localhost/v1", "small", "key", answering(401, ""));
+    try {
+        static_cast<void>(small.digest(segments, context, {}));
+        FAIL() << "no error";
+    } catch (const AIError& error) {
+        EXPECT_STREQ(error.what(), "The provider didn’t accept your API key.");
     }
 }
 
