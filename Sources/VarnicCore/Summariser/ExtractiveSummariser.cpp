@@ -134,18 +134,29 @@ bool namesANumber(std::string_view text, std::string_view folded) {
     return Unicode::any(text, Unicode::isNumber) || numberWord.isIn(Unicode::utf16(folded));
 }
 
+/// What speaks for a sentence or against it, besides the weight of its words.
+struct Hints {
+    bool matters = false;
+    bool holdsNumber = false;
+    bool asks = false;
+};
+
 /// What the words of English tell about a sentence; nothing for a greeting.
-std::optional<double> wordScore(const Candidate& candidate) {
+std::optional<Hints> wordHints(const Candidate& candidate) {
     const std::string folded = TextKit::fold(candidate.text);
     if (candidate.wordCount < 14 && containsAny(folded, greetings)) {
         return std::nullopt;
     }
-    return (containsAny(folded, cues) ? 0.45 : 0) + (namesANumber(candidate.text, folded) ? 0.2 : 0);
+    return Hints{.matters = containsAny(folded, cues),
+                 .holdsNumber = namesANumber(candidate.text, folded),
+                 .asks = candidate.text.ends_with('?')};
 }
 
 /// What the signs in a sentence tell in any language.
-double signScore(const Candidate& candidate) {
-    return (namesAnAmount(candidate.text) ? 0.45 : 0) + (Unicode::any(candidate.text, Unicode::isNumber) ? 0.2 : 0);
+Hints signHints(const Candidate& candidate) {
+    return {.matters = namesAnAmount(candidate.text),
+            .holdsNumber = Unicode::any(candidate.text, Unicode::isNumber),
+            .asks = asks(candidate.text)};
 }
 
 double scoreOf(const Candidate& candidate, const Frequencies& frequencies, double top, bool isEnglish) {
@@ -153,8 +164,8 @@ double scoreOf(const Candidate& candidate, const Frequencies& frequencies, doubl
     if (n < 5 || candidate.content.empty()) {
         return -1;
     }
-    const std::optional<double> told = isEnglish ? wordScore(candidate) : signScore(candidate);
-    if (!told) {
+    const std::optional<Hints> hints = isEnglish ? wordHints(candidate) : signHints(candidate);
+    if (!hints) {
         return -1;
     }
     double score = 0;
@@ -163,8 +174,10 @@ double scoreOf(const Candidate& candidate, const Frequencies& frequencies, doubl
     }
     score /= std::sqrt(static_cast<double>(n));
     score += 0.05 * static_cast<double>(distinct(candidate.content).size());
-    score += *told;
-    score -= asks(candidate.text) ? 0.25 : 0;
+    // One after the other, since the order of additions decides between scores that are equal but for rounding.
+    score += hints->matters ? 0.45 : 0;
+    score += hints->holdsNumber ? 0.2 : 0;
+    score -= hints->asks ? 0.25 : 0;
     score -= n > 45 ? 0.3 : 0;
     return score;
 }

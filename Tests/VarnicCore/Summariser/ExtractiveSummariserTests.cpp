@@ -89,6 +89,19 @@ TEST(ExtractiveSummariser, keySentences_equalScores_keepSpokenOrder) {
                 ElementsAre("They a0x and b0x then c0x with d0x.", "They a1x and b1x then c1x with d1x."));
 }
 
+TEST(ExtractiveSummariser, keySentences_scoresEqualButForRounding_areAddedUpInOrder) {
+    // Without rounding, 1/5 + 0.05 + 0.45 + 0.2 and 3/4 + 0.15.
+    const std::string first = "The budget is 7, and it is what it was and will be for all of us, as it is what we have "
+                              "and had.";
+    const std::string second = "The gardener will be with us in the orchard, for he was up on the ladder.";
+    EXPECT_THAT(keySentences(first + " " + second, {}, 1), ElementsAre(second));
+}
+
+TEST(ExtractiveSummariser, keySentences_ofEnglish_knowOneQuestionMark) {
+    EXPECT_THAT(keySentences("The gardener climbed that ladder？ The farmer walked into orchards.", {}, 1),
+                ElementsAre("The gardener climbed that ladder？."));
+}
+
 TEST(ExtractiveSummariser, keySentences_sayNothingTwice) {
     const std::string one = "The customer wants the contract, the invoice and the roadmap printed.";
     const std::string two = "The customer wants the contract, the invoice and the roadmap printed tomorrow!";
