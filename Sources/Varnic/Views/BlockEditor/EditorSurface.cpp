@@ -343,13 +343,15 @@ void EditorSurface::scrollBy(qreal distance) {
 }
 
 void EditorSurface::revealCaret() {
+    if (!isInUse_ || QGuiApplication::mouseButtons() != Qt::NoButton) {
+        return; // what is under the pointer stays there
+    }
+    // A list that is scrolled before it has laid out that rows have gone shows none of those that are left.
+    QMetaObject::invokeMethod(list_, "forceLayout");
     const bool isWide = selection_.isActive();
     const BlockField* const field = find(isWide ? FieldKey{.block = selection_.head().block} : focused_);
-    if (field == nullptr || !isInUse_) {
+    if (field == nullptr) {
         return;
-    }
-    if (QGuiApplication::mouseButtons() != Qt::NoButton) {
-        return; // what is under the pointer stays there
     }
     const QRectF caret = field->caretArea(isWide ? selection_.head().position : field->caret());
     if (caret.top() < revealMargin) {

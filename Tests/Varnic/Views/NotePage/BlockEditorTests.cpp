@@ -519,6 +519,19 @@ TEST_F(BlockEditorTest, scrolling_leaves_the_caret_behind) {
     EXPECT_EQ(place(), 0) << "with the title";
 }
 
+TEST_F(BlockEditorTest, what_a_long_deletion_leaves_is_shown) {
+    constexpr int many = 150;
+    start(lines(many));
+    press("<Down><Down><C-S-End>");
+    view.grabWindow(); // lays the end out
+    press("<Delete>");
+    const std::vector<Block> left = model->note(id)->blocks;
+    ASSERT_EQ(left.size(), 3U);
+    for (const Block& block : left) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return field(block.id, 0) != nullptr; })) << block.text;
+    }
+}
+
 TEST_F(BlockEditorTest, rows_out_of_sight_are_not_made) {
     std::vector<Block> blocks(2000, Block{.text = "one"});
     for (Block& block : blocks) {
