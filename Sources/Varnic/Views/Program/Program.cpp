@@ -63,7 +63,9 @@ Program::Program(AppPlaces places)
       signals_([this] { delegate_.terminate(AppDelegate::Occasion::system); }) {
     fillInDesktop();
     fillInHooks();
-    delegate_.notifications().isWindowInFront = [this] { return window_.isInFront(); };
+    delegate_.notifications().isWindowInFront = [this] {
+        return window_.isInFront() || (settings_ && settings_->isActive()); // both show the toast
+    };
     makePill();
     connect(&window_.window(), &QWindow::visibleChanged, this, [this](bool isVisible) {
         wasShown_ = wasShown_ || isVisible;
