@@ -30,7 +30,7 @@ struct Request {
     /// The right to come to the front, which the program that was clicked hands on; may be empty.
     std::string activationToken;
     /// As it was given, right or wrong; see NoteAddress.
-    std::string address = {};
+    std::string address;
 
     bool operator==(const Request&) const = default;
 };

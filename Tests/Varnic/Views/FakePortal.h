@@ -23,13 +23,13 @@ public:
     /// What a program sees where no portal has an opinion.
     Q_INVOKABLE static void setApplicationPalette(bool dark);
 
+    // NOLINTBEGIN(readability-identifier-naming): the portal's names
 public Q_SLOTS:
-    [[nodiscard]] QMap<QString, QVariantMap>
-    ReadAll(const QStringList& spaces) const; // NOLINT(readability-identifier-naming)
+    [[nodiscard]] QMap<QString, QVariantMap> ReadAll(const QStringList& spaces) const;
 
 Q_SIGNALS:
-    void SettingChanged(const QString& space, const QString& key,
-                        const QDBusVariant& value); // NOLINT(readability-identifier-naming)
+    void SettingChanged(const QString& space, const QString& key, const QDBusVariant& value);
+    // NOLINTEND(readability-identifier-naming)
 
 private:
     QDBusConnection bus_;

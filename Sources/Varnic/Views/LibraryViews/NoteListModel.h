@@ -98,7 +98,7 @@ private:
     AppModel* model_ = nullptr;
     LibrarySection section_ = LibrarySection::all;
     int currentRow_ = -1;
-    std::chrono::local_days today_{};
+    std::chrono::local_days today_;
     std::map<Uuid, DateText> dates_;
     QTimer calendar_;
     std::vector<QPropertyNotifier> watchers_;
