@@ -29,6 +29,9 @@ ListRow {
     Accessible.description: due
     Accessible.ignored: isHeader || !isInView
     Accessible.name: text
+    LayoutMirroring.childrenInherit: true
+    // As in the note.
+    LayoutMirroring.enabled: words.effectiveHorizontalAlignment === Text.AlignRight
     implicitHeight: isHeader ? header.implicitHeight + 8 : content.implicitHeight + 8
 
     Accessible.onPressAction: choose()
@@ -94,6 +97,8 @@ ListRow {
         visible: !row.isHeader && row.isInView
 
         Text {
+            id: words
+
             Accessible.ignored: true
             color: Theme.Palette.ink
             font: Theme.Typo.ui
