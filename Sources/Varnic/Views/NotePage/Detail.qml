@@ -27,14 +27,14 @@ FocusScope {
         }
     }
 
-    /// A page of its own for each note, so that nothing of one is left on the next. It doesn't take the keyboard over from
-    /// the one before: an import or the end of a recording opens its note while another is being typed in.
+    /// A page of its own for each note, so that nothing of one is left on the next.
     Repeater {
         model: shown.notes
 
         NotePage {
             required property string modelData
 
+            focus: true
             height: detail.height
             noteId: modelData
             width: detail.width

@@ -99,6 +99,7 @@ FocusScope {
                     id: titleField
 
                     bottomPadding: theNote.isCall ? Theme.Space.m : Theme.Space.l
+                    focus: true
                     note: theNote
                     width: parent.width
                 }
