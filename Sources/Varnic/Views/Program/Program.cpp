@@ -63,9 +63,7 @@ Program::Program(AppPlaces places)
       signals_([this] { delegate_.terminate(AppDelegate::Occasion::system); }) {
     fillInDesktop();
     fillInHooks();
-    delegate_.notifications().isWindowInFront = [this] {
-        return window_.isInFront() || (settings_ && settings_->isActive()); // both show the toast
-    };
+    delegate_.notifications().isWindowInFront = [this] { return window_.isInFront(); };
     makePill();
     connect(&window_.window(), &QWindow::visibleChanged, this, [this](bool isVisible) {
         wasShown_ = wasShown_ || isVisible;
