@@ -272,10 +272,11 @@ class WholeCall(RecordTest):
         self.check_notes(self.record_call(with_echo=True), {"live": 0.18, "afterwards": 0.18})
 
     def test_what_you_say_over_the_loudspeakers_is_in_the_note_as_it_was_said(self):
-        theirs = [line for line in self.lines if line["speaker"] == "them"]
-        yours = [line for line in self.lines if line["speaker"] == "you" and " the " in line["text"]][1:4]
+        # Which words are misheard where both speak is chance; in too few of them a single one fails the test.
+        theirs = 2 * [line for line in self.lines if line["speaker"] == "them"]
+        yours = [line for line in self.lines if line["speaker"] == "you"]
         mixes = {"them.wav": "".join(f"[{i}]" for i in range(len(theirs))) + f"concat={len(theirs)}:v=0:a=1",
-                 "you.wav": "".join(f"[{i}]adelay={11000 + 5000 * i}[d{i}];" for i in range(len(yours)))
+                 "you.wav": "".join(f"[{i}]adelay={11000 + 7000 * i}[d{i}];" for i in range(len(yours)))
                  + "".join(f"[d{i}]" for i in range(len(yours))) + f"amix={len(yours)}:normalize=0"}
         for (name, mix), lines in zip(mixes.items(), (theirs, yours)):
             subprocess.run(["ffmpeg", "-v", "error", *(word for line in lines for word in ("-i", line["file"])),
