@@ -27,17 +27,24 @@ FocusScope {
         }
     }
 
-    /// A page of its own for each note, so that nothing of one is left on the next.
+    /// A page of its own for each note, so that nothing of one is left on the next. What is typed while an import or the
+    /// end of a recording opens its note does not go on in that note's title: the keyboard goes back to where it was before.
     Repeater {
         model: shown.notes
 
         NotePage {
             required property string modelData
 
-            focus: true
             height: detail.height
             noteId: modelData
             width: detail.width
+
+            Component.onCompleted: {
+                if (detail.activeFocus) {
+                    detail.focus = false;
+                }
+                focus = true;
+            }
         }
     }
 

@@ -107,6 +107,20 @@ TEST_F(NotePageTest, return_in_the_title_goes_to_the_first_block_and_breaks_no_l
     EXPECT_EQ(focused(), model->note(id)->blocks.front().id.text());
 }
 
+TEST_F(NotePageTest, typing_does_not_go_on_in_the_title_of_a_note_that_comes_up_by_itself) {
+    const Uuid typed = addNote("Plan");
+    const Uuid call = addCall({line(Speaker::them, 0, 1, "Hello.")});
+    model->focusBlock = std::nullopt; // a new note asks for it
+    open(typed);
+    find<QQuickItem>("title")->forceActiveFocus();
+    type("a");
+    ASSERT_NE(model->note(typed)->title, "Plan");
+    open(call);
+    QCoreApplication::processEvents();
+    type("b");
+    EXPECT_EQ(model->note(call)->title, "Call");
+}
+
 TEST_F(NotePageTest, a_page_that_is_longer_than_its_window_opens_at_its_top) {
     const Uuid first = addCall({Segment(Speaker::you, 0, 1, "Hello.")});
     const Uuid second = addCall({Segment(Speaker::them, 0, 1, "Goodbye.")});
