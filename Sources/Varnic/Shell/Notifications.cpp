@@ -49,7 +49,7 @@ std::set<Uuid> keysOf(const std::map<Uuid, ProcessingStage>& stages) {
 Notifications::Notifications(AppModel& model, QObject* parent) : QObject(parent), model_(model) {
     processingWatcher_ = model.processing.addNotifier([this] { onProcessingChanged(); });
     toastWatcher_ = model.toast.addNotifier([this] {
-        if (const auto& toast = model_.toast.value(); toast && toast->symbol == warningSymbol) {
+        if (const auto& toast = model_.toast.value(); toast && toast->symbol == warningSymbol && !isToastInSight()) {
             post(Wording::shown(toast->text), std::nullopt, true);
         }
     });

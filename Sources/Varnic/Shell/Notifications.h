@@ -22,6 +22,8 @@ public:
     explicit Notifications(AppModel& model, QObject* parent = nullptr);
 
     std::function<bool()> isWindowInFront = [] { return true; };
+    /// Whether a window in front shows the toasts: not only the main one does.
+    std::function<bool()> isToastInSight = [] { return true; };
 
 private Q_SLOTS:
     void onActivationToken(uint notification, const QString& token);

@@ -22,6 +22,7 @@ class NotificationsTest : public ShellTest {
 protected:
     NotificationsTest() {
         notifications.isWindowInFront = [this] { return isInFront; };
+        notifications.isToastInSight = [this] { return isInFront || areSettingsInFront; };
         model->desktop.activate = [this] { ++activations; };
         // It serves once it answers.
         EXPECT_TRUE(waitUntil([] { return runProgram({"dunstctl", "is-paused"}) == 0; }));
@@ -56,6 +57,7 @@ protected:
     ChildProgram server{{"sh", "-c", R"(exec dunst -conf /dev/null -print >"$0")", output}};
     std::string shown;
     bool isInFront = false;
+    bool areSettingsInFront = false;
     int activations = 0;
     Notifications notifications{*model};
 };
@@ -86,14 +88,19 @@ TEST_F(NotificationsTest, onlyWarningsAreTold_andOnlyUnseen) {
     isInFront = true;
     model->flash({.text = "Seen in the window", .symbol = "exclamationmark.triangle"});
     isInFront = false;
+    areSettingsInFront = true;
+    model->flash({.text = "Seen in the settings", .symbol = "exclamationmark.triangle"});
+    areSettingsInFront = false;
     model->flash({.text = "Email copied", .symbol = "doc.on.doc"});
     model->flash({.text = "Recording stopped — the disk is full", .symbol = "exclamationmark.triangle"});
     ASSERT_TRUE(comesToShow("Recording stopped — the disk is full"));
     EXPECT_EQ(shown.find("Seen in the window"), std::string::npos);
+    EXPECT_EQ(shown.find("Seen in the settings"), std::string::npos);
     EXPECT_EQ(shown.find("Email copied"), std::string::npos);
 }
 
 TEST_F(NotificationsTest, warningWhileRecording_isTold) {
+    areSettingsInFront = true; // they don't show it
     ASSERT_NO_FATAL_FAILURE(record());
     model->recorder().diskSpace = [](const std::filesystem::path&) { return RecordingHealth::lowDisk - 1; };
     ASSERT_TRUE(waitUntil([this] { return model->recorder().warning().has_value(); }));

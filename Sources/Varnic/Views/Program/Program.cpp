@@ -64,6 +64,9 @@ Program::Program(AppPlaces places)
     fillInDesktop();
     fillInHooks();
     delegate_.notifications().isWindowInFront = [this] { return window_.isInFront(); };
+    delegate_.notifications().isToastInSight = [this] {
+        return window_.isInFront() || (settings_ && settings_->isActive());
+    };
     makePill();
     connect(&window_.window(), &QWindow::visibleChanged, this, [this](bool isVisible) {
         wasShown_ = wasShown_ || isVisible;
