@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Varnic.BlockEditor
 import Varnic.Theme as Theme
 
@@ -12,6 +13,8 @@ Item {
 
     required property string blockId
     required property tableWords cells
+    /// Pixels: room for a word.
+    readonly property real leastColumn: 72
     required property EditorSurface surface
 
     signal addColumnWanted
@@ -64,35 +67,57 @@ Item {
             visible: (cellItems.count > 0 && (cellItems.itemAt(0) as TableCell)?.isCovered) ?? false
         }
 
-        GridLayout {
-            id: grid
+        // For tables of many columns.
+        Flickable {
+            id: sideways
 
-            readonly property real headHeight: cellItems.count > 0 ? cellItems.itemAt(0).height : 0
+            /// Scrolls as little as shows the whole cell.
+            function reveal(cell: Item) {
+                contentX = Math.max(Math.min(contentX, cell.x), cell.x + cell.width - width);
+            }
 
-            columnSpacing: 0
-            columns: Math.max(1, theCells.columns)
-            rowSpacing: 0
-            width: parent.width
+            T.ScrollBar.horizontal: Theme.ThinScrollBar {
+            }
+            anchors.fill: parent
+            boundsBehavior: Flickable.StopAtBounds
+            clip: contentWidth > width
+            contentWidth: grid.width
+            contentX: LayoutMirroring.enabled ? contentWidth - width : 0
+            flickableDirection: Flickable.HorizontalFlick
+            interactive: contentWidth > width
+            objectName: "sideways"
 
-            Repeater {
-                id: cellItems
+            GridLayout {
+                id: grid
 
-                model: TableCells {
-                    id: theCells
+                readonly property real headHeight: cellItems.count > 0 ? cellItems.itemAt(0).height : 0
 
-                    table: block.cells
-                }
+                columnSpacing: 0
+                columns: Math.max(1, theCells.columns)
+                rowSpacing: 0
+                width: Math.max(sideways.width, columns * block.leastColumn)
 
-                TableCell {
-                    Layout.fillHeight: true
-                    Layout.fillWidth: true
-                    Layout.preferredWidth: 1
-                    blockId: block.blockId
-                    column: index % grid.columns
-                    surface: block.surface
-                    tableRow: index / grid.columns
+                Repeater {
+                    id: cellItems
 
-                    onOptionsWanted: block.showOptions(this, column, tableRow)
+                    model: TableCells {
+                        id: theCells
+
+                        table: block.cells
+                    }
+
+                    TableCell {
+                        Layout.fillHeight: true
+                        Layout.fillWidth: true
+                        Layout.preferredWidth: 1
+                        blockId: block.blockId
+                        column: index % grid.columns
+                        surface: block.surface
+                        tableRow: index / grid.columns
+
+                        onEntered: sideways.reveal(this)
+                        onOptionsWanted: block.showOptions(this, column, tableRow)
+                    }
                 }
             }
         }

@@ -14,6 +14,8 @@ Item {
     required property int tableRow
     required property string words
 
+    /// The keyboard came to it.
+    signal entered
     signal optionsWanted
 
     implicitHeight: line.implicitHeight + 12
@@ -51,6 +53,11 @@ Item {
             if (Theme.MenuKey.isPressed(event)) {
                 cell.optionsWanted();
                 event.accepted = true;
+            }
+        }
+        onActiveFocusChanged: {
+            if (activeFocus) {
+                cell.entered();
             }
         }
     }

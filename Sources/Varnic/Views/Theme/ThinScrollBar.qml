@@ -2,11 +2,12 @@ import QtQuick
 import QtQuick.Templates as T
 import Varnic.Theme as Theme
 
-/// A thin bar at the side of what scrolls, seen while it is used.
+/// A thin bar at an edge of what scrolls, seen while it is used.
 T.ScrollBar {
     id: bar
 
     Accessible.ignored: true
+    implicitHeight: 8
     implicitWidth: 8
     minimumSize: 0.08
     padding: 1

@@ -456,6 +456,90 @@ TEST_F(BlockEditorTest, the_buttons_of_a_table_leave_the_caret_in_its_cell) {
     EXPECT_EQ(now(), "|a,b;cc!?^c,d;,");
 }
 
+/// A table of more columns than the page has room for.
+class WideTable : public BlockEditorTest {
+protected:
+    static constexpr int columns = 16;
+
+    void SetUp() override {
+        ASSERT_NO_FATAL_FAILURE(openTableOf("word"));
+        place(model->note(id)->blocks.front().id, 0, 0);
+        ASSERT_EQ(scrolled(), 0);
+    }
+
+    void openTableOf(const char* word) {
+        const std::vector<std::string> row(columns, word);
+        id = addNote("Plan", {Block::table({row, row}), Block{.text = std::string(20'000, 'x')}});
+        open(id);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !model->focusBlock.value(); }));
+    }
+
+    qreal scrolled() { return find<QQuickItem>("sideways")->property("contentX").toReal(); }
+
+    /// Whether all of a cell's text is in sight.
+    bool isSeen(const QQuickItem& text) {
+        auto* const table = find<QQuickItem>("sideways");
+        return table->boundingRect().contains(text.mapRectToItem(table, text.boundingRect()));
+    }
+
+    /// A place in the cell of the caret, before its words.
+    QPoint caretCell() {
+        return view.activeFocusItem()->mapToScene(QPointF(2, view.activeFocusItem()->height() / 2)).toPoint();
+    }
+
+    /// Over the cell of the caret, in eighths of a degree.
+    void wheel(QPoint angle) {
+        QWheelEvent event(caretCell(), view.mapToGlobal(caretCell()), {}, angle, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&view, &event);
+    }
+};
+
+TEST_F(WideTable, is_scrolled_to_the_cell_of_the_caret) {
+    EXPECT_GE(view.activeFocusItem()->width(), 50);
+    for (int i = 1; i < columns; ++i) {
+        press("<Tab>");
+    }
+    EXPECT_EQ(view.activeFocusItem()->property("part"), columns - 1);
+    EXPECT_GT(scrolled(), 0);
+    EXPECT_TRUE(isSeen(*view.activeFocusItem()));
+    press("<Tab>");
+    EXPECT_EQ(scrolled(), 0);
+    EXPECT_TRUE(isSeen(*view.activeFocusItem()));
+}
+
+TEST_F(WideTable, begins_at_the_right_where_its_words_do) {
+    openTableOf("מילה");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return scrolled() > 0; }));
+    QQuickItem* first = nullptr;
+    visitShown(find<QQuickItem>("sideways"), [&](QQuickItem* item) {
+        first = item->property("part") == 0 && item->inherits("QQuickTextEdit") ? item : first;
+    });
+    ASSERT_NE(first, nullptr);
+    EXPECT_TRUE(isSeen(*first));
+}
+
+TEST_F(WideTable, text_is_selected_with_the_mouse) {
+    const QPoint from = caretCell();
+    QTest::mousePress(&view, Qt::LeftButton, {}, from);
+    for (int x = 0; x <= 40; x += 8) {
+        QTest::mouseMove(&view, from + QPoint(x, 0));
+    }
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, from + QPoint(40, 0));
+    EXPECT_EQ(view.activeFocusItem()->property("selectedText").toString().toStdString(), "word");
+    EXPECT_EQ(scrolled(), 0);
+}
+
+TEST_F(WideTable, wheel_scrolls_the_page_over_it) {
+    auto* const sheet = find<QQuickItem>("sheet");
+    const qreal before = sheet->property("contentY").toReal();
+    wheel({-240, 0});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return scrolled() > 20; }));
+    EXPECT_EQ(sheet->property("contentY").toReal(), before);
+    wheel({0, -240});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return sheet->property("contentY").toReal() > before + 20; }));
+}
+
 TEST_F(BlockEditorTest, a_table_without_rows_is_gone_over) {
     const std::vector<Block> blocks{Block{.id = Uuid::random(), .text = "one"}, Block::table({}),
                                     Block{.id = Uuid::random(), .text = "two"}};
