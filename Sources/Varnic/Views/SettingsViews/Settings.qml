@@ -66,6 +66,18 @@ SettingsWindow {
     }
 
     Shortcut {
+        sequences: ["Ctrl+PgDown", "Ctrl+Tab"]
+
+        onActivated: tabs.go(window.tab + 1)
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+PgUp", "Ctrl+Shift+Tab"]
+
+        onActivated: tabs.go(window.tab - 1)
+    }
+
+    Shortcut {
         sequence: "Ctrl+W"
 
         onActivated: window.close()

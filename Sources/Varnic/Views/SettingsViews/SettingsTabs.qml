@@ -13,7 +13,7 @@ Rectangle {
 
     signal chosen(int tab)
 
-    /// By the arrow keys, around the end.
+    /// By the keyboard, around the end.
     function go(tab: int) {
         const next = (tab + tabs.count) % tabs.count;
         chosen(next);

@@ -72,6 +72,16 @@ TEST_F(SettingsWindowTest, open_showsTheTabOfTheRow) {
     EXPECT_EQ(window->tab(), SettingsWindow::About) << "as it was last";
 }
 
+TEST_F(SettingsWindowTest, keys_goThroughTheTabs) {
+    window->open(SettingsRow::hotkey);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    QTest::keyClick(window.get(), Qt::Key_PageDown, Qt::ControlModifier);
+    EXPECT_EQ(window->tab(), SettingsWindow::Recording);
+    QTest::keyClick(window.get(), Qt::Key_PageUp, Qt::ControlModifier);
+    QTest::keyClick(window.get(), Qt::Key_PageUp, Qt::ControlModifier);
+    EXPECT_EQ(window->tab(), SettingsWindow::About);
+}
+
 TEST_F(SettingsWindowTest, markedRow_hasTheKeyboardAndIsInView) {
     window->open(SettingsRow::library);
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
@@ -79,9 +89,11 @@ TEST_F(SettingsWindowTest, markedRow_hasTheKeyboardAndIsInView) {
         const QQuickItem* at = window->activeFocusItem();
         return at != nullptr && at->property("text").toString().contains("Import");
     }));
-    const QQuickItem* at = window->activeFocusItem();
-    const QRectF place = at->mapRectToScene(at->boundingRect());
-    EXPECT_TRUE(QRectF(QPointF(), window->size()).contains(place)) << place.y();
+    // Also once the rows above have their heights.
+    EXPECT_TRUE(waitUntil([this] {
+        const QQuickItem* at = window->activeFocusItem();
+        return QRectF(QPointF(), window->size()).contains(at->mapRectToScene(at->boundingRect()));
+    }));
 }
 
 TEST_F(SettingsWindowTest, texts_areInTheWordsOfThisDesktop) {
