@@ -35,6 +35,7 @@ FocusScope {
 
     TextSync {
         editor: edit
+        lineBreaks: field.lineBreaks
         value: field.text
 
         onEdited: text => field.edited(text)

@@ -1,7 +1,6 @@
 #include "Varnic/Views/Note/NoteModel.h"
 
 #include "Varnic/Recording/RecordingController.h"
-#include "Varnic/Views/Context/OneLine.h"
 #include "Varnic/Views/Context/ViewContext.h"
 #include "VarnicCore/Editor/NoteEditor.h"
 #include "VarnicCore/Export/ExportFormat.h"
@@ -201,7 +200,7 @@ QString NoteModel::themName() const {
 }
 
 void NoteModel::setThemName(const QString& name) {
-    app_->renameThem(id_, oneLine(name));
+    app_->renameThem(id_, name.toStdString());
 }
 
 double NoteModel::nameFieldWidth() const {

@@ -1,5 +1,7 @@
 #include "Varnic/Views/Note/TextSync.h"
 
+#include "Varnic/Views/Theme/Native/OneLine.h"
+
 #include <QQuickTextDocument>
 #include <QScopedValueRollback>
 #include <QTextCursor>
@@ -91,10 +93,18 @@ void TextSync::takeTyped() {
     if (isShowing_) {
         return;
     }
-    if (const QString typed = textOf(*document_); typed != value_) {
-        value_ = typed;
-        Q_EMIT edited(typed);
+    const QString typed = textOf(*document_);
+    if (typed == value_) {
+        return;
+    }
+    const QString taken = lineBreaks_ ? typed : oneLine(typed);
+    if (taken != value_) {
+        value_ = taken;
+        Q_EMIT edited(taken);
         Q_EMIT valueChanged();
+    }
+    if (taken != typed) {
+        show();
     }
 }
 

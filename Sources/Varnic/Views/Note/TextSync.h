@@ -16,6 +16,8 @@ class TextSync : public QObject {
     QML_ELEMENT
     /// A TextEdit.
     Q_PROPERTY(QQuickItem* editor READ editor WRITE setEditor NOTIFY editorChanged REQUIRED)
+    /// Whether the text may have several lines; those that are pasted become one where it may not.
+    Q_PROPERTY(bool lineBreaks MEMBER lineBreaks_ NOTIFY lineBreaksChanged)
     /// The stored text.
     Q_PROPERTY(QString value READ value WRITE setValue NOTIFY valueChanged REQUIRED)
 
@@ -32,6 +34,7 @@ public:
 
 Q_SIGNALS:
     void editorChanged();
+    void lineBreaksChanged();
     void valueChanged();
     /// The user has made the text this.
     void edited(const QString& text);
@@ -43,6 +46,7 @@ private:
     QPointer<QQuickItem> editor_;
     QPointer<QTextDocument> document_;
     QString value_;
+    bool lineBreaks_ = true;
     bool isShowing_ = false;
 };
 

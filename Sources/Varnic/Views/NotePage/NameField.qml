@@ -50,6 +50,8 @@ Rectangle {
         selectByMouse: true
         selectedTextColor: Theme.Palette.them
         selectionColor: Theme.Palette.themWash
+        validator: Theme.OneLine {
+        }
         text: capsule.note.themName
         width: capsule.width - x - 7
         x: 17

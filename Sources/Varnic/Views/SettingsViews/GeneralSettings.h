@@ -2,7 +2,6 @@
 
 #include "Varnic/AppModel/AppModel.h"
 #include "Varnic/Shell/AppDelegate.h"
-#include "Varnic/Views/Context/OneLine.h"
 
 #include <QList>
 #include <QObject>
@@ -41,7 +40,7 @@ public:
 
     [[nodiscard]] QString yourName() const { return QString::fromStdString(model_.settings.yourName.value()); }
 
-    void setYourName(const QString& name) { model_.settings.yourName = oneLine(name); }
+    void setYourName(const QString& name) { model_.settings.yourName = name.toStdString(); }
 
     [[nodiscard]] bool showPill() const { return model_.settings.showPill.value(); }
 

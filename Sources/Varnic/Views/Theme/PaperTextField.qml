@@ -16,6 +16,8 @@ T.TextField {
     selectByMouse: true
     selectedTextColor: Theme.Palette.ink
     selectionColor: Theme.Palette.selection
+    validator: Theme.OneLine {
+    }
     verticalAlignment: TextInput.AlignVCenter
 
     background: Rectangle {

@@ -207,6 +207,23 @@ TEST_F(NotePageTest, a_pasted_name_loses_its_line_breaks) {
     EXPECT_EQ(field->property("text").toString().toStdString(), "Priya Rao");
 }
 
+TEST_F(NotePageTest, a_pasted_title_loses_its_line_breaks) {
+    const Uuid id = addNote("Plan", {Block{.text = "Ship"}});
+    open(id);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !model->focusBlock.value(); }));
+    find<QQuickItem>("title")->forceActiveFocus();
+    for (const auto& [pasted, title] :
+         {std::pair("Next\r\nsteps\n", "Next steps"), std::pair("Next steps\n", "Next steps")}) {
+        QTest::keySequence(&view, QKeySequence::SelectAll);
+        QGuiApplication::clipboard()->setText(pasted);
+        QTest::keySequence(&view, QKeySequence::Paste);
+        EXPECT_EQ(model->note(id)->title, title);
+        EXPECT_EQ(view.activeFocusItem()->property("text").toString().toStdString(), title);
+    }
+    type("!");
+    EXPECT_EQ(model->note(id)->title, "Next steps!");
+}
+
 TEST_F(NotePageTest, space_ticks_a_todo) {
     const Uuid id = addNote("Plan", {Block{.kind = BlockKind::todo, .text = "Ship"}});
     open(id);

@@ -60,6 +60,27 @@ Item {
             compare(search.text, "again");
         }
 
+        function test_pastedLineBreaksAreBlanks_data() {
+            return [{
+                    "tag": "within",
+                    "pasted": "two\r\nlines",
+                    "shown": "two lines"
+                }, {
+                    "tag": "at the ends",
+                    "pasted": "\nname\n\n",
+                    "shown": "name"
+                }];
+        }
+
+        function test_pastedLineBreaksAreBlanks(data) {
+            search.insert(0, data.pasted);
+            compare(page.query, data.shown);
+            compare(search.text, data.shown);
+            compare(search.cursorPosition, data.shown.length);
+            page.query = "elsewhere";
+            compare(search.text, "elsewhere");
+        }
+
         function test_crossEmptiesAndLeavesTheKeyboardInTheField() {
             const cross = findChild(search, "clear");
             verify(!cross.visible);
