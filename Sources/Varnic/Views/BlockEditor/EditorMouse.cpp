@@ -47,7 +47,8 @@ bool EditorSurface::childMouseEventFilter(QQuickItem* item, QEvent* event) {
 bool EditorSurface::pressMouse(QQuickItem* item, QMouseEvent& event) {
     const QPointF at = mapFromScene(event.scenePosition());
     const auto own = std::ranges::find(fields_, item, [](const BlockField* field) { return &field->editor(); });
-    if (own == fields_.end() && item != list_) {
+    // What scrolls lies under the fields: the list, and a wide table in it.
+    if (own == fields_.end() && !item->inherits("QQuickFlickable")) {
         return false;
     }
     BlockField* const field = own != fields_.end() ? *own : nearest(at);

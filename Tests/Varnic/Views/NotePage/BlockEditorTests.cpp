@@ -530,6 +530,14 @@ TEST_F(WideTable, text_is_selected_with_the_mouse) {
     EXPECT_EQ(scrolled(), 0);
 }
 
+TEST_F(WideTable, press_beside_the_words_of_a_cell_puts_the_caret_in) {
+    const qreal first = view.activeFocusItem()->width();
+    QTest::mouseClick(&view, Qt::LeftButton, {}, caretCell() + QPoint(static_cast<int>(first) + 10, 0));
+    press("!");
+    EXPECT_EQ(view.activeFocusItem()->property("part"), 1);
+    EXPECT_EQ(view.activeFocusItem()->property("text").toString().toStdString(), "!word");
+}
+
 TEST_F(WideTable, wheel_scrolls_the_page_over_it) {
     auto* const sheet = find<QQuickItem>("sheet");
     const qreal before = sheet->property("contentY").toReal();
