@@ -8,9 +8,9 @@
 #include <condition_variable>
 #include <deque>
 #include <functional>
-#include <future>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -56,12 +56,12 @@ private:
             const std::lock_guard guard(lock_);
             ++running_;
         }
-        threads_.push_back(std::async(std::launch::async, [this, work = std::move(work)]() mutable {
+        threads_.emplace_back([this, work = std::move(work)]() mutable {
             work();
             const std::lock_guard guard(lock_);
             --running_;
             changed_.notify_all();
-        }));
+        });
     }
 
     void post(Updater::Work work) {
@@ -87,7 +87,7 @@ private:
     std::condition_variable changed_;
     std::deque<Updater::Work> waiting_;
     int running_ = 0;
-    std::vector<std::future<void>> threads_;
+    std::vector<std::jthread> threads_;
 };
 
 } // namespace brevin

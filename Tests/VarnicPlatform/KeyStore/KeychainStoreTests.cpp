@@ -155,8 +155,8 @@ TEST(LockedKeyRing, key_isNothingAndWritingSaysWhy) {
 }
 
 TEST(HungKeyRing, everyCall_endsAndSaysWhy) {
+    KeychainStore("app.brevin.varnic.test").setKey("sk-old", "anthropic");
     KeychainStore store("app.brevin.varnic.test", {.answer = 200ms, .user = 200ms});
-    store.setKey("sk-old", "anthropic");
     {
         const HeldRing held;
         const KeyReading reading = store.read("anthropic");
