@@ -32,7 +32,7 @@ from tracks import Track, frames  # noqa: E402
 from words import word_errors, words  # noqa: E402
 
 PATIENCE = 60  # seconds that anything may take
-AT_ONCE = 4  # tests
+AT_ONCE = int(os.environ.get("VARNIC_TESTS_AT_ONCE", 4))
 CLOSE = 0.1  # seconds that a line may be from where it was played
 CALL = "VARNIC_TEST_CALL"  # names the folder of the call that all tests play
 
